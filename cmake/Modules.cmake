@@ -1,0 +1,23 @@
+# One library target per folder. A target sees its own folder, its own public headers
+# (FOLDER/include) and those of the targets named in USES, nothing else: an include that the
+# architecture forbids does not compile.
+
+# mm_library(name SOURCES file... [USES target...] [HEADERS dir...])
+#   HEADERS overrides the public include directory (default: include).
+function(mm_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES;HEADERS" ${ARGN})
+  if(NOT ARG_HEADERS)
+    set(ARG_HEADERS include)
+  endif()
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${ARG_HEADERS} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC mm_options ${ARG_USES})
+endfunction()
+
+# mm_program(name SOURCES file... [USES target...])
+function(mm_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE mm_options ${ARG_USES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()

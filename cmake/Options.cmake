@@ -1,0 +1,16 @@
+# What every target is compiled with.
+add_library(mm_options INTERFACE)
+target_compile_features(mm_options INTERFACE cxx_std_20)
+target_compile_options(mm_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# 32-bit targets: file offsets and time_t of 64 bits.
+target_compile_definitions(mm_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
+if(MM_SANITIZE)
+  target_compile_options(mm_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(mm_options INTERFACE -fsanitize=address,undefined)
+endif()

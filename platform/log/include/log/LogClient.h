@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The process's one connection to the system log.
+//
+// Lines go to the system log socket when there is one, else to standard error; the environment
+// variable LOG_TARGET ("syslog" or "stderr") decides instead where it is set. Writing never
+// blocks: a line that the receiver cannot take at once is dropped and counted, and the count is
+// written as a line of its own as soon as the receiver takes lines again.
+//
+// One thread. The first use ignores SIGPIPE for the process, so that a log reader that goes away
+// does not end it.
+class LogClient {
+ public:
+  static LogClient& Instance();
+
+  LogClient(const LogClient&) = delete;
+  LogClient& operator=(const LogClient&) = delete;
+
+  // The level is a mask of bits; a line of mask M is written when the level contains M.
+  // It starts as 7 (errors, malformed input, unusual modes).
+  unsigned int Level() const { return level_; }
+  void Level(unsigned int level) { level_ = level; }
+
+  // The name that stands on every line; starts empty.
+  const std::string& ProcessName() const { return processName_; }
+  void ProcessName(const std::string& name) { processName_ = name; }
+
+  // Lines dropped since the process started.
+  std::uint64_t DroppedLines() const { return droppedLines_; }
+
+  // Writes one line as it is, without a test of the level. Used by SysLogMsg.
+  void Write(unsigned int mask, std::string_view processName, std::string_view text);
+
+ private:
+  LogClient();
+
+  unsigned int level_ = 7;
+  std::string processName_;
+  std::uint64_t droppedLines_ = 0;
+  std::uint64_t unreportedLines_ = 0;
+  int fd_ = -1;
+  bool syslog_ = false;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "log/LogClient.h"
+#include "log/SysLogMsg.h"
+
+// Bits of the log level, as used by the whole system.
+enum LogMask : unsigned int {
+  kLogError = 1,      // an operation failed
+  kLogMalformed = 2,  // malformed input and soft errors
+  kLogUnusual = 4,    // unusual modes
+  kLogShutdown = 16,  // shut-down noticed during start-up, live-streaming states
+  kLogDetail = 32,    // ignored servers, detail values
+  kLogTrace = 64,     // entry of handlers and operations
+  kLogInfo = 128,     // progress
+};
+
+// A mask together with the source line of the call it is written in.
+struct LogAt {
+  LogAt(LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}  // implicit on purpose
+  LogMask mask;
+  unsigned int line;
+};
+
+// A number to be written in hexadecimal.
+struct LogHex {
+  unsigned int value;
+};
+inline SysLogMsg& operator<<(SysLogMsg& line, LogHex hex) {
+  return line.Hex(hex.value);
+}
+
+// Writes lines of the form "NAME:LINE TEXT". The name is the one that the system states for a
+// group of sources, which need not be the name of the file. Nothing is formatted when the level
+// does not contain the mask.
+//
+//   constexpr LogSource log{"MetadataMgr"};
+//   log(kLogInfo, "Exiting ", status);
+class LogSource {
+ public:
+  explicit constexpr LogSource(const char* name) : name_(name) {}
+
+  template <typename... Parts>
+  void operator()(LogAt at, const Parts&... parts) const {
+    const LogClient& client = LogClient::Instance();
+    if ((client.Level() & at.mask) == 0) return;
+    SysLogMsg line = LogMsg::Log(at.mask, client.ProcessName());
+    line << name_ << ":" << at.line << " ";
+    (void)(line << ... << parts);
+  }
+
+ private:
+  const char* name_;
+};

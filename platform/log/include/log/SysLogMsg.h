@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// One log line under construction; the destructor writes it. The text lives in a fixed buffer:
+// what does not fit is cut off.
+class SysLogMsg {
+ public:
+  static constexpr std::size_t kMaxText = 512;
+
+  SysLogMsg(unsigned int mask, const std::string& processName);
+  ~SysLogMsg();
+  SysLogMsg(const SysLogMsg&) = delete;
+  SysLogMsg& operator=(const SysLogMsg&) = delete;
+
+  SysLogMsg& operator<<(std::string_view text);
+  SysLogMsg& operator<<(const char* text) { return *this << std::string_view(text); }
+  SysLogMsg& operator<<(const std::string& text) { return *this << std::string_view(text); }
+  SysLogMsg& operator<<(bool value);  // "1" or "0"
+  SysLogMsg& operator<<(int value);
+  SysLogMsg& operator<<(unsigned int value);
+  SysLogMsg& operator<<(long long value);
+  SysLogMsg& operator<<(unsigned long long value);
+
+  // The value in hexadecimal, lower case, without prefix.
+  SysLogMsg& Hex(unsigned int value);
+
+ private:
+  unsigned int mask_;
+  const std::string& processName_;  // outlives the line: the caller's full expression
+  std::array<char, kMaxText> text_;
+  std::size_t length_ = 0;
+};
+
+class LogMsg {
+ public:
+  // Starts a line. The caller has tested that the level contains `mask`.
+  static SysLogMsg Log(unsigned int mask, const std::string& processName) { return {mask, processName}; }
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+// What the manufacturer wrote into the device.
+class MfgItem {
+ public:
+  // Reads the serial number of the system from the first of these that holds one: the file that
+  // the environment variable MFG_FILE names (where it is set, the only one read), the device
+  // tree's serial number, the machine id. True and the text without trailing white space or NUL;
+  // false when there is none, `serial` is then unchanged.
+  static bool GetSystemSerialNumber(std::string& serial);
+};
