@@ -1,10 +1,14 @@
-# What every target is compiled with.
+# What every target is compiled with. Optimisation and the like belong to the presets.
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
 add_library(mm_options INTERFACE)
 target_compile_features(mm_options INTERFACE cxx_std_20)
 target_compile_options(mm_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor)
-set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(MM_WERROR)
+  target_compile_options(mm_options INTERFACE -Werror)
+endif()
 
 # 32-bit targets: file offsets and time_t of 64 bits.
 target_compile_definitions(mm_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
@@ -13,4 +17,10 @@ if(MM_SANITIZE)
   target_compile_options(mm_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(mm_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Speeds up repeated builds where it happens to be installed.
+find_program(MM_CCACHE ccache)
+if(MM_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${MM_CCACHE})
 endif()

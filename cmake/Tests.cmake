@@ -1,0 +1,30 @@
+# One ctest entry per test program: simple, quick under emulation, and a case that hangs shows as the
+# last "[ RUN ]" line of its program when the time-out ends it. A program in which no case ran fails.
+find_package(GTest REQUIRED)
+
+# mm_test(name SOURCES file... [USES target...] [LABELS label...] [OWN_MAIN])
+#   LABELS   native-only: neither built nor run for the emulated target (it starts other programs,
+#            is too slow there, or shows nothing that depends on the machine).
+#   OWN_MAIN the sources bring their own main.
+function(mm_test name)
+  cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;USES;LABELS" ${ARGN})
+  if(CMAKE_CROSSCOMPILING AND "native-only" IN_LIST ARG_LABELS)
+    return()
+  endif()
+  mm_skip_missing()
+  if(NOT ARG_SOURCES)
+    return()
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE mm_options ${ARG_USES} GTest::gtest)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 120
+    LABELS "${ARG_LABELS}"
+    FAIL_REGULAR_EXPRESSION "Running 0 tests")
+endfunction()
