@@ -1,0 +1,36 @@
+#pragma once
+
+// Numbers that the store's operations take. The values are interface constants of the system; the
+// enumerations are open, a value that is not listed is recorded as it stands.
+
+// What a state or string record is about. States come in pairs: the even tag says that the signal
+// became active, the odd one above it that it became inactive.
+enum e_Tag : unsigned int {
+  e_Tag_None = 0,
+  e_Tag_Filler = 32,  // a text that only fills the recording
+  e_Tag_LightsOn = 52,
+  e_Tag_LightsOff = 53,
+  e_Tag_SirenOn = 54,
+  e_Tag_SirenOff = 55,
+  e_Tag_BrakesOn = 56,
+  e_Tag_BrakesOff = 57,
+  e_Tag_CovertEntered = 58,
+  e_Tag_CovertLeft = 59,
+  e_Tag_AuxOn = 60,
+  e_Tag_AuxOff = 61,
+  e_Tag_DoorOpen = 62,
+  e_Tag_DoorClosed = 63,
+  e_Tag_Started = 64,  // the recorder of metadata has started; reported once
+  e_Tag_CrashDetected = 66,
+  e_Tag_CrashCleared = 67,
+  e_Tag_IgnitionOn = 68,
+  e_Tag_IgnitionOff = 69,
+  e_Tag_RecordingStarted = 70,
+  e_Tag_RecordingStopped = 71,
+};
+
+// A part of the recorder that has a software version of its own.
+enum e_COMPONENT : unsigned int { e_COMPONENT_Build = 2 };
+
+// Which way a radar looks or its target moves; 0: not told.
+enum e_RADAR_DIRECTION : unsigned int { e_RADAR_DIRECTION_Unknown = 0 };
