@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+
+class LogSink;
 
 // The process's one connection to the system log.
 //
@@ -25,23 +28,29 @@ class LogClient {
   unsigned int Level() const { return level_; }
   void Level(unsigned int level) { level_ = level; }
 
-  // The name that stands on every line; starts empty.
+  // The name that stands on every line; starts empty, the program's file name stands there then.
   const std::string& ProcessName() const { return processName_; }
   void ProcessName(const std::string& name) { processName_ = name; }
 
   // Lines dropped since the process started.
   std::uint64_t DroppedLines() const { return droppedLines_; }
 
-  // Writes one line as it is, without a test of the level. Used by SysLogMsg.
+  // Writes one line without a test of the level. Control characters become "?", so that a text
+  // never makes a second line; a text longer than a line is cut off. Leaves errno as it was. Used
+  // by SysLogMsg.
   void Write(unsigned int mask, std::string_view processName, std::string_view text);
 
  private:
   LogClient();
+  ~LogClient() = delete;  // destructors of globals may still log
+
+  bool Send(unsigned int mask, std::string_view processName, std::string_view text);
+  bool SayDropped();
 
   unsigned int level_ = 7;
   std::string processName_;
   std::uint64_t droppedLines_ = 0;
   std::uint64_t unreportedLines_ = 0;
-  int fd_ = -1;
   bool syslog_ = false;
+  std::unique_ptr<LogSink> sink_;
 };

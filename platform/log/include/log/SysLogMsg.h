@@ -17,13 +17,16 @@ class SysLogMsg {
   SysLogMsg& operator=(const SysLogMsg&) = delete;
 
   SysLogMsg& operator<<(std::string_view text);
-  SysLogMsg& operator<<(const char* text) { return *this << std::string_view(text); }
+  SysLogMsg& operator<<(const char* text) { return *this << std::string_view(text ? text : "(null)"); }
   SysLogMsg& operator<<(const std::string& text) { return *this << std::string_view(text); }
   SysLogMsg& operator<<(bool value);  // "1" or "0"
-  SysLogMsg& operator<<(int value);
-  SysLogMsg& operator<<(unsigned int value);
+  SysLogMsg& operator<<(int value) { return *this << static_cast<long long>(value); }
+  SysLogMsg& operator<<(unsigned int value) { return *this << static_cast<unsigned long long>(value); }
+  SysLogMsg& operator<<(long value) { return *this << static_cast<long long>(value); }
+  SysLogMsg& operator<<(unsigned long value) { return *this << static_cast<unsigned long long>(value); }
   SysLogMsg& operator<<(long long value);
   SysLogMsg& operator<<(unsigned long long value);
+  SysLogMsg& operator<<(const void* pointer) = delete;  // would become a bool
 
   // The value in hexadecimal, lower case, without prefix.
   SysLogMsg& Hex(unsigned int value);

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <ctime>
+#include <string_view>
+
+#include "log/SysLogMsg.h"
+
+// A finished line: what stands before the text, and the text as one line.
+using LogLineBuffer = std::array<char, SysLogMsg::kMaxText + 128>;
+
+// Both give the part of `line` that is filled.
+
+// "2026-11-21T08:40:00.123Z NAME[PID] MASK TEXT" and a line feed; the time is UTC.
+std::string_view StderrLine(LogLineBuffer& line, const timespec& time, unsigned int mask,
+                            std::string_view processName, std::string_view text);
+
+// "<PRIORITY>Nov 21 08:40:00 NAME[PID]: TEXT", as the local system log expects it; the time is
+// local, the priority comes from the mask.
+std::string_view SyslogLine(LogLineBuffer& line, const timespec& time, unsigned int mask,
+                            std::string_view processName, std::string_view text);

@@ -1,0 +1,88 @@
+#include "LogSink.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <utility>
+
+namespace {
+
+constexpr std::int64_t kReconnectMs = 1000;
+
+std::int64_t NowMs() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+int ConnectDatagram(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.size() >= sizeof address.sun_path) return -1;
+  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+  const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (fd < 0) return -1;
+  if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return fd;
+  close(fd);
+  return -1;
+}
+
+// A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking.
+bool HasRoom(int fd) {
+  pollfd state{fd, POLLOUT, 0};
+  return poll(&state, 1, 0) == 1 && (state.revents & (POLLOUT | POLLERR)) == POLLOUT;
+}
+
+// The descriptor may be anything: send() does not block whatever the flags of the open file,
+// which other processes may share and which are therefore left alone.
+ssize_t PutNow(int fd, std::string_view text) {
+  const ssize_t sent = send(fd, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+  if (sent >= 0 || errno != ENOTSOCK) return sent;
+  if (HasRoom(fd)) return write(fd, text.data(), text.size());
+  errno = EAGAIN;
+  return -1;
+}
+
+}  // namespace
+
+LogSink::LogSink(int fd) : fd_(fcntl(fd, F_GETFD) < 0 ? -1 : fd) {}
+
+LogSink::LogSink(std::string socketPath) : socketPath_(std::move(socketPath)) {
+  (void)Reconnect();
+}
+
+LogSink::~LogSink() {
+  if (!socketPath_.empty() && fd_ >= 0) close(fd_);
+}
+
+bool LogSink::Write(std::string_view line) {
+  if (midLine_ && !Put("\n")) return false;
+  if (Put(line)) return true;
+  if (socketPath_.empty() || errno == EAGAIN || errno == ENOBUFS) return false;
+  return Reconnect() && Put(line);
+}
+
+bool LogSink::Put(std::string_view text) {
+  const ssize_t sent = PutNow(fd_, text);
+  if (sent < 0) {
+    if (errno == EBADF) fd_ = -1;
+    return false;
+  }
+  midLine_ = static_cast<std::size_t>(sent) < text.size() && (midLine_ || sent > 0);
+  return static_cast<std::size_t>(sent) == text.size();
+}
+
+bool LogSink::Reconnect() {
+  const std::int64_t now = NowMs();
+  if (now < nextConnectMs_) return false;
+  nextConnectMs_ = now + kReconnectMs;
+  if (fd_ >= 0) close(fd_);
+  fd_ = ConnectDatagram(socketPath_);
+  return fd_ >= 0;
+}
