@@ -25,7 +25,8 @@ class VersionApi {
   static const std::string versionFile;
 
   // Appends the entries of `file` in its order. A line is a name, "=" or white space, and the
-  // version, which is the rest of the line; empty lines and lines that begin with "#" are passed
-  // over. A file that cannot be read gives nothing; at most 64 KiB of it are read.
+  // version, which is the rest of the line; lines that begin with "#" and lines without a name or
+  // a version are passed over. A file that cannot be read gives nothing; at most 64 KiB of it are
+  // read, a line cut by that bound is passed over.
   static void GetAllVersions(std::vector<VersionEntry>& entries, const std::string& file);
 };

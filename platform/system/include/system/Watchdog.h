@@ -1,15 +1,15 @@
 #pragma once
 
-#include <chrono>
+#include <sys/un.h>
+
 #include <cstdint>
-#include <string>
 
 #include "system/Process.h"
 
 // The system watchdog, spoken to through the service manager's notification socket (the
-// environment variable NOTIFY_SOCKET, read at Subscribe). Where nobody listens every operation
-// does nothing. No operation blocks; a notice that the socket cannot take at once is lost, which
-// the next pet mends.
+// environment variable NOTIFY_SOCKET, read at Subscribe: an absolute path, or "@" and an abstract
+// name; missing or empty where nobody listens, every operation does nothing then). No operation
+// blocks; a notice that the socket cannot take at once is lost, which a later pet mends.
 class Watchdog {
  public:
   Watchdog(e_Process process, e_ThreadIds thread);
@@ -18,7 +18,8 @@ class Watchdog {
   Watchdog& operator=(const Watchdog&) = delete;
 
   // Promises a pet at least every `periodSeconds`. True on success, also where nobody listens;
-  // false when the period is 0 or the socket named cannot be used. May be called again.
+  // false when the period is 0 or NOTIFY_SOCKET names no socket, nothing has changed then. May be
+  // called again: everything starts anew.
   bool Subscribe(unsigned int periodSeconds);
 
   // Tells that the process is alive: READY=1 with the first pet after Subscribe, then WATCHDOG=1,
@@ -29,10 +30,12 @@ class Watchdog {
   void Unsubscribe();
 
  private:
-  void Say(const char* text);
+  bool Say(const char* text);
 
   std::int64_t periodMs_ = 0;  // 0: not subscribed
   std::int64_t nextPetMs_ = 0;
   bool readySaid_ = false;
   int fd_ = -1;
+  sockaddr_un address_{};
+  unsigned int addressSize_ = 0;  // 0: nobody listens
 };

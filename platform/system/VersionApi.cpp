@@ -1,0 +1,51 @@
+#include "system/VersionApi.h"
+
+#include <optional>
+#include <string_view>
+
+#include "DeviceFiles.h"
+#include "system/KvGetenv.h"
+
+namespace {
+
+constexpr std::size_t kMaxFile = 64 * 1024;
+constexpr std::string_view kBlanks(" \t\r\v\f\0", 6);
+
+std::string DefaultFile() {
+  const char* file = KvGetenv("VERSION_FILE");
+  return file ? file : "/etc/korvane/versions";
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+std::optional<VersionEntry> ParseLine(std::string_view line) {
+  line = Trimmed(line);
+  if (line.empty() || line[0] == '#') return {};
+  const std::size_t nameEnd = line.find_first_of(" \t=");
+  if (nameEnd == 0 || nameEnd == std::string_view::npos) return {};
+  std::string_view version = Trimmed(line.substr(nameEnd));
+  if (version[0] == '=') version = Trimmed(version.substr(1));
+  if (version.empty()) return {};
+  return VersionEntry(std::string(line.substr(0, nameEnd)), std::string(version));
+}
+
+}  // namespace
+
+const std::string VersionApi::versionFile = DefaultFile();
+
+void VersionApi::GetAllVersions(std::vector<VersionEntry>& entries, const std::string& file) {
+  const std::string content = ReadSmallFile(file, kMaxFile);
+  std::string_view rest = content;
+  // The file may go on: half a version is a wrong version.
+  if (rest.size() == kMaxFile) rest = rest.substr(0, rest.rfind('\n') + 1);
+  while (!rest.empty()) {
+    const std::size_t lineEnd = rest.find('\n');
+    if (auto entry = ParseLine(rest.substr(0, lineEnd))) entries.push_back(*std::move(entry));
+    if (lineEnd == std::string_view::npos) break;
+    rest.remove_prefix(lineEnd + 1);
+  }
+}
