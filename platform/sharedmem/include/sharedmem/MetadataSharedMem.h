@@ -8,8 +8,18 @@
 // one detaches.
 //
 // All fields are big-endian at fixed offsets. Byte 88 begins a 32-bit change counter for readers:
-// odd while a writer is at work, higher by two after each change. A reader takes the counter, the
-// fields, and the counter again, and starts over when the first was odd or the two differ.
+// odd while a writer is at work, higher by two after each change. A reader, in any process, with
+// `record` the mapped bytes:
+//
+//   auto counter = reinterpret_cast<const std::uint32_t*>(record + kChangeCounterOffset);
+//   const std::uint32_t before = __atomic_load_n(counter, __ATOMIC_ACQUIRE);
+//   std::memcpy(copy, record, kChangeCounterOffset);
+//   __atomic_thread_fence(__ATOMIC_ACQUIRE);
+//   const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
+//
+// The copy is whole when both are the same and even (the lowest bit of the record's last byte),
+// else the reader starts over. It should give up after some tries: a writer that was killed at
+// work leaves the counter odd until the next one begins.
 class MetadataSharedMem {
  public:
   static constexpr std::size_t kSize = 92;
@@ -25,7 +35,8 @@ class MetadataSharedMem {
   // attaches: null unless an earlier call did. The pointer is valid as long as this object.
   unsigned char* MetadataItems(bool attachedOnly);
 
-  // Marks the record as being written as long as it lives. `items` may be null.
+  // Marks the record as being written as long as it lives; one at a time. `items` is what
+  // MetadataItems gave, or null.
   class Writing {
    public:
     explicit Writing(unsigned char* items);
