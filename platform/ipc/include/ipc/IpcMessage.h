@@ -17,8 +17,8 @@ class IpcMessage {
   // Type 0, no payload, no sender.
   IpcMessage();
   ~IpcMessage();
-  IpcMessage(IpcMessage&&) noexcept;
-  IpcMessage& operator=(IpcMessage&&) noexcept;
+  IpcMessage(const IpcMessage&) = delete;
+  IpcMessage& operator=(const IpcMessage&) = delete;
 
   unsigned int MsgType() const { return type_; }
 
@@ -37,11 +37,13 @@ class IpcMessage {
   int Allocate(unsigned int type, unsigned int size, char* data);
 
  private:
+  friend class Connection;
   friend class Endpoint;
 
-  // Sets the payload's size after its bytes were written in place, and zeroes what a longer
-  // payload left behind it.
+  // Takes over `size` bytes that were written into the buffer; zeroes what a longer payload left
+  // behind them.
   void Received(unsigned int type, std::size_t size);
+  void Swap(IpcMessage& other) noexcept;
 
   unsigned int type_ = 0;
   std::size_t size_ = 0;

@@ -1,0 +1,68 @@
+#include "Misc/ControlHandlers.h"
+
+#include <string>
+
+#include "Misc/MiscLog.h"
+#include "Misc/StateMgrNotices.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+constexpr const LogSource& log = kInitializerLog;
+
+constexpr unsigned int kMaskSize = 4;
+
+// For handlers that read fields of a fixed length: one line for a payload that has fewer bytes.
+bool HasBytes(const IpcMessage& message, unsigned int needed, const char* who) {
+  if (message.Size() >= needed) return true;
+  log(kLogMalformed, who, ": payload is too short");
+  return false;
+}
+
+}  // namespace
+
+void HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
+  log(kLogInfo, "HandleLogLevel");
+  IpcMessage& message = ipc->CurrentMessage();
+  if (message.DataPtr() == nullptr) {
+    log(kLogMalformed, "HandleLogLevel: error, DataPtr is null");
+    return;
+  }
+  if (!HasBytes(message, kMaskSize, "HandleLogLevel")) return;
+  const std::string sender = message.GetSender();
+  if (message.MsgType() == LogLevelMsg_Set) {
+    const unsigned int level = GetU32(message.DataPtr());
+    log(kLogTrace, "HandleLogLevel: set mask ", LogHex{level});
+    LogClient::Instance().Level(level);
+  }
+  char level[kMaskSize];
+  PutU32(reinterpret_cast<unsigned char*>(level), LogClient::Instance().Level());
+  if (message.Allocate(LogLevelMsg_Response, kMaskSize, level) != 0) {
+    log(kLogError, "handleLogLevel: Cannot allocate response");
+    return;
+  }
+  if (ipc->Notify(sender, message, true) != 0) log(kLogMalformed, "handleLogLevel: Failed to send response");
+}
+
+void IgnoreHandler(LinxIpc* /*ipc*/, void* /*context*/) { log(kLogInfo, "IgnoreHandler"); }
+
+void RespondToShutdown(LinxIpc& ipc) {
+  if (RunsWithoutStateMgr()) return;
+  IpcMessage response;
+  if (response.Allocate(StateMgrProcessMsg_ShutdownResponse, 0, nullptr) != 0) {
+    log(kLogError, "ProcessInitializer::RespondToShutdown - Error allocating request");
+    return;
+  }
+  (void)NotifyStateMgr(ipc, response);
+}
+
+bool ReadNoticeProcess(LinxIpc& ipc, e_Process& process) {
+  const IpcMessage& message = ipc.CurrentMessage();
+  if (message.DataPtr() == nullptr) {
+    log(kLogMalformed, "NULL MESSAGE");
+    return false;
+  }
+  if (!HasBytes(message, ProcessPayload::kSize, "Process notice")) return false;
+  process = ProcessPayload::Read(message.DataPtr());
+  return true;
+}

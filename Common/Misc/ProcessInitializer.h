@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cerrno>
+#include <string>
+
+#include "Misc/ControlHandlers.h"
+#include "Misc/MiscLog.h"
+#include "Misc/StateMgrNotices.h"
+#include "ipc/LinxIpc.h"
+#include "ipc/LinxServerNameList.h"
+#include "system/Process.h"
+
+// The start-up sequence that every process of the system shares: opens the endpoint, lets the
+// managed object prepare itself, announces the process to the state manager, serves its subscribe
+// requests until it says full run, and installs the handlers of process control.
+//
+// T offers:
+//   bool PreInit(LinxIpc&)                   once, after the endpoint is up; true: ready
+//   bool SubscribeToServers(LinxIpc&, bool)  on each subscribe request; true: all subscribed
+//   void Shutdown(LinxIpc&)                  on the quit notice
+//   void ProcessDied(LinxIpc&, e_Process)
+//   void ProcessRestarted(LinxIpc&, e_Process)
+template <typename T>
+class ProcessInitializer {
+ public:
+  // `managed` outlives this object. Constructs the endpoint under the process's own name.
+  ProcessInitializer(T& managed, e_Process process)
+      : managed_(managed), process_(process), ipc_(LinxServerNameList::Instance().Name(process)) {}
+
+  // Runs the sequence; true when the process may enter its receive loop. Every reason for false is
+  // logged.
+  bool Init(const std::string& processName, unsigned int logLevel);
+
+  LinxIpc& Ipc() { return ipc_; }
+
+ private:
+  bool SetupServer();
+  bool NotifyStarted();
+  bool ProcessStarted();
+  bool WaitForStateMgr();
+  bool ServeSubscribe(bool ok);
+  bool RespondToSubscribed(bool success);
+  void NotifyFailedStart();
+
+  static void QuitHandler(LinxIpc* ipc, void* managed);
+  static void ProcessDiedHandler(LinxIpc* ipc, void* managed);
+  static void ProcessRestartHandler(LinxIpc* ipc, void* managed);
+
+  static constexpr const LogSource& log_ = kInitializerLog;
+
+  T& managed_;
+  const e_Process process_;
+  LinxIpc ipc_;
+};
+
+#include "Misc/ProcessInitializer.inl"

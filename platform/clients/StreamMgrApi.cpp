@@ -1,0 +1,17 @@
+#include "clients/StreamMgrApi.h"
+
+#include "SubscribeProtocol.h"
+#include "ipc/LinxServerNameList.h"
+#include "items/StringItem.h"
+#include "system/Process.h"
+
+std::string StreamMgrApi::CurrentlyRecordingREID(LinxIpc& ipc, int timeoutMs) {
+  const std::string& streamMgr = LinxServerNameList::Instance().Name(e_Process_StreamMgr);
+  IpcMessage message;
+  (void)message.Allocate(kGetRecording, 0, nullptr);
+  if (ipc.Notify(streamMgr, message, true) != 0) return {};
+  if (subscribe::AwaitAnswer(ipc, timeoutMs, kRecording, streamMgr, message) != 0) return {};
+  StringItem recording;
+  (void)recording.DecodeMsg(message);
+  return recording.Value();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "ipc/LinxIpc.h"
+
+// The subscribe protocol on the wire. All fields are 32-bit big-endian.
+//
+//   kSubscribe    item id, notification id    a notification id of 0 asks for the value only
+//   kAnswer       item id, notification id, result (0, or an errno value of Linux), then, with
+//                 result 0, the item
+//   kUnsubscribe  item id, notification id    not answered
+//   notices       the message type is the notification id; the payload is the item
+namespace subscribe {
+
+constexpr unsigned int kSubscribe = 1856;
+constexpr unsigned int kAnswer = 1857;
+constexpr unsigned int kUnsubscribe = 1858;
+
+constexpr std::size_t kRequestSize = 8;
+constexpr std::size_t kAnswerHeaderSize = 12;
+
+constexpr unsigned int kAccepted = 0;
+constexpr unsigned int kNoSuchItem = 2;  // ENOENT
+constexpr unsigned int kNoRoom = 28;     // ENOSPC
+
+// Waits for a message of `type` from `peer`, which was asked for it: 0 and the message,
+// ETIMEDOUT, or ENOTCONN as soon as the peer's connection is gone without one.
+int AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const std::string& peer, IpcMessage& answer);
+
+}  // namespace subscribe

@@ -1,0 +1,107 @@
+#include "clients/SubscribeServer.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "SubscribeProtocol.h"
+#include "ipc/PeerQueue.h"
+#include "log/LogLine.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+constexpr LogSource log{"SubscribeServer"};
+
+// The current message as a request, or false after a line.
+bool ReadRequest(const IpcMessage& message, unsigned int& itemId, unsigned int& notificationId) {
+  if (message.Size() < subscribe::kRequestSize) {
+    log(kLogMalformed, "Request from ", message.GetSender(), " is too short");
+    return false;
+  }
+  itemId = GetU32(message.DataPtr());
+  notificationId = GetU32(message.DataPtr() + 4);
+  return true;
+}
+
+// Behind the notices that are queued for the subscriber, so that the value answered is never
+// older than what it already got.
+void SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsigned int notificationId,
+                unsigned int result, const IpcMessage& value) {
+  std::array<unsigned char, IpcMessage::kMaxPayload> payload;
+  const std::size_t valueSize = result == subscribe::kAccepted
+                                    ? std::min(value.Size(), payload.size() - subscribe::kAnswerHeaderSize)
+                                    : 0;
+  PutU32(payload.data(), itemId);
+  PutU32(payload.data() + 4, notificationId);
+  PutU32(payload.data() + 8, result);
+  std::copy_n(value.DataPtr(), valueSize, payload.data() + subscribe::kAnswerHeaderSize);
+  const int error =
+      PostToPeer(ipc, peer, subscribe::kAnswer, payload.data(), subscribe::kAnswerHeaderSize + valueSize);
+  if (error != 0) log(kLogMalformed, "Cannot answer ", peer, ", error ", error);
+}
+
+}  // namespace
+
+SubscribeServer::SubscribeServer(LinxIpc& ipc) : ipc_(ipc) {
+  ipc_.RegisterHandler(subscribe::kSubscribe, HandleSubscribe, this);
+  ipc_.RegisterHandler(subscribe::kUnsubscribe, HandleUnsubscribe, this);
+  OnPeerGone(ipc_, HandlePeerGone, this);
+}
+
+SubscribeServer::~SubscribeServer() = default;
+
+void SubscribeServer::HandleSubscribe(LinxIpc* ipc, void* context) {
+  auto& self = *static_cast<SubscribeServer*>(context);
+  const IpcMessage& request = ipc->CurrentMessage();
+  Subscription wanted{request.GetSender(), 0, 0, 0};
+  if (!ReadRequest(request, wanted.itemId, wanted.notificationId)) return;
+  IpcMessage value;
+  self.GetItem(wanted.itemId, value, subscribe::kAnswer);
+  const unsigned int result = self.Accept(wanted, value.DataPtr() != nullptr);
+  SendAnswer(*ipc, wanted.subscriber, wanted.itemId, wanted.notificationId, result, value);
+}
+
+unsigned int SubscribeServer::Accept(const Subscription& wanted, bool itemExists) {
+  if (!itemExists) return subscribe::kNoSuchItem;
+  const bool onlyValue = wanted.notificationId == 0;
+  const auto held = std::find(subscriptions_.begin(), subscriptions_.end(), wanted);
+  if (onlyValue || held != subscriptions_.end()) return subscribe::kAccepted;
+  if (subscriptions_.size() >= kMaxSubscriptions) return subscribe::kNoRoom;
+  subscriptions_.push_back(wanted);
+  return subscribe::kAccepted;
+}
+
+void SubscribeServer::HandleUnsubscribe(LinxIpc* ipc, void* context) {
+  auto& self = *static_cast<SubscribeServer*>(context);
+  const IpcMessage& request = ipc->CurrentMessage();
+  Subscription unwanted{request.GetSender(), 0, 0, 0};
+  if (!ReadRequest(request, unwanted.itemId, unwanted.notificationId)) return;
+  std::erase(self.subscriptions_, unwanted);
+}
+
+void SubscribeServer::HandlePeerGone(void* context, const std::string& peer) {
+  auto& self = *static_cast<SubscribeServer*>(context);
+  std::erase_if(self.subscriptions_, [&peer](const Subscription& held) { return held.subscriber == peer; });
+}
+
+void SubscribeServer::NotifySubscribers(unsigned int itemId, Item& item) {
+  if (notice_.Allocate(0, item.Size(), nullptr) != 0 || !item.EncodeMsg(notice_)) return;
+  for (Subscription& subscription : subscriptions_) {
+    if (subscription.itemId == itemId) Publish(subscription, notice_);
+  }
+}
+
+void SubscribeServer::Publish(Subscription& subscription, const IpcMessage& notice) {
+  const int error =
+      PostToPeer(ipc_, subscription.subscriber, subscription.notificationId, notice.DataPtr(), notice.Size());
+  if (error != 0) {
+    ++lostNotices_;
+    if (subscription.lost++ == 0)
+      log(kLogMalformed, subscription.subscriber, " is too slow, notices are lost");
+  } else if (subscription.lost > 0) {
+    log(kLogMalformed, subscription.subscriber, " lost ", subscription.lost, " notices of item ",
+        subscription.itemId);
+    subscription.lost = 0;
+  }
+}

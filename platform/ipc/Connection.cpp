@@ -1,0 +1,125 @@
+#include "Connection.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "Deadline.h"
+#include "Wire.h"
+#include "ipc/PeerQueue.h"
+#include "system/BigEndian.h"
+
+bool LineLimit::Allow(unsigned int& heldBack) {
+  const std::int64_t now = MonotonicMs();
+  if (now < nextMs_) {
+    ++heldBack_;
+    return false;
+  }
+  nextMs_ = now + 1000;
+  heldBack = std::exchange(heldBack_, 0);
+  return true;
+}
+
+Connection::Connection(int fd, Origin origin, std::string name)
+    : fd_(fd), origin_(origin), name_(std::move(name)) {}
+
+Connection::~Connection() {
+  close(fd_);
+}
+
+bool Connection::HungUp() const {
+  pollfd state{fd_, 0, 0};
+  return poll(&state, 1, 0) == 1 && (state.revents & (POLLHUP | POLLERR)) != 0;
+}
+
+int Connection::PeerProcessId() const {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return getsockopt(fd_, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
+}
+
+Connection::Input Connection::Read(IpcMessage& message) {
+  std::array<unsigned char, wire::kHeaderSize> header;
+  std::array<iovec, 2> parts{
+      {{header.data(), header.size()}, {message.buffer_.get(), IpcMessage::kMaxPayload}}};
+  msghdr packet{};
+  packet.msg_iov = parts.data();
+  packet.msg_iovlen = parts.size();
+  ssize_t got = 0;
+  do {
+    got = recvmsg(fd_, &packet, MSG_DONTWAIT);
+  } while (got < 0 && errno == EINTR);
+  if (got < 0) return errno == EAGAIN || errno == EWOULDBLOCK ? Input::kNothing : Input::kClosed;
+  if (got == 0) return Input::kClosed;  // an empty packet looks the same; whoever sends one is cut off
+
+  const auto size = static_cast<std::size_t>(got);
+  const std::size_t payloadSize = size < header.size() ? 0 : size - header.size();
+  message.Received(size < header.size() ? 0 : GetU32(header.data()), payloadSize);
+  message.sender_ = name_;
+  if ((packet.msg_flags & MSG_TRUNC) != 0) return Input::kOversized;
+  return size < header.size() ? Input::kGarbage : Input::kMessage;
+}
+
+int Connection::SendNow(unsigned int type, const unsigned char* payload, std::size_t size) {
+  std::array<unsigned char, wire::kHeaderSize> header;
+  PutU32(header.data(), type);
+  // sendmsg only reads; iovec has no const form.
+  std::array<iovec, 2> parts{{{header.data(), header.size()}, {const_cast<unsigned char*>(payload), size}}};
+  msghdr packet{};
+  packet.msg_iov = parts.data();
+  packet.msg_iovlen = size == 0 ? 1 : 2;
+  ssize_t sent = 0;
+  do {
+    sent = sendmsg(fd_, &packet, MSG_DONTWAIT | MSG_NOSIGNAL);
+  } while (sent < 0 && errno == EINTR);
+  if (sent >= 0) {
+    waitUsedUp_ = false;
+    return 0;
+  }
+  if (errno == EAGAIN || errno == EWOULDBLOCK || errno == ENOBUFS) return EAGAIN;
+  sendFailed_ = true;
+  return errno;
+}
+
+int Connection::Send(unsigned int type, const unsigned char* payload, std::size_t size) {
+  Flush();
+  if (sendFailed_) return EPIPE;
+  return HasQueued() ? EAGAIN : SendNow(type, payload, size);
+}
+
+int Connection::SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size) {
+  int result = Send(type, payload, size);
+  if (result != EAGAIN || waitUsedUp_) return result;
+  const Deadline deadline(kMaxWaitMs);
+  while (result == EAGAIN && deadline.RemainingMs() > 0) {
+    pollfd room{fd_, POLLOUT, 0};
+    (void)poll(&room, 1, deadline.RemainingMs());
+    result = Send(type, payload, size);
+  }
+  waitUsedUp_ = result == EAGAIN;
+  return result;
+}
+
+int Connection::Post(unsigned int type, const unsigned char* payload, std::size_t size) {
+  const int result = Send(type, payload, size);
+  if (result != EAGAIN) return result;
+  Queued queued{type, {payload, payload + size}};
+  if (queuedBytes_ + queued.Bytes() > kMaxPostedBytes) return EAGAIN;
+  queuedBytes_ += queued.Bytes();
+  queue_.push_back(std::move(queued));
+  return 0;
+}
+
+void Connection::Flush() {
+  while (!queue_.empty()) {
+    const Queued& first = queue_.front();
+    if (SendNow(first.type, first.payload.data(), first.payload.size()) == EAGAIN) return;
+    queuedBytes_ -= first.Bytes();  // sent, or the peer is gone
+    queue_.pop_front();
+  }
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ipc/IpcMessage.h"
+
+// At most one log line a second about one peer; those held back are counted.
+class LineLimit {
+ public:
+  // True when a line may be written now; `heldBack` is then the number of lines before it that
+  // were not.
+  bool Allow(unsigned int& heldBack);
+
+ private:
+  std::int64_t nextMs_ = 0;
+  unsigned int heldBack_ = 0;
+};
+
+// One duplex connection with a peer.
+class Connection {
+ public:
+  enum class Origin { kAccepted, kConnected };
+  enum class Input { kMessage, kNothing, kGarbage, kOversized, kClosed };
+
+  // Takes the descriptor over. An accepted connection has no name until its hello.
+  Connection(int fd, Origin origin, std::string name);
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  int fd() const { return fd_; }
+  Origin origin() const { return origin_; }
+  const std::string& name() const { return name_; }
+  void SetName(std::string_view name) { name_ = name; }
+
+  // The system's number of the process at the other end; 0 where it is not told.
+  int PeerProcessId() const;
+
+  // Whether new messages may be sent over it: it has a name and has not failed.
+  bool Usable() const { return !name_.empty() && !sendFailed_; }
+  // The peer is gone, whatever may be left to read.
+  bool HungUp() const;
+  // No message is sent over it any more; what is left to read is read.
+  void StopSending() { sendFailed_ = true; }
+
+  // Reads one packet into `message`, its sender included. Never blocks.
+  Input Read(IpcMessage& message);
+
+  // Sends one message, behind what is queued, without blocking: 0, EAGAIN when the peer is full,
+  // or what the system said.
+  int Send(unsigned int type, const unsigned char* payload, std::size_t size);
+  // The same, but gives a full peer up to `kMaxWaitMs`, once until it has taken something again.
+  int SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size);
+  // The same, but queues what the peer does not take; EAGAIN when the queue is full.
+  int Post(unsigned int type, const unsigned char* payload, std::size_t size);
+  // Sends what is queued as far as the peer takes it.
+  void Flush();
+  bool HasQueued() const { return !queue_.empty(); }
+
+  LineLimit& Lines() { return lines_; }
+
+  // The events that the endpoint waits for on this connection, as it last told the system; kept
+  // here for the endpoint.
+  std::uint32_t watchedEvents = 0;
+  // Packets it may still deliver before others have their turn; kept here for the endpoint.
+  int turnBudget = 0;
+
+ private:
+  static constexpr int kMaxWaitMs = 10;
+
+  struct Queued {
+    unsigned int type;
+    std::vector<unsigned char> payload;
+    std::size_t Bytes() const { return payload.size() + sizeof(Queued) + 64; }
+  };
+
+  int SendNow(unsigned int type, const unsigned char* payload, std::size_t size);
+
+  int fd_;
+  Origin origin_;
+  std::string name_;
+  bool sendFailed_ = false;
+  bool waitUsedUp_ = false;
+  std::deque<Queued> queue_;
+  std::size_t queuedBytes_ = 0;
+  LineLimit lines_;
+};

@@ -1,0 +1,139 @@
+#include "ConnectionTable.h"
+
+#include <sys/epoll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace {
+
+// What stands in an event's data for the two descriptors that are no connections.
+int gListenMark;
+int gSignalMark;
+
+int Watch(int epollFd, int operation, int fd, std::uint32_t events, void* mark) {
+  epoll_event event{};
+  event.events = events;
+  event.data.ptr = mark;
+  return epoll_ctl(epollFd, operation, fd, &event) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+ConnectionTable::~ConnectionTable() {
+  if (epollFd_ >= 0) close(epollFd_);
+}
+
+int ConnectionTable::Open(int listenFd) {
+  epollFd_ = epoll_create1(EPOLL_CLOEXEC);
+  if (epollFd_ < 0) return errno;
+  return Watch(epollFd_, EPOLL_CTL_ADD, listenFd, EPOLLIN, &gListenMark);
+}
+
+void ConnectionTable::WatchSignals(int fd) {
+  (void)Watch(epollFd_, EPOLL_CTL_ADD, fd, EPOLLIN, &gSignalMark);
+}
+
+Connection* ConnectionTable::Add(int fd, Connection::Origin origin, const std::string& name) {
+  auto connection = std::make_unique<Connection>(fd, origin, name);
+  if (connections_.size() >= kMaxConnections && !MakeRoom()) return nullptr;
+  connections_.push_back(std::move(connection));
+  UpdateInterest(*connections_.back());
+  return connections_.back().get();
+}
+
+bool ConnectionTable::MakeRoom() {
+  const auto nameless = std::find_if(connections_.begin(), connections_.end(),
+                                     [](const auto& connection) { return connection->name().empty(); });
+  if (nameless == connections_.end()) return false;
+  Remove(nameless->get());
+  return true;
+}
+
+void ConnectionTable::Remove(Connection* connection) {
+  std::replace(ready_.begin(), ready_.end(), connection, static_cast<Connection*>(nullptr));
+  std::erase(paused_, connection);
+  std::erase_if(connections_, [connection](const auto& owned) { return owned.get() == connection; });
+}
+
+Connection* ConnectionTable::Find(const std::string& name) const {
+  const auto found = std::find_if(connections_.begin(), connections_.end(), [&name](const auto& connection) {
+    return connection->Usable() && connection->name() == name;
+  });
+  return found == connections_.end() ? nullptr : found->get();
+}
+
+Connection* ConnectionTable::FindAccepted(const std::string& name) const {
+  const auto found = std::find_if(connections_.begin(), connections_.end(), [&name](const auto& connection) {
+    return connection->origin() == Connection::Origin::kAccepted && connection->Usable() &&
+           connection->name() == name;
+  });
+  return found == connections_.end() ? nullptr : found->get();
+}
+
+Connection* ConnectionTable::NextReady() {
+  for (; turn_ < ready_.size(); ++turn_) {
+    Connection* connection = ready_[turn_];
+    if (connection != nullptr && connection->turnBudget-- > 0 && !IsPaused(*connection)) return connection;
+  }
+  return nullptr;
+}
+
+void ConnectionTable::Done() {
+  ++turn_;
+}
+
+ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
+  std::array<epoll_event, 32> events;
+  const int count = epoll_wait(epollFd_, events.data(), static_cast<int>(events.size()), timeoutMs);
+  ready_.clear();
+  turn_ = 0;
+  WakeUp found;
+  for (int i = 0; i < count; ++i) {
+    const epoll_event& event = events[static_cast<std::size_t>(i)];
+    if (event.data.ptr == &gListenMark) {
+      found.accept = true;
+    } else if (event.data.ptr == &gSignalMark) {
+      found.signal = true;
+    } else {
+      auto* connection = static_cast<Connection*>(event.data.ptr);
+      if (connection->HasQueued()) {
+        connection->Flush();
+        UpdateInterest(*connection);
+      }
+      connection->turnBudget = kTurn;
+      if ((event.events & ~std::uint32_t{EPOLLOUT}) != 0) ready_.push_back(connection);
+    }
+  }
+  return found;
+}
+
+bool ConnectionTable::IsPaused(const Connection& connection) const {
+  return !paused_.empty() && std::find(paused_.begin(), paused_.end(), &connection) != paused_.end();
+}
+
+void ConnectionTable::Pause(Connection& connection) {
+  if (IsPaused(connection)) return;
+  paused_.push_back(&connection);
+  UpdateInterest(connection);
+}
+
+void ConnectionTable::ResumeAt(std::size_t index) {
+  Connection* connection = paused_[index];
+  paused_.erase(paused_.begin() + static_cast<std::ptrdiff_t>(index));
+  UpdateInterest(*connection);
+}
+
+void ConnectionTable::UpdateInterest(Connection& connection) {
+  const std::uint32_t wanted = (IsPaused(connection) ? 0U : std::uint32_t{EPOLLIN}) |
+                               (connection.HasQueued() ? std::uint32_t{EPOLLOUT} : 0U);
+  if (wanted == connection.watchedEvents) return;
+  // A descriptor that nothing is wanted of is taken out: a hang-up would be reported for ever.
+  const int operation = connection.watchedEvents == 0 ? EPOLL_CTL_ADD
+                        : wanted == 0                 ? EPOLL_CTL_DEL
+                                                      : EPOLL_CTL_MOD;
+  if (Watch(epollFd_, operation, connection.fd(), wanted, &connection) == 0)
+    connection.watchedEvents = wanted;
+}

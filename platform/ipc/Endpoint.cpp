@@ -1,0 +1,273 @@
+#include "Endpoint.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "Wire.h"
+#include "ipc/LinxServerNameList.h"
+#include "log/LogLine.h"
+#include "system/Process.h"
+
+namespace {
+
+constexpr LogSource log{"LinxIpc"};
+
+}  // namespace
+
+Endpoint::Endpoint(LinxIpc* owner, std::string name) : owner_(owner), name_(std::move(name)) {}
+
+int Endpoint::Init() {
+  int error = wire::ValidName(name_) ? socket_.Open(name_) : EINVAL;
+  if (error == 0) error = connections_.Open(socket_.fd());
+  if (error != 0) log(kLogError, "Cannot open endpoint ", name_, ": ", std::strerror(error));
+  return error;
+}
+
+// ---- Receiving
+
+int Endpoint::Receive(int timeoutMs, const Filter& filter, IpcMessage* message) {
+  if (!connections_.IsOpen()) return EINVAL;
+  const Deadline deadline(timeoutMs);
+  IpcMessage& target = message != nullptr ? *message : current_;
+  connections_.Resume([&](const Connection& paused) { return MayRead(paused, filter); });
+  const int result = TakePending(filter, target) ? 0 : ReadUntil(deadline, filter, target);
+  if (filter.selective) return result;
+  if (result == 0) Dispatch();
+  return shutdownSeen_ ? ESHUTDOWN : result;
+}
+
+bool Endpoint::TakePending(const Filter& filter, IpcMessage& message) {
+  PendingMessage taken;
+  if (pending_.Empty() || !pending_.Take(filter, taken)) return false;
+  std::copy(taken.payload.begin(), taken.payload.end(), message.buffer_.get());
+  message.Received(taken.type, taken.payload.size());
+  message.sender_ = taken.sender;
+  return true;
+}
+
+int Endpoint::ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessage& message) {
+  for (;;) {
+    if (ReadReady(filter, message)) return 0;
+    const int leftMs = deadline.RemainingMs();
+    const ConnectionTable::WakeUp wakeUp = connections_.Wait(leftMs);
+    if (wakeUp.accept) Accept();
+    if (wakeUp.signal && signals_.Take()) {
+      pending_.Add({LinxIpc::kShutdownNotice, "", {}});
+      if (TakePending(filter, message)) return 0;
+    }
+    if (leftMs == 0) return ReadReady(filter, message) ? 0 : ETIMEDOUT;
+  }
+}
+
+// Reads what the last wait found until a message matches; the others are kept for later.
+bool Endpoint::ReadReady(const Filter& filter, IpcMessage& message) {
+  while (Connection* connection = connections_.NextReady()) {
+    const Connection::Input input = connection->Read(scratch_);
+    if (!TakeInput(*connection, input, scratch_)) continue;
+    if (filter.Matches(scratch_.MsgType(), scratch_.GetSender())) {
+      message.Swap(scratch_);
+      return true;
+    }
+    Keep(scratch_, *connection, filter);
+  }
+  return false;
+}
+
+// True when `message` is one for this process. Ends connections that say nothing useful.
+bool Endpoint::TakeInput(Connection& connection, Connection::Input input, const IpcMessage& message) {
+  using Input = Connection::Input;
+  if (input == Input::kNothing) {
+    connections_.Done();
+    return false;
+  }
+  if (input == Input::kClosed) {
+    Close(connection);
+    return false;
+  }
+  const bool nameless = connection.name().empty();
+  if (nameless && (input != Input::kMessage || message.MsgType() != wire::kHelloType)) {
+    Refuse(connection, "it did not begin with a hello");
+    return false;
+  }
+  if (nameless) {
+    TakeHello(connection, message);
+    return false;
+  }
+  if (input == Input::kMessage && message.MsgType() != wire::kHelloType) return true;
+  LogPeer(connection.Lines(), "Dropped a packet from ", connection.name(), ": ",
+          input == Input::kOversized ? "too long"
+          : input == Input::kGarbage ? "too short"
+                                     : "second hello");
+  return false;
+}
+
+void Endpoint::Keep(const IpcMessage& message, Connection& from, const Filter& filter) {
+  const unsigned char* payload = message.DataPtr();
+  pending_.Add({message.MsgType(), message.GetSender(), {payload, payload + message.Size()}});
+  if (!MayRead(from, filter)) connections_.Pause(from);
+}
+
+bool Endpoint::MayRead(const Connection& connection, const Filter& filter) const {
+  const bool awaited = filter.selective && (filter.sender.empty() || filter.sender == connection.name());
+  return pending_.BytesFrom(connection.name()) < (awaited ? kMaxPendingBytesAwaited : kMaxPendingBytes);
+}
+
+// ---- Dispatch
+
+void Endpoint::Dispatch() {
+  const unsigned int type = current_.MsgType();
+  if (type == LinxIpc::kShutdownNotice) {
+    DispatchShutdown();
+  } else if (type == LinxIpc::kProcessDiedNotice) {
+    DispatchProcessDied();
+  } else if (!handlers_.Call(type, owner_)) {
+    LogSender("No handler for message ", type);
+  }
+}
+
+// The handler may answer in the current message; whoever looks at it afterwards is to see what
+// came.
+void Endpoint::DispatchShutdown() {
+  shutdownSeen_ = true;
+  const Registration registration = shutdown_;
+  if (registration.handler != nullptr) registration.handler(owner_, registration.context);
+  (void)current_.Allocate(LinxIpc::kShutdownNotice, 0, nullptr);
+}
+
+void Endpoint::DispatchProcessDied() {
+  if (current_.GetSender() != LinxServerNameList::Instance().Name(e_Process_StateMgr)) {
+    LogSender("Dropped a process-died notice that is not the state manager's", "");
+    return;
+  }
+  const Registration registration = processDied_;
+  if (registration.handler != nullptr) registration.handler(owner_, registration.context);
+}
+
+void Endpoint::SetShutdown(Registration registration) {
+  shutdown_ = registration;
+  if (registration.handler == nullptr) {
+    signals_.Release();
+  } else if (signals_.Catch() == 0) {
+    connections_.WatchSignals(signals_.fd());
+  }
+}
+
+// ---- Connections
+
+void Endpoint::Accept() {
+  constexpr int kPerWakeUp = 8;
+  for (int i = 0; i < kPerWakeUp; ++i) {
+    const int fd = socket_.Accept();
+    if (fd < 0) return;
+    (void)connections_.Add(fd, Connection::Origin::kAccepted, "");
+  }
+}
+
+void Endpoint::TakeHello(Connection& connection, const IpcMessage& hello) {
+  const unsigned char* payload = hello.DataPtr();
+  if (payload == nullptr || payload[0] != wire::kVersion) {
+    Refuse(connection, "it speaks another version");
+    return;
+  }
+  const std::string name(payload + 1, payload + hello.Size());
+  if (!wire::ValidName(name) || name == name_) {
+    Refuse(connection, "its name is none");
+    return;
+  }
+  Connection* holder = connections_.FindAccepted(name);
+  if (holder != nullptr && !holder->HungUp()) {
+    Refuse(connection, "its name is in use");
+    return;
+  }
+  if (holder != nullptr) {  // a restarted peer; what its predecessor sent is still read
+    holder->StopSending();
+    PeerGone(name);
+  }
+  connection.SetName(name);
+}
+
+void Endpoint::Refuse(Connection& connection, const char* why) {
+  LogPeer(namelessLines_, "Refused a connection of process ", connection.PeerProcessId(), ": ", why);
+  Close(connection);
+}
+
+void Endpoint::Close(Connection& connection) {
+  const std::string name = connection.name();
+  connections_.Remove(&connection);
+  if (!name.empty() && !Connected(name)) PeerGone(name);
+}
+
+void Endpoint::PeerGone(const std::string& peer) {
+  if (peerGone_ != nullptr) peerGone_(peerGoneContext_, peer);
+}
+
+void Endpoint::OnPeerGone(PeerGoneFunction function, void* context) {
+  peerGone_ = function;
+  peerGoneContext_ = context;
+}
+
+// ---- Sending
+
+Connection* Endpoint::ConnectTo(const std::string& name, int& error) {
+  int fd = -1;
+  error = EndpointSocket::Connect(name, fd);
+  if (error != 0) return nullptr;
+  Connection* connection = connections_.Add(fd, Connection::Origin::kConnected, name);
+  if (connection == nullptr) {
+    error = EMFILE;
+    return nullptr;
+  }
+  std::string hello(1, static_cast<char>(wire::kVersion));
+  hello += name_;
+  error =
+      connection->Send(wire::kHelloType, reinterpret_cast<const unsigned char*>(hello.data()), hello.size());
+  if (error == 0) return connection;
+  Close(*connection);
+  return nullptr;
+}
+
+int Endpoint::Notify(const std::string& destination, const IpcMessage& message, bool wait) {
+  if (!connections_.IsOpen() || !wire::ValidName(destination) || destination == name_) return EINVAL;
+  for (;;) {
+    Connection* connection = connections_.Find(destination);
+    const bool isNew = connection == nullptr;
+    int error = 0;
+    if (isNew) connection = ConnectTo(destination, error);
+    if (connection == nullptr) return error;
+    error = wait ? connection->SendPatiently(message.MsgType(), message.DataPtr(), message.Size())
+                 : connection->Send(message.MsgType(), message.DataPtr(), message.Size());
+    connections_.UpdateInterest(*connection);
+    if (error == 0 || error == EAGAIN || isNew) return error;
+    // The peer closed a connection that stood; it may be there again.
+  }
+}
+
+int Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload,
+                   std::size_t size) {
+  Connection* connection = connections_.Find(peer);
+  if (connection == nullptr) return ENOTCONN;
+  const int error = connection->Post(type, payload, size);
+  connections_.UpdateInterest(*connection);
+  return error == 0 || error == EAGAIN ? error : ENOTCONN;
+}
+
+// ---- Logging
+
+template <typename... Parts>
+void Endpoint::LogPeer(LineLimit& lines, const Parts&... parts) {
+  unsigned int heldBack = 0;
+  if (!lines.Allow(heldBack)) return;
+  if (heldBack == 0) {
+    log(kLogMalformed, parts...);
+  } else {
+    log(kLogMalformed, parts..., " (lines held back before: ", heldBack, ")");
+  }
+}
+
+template <typename... Parts>
+void Endpoint::LogSender(const Parts&... parts) {
+  Connection* sender = connections_.Find(current_.GetSender());
+  LogPeer(sender != nullptr ? sender->Lines() : namelessLines_, parts..., " from ", current_.GetSender());
+}

@@ -1,0 +1,67 @@
+#include "ipc/LinxIpc.h"
+
+#include "Endpoint.h"
+#include "ipc/PeerQueue.h"
+
+const std::string LinxIpc::emptyString;
+
+LinxIpc::LinxIpc(const std::string& name) : endpoint_(std::make_unique<Endpoint>(this, name)) {}
+
+LinxIpc::~LinxIpc() = default;
+
+int LinxIpc::Init() {
+  return endpoint_->Init();
+}
+
+int LinxIpc::Receive(int timeoutMs, unsigned int type, const std::string& sender, IpcMessage* message) {
+  return endpoint_->Receive(timeoutMs, Filter{type, sender, message != nullptr}, message);
+}
+
+int LinxIpc::Notify(const std::string& destination, IpcMessage& message, bool wait) {
+  return endpoint_->Notify(destination, message, wait);
+}
+
+IpcMessage& LinxIpc::CurrentMessage() {
+  return endpoint_->CurrentMessage();
+}
+
+void LinxIpc::RegisterHandler(unsigned int type, Handler handler, void* context) {
+  endpoint_->Handlers().Set(type, {handler, context});
+}
+
+void LinxIpc::DeregisterHandler(unsigned int type) {
+  endpoint_->Handlers().Remove(type);
+}
+
+void LinxIpc::RegisterShutdown(Handler handler, void* context) {
+  endpoint_->SetShutdown({handler, context});
+}
+
+void LinxIpc::DeregisterShutdown() {
+  endpoint_->SetShutdown({});
+}
+
+void LinxIpc::RegisterProcessDied(Handler handler, void* context) {
+  endpoint_->SetProcessDied({handler, context});
+}
+
+void LinxIpc::DeregisterProcessDied() {
+  endpoint_->SetProcessDied({});
+}
+
+Endpoint& EndpointOf(LinxIpc& ipc) {
+  return *ipc.endpoint_;
+}
+
+int PostToPeer(LinxIpc& ipc, const std::string& peer, unsigned int type, const unsigned char* payload,
+               std::size_t size) {
+  return EndpointOf(ipc).Post(peer, type, payload, size);
+}
+
+bool PeerConnected(LinxIpc& ipc, const std::string& peer) {
+  return EndpointOf(ipc).Connected(peer);
+}
+
+void OnPeerGone(LinxIpc& ipc, PeerGoneFunction function, void* context) {
+  EndpointOf(ipc).OnPeerGone(function, context);
+}

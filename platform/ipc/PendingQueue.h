@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+// What a receive asks for.
+struct Filter {
+  unsigned int type;          // 0: any
+  const std::string& sender;  // empty: any
+  bool selective;             // a selective wait leaves a shutdown notice; any other takes it always
+
+  bool Matches(unsigned int messageType, const std::string& from) const;
+};
+
+struct PendingMessage {
+  unsigned int type = 0;
+  std::string sender;
+  std::vector<unsigned char> payload;
+
+  // What it costs in memory, near enough.
+  std::size_t Bytes() const { return payload.size() + sizeof(PendingMessage) + 64; }
+};
+
+// Messages that arrived while a selective wait looked for another one, in order of arrival.
+class PendingQueue {
+ public:
+  bool Empty() const { return messages_.empty(); }
+  void Add(PendingMessage message);
+
+  // Takes the first message that matches into `taken`.
+  bool Take(const Filter& filter, PendingMessage& taken);
+
+  // Bytes held of one sender's messages.
+  std::size_t BytesFrom(const std::string& sender) const;
+
+ private:
+  std::deque<PendingMessage> messages_;
+  std::unordered_map<std::string, std::size_t> bytesBySender_;
+};

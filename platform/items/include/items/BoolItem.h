@@ -1,0 +1,19 @@
+#pragma once
+
+#include "items/Item.h"
+
+// A truth value: one byte, 1 or 0; every byte but 0 reads as true.
+class BoolItem : public Item {
+ public:
+  explicit BoolItem(bool value = false) : value_(value) {}
+
+  bool Value() const { return value_; }
+  void Value(bool value) { value_ = value; }
+
+  unsigned int Size() const override { return 1; }
+  unsigned char* Encode(unsigned char* p) const override;
+  unsigned char* Decode(unsigned char* p) override;
+
+ private:
+  bool value_;
+};

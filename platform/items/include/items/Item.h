@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+
+#include "ipc/IpcMessage.h"
+
+// A value as it travels in a message's payload. An item is its members back to back, each in the
+// encoding of its own class, big-endian, without padding.
+class Item {
+ public:
+  Item() = default;
+  virtual ~Item() = default;
+
+  // Bytes that Encode writes; at most IpcMessage::kSlack.
+  virtual unsigned int Size() const = 0;
+
+  // Writes the item at `p`, where Size() bytes are free; returns the byte behind it.
+  virtual unsigned char* Encode(unsigned char* p) const = 0;
+
+  // Reads the item at `p` and returns the byte behind it. It does not know where the payload ends:
+  // what it reads from must be followed by IpcMessage::kSlack zero bytes, as every received message
+  // is. Lengths and counts are cut to their stated maximum.
+  virtual unsigned char* Decode(unsigned char* p) = 0;
+
+  // Decode for the payload of a message: all or nothing. A payload that ends before the item does
+  // leaves the item as it was, logs one mask-2 line and returns false. What follows the item in
+  // the payload is not read.
+  bool DecodeMsg(IpcMessage& message);
+
+  // The same for `size` bytes of a message's payload that begin at `p`.
+  bool DecodeBytes(unsigned char* p, std::size_t size);
+
+  // Writes the item into the payload of a message that was allocated with Size() bytes or more;
+  // false, and nothing written, when it has fewer.
+  bool EncodeMsg(IpcMessage& message) const;
+
+ protected:
+  Item(const Item&) = default;
+  Item& operator=(const Item&) = default;
+};
