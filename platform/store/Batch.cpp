@@ -1,0 +1,157 @@
+#include "Batch.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "Tables.h"
+
+namespace store {
+namespace {
+
+constexpr std::size_t kMaxText = 1024;
+
+std::string_view Cut(std::string_view text) {
+  text = text.substr(0, kMaxText);
+  return text.substr(0, text.find('\0'));
+}
+
+RecordHeader HeaderAt(const unsigned char* p) {
+  RecordHeader header;
+  std::memcpy(&header, p, sizeof header);
+  return header;
+}
+
+}  // namespace
+
+std::int64_t TakeInteger(const unsigned char*& cell) {
+  std::int64_t value = 0;
+  std::memcpy(&value, cell, sizeof value);
+  cell += sizeof value;
+  return value;
+}
+
+std::string_view TakeText(const unsigned char*& cell) {
+  std::uint32_t size = 0;
+  std::memcpy(&size, cell, sizeof size);
+  const auto* text = reinterpret_cast<const char*>(cell + sizeof size);
+  cell += sizeof size + size;
+  return {text, size};
+}
+
+std::size_t CellBytes(TableId table, int columns, const unsigned char* cells) {
+  const unsigned char* end = cells;
+  for (int i = 0; i < columns; ++i) {
+    if (kTables[table].columns[static_cast<std::size_t>(i)].type == ColumnType::kText) {
+      (void)TakeText(end);
+    } else {
+      (void)TakeInteger(end);
+    }
+  }
+  return static_cast<std::size_t>(end - cells);
+}
+
+void Batch::Append(const void* data, std::size_t size) {
+  const auto* bytes = static_cast<const unsigned char*>(data);
+  bytes_.insert(bytes_.end(), bytes, bytes + size);
+}
+
+RecordView Batch::Add(RecordHeader header, std::initializer_list<Value> values) {
+  header.cellBytes = 0;
+  for (const Value& value : values) {
+    header.cellBytes += static_cast<std::uint32_t>(
+        value.IsText() ? sizeof(std::uint32_t) + Cut(value.Text()).size() : sizeof(std::int64_t));
+  }
+  MakeRoom(sizeof header + header.cellBytes);
+  const std::size_t start = bytes_.size();
+  Append(&header, sizeof header);
+  for (const Value& value : values) {
+    if (value.IsText()) {
+      const std::string_view text = Cut(value.Text());
+      const auto size = static_cast<std::uint32_t>(text.size());
+      Append(&size, sizeof size);
+      Append(text.data(), text.size());
+    } else {
+      const std::int64_t number = value.Number();
+      Append(&number, sizeof number);
+    }
+  }
+  return {header, bytes_.data() + start + sizeof header};
+}
+
+void Batch::AddCells(RecordHeader header, const unsigned char* cells) {
+  Append(&header, sizeof header);
+  Append(cells, header.cellBytes);
+}
+
+RecordHeader Batch::First() const {
+  return HeaderAt(bytes_.data());
+}
+
+std::int64_t Batch::Count() const {
+  std::int64_t count = 0;
+  std::size_t offset = 0;
+  RecordView record;
+  while (Next(offset, record)) ++count;
+  return count;
+}
+
+bool Batch::Next(std::size_t& offset, RecordView& record) const {
+  if (offset >= bytes_.size()) return false;
+  record.header = HeaderAt(bytes_.data() + offset);
+  record.cells = bytes_.data() + offset + sizeof record.header;
+  offset += sizeof record.header + record.header.cellBytes;
+  return true;
+}
+
+void Batch::RemoveUpTo(std::int64_t seq) {
+  std::size_t end = 0;
+  std::size_t next = 0;
+  RecordView record;
+  while (Next(next, record) && record.header.seq <= seq) end = next;
+  bytes_.erase(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(end));
+}
+
+void Batch::MakeRoom(std::size_t size) {
+  if (bytes_.size() + size <= maxBytes_) return;
+  // A quarter at once, so that the cost of moving the rest is shared by many records.
+  const std::size_t goal = std::max(size, maxBytes_ / 4);
+  const std::size_t freed = Drop(goal, false);
+  if (freed < size) (void)Drop(goal - freed, true);
+}
+
+std::size_t Batch::Drop(std::size_t goal, bool critical) {
+  std::size_t freed = 0;
+  std::size_t kept = 0;
+  std::size_t next = 0;
+  RecordView record;
+  while (freed < goal) {
+    const std::size_t start = next;
+    if (!Next(next, record)) break;
+    if (record.header.critical == critical) {
+      CountLoss(record.header);
+      freed += next - start;
+    } else {
+      std::memmove(bytes_.data() + kept, bytes_.data() + start, next - start);
+      kept += next - start;
+    }
+  }
+  bytes_.erase(bytes_.begin() + static_cast<std::ptrdiff_t>(kept),
+               bytes_.begin() + static_cast<std::ptrdiff_t>(next));
+  return freed;
+}
+
+void Batch::CountLoss(const RecordHeader& header) {
+  Loss& loss = losses_[header.table];
+  if (loss.count == 0) loss.fromTick = header.tick;
+  loss.toTick = std::max(loss.toTick, header.tick);
+  ++loss.count;
+  hasLosses_ = true;
+}
+
+Losses Batch::TakeLosses() {
+  hasLosses_ = false;
+  return std::exchange(losses_, Losses{});
+}
+
+}  // namespace store

@@ -1,0 +1,89 @@
+#include "FileNames.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+
+namespace store {
+namespace {
+
+constexpr std::string_view kSuffix = ".db";
+constexpr std::size_t kMinDigits = 6;
+constexpr std::size_t kMaxDigits = 9;
+constexpr mode_t kMode = 0640;
+
+// The number that the name begins with, and what follows it; 0 where there is none.
+std::uint32_t TakeNumber(std::string_view& name) {
+  std::size_t digits = 0;
+  while (digits < name.size() && name[digits] >= '0' && name[digits] <= '9') ++digits;
+  std::uint32_t number = 0;
+  if (digits < kMinDigits || digits > kMaxDigits) return 0;
+  (void)std::from_chars(name.data(), name.data() + digits, number);
+  name.remove_prefix(digits);
+  return number;
+}
+
+}  // namespace
+
+FileNames::FileNames(std::string base) : base_(std::move(base)) {
+  const std::size_t slash = base_.rfind('/');
+  directory_ = slash == std::string::npos ? "." : base_.substr(0, slash + 1);
+  prefix_ = NameOf(base_) + ".";
+}
+
+std::string FileNames::PathOf(std::uint32_t number) const {
+  char digits[16];
+  (void)std::snprintf(digits, sizeof digits, ".%06u", static_cast<unsigned int>(number));
+  return base_ + digits + std::string(kSuffix);
+}
+
+bool FileNames::List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const {
+  struct CloseDirectory {
+    void operator()(DIR* directory) const { (void)closedir(directory); }
+  };
+  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(directory_.c_str()));
+  if (directory == nullptr) return false;
+  numbers.clear();
+  highest = 0;
+  while (const dirent* entry = readdir(directory.get())) {
+    std::string_view name = entry->d_name;
+    if (!name.starts_with(prefix_)) continue;
+    name.remove_prefix(prefix_.size());
+    const std::uint32_t number = TakeNumber(name);
+    if (number == 0 || !name.starts_with(kSuffix)) continue;
+    highest = std::max(highest, number);
+    if (name == kSuffix) numbers.push_back(number);
+  }
+  std::sort(numbers.begin(), numbers.end());
+  return true;
+}
+
+int CreateNewFile(const std::string& path) {
+  const int fd = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kMode);
+  if (fd < 0) return errno;
+  (void)close(fd);
+  return 0;
+}
+
+int Identify(const std::string& path, FileIdentity& identity) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return errno;
+  identity.device = status.st_dev;
+  identity.inode = status.st_ino;
+  identity.bytes = static_cast<std::uint64_t>(status.st_size);
+  return 0;
+}
+
+std::string NameOf(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+}  // namespace store

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace store {
+
+// The files of one store: "<base>.NNNNNN.db".
+class FileNames {
+ public:
+  explicit FileNames(std::string base);
+
+  std::string PathOf(std::uint32_t number) const;
+
+  // The numbers of the files that are there, ascending, and the highest that is in use in any way,
+  // if only by a log that was left over (0 for none). False when the directory cannot be read.
+  bool List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const;
+
+ private:
+  std::string base_;
+  std::string directory_;
+  std::string prefix_;  // of the names in the directory
+};
+
+// Creates an empty file that was not there before; 0 or an errno value.
+int CreateNewFile(const std::string& path);
+
+// A file as it was seen: tells whether the path still leads to it.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::uint64_t bytes = 0;
+
+  bool SameFile(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
+};
+
+// 0 or an errno value; the identity is unchanged then.
+int Identify(const std::string& path, FileIdentity& identity);
+
+// "x/y.db" gives "y.db".
+std::string NameOf(const std::string& path);
+
+}  // namespace store

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "Batch.h"
+
+namespace store {
+
+// The last record of every source, for each table that has a part in the full state.
+class FullState {
+ public:
+  void Keep(const RecordView& record);
+
+  // Adds every kept record to the batch once more, as restated at this tick, numbered on from `seq`.
+  void Restate(Batch& batch, std::int64_t& seq, std::int64_t tick) const;
+
+ private:
+  struct Slot {
+    RecordHeader header;
+    std::size_t keyBytes = 0;
+    std::vector<unsigned char> cells;  // keeps its capacity
+  };
+  // Peers number the sources; a peer that makes numbers up must not make this grow.
+  static constexpr std::size_t kMaxSlots = 64;
+
+  Slot* Find(const RecordView& record, std::size_t keyBytes);
+
+  std::array<std::vector<Slot>, kTableCount> slots_;
+};
+
+}  // namespace store

@@ -1,0 +1,61 @@
+#include "PreviousRun.h"
+
+#include "Database.h"
+#include "Schema.h"
+#include "log/LogLine.h"
+
+namespace store {
+namespace {
+
+constexpr LogSource log{"DataStore"};
+
+// Folding in happens at start-up, which must not wait for it for long.
+constexpr std::uint64_t kMaxLogBytes = std::uint64_t{16} << 20;
+
+constexpr const char* kLastUtc =
+    "SELECT utc_ms + last_tick - tick FROM clock, progress WHERE seq <= last_seq ORDER BY seq DESC LIMIT 1";
+
+bool Read(const std::string& path, PreviousRun& run) {
+  FileIdentity walLog;
+  if (Identify(path + "-wal", walLog) == 0 && walLog.bytes > kMaxLogBytes) {
+    log(kLogError, "Left alone: the log of ", path, " is too long");
+    return false;
+  }
+  Database database;
+  std::int64_t id = 0;
+  std::int64_t clean = 0;
+  int rc = database.Open(path);
+  if (rc == SQLITE_OK) rc = database.Query("PRAGMA application_id", id);
+  if (rc == SQLITE_OK && id != kApplicationId) rc = SQLITE_NOTADB;
+  if (rc == SQLITE_OK) rc = database.Query("SELECT last_seq FROM progress", run.lastSeq);
+  if (rc == SQLITE_OK) rc = database.Query("SELECT last_tick FROM progress", run.lastTick);
+  if (rc == SQLITE_OK) rc = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
+  if (rc != SQLITE_OK) {
+    log(kLogError, "Left alone: ", path, " cannot be read: ", sqlite3_errstr(rc));
+    return false;
+  }
+  (void)database.Query(kLastUtc, run.lastUtcMs);
+  run.ended = clean != 0 ? "clean" : "cut off";
+  (void)database.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
+  return true;
+}
+
+}  // namespace
+
+PreviousRun LookAtPreviousRun(const FileNames& names) {
+  std::vector<std::uint32_t> numbers;
+  std::uint32_t highest = 0;
+  if (!names.List(numbers, highest)) return {};
+  for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
+    const std::string path = names.PathOf(*number);
+    FileIdentity identity;
+    if (Identify(path, identity) != 0 || identity.bytes == 0) continue;
+    PreviousRun run;
+    run.file = NameOf(path);
+    if (!Read(path, run)) run.ended = "unreadable";
+    return run;
+  }
+  return {};
+}
+
+}  // namespace store

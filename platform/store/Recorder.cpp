@@ -1,0 +1,90 @@
+#include "Recorder.h"
+
+#include <algorithm>
+#include <string>
+
+#include "log/LogLine.h"
+
+namespace store {
+namespace {
+
+constexpr LogSource log{"DataStore"};
+
+constexpr std::size_t kChunkBytes = 256 * 1024;  // of one transaction
+constexpr std::size_t kProbeBytes = 4 * 1024;    // of one that will probably fail
+constexpr std::uint64_t kLogBound = std::uint64_t{4} << 20;
+
+}  // namespace
+
+bool Recorder::Begin() {
+  std::vector<std::uint32_t> numbers;
+  std::uint32_t highest = 0;
+  auto next = std::make_unique<RecordingFile>();
+  if (names_.List(numbers, highest)) {
+    const std::uint32_t number = std::max(highest, number_) + 1;
+    if (next->Create(names_.PathOf(number))) {
+      number_ = number;
+      file_ = std::move(next);
+      fullAt_ = maxFileBytes_;
+      spoiled_ = inDoubt_ = logPinned_ = false;
+      return true;
+    }
+  }
+  if (file_ != nullptr) fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
+  return false;
+}
+
+bool Recorder::Usable() {
+  const bool there = file_->StillThere();
+  if (!there && !spoiled_) log(kLogError, "Recording ", file_->Path(), " was removed or replaced");
+  spoiled_ = spoiled_ || !there;
+  return !spoiled_;
+}
+
+bool Recorder::Write(Batch& batch) {
+  while (!batch.Empty()) {
+    if (inDoubt_) {
+      if (!SettleDoubt(batch)) return false;
+      continue;
+    }
+    std::int64_t lastSeq = 0;
+    const int rc = file_->Write(batch, failing_ ? kProbeBytes : kChunkBytes, lastSeq);
+    if (rc != SQLITE_OK) return Fail(rc);
+    batch.RemoveUpTo(lastSeq);
+    Work();
+  }
+  Work();
+  WatchLog();
+  return true;
+}
+
+// A commit that failed may have taken effect: what the file has is not written again.
+bool Recorder::SettleDoubt(Batch& batch) {
+  std::int64_t committed = 0;
+  if (const int rc = file_->CommittedSeq(committed); rc != SQLITE_OK) return Fail(rc);
+  batch.RemoveUpTo(committed);
+  inDoubt_ = false;
+  return true;
+}
+
+bool Recorder::Fail(int code) {
+  if (!failing_) {
+    log(kLogError, "Recording to ", file_->Path(), " fails: ", file_->Connection().Message());
+  }
+  failing_ = inDoubt_ = true;
+  if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) spoiled_ = true;
+  return false;
+}
+
+void Recorder::Work() {
+  if (failing_) log(kLogError, "Recording works again, to ", file_->Path());
+  failing_ = false;
+}
+
+void Recorder::WatchLog() {
+  const bool pinned = file_->LogBytes() > kLogBound;
+  if (pinned && !logPinned_) log(kLogError, "A reader makes the log of ", file_->Path(), " grow");
+  logPinned_ = pinned;
+}
+
+}  // namespace store

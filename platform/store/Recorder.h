@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+
+#include "Batch.h"
+#include "FileNames.h"
+#include "RecordingFile.h"
+
+namespace store {
+
+// Writes batches into the current file of a series, and begins the next one. Logs when writing
+// begins to fail and when it works again.
+class Recorder {
+ public:
+  Recorder(const std::string& basePath, std::uint64_t maxFileBytes)
+      : names_(basePath), maxFileBytes_(maxFileBytes), fullAt_(maxFileBytes) {}
+
+  // Creates the next file and goes on with it; on failure things stay as they were.
+  bool Begin();
+
+  // Whether the current file is still the one begun, and sound; not looked at between two calls.
+  bool Usable();
+
+  // Writes the whole batch and empties it. On failure what is left in it is to be written again;
+  // nothing is written twice.
+  bool Write(Batch& batch);
+
+  // Whether the current file has its full size. After a Begin that failed not before it has grown
+  // further.
+  bool Full() const { return file_ != nullptr && file_->Bytes() >= fullAt_; }
+
+  void Close() { file_.reset(); }
+  bool IsOpen() const { return file_ != nullptr; }
+  bool Failing() const { return failing_; }
+  RecordingFile& File() { return *file_; }
+  const FileNames& Names() const { return names_; }
+
+ private:
+  bool SettleDoubt(Batch& batch);
+  bool Fail(int code);
+  void Work();
+  void WatchLog();
+
+  FileNames names_;
+  std::uint64_t maxFileBytes_;
+  std::uint64_t fullAt_;
+  std::unique_ptr<RecordingFile> file_;
+  std::uint32_t number_ = 0;
+  bool spoiled_ = false;    // damaged: not to be written any more
+  bool failing_ = false;    // the last attempt failed
+  bool inDoubt_ = false;    // whether it took effect is not known
+  bool logPinned_ = false;  // said that the log grows
+};
+
+}  // namespace store

@@ -1,0 +1,160 @@
+#include "RecordingFile.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "Schema.h"
+#include "Tables.h"
+
+namespace store {
+namespace {
+
+// In this order. Before the log mode is on, nothing less than EXTRA will do: the switch to it goes
+// through a rollback journal, and one whose removal a power cut undoes takes the whole file back.
+constexpr const char* kBeforeLogMode[] = {
+    "PRAGMA synchronous=EXTRA",
+    "PRAGMA page_size=1024",  // a commit writes whole pages, and few records at a time
+    "PRAGMA application_id=",
+    "PRAGMA user_version=",
+};
+constexpr const char* kLogMode = "PRAGMA journal_mode=WAL";
+constexpr const char* kAfterLogMode[] = {
+    "PRAGMA synchronous=FULL",         // a commit is on the medium when it returns
+    "PRAGMA cache_size=-512",          // KiB
+    "PRAGMA mmap_size=0",              // a failing medium is an error code, not a signal
+    "PRAGMA wal_autocheckpoint=1000",  // pages
+    "PRAGMA journal_size_limit=1048576",
+};
+
+std::string LogOf(const std::string& path) {
+  return path + "-wal";
+}
+
+bool Configure(Database& database) {
+  for (std::string sql : kBeforeLogMode) {
+    if (sql.ends_with("application_id=")) sql += std::to_string(kApplicationId);
+    if (sql.ends_with("user_version=")) sql += std::to_string(kSchemaVersion);
+    if (database.Execute(sql) != SQLITE_OK) return false;
+  }
+  std::string mode;
+  if (database.Query(kLogMode, mode) != SQLITE_OK || mode != "wal") return false;
+  for (const char* sql : kAfterLogMode) {
+    if (database.Execute(sql) != SQLITE_OK) return false;
+  }
+  return database.Execute(CreateSchema()) == SQLITE_OK;
+}
+
+}  // namespace
+
+bool RecordingFile::Create(const std::string& path) {
+  if (CreateNewFile(path) != 0) return false;
+  path_ = path;
+  if (database_.Open(path) == SQLITE_OK && Configure(database_) && Prepare() &&
+      Identify(path_, identity_) == 0 && Identify(LogOf(path_), log_) == 0) {
+    return true;
+  }
+  database_.Close();
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) (void)unlink((path + suffix).c_str());
+  return false;
+}
+
+bool RecordingFile::Prepare() {
+  sqlite3* const handle = database_.Handle();
+  int rc = begin_.Prepare(handle, "BEGIN IMMEDIATE");
+  if (rc == SQLITE_OK) rc = commit_.Prepare(handle, "COMMIT");
+  if (rc == SQLITE_OK) rc = progress_.Prepare(handle, kUpdateProgress);
+  if (rc == SQLITE_OK) rc = readProgress_.Prepare(handle, kReadProgress);
+  for (const Table& table : kTables) {
+    if (rc == SQLITE_OK) rc = inserts_[table.id].Prepare(handle, InsertInto(table.id));
+  }
+  return rc == SQLITE_OK;
+}
+
+int RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq) {
+  RecordHeader last;
+  int rc = begin_.Run();
+  if (rc == SQLITE_OK) rc = InsertAll(batch, maxBytes, last);
+  if (rc == SQLITE_OK) {
+    progress_.Bind(1, last.seq);
+    progress_.Bind(2, last.tick);
+    rc = progress_.Run();
+  }
+  if (rc == SQLITE_OK) rc = commit_.Run();
+  if (rc == SQLITE_OK) {
+    lastSeq = last.seq;
+  } else if (sqlite3_get_autocommit(database_.Handle()) == 0) {
+    (void)database_.Execute("ROLLBACK");
+  }
+  return rc;
+}
+
+int RecordingFile::InsertAll(const Batch& batch, std::size_t maxBytes, RecordHeader& last) {
+  std::size_t offset = 0;
+  RecordView record;
+  while (offset < maxBytes && batch.Next(offset, record)) {
+    if (const int rc = Insert(record); rc != SQLITE_OK) return rc;
+    last = record.header;
+  }
+  return SQLITE_OK;
+}
+
+int RecordingFile::Insert(const RecordView& record) {
+  Statement& insert = inserts_[record.header.table];
+  const Table& table = kTables[record.header.table];
+  int index = 0;
+  insert.Bind(++index, record.header.seq);
+  insert.Bind(++index, record.header.tick);
+  if (record.header.senderTick == kNoSenderTick) {
+    insert.BindNull(++index);
+  } else {
+    insert.Bind(++index, record.header.senderTick);
+  }
+  insert.Bind(++index, static_cast<std::int64_t>(record.header.event));
+  const unsigned char* cell = record.cells;
+  for (const Column& column : table.columns) {
+    if (column.name == nullptr) break;
+    if (column.type == ColumnType::kText) {
+      insert.Bind(++index, TakeText(cell));
+    } else {
+      insert.Bind(++index, TakeInteger(cell));
+    }
+  }
+  return insert.Run();
+}
+
+int RecordingFile::CommittedSeq(std::int64_t& seq) {
+  const int rc = readProgress_.Step();
+  if (rc == SQLITE_ROW) seq = readProgress_.Integer(0);
+  readProgress_.Reset();
+  return rc == SQLITE_ROW ? SQLITE_OK : rc == SQLITE_DONE ? SQLITE_CORRUPT : rc;
+}
+
+bool RecordingFile::StillThere() {
+  const auto gone = [](const std::string& path, FileIdentity& known, bool mayShrink) {
+    FileIdentity now;
+    const int error = Identify(path, now);
+    if (error != 0) return error == ENOENT || error == ENOTDIR;  // else: not known
+    if (!now.SameFile(known) || (!mayShrink && now.bytes < known.bytes)) return true;
+    known = now;
+    return false;
+  };
+  return !gone(path_, identity_, false) && !gone(LogOf(path_), log_, true);
+}
+
+void RecordingFile::Close() {
+  if (!IsOpen()) return;
+  for (Statement* statement : {&begin_, &commit_, &progress_, &readProgress_}) *statement = Statement();
+  inserts_ = {};
+  if (StillThere()) {
+    // Without its log mode the file can be read where nothing can be written beside it.
+    (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
+  } else {
+    // What now lies under the names of the log is not ours to remove.
+    int keep = 1;
+    (void)sqlite3_file_control(database_.Handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+  }
+  database_.Close();
+}
+
+}  // namespace store

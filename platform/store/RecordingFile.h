@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "Batch.h"
+#include "Database.h"
+#include "FileNames.h"
+
+namespace store {
+
+// One recording file while it is written.
+class RecordingFile {
+ public:
+  RecordingFile() = default;
+  ~RecordingFile() { Close(); }
+  RecordingFile(const RecordingFile&) = delete;
+  RecordingFile& operator=(const RecordingFile&) = delete;
+
+  // Creates the file with its schema. False when it cannot be; nothing is left behind then.
+  bool Create(const std::string& path);
+
+  // Writes records from the front of the batch, at most about `maxBytes` of them, in one
+  // transaction, and tells the sequence number of the last one. SQLITE_OK or an error: the records
+  // may have been written nevertheless, CommittedSeq tells.
+  int Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
+  int CommittedSeq(std::int64_t& seq);
+
+  // Looks at the file: false when the path no longer leads to it, to its log or to all of it.
+  bool StillThere();
+  std::uint64_t Bytes() const { return identity_.bytes + log_.bytes; }  // when last looked at
+  std::uint64_t LogBytes() const { return log_.bytes; }
+
+  // A file that is still there is left as one single file; one that is not is let go of.
+  void Close();
+
+  bool IsOpen() const { return database_.Handle() != nullptr; }
+  const std::string& Path() const { return path_; }
+  Database& Connection() { return database_; }
+
+ private:
+  bool Prepare();
+  int Insert(const RecordView& record);
+  int InsertAll(const Batch& batch, std::size_t maxBytes, RecordHeader& last);
+
+  std::string path_;
+  FileIdentity identity_;
+  FileIdentity log_;
+  Database database_;
+  Statement begin_;
+  Statement commit_;
+  Statement progress_;
+  Statement readProgress_;
+  std::array<Statement, kTableCount> inserts_;
+};
+
+}  // namespace store

@@ -1,0 +1,85 @@
+#include "Schema.h"
+
+#include "Tables.h"
+#include "Tags.h"
+
+namespace store {
+namespace {
+
+std::string CreateTable(const Table& table) {
+  std::string sql = std::string("CREATE TABLE ") + table.name +
+                    "(seq INTEGER PRIMARY KEY, tick INTEGER NOT NULL, sender_tick INTEGER, "
+                    "event INTEGER NOT NULL";
+  for (int i = 0; i < table.ColumnCount(); ++i) {
+    const Column& column = table.columns[static_cast<std::size_t>(i)];
+    sql += std::string(", ") + column.name + (column.type == ColumnType::kText ? " TEXT" : " INTEGER") +
+           " NOT NULL";
+  }
+  return sql + ") STRICT;\n";
+}
+
+std::string CreateTagNames() {
+  std::string sql =
+      "CREATE TABLE tag_name(tag INTEGER PRIMARY KEY, name TEXT NOT NULL, active_text TEXT NOT NULL, "
+      "inactive_text TEXT NOT NULL) STRICT;\n";
+  for (const TagName& row : kTagNames) {
+    sql += "INSERT INTO tag_name VALUES(" + std::to_string(row.tag) + ",'" + row.name + "','" + row.active +
+           "','" + row.inactive + "');\n";
+  }
+  return sql;
+}
+
+// Every record in one form; `shift` is the sender's tick less the arrival's, the wrap taken out.
+std::string CreateRecordView() {
+  std::string sql = "CREATE VIEW record AS\n";
+  const char* separator = "";
+  for (const Table& table : kTables) {
+    sql += std::string(separator) + "SELECT seq, tick, sender_tick, event, " + table.source + " AS source, " +
+           table.text + " AS text, ((sender_tick-tick+2147483648)&4294967295)-2147483648 AS shift FROM " +
+           table.name;
+    separator = "\nUNION ALL ";
+  }
+  return sql + ";\n";
+}
+
+// A sender's tick counts where it is one (0 and 4294967295 are not) and is near; a restated record
+// has the time at which it was restated. Records before the first anchor take the first.
+constexpr const char* kCreateTimeline = R"(
+CREATE VIEW timeline AS
+WITH shifted AS (
+  SELECT seq, tick, sender_tick, event, source, text,
+         iif(event<>2 AND sender_tick NOT IN (0,4294967295) AND abs(shift)<=60000, shift, NULL) AS shift
+  FROM record),
+timed AS (
+  SELECT *, tick + coalesce(shift,0) + coalesce(
+      (SELECT utc_ms-clock.tick FROM clock WHERE clock.seq<=shifted.seq ORDER BY clock.seq DESC LIMIT 1),
+      (SELECT utc_ms-clock.tick FROM clock ORDER BY clock.seq LIMIT 1)) AS utc_ms
+  FROM shifted)
+SELECT seq,
+       strftime('%Y-%m-%dT%H:%M:%S', utc_ms/1000, 'unixepoch') || printf('.%03dZ', utc_ms%1000) AS utc,
+       iif(shift IS NULL,'arrival','sender') AS utc_from,
+       tick, sender_tick, source,
+       CASE event WHEN 0 THEN 'initial' WHEN 1 THEN 'event' ELSE 'restated' END AS event,
+       text
+FROM timed ORDER BY seq;
+)";
+
+constexpr const char* kCreateProgress =
+    "CREATE TABLE progress(last_seq INTEGER NOT NULL, last_tick INTEGER NOT NULL) STRICT;\n"
+    "INSERT INTO progress VALUES(0,0);\n";
+
+}  // namespace
+
+std::string CreateSchema() {
+  std::string sql = "BEGIN IMMEDIATE;\n";
+  for (const Table& table : kTables) sql += CreateTable(table);
+  return sql + CreateTagNames() + CreateRecordView() + kCreateTimeline + kCreateProgress + "COMMIT;\n";
+}
+
+std::string InsertInto(TableId table) {
+  std::string sql = std::string("INSERT INTO ") + kTables[table].name + " VALUES(?,?,?,?";
+  for (int i = 0; i < kTables[table].ColumnCount(); ++i) sql += ",?";
+  return sql + ")";
+}
+
+}  // namespace store

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include "ArrivalTick.h"
+#include "Batch.h"
+#include "ClockAnchors.h"
+#include "FullState.h"
+#include "PreviousRun.h"
+#include "Recorder.h"
+#include "store/DataStoreNormal.h"
+#include "store/StoreOptions.h"
+
+// Numbers records, keeps them in memory, and decides when they are written:
+//   - with the first tick that finds one kCommitAfterMs old;
+//   - a critical one at once, unless one was written less than kCriticalGapMs before: then with
+//     the first tick after that;
+//   - when a lot of them wait.
+// While writing fails, attempts are that far apart too.
+class DataStoreNormal::Store {
+ public:
+  static constexpr std::int64_t kCommitAfterMs = 500;
+  static constexpr std::int64_t kCriticalGapMs = 50;
+
+  Store(const std::string& path, const StoreOptions& options);
+
+  bool Open();
+  void Close();
+  void TimerTick(unsigned int tick);
+  unsigned int LastTick() const { return arrival_.Last(); }
+
+  // One record; nothing unless open. The values are those of the table's columns.
+  void Add(store::TableId table, store::Event event, std::int64_t senderTick,
+           std::initializer_list<store::Value> values, bool critical = false);
+
+  void AddPreviousRun();
+  void AddConfiguration(store::Event event);
+  void AddRunEnd();
+  void AddFullState();
+
+ private:
+  void AddRecord(store::TableId table, store::Event event, std::int64_t senderTick,
+                 std::initializer_list<store::Value> values, bool critical);
+  void AddClock();
+  void AddLosses();
+  void AddSetting(store::Event event, std::string_view name, const std::string& value);
+
+  bool BeginFile();
+  bool Commit();
+  bool WriteAll();
+  void CommitCritical();
+  bool CommitDue() const;
+  bool CriticalGapOver() const;
+
+  StoreOptions options_;
+  const StoreClock& clock_;
+  store::Recorder recorder_;
+  store::Batch batch_;
+  store::FullState fullState_;
+  store::ArrivalTick arrival_;
+  store::ClockAnchors anchors_;
+  store::PreviousRun previousRun_;
+
+  std::int64_t seq_ = 0;
+  std::int64_t nextAttempt_ = 0;  // arrival tick, while writing fails
+  bool criticalPending_ = false;
+  bool criticalWritten_ = false;
+  unsigned int criticalWrittenMs_ = 0;  // by the clock, not by arrival
+};
