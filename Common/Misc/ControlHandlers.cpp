@@ -44,7 +44,9 @@ void HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
   if (ipc->Notify(sender, message, true) != 0) log(kLogMalformed, "handleLogLevel: Failed to send response");
 }
 
-void IgnoreHandler(LinxIpc* /*ipc*/, void* /*context*/) { log(kLogInfo, "IgnoreHandler"); }
+void IgnoreHandler(LinxIpc* /*ipc*/, void* /*context*/) {
+  log(kLogInfo, "IgnoreHandler");
+}
 
 void RespondToShutdown(LinxIpc& ipc) {
   if (RunsWithoutStateMgr()) return;

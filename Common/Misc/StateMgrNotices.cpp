@@ -10,7 +10,9 @@ constexpr const LogSource& log = kInitializerLog;
 
 }  // namespace
 
-bool RunsWithoutStateMgr() { return KvGetenv("RUN_WITHOUT_STATEMGR") != nullptr; }
+bool RunsWithoutStateMgr() {
+  return KvGetenv("RUN_WITHOUT_STATEMGR") != nullptr;
+}
 
 bool NotifyStateMgr(LinxIpc& ipc, IpcMessage& message) {
   log(kLogInfo, "Notify to ", gStateMgrName);
@@ -23,4 +25,6 @@ ProcessPayload::ProcessPayload(e_Process process) {
   PutU32(reinterpret_cast<unsigned char*>(bytes_), process);
 }
 
-e_Process ProcessPayload::Read(const unsigned char* payload) { return static_cast<e_Process>(GetU32(payload)); }
+e_Process ProcessPayload::Read(const unsigned char* payload) {
+  return static_cast<e_Process>(GetU32(payload));
+}

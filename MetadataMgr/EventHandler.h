@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ipc/LinxIpc.h"
+#include "log/LogLine.h"
+
+class MetadataMgr;
+
+// The shape that all handlers share: trace the entry, test the payload, work.
+
+inline MetadataMgr& ManagerOf(void* context) {
+  return *static_cast<MetadataMgr*>(context);
+}
+
+// What a handler says and needs.
+struct HandlerShape {
+  const char* name;
+  unsigned int payloadBytes;              // a shorter payload is dropped; 0 for items
+  LogMask traceMask = kLogTrace;          // of the entry trace
+  const char* traceText = nullptr;        // null: the name
+  const char* nullPayloadName = nullptr;  // who is named when there is no payload; null: the name
+};
+
+// Traces the entry; returns the payload, or null after a mask-2 line when there is none or it is
+// shorter than the handler needs.
+unsigned char* EnterHandler(LinxIpc& ipc, const HandlerShape& shape);

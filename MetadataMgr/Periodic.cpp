@@ -1,0 +1,15 @@
+#include <array>
+#include <cstdio>
+
+#include "MetadataMgr.h"
+#include "ProcessState.h"
+
+void MetadataMgr::PeriodicProcessing() {
+  if (gShutdownRequested) return;
+  dataStore_.TimerTick(systick_.SystemTick());
+  if (forceMetadata_) {
+    std::array<char, 256> text;
+    (void)std::snprintf(text.data(), text.size(), "Test string for filler %u", systick_.SystemTick());
+    dataStore_.ReportStringData(e_Tag_Filler, text.data());
+  }
+}
