@@ -1,0 +1,41 @@
+# Sourced: which Debian packages the project needs for what, and their installation.
+# shellcheck shell=bash
+
+declare -A packages=(
+  [build]="cmake ninja-build g++ libsqlite3-dev libcli11-dev nlohmann-json3-dev"
+  [run]="sqlite3"
+  [bench]="libbenchmark-dev"
+  [test]="libgtest-dev libgmock-dev"
+  [ppc]="g++-powerpc-linux-gnu qemu-user googletest tcl dpkg-dev make"
+  [clang]="clang"
+  [lint]="clang-format clang-tidy shellcheck git libbenchmark-dev"
+)
+
+# need_packages SET...: installs what is missing of these sets, through sudo where not root.
+need_packages() {
+  local name known missing=() sudo=()
+  local wanted=()
+  for name in "$@"; do
+    read -ra known <<<"${packages[$name]}"
+    wanted+=("${known[@]}")
+  done
+  known=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null || true)
+  for name in "${wanted[@]}"; do
+    grep -qxF "installed $name" <<<"$known" || missing+=("$name")
+  done
+  [ ${#missing[@]} -ne 0 ] || return 0
+
+  echo "These Debian packages are needed and missing: ${missing[*]}"
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "Neither root nor sudo: please let root run: apt-get install ${missing[*]}" >&2
+      exit 1
+    fi
+    sudo -v  # asks for the password, if it must, while there is a terminal
+    sudo=(sudo)
+  fi
+  local apt=("${sudo[@]}" env DEBIAN_FRONTEND=noninteractive
+    apt-get -qq -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=300)
+  quietly "Updating the package lists" "${apt[@]}" update
+  quietly "Installing them" "${apt[@]}" install --yes --no-install-recommends "${missing[@]}"
+}

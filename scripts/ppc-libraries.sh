@@ -1,0 +1,49 @@
+#!/bin/bash
+# Builds SQLite and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root.
+# Says and does nothing when that was done before, from the same versions.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/steps.sh
+
+cache=$PWD/.cache/ppc
+stamp=$(cat "$0" cmake/toolchain-ppc.cmake cmake/ppc-libraries/CMakeLists.txt | sha256sum
+  dpkg-query -W -f '${Package} ${Version}\n' libsqlite3-dev googletest g++-powerpc-linux-gnu)
+if [ "$(cat "$cache/stamp" 2>/dev/null || true)" = "$stamp" ]; then
+  exit
+fi
+
+# The source packages are listed privately: the system's own package lists stay as they are.
+apt_private() {
+  apt-get -qq -o Dir::Etc::SourceList="$cache/sources.list" -o Dir::Etc::SourceParts=/dev/null \
+    -o Dir::State::Lists="$cache/lists" -o Dir::Cache="$cache/apt" \
+    -o Dir::State::Status=/var/lib/dpkg/status -o APT::Sandbox::User="$(id -un)" "$@"
+}
+
+fetch_sqlite() {
+  rm -rf "$cache"
+  mkdir -p "$cache"/{lists,apt/archives,source}/partial
+  apt-get indextargets --format 'deb-src $(REPO_URI) $(CODENAME) $(COMPONENT)' \
+    'Created-By: Packages' 'Origin: Debian' | sort -u >"$cache/sources.list"
+  apt_private update
+  (cd "$cache/source" && apt_private source sqlite3)
+}
+
+# Debian's source is the tree of many files; the one file that everybody compiles is made from it.
+amalgamate_sqlite() {
+  cd "$cache"/source/sqlite3-*/
+  ./configure --disable-readline
+  make sqlite3.c
+}
+
+build_libraries() {
+  cmake -G Ninja -S cmake/ppc-libraries -B "$cache/build" --toolchain "$PWD/cmake/toolchain-ppc.cmake" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$cache/root" -DCMAKE_INSTALL_MESSAGE=NEVER \
+    -DSQLITE_SOURCE="$(echo "$cache"/source/sqlite3-*/)" -DGOOGLETEST_SOURCE=/usr/src/googletest
+  ninja -C "$cache/build" install
+}
+
+quietly "Fetching the source of SQLite" fetch_sqlite
+quietly "Joining SQLite's sources" amalgamate_sqlite
+quietly "Building SQLite and GoogleTest for PowerPC" build_libraries
+rm -rf "$cache"/{lists,apt,source,build}
+echo "$stamp" >"$cache/stamp"

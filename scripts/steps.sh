@@ -1,0 +1,43 @@
+# Sourced by the scripts of this project: shows that a step runs and how it ended.
+# The sourcing script has set -e; nothing here may be called in a condition, which would suspend it.
+# shellcheck shell=bash
+
+currentStep=
+trap 'status=$?
+      [ -z "${ticker:-}" ] || kill "$ticker" 2>/dev/null || true
+      [ $status -eq 0 ] || [ -z "$currentStep" ] || echo "== FAILED: $currentStep" >&2' EXIT
+
+# step TITLE COMMAND...: a heading, what the command prints, and its duration.
+step() {
+  local title=$1 start=$SECONDS
+  shift
+  echo "== $title"
+  currentStep=$title
+  "$@"
+  currentStep=
+  echo "== $title: done, $((SECONDS - start)) s"
+}
+
+# quietly TITLE COMMAND...: one line that grows while the command runs; its output only where it fails.
+quietly() {
+  local title=$1 start=$SECONDS log status
+  shift
+  log=$(mktemp)
+  printf '%s ' "$title"
+  (while sleep 2 >/dev/null 2>&1; do printf .; done) &
+  ticker=$!
+  set +e
+  (set -e; "$@") </dev/null >"$log" 2>&1
+  status=$?
+  set -e
+  kill $ticker
+  wait $ticker 2>/dev/null || true
+  ticker=
+  echo " $((SECONDS - start)) s"
+  if [ $status -ne 0 ]; then
+    tail -n 60 "$log"
+    echo "$title: failed with status $status, the last lines are above." >&2
+  fi
+  rm -f "$log"
+  return $status
+}
