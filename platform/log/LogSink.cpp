@@ -53,9 +53,8 @@ ssize_t PutNow(int fd, std::string_view text) {
 
 LogSink::LogSink(int fd) : fd_(fcntl(fd, F_GETFD) < 0 ? -1 : fd) {}
 
-LogSink::LogSink(std::string socketPath) : socketPath_(std::move(socketPath)) {
-  (void)Reconnect();
-}
+LogSink::LogSink(std::string socketPath)
+    : socketPath_(std::move(socketPath)), fd_(ConnectDatagram(socketPath_)) {}
 
 LogSink::~LogSink() {
   if (!socketPath_.empty() && fd_ >= 0) close(fd_);
