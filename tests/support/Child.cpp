@@ -1,0 +1,41 @@
+#include "support/Child.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "support/Eventually.h"
+
+Child::Child(const std::function<int()>& body) : id_(fork()) {
+  if (id_ == 0) _exit(body());
+  if (id_ < 0) std::abort();
+}
+
+Child::Child(const std::vector<std::string>& arguments) : id_(fork()) {
+  if (id_ < 0) std::abort();
+  if (id_ > 0) return;
+  std::vector<char*> argv;
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  execv(argv[0], argv.data());
+  _exit(127);
+}
+
+Child::~Child() {
+  if (id_ <= 0) return;
+  Signal(SIGKILL);
+  (void)waitpid(id_, nullptr, 0);
+}
+
+void Child::Signal(int signal) const {
+  if (id_ > 0) (void)kill(id_, signal);
+}
+
+int Child::Wait() {
+  int status = 0;
+  if (id_ <= 0 || !Eventually([&] { return waitpid(id_, &status, WNOHANG) != 0; })) return -1;
+  id_ = 0;
+  return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}

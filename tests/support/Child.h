@@ -1,0 +1,29 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// A child process; killed at the end if it still runs. It inherits the parent's descriptors, so
+// endpoints that are to be free when the parent closes them are made after it.
+class Child {
+ public:
+  // Runs `body`, whose result is the exit status.
+  explicit Child(const std::function<int()>& body);
+  // Runs a program; the first of `arguments` is its path.
+  explicit Child(const std::vector<std::string>& arguments);
+  ~Child();
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  pid_t Id() const { return id_; }
+  void Signal(int signal) const;
+  // Waits for its end: the exit status, 128 plus the signal that ended it, or -1 when it still ran
+  // after 20 seconds and was killed.
+  int Wait();
+
+ private:
+  pid_t id_;
+};

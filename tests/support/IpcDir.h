@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "support/TempDir.h"
+
+// An endpoint directory of a test's own, in force as long as the object lives.
+class IpcDir {
+ public:
+  IpcDir() {
+    Use(directory_.Path("ipc"));
+    std::filesystem::create_directory(directory_.Path("ipc"));
+  }
+  ~IpcDir() { unsetenv("LINX_IPC_DIR"); }
+  IpcDir(const IpcDir&) = delete;
+  IpcDir& operator=(const IpcDir&) = delete;
+
+  void Use(const std::string& path) { setenv("LINX_IPC_DIR", path.c_str(), 1); }
+  // A path in the directory that holds the endpoint directory.
+  std::string Beside(std::string_view name) const { return directory_.Path(name); }
+  // An endpoint's file.
+  static std::string File(const std::string& name) {
+    return std::string(std::getenv("LINX_IPC_DIR")) + "/" + name;
+  }
+
+ private:
+  TempDir directory_;
+};
