@@ -16,6 +16,7 @@ namespace store {
 namespace {
 
 constexpr std::string_view kSuffix = ".db";
+constexpr std::string_view kSuffixOfLogs = ".db-";
 constexpr std::size_t kMinDigits = 6;
 constexpr std::size_t kMaxDigits = 9;
 constexpr mode_t kMode = 0640;
@@ -58,9 +59,10 @@ bool FileNames::List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest
     if (!name.starts_with(prefix_)) continue;
     name.remove_prefix(prefix_.size());
     const std::uint32_t number = TakeNumber(name);
-    if (number == 0 || !name.starts_with(kSuffix)) continue;
+    const bool isRecording = name == kSuffix;
+    if (number == 0 || !(isRecording || name.starts_with(kSuffixOfLogs))) continue;
     highest = std::max(highest, number);
-    if (name == kSuffix) numbers.push_back(number);
+    if (isRecording) numbers.push_back(number);
   }
   std::sort(numbers.begin(), numbers.end());
   return true;

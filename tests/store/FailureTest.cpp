@@ -1,0 +1,117 @@
+#include "StoreFixture.h"
+
+namespace {
+
+// Another program that holds the write lock stands for every reason why writing fails.
+
+TEST_F(StoreTest, WhatCannotBeWrittenIsWrittenOnceWhenWritingWorksAgain) {
+  Open();
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  for (short i = 1; i <= 5; ++i) {
+    Temperature(i);
+    Store().ReportBookmark(clock_.tick);
+    After(500);
+  }
+  EXPECT_EQ(Temperatures(), "");
+  other.Rows("COMMIT");
+  After(500);
+  EXPECT_EQ(Temperatures(), "1\n2\n3\n4\n5\n");
+  EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "5\n");
+  EXPECT_EQ(Rows("SELECT count(*) FROM loss"), "0\n");
+}
+
+TEST_F(StoreTest, FailureAndRecoveryAreSaidOnceEach) {
+  Open();
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  LogLines lines;
+  for (int i = 0; i < 5; ++i) {
+    Store().ReportBookmark(1);
+    After(1000);
+  }
+  const std::string failing = lines.Take();
+  EXPECT_NE(failing.find("DataStore:"), std::string::npos);
+  EXPECT_NE(failing.find(" fails: database is locked"), std::string::npos) << failing;
+  EXPECT_EQ(failing.find('\n'), failing.size() - 1) << failing;
+
+  other.Rows("COMMIT");
+  LogLines more;
+  for (int i = 0; i < 5; ++i) {
+    Store().ReportBookmark(1);
+    After(1000);
+  }
+  const std::string working = more.Take();
+  EXPECT_NE(working.find(" works again"), std::string::npos) << working;
+  EXPECT_EQ(working.find('\n'), working.size() - 1) << working;
+}
+
+TEST_F(StoreTest, ACriticalRecordThatCouldNotBeWrittenIsTriedAgainSoon) {
+  Open();
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  Store().ReportBookmark(1);
+  other.Rows("COMMIT");
+  After(49);
+  EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "0\n");
+  After(1);
+  EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "1\n");
+}
+
+TEST_F(StoreTest, BeyondTheBoundTheOldestGoAndAreAccountedFor) {
+  options_.maxPendingBytes = 16 * 1024;
+  Open();
+  {
+    Connection other(File(1));
+    other.Rows("BEGIN IMMEDIATE");
+    Store().ReportStateData(e_Tag_RecordingStarted, true, 1);
+    for (short i = 0; i < 1000; ++i) {
+      clock_.tick += 1;
+      Store().TimerTick(clock_.tick);
+      Temperature(i);
+      Store().ReportSpeed(1, 5, true, 1, e_Tag_None);
+    }
+  }
+  Close();
+
+  EXPECT_EQ(Rows("SELECT text FROM timeline WHERE source='recording'"), "started\n");
+  EXPECT_EQ(Rows("SELECT max(temperature), max(temperature)-min(temperature)+1=count(*) FROM temperature"),
+            "999|1\n")
+      << "the newest are there, without a gap";
+  EXPECT_EQ(Rows("SELECT lost_table, from_tick, count + (SELECT count(*) FROM temperature) FROM loss "
+                 "WHERE lost_table='temperature'"),
+            "temperature|10001|1000\n");
+  EXPECT_EQ(Rows("SELECT count + (SELECT count(*) FROM speed) FROM loss WHERE lost_table='speed'"), "1000\n");
+  EXPECT_EQ(Rows("SELECT l.to_tick+1 = (SELECT min(tick) FROM temperature) FROM loss l "
+                 "WHERE lost_table='temperature'"),
+            "1\n");
+  EXPECT_EQ(Rows("SELECT text LIKE 'lost % records of speed from tick 10001 to %' FROM timeline "
+                 "WHERE text LIKE '%speed%'"),
+            "1\n");
+}
+
+TEST_F(StoreTest, WhenOnlyCriticalRecordsAreLeftTheOldestOfThemGo) {
+  options_.maxPendingBytes = 16 * 1024;
+  Open();
+  {
+    Connection other(File(1));
+    other.Rows("BEGIN IMMEDIATE");
+    for (unsigned int i = 0; i < 1000; ++i) Store().ReportBookmark(i);
+  }
+  Close();
+  EXPECT_EQ(Rows("SELECT max(sender_tick) FROM bookmark"), "999\n");
+  EXPECT_EQ(Rows("SELECT count + (SELECT count(*) FROM bookmark) FROM loss"), "1000\n");
+}
+
+TEST_F(StoreTest, WhatIsStillPendingAtTheEndIsSaid) {
+  Open();
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  Temperature(1);
+  Temperature(2);
+  LogLines lines;
+  Close();
+  EXPECT_NE(lines.Take().find("Lost at the end: 2 records"), std::string::npos);
+}
+
+}  // namespace

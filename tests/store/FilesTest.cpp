@@ -1,0 +1,182 @@
+#include <unistd.h>
+
+#include "StoreFixture.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+TEST_F(StoreTest, ACleanCloseLeavesOneFile) {
+  Open();
+  Temperature(1);
+  Store().ReportShutdownData();
+  Close();
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir_.Path("")), {}), 1);
+  EXPECT_EQ(Rows("PRAGMA integrity_check"), "ok\n");
+  EXPECT_EQ(Rows("PRAGMA journal_mode"), "delete\n") << "readable where nothing can be written beside it";
+}
+
+TEST_F(StoreTest, EachRunBeginsAFileAndLeavesTheEarlierOnesAsTheyWere) {
+  Open();
+  Temperature(1);
+  Close();
+  const std::string first = dir_.Read("metadata.000001.db");
+  Open();
+  Temperature(2);
+  Close();
+  EXPECT_EQ(dir_.Read("metadata.000001.db"), first);
+  EXPECT_EQ(Temperatures(2), "2\n");
+}
+
+TEST_F(StoreTest, NumbersGoOnFromTheHighestInUse) {
+  for (const char* name :
+       {"metadata.000007.db", "metadata.000009.db-wal", "metadata.12.db", "metadata.000011.dbx",
+        "metadata.-00012.db", "other.000013.db", "metadata.999999999999.db", "metadata.x.db"}) {
+    dir_.Write(name, "");
+  }
+  Open();
+  EXPECT_TRUE(Exists(10));
+}
+
+class CannotOpenTest : public StoreTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(CannotOpenTest, FailsWithoutAWord) {
+  dir_.Write("plain", "not a directory");
+  LogLines lines;
+  DataStoreNormal store(dir_.Path(GetParam()), options_);
+  EXPECT_FALSE(store.Open());
+  store.ReportBookmark(1);
+  store.TimerTick(1);
+  store.Close();
+  EXPECT_EQ(lines.Take(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, CannotOpenTest, testing::Values("missing/metadata", "plain/metadata"));
+
+TEST_F(StoreTest, OpenFailsWhereNothingMayBeCreated) {
+  if (geteuid() == 0) GTEST_SKIP() << "root may write everywhere";
+  fs::permissions(dir_.Path(""), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(DataStoreNormal(dir_.Path("metadata"), options_).Open());
+  fs::permissions(dir_.Path(""), fs::perms::owner_all);
+}
+
+TEST_F(StoreTest, AFileThatIsFullIsFollowedByOneThatStandsAlone) {
+  options_.maxFileBytes = 256 * 1024;
+  Open();
+  unsigned char mac[6] = {1, 2, 3, 4, 5, 6};
+  Store().ReportMac(mac, false);
+  Store().ReportSystemSerialNum("KV-0042");
+  Brakes(true);
+  short value = 0;
+  while (!Exists(3)) {
+    ASSERT_LT(value, 30'000);
+    for (int i = 0; i < 100; ++i) Temperature(++value);
+    After(500);
+  }
+  Close();
+
+  const std::string lastBefore =
+      Temperatures(1).substr(Temperatures(1).rfind('\n', Temperatures(1).size() - 2) + 1);
+  EXPECT_EQ(
+      Rows("SELECT source,text FROM timeline WHERE seq < (SELECT min(seq) FROM temperature WHERE event=1)",
+           2),
+      "clock|set by system\nbrakes|on\ntemperature 0|" + lastBefore +
+          "device|hardware address 01:02:03:04:05:06\ndevice|serial number KV-0042\n");
+  int total = 0;
+  for (int file = 1; file <= 3; ++file) {
+    EXPECT_EQ(Rows("PRAGMA integrity_check", file), "ok\n");
+    EXPECT_EQ(Rows("SELECT count(*) FROM timeline WHERE utc IS NULL", file), "0\n");
+    total += std::stoi(Rows("SELECT count(*) FROM temperature WHERE event=1", file));
+  }
+  EXPECT_EQ(total, value) << "each is in one of the files";
+}
+
+struct HarmCase {
+  const char* name;
+  void (*harm)(const std::string& path);
+};
+std::ostream& operator<<(std::ostream& out, const HarmCase& c) {
+  return out << c.name;
+}
+
+class HarmTest : public StoreTest, public testing::WithParamInterface<HarmCase> {};
+
+TEST_P(HarmTest, IsNoticedAtTheNextCommitAndANewFileIsBegun) {
+  Open();
+  Store().ReportSystemSerialNum("KV-0042");
+  Store().WriteFullState(true);
+  GetParam().harm(File(1));
+
+  LogLines lines;
+  Temperature(1);
+  After(500);
+  Temperature(2);
+  After(500);
+  const std::string said = lines.Take();
+  EXPECT_NE(said.find(" was removed or replaced"), std::string::npos) << said;
+  EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
+
+  EXPECT_EQ(Temperatures(2), "1\n2\n");
+  EXPECT_EQ(Rows("SELECT text FROM timeline WHERE source='device'", 2), "serial number KV-0042\n");
+  EXPECT_EQ(Rows("SELECT count(*) FROM timeline WHERE utc IS NULL", 2), "0\n");
+  EXPECT_FALSE(Exists(3));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, HarmTest,
+    testing::Values(HarmCase{"Deleted", [](const std::string& path) { fs::remove(path); }},
+                    HarmCase{"DeletedWithItsLog",
+                             [](const std::string& path) {
+                               for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path + suffix);
+                             }},
+                    HarmCase{"LogDeleted", [](const std::string& path) { fs::remove(path + "-wal"); }},
+                    HarmCase{"Replaced",
+                             [](const std::string& path) {
+                               fs::copy_file(path, path + ".copy");
+                               fs::rename(path + ".copy", path);
+                             }},
+                    HarmCase{"Truncated", [](const std::string& path) { fs::resize_file(path, 0); }}),
+    [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(StoreTest, WhatReplacedTheFileIsLeftAlone) {
+  Open();
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    fs::remove(File(1) + suffix);
+    dir_.Write("metadata.000001.db" + std::string(suffix), "someone else's");
+  }
+  Temperature(1);
+  After(500);
+  Close();
+  EXPECT_EQ(Temperatures(2), "1\n");
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    EXPECT_EQ(dir_.Read("metadata.000001.db" + std::string(suffix)), "someone else's") << suffix;
+  }
+}
+
+TEST_F(StoreTest, ADirectoryThatComesBackIsRecordedIntoAgain) {
+  fs::create_directory(dir_.Path("data"));
+  Open("data/metadata");
+  fs::remove_all(dir_.Path("data"));
+  Temperature(1);
+  After(500);
+  Temperature(2);
+  fs::create_directory(dir_.Path("data"));
+  After(500);
+  EXPECT_EQ(Temperatures(2), "1\n2\n");
+}
+
+TEST_F(StoreTest, AReaderNeitherStopsTheRecordingNorSeesHalfACommit) {
+  Open();
+  Temperature(1);
+  After(500);
+  Connection reader(File(1));
+  EXPECT_EQ(reader.Rows("BEGIN; SELECT temperature FROM temperature"), "1\n");
+  Temperature(2);
+  After(500);
+  EXPECT_EQ(reader.Rows("SELECT temperature FROM temperature"), "1\n") << "one moment in one transaction";
+  EXPECT_EQ(Temperatures(), "1\n2\n");
+  Close();
+  EXPECT_EQ(reader.Rows("COMMIT; SELECT temperature FROM temperature"), "1\n2\n");
+}
+
+}  // namespace

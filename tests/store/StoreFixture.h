@@ -1,0 +1,121 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "store/DataStoreNormal.h"
+#include "store/StoreOptions.h"
+#include "support/TempDir.h"
+
+// 2024-05-01T12:00:00.000Z
+constexpr std::int64_t kNoonUtcMs = 1714564800000;
+
+class FakeClock : public StoreClock {
+ public:
+  unsigned int TickMs() const override { return tick; }
+  std::int64_t UtcMs() const override { return utcMs; }
+
+  unsigned int tick = 10'000;
+  std::int64_t utcMs = kNoonUtcMs;
+};
+
+// Another program's connection to a recording.
+class Connection {
+ public:
+  explicit Connection(const std::string& path) {
+    sqlite3_open_v2(path.c_str(), &handle_, SQLITE_OPEN_READWRITE, nullptr);
+  }
+  ~Connection() { sqlite3_close(handle_); }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Columns separated by "|", each row ended by a newline; an error's text where one occurs.
+  std::string Rows(const std::string& sql) {
+    std::string rows;
+    char* error = nullptr;
+    const auto append = [](void* context, int count, char** values, char**) {
+      auto& text = *static_cast<std::string*>(context);
+      for (int i = 0; i < count; ++i)
+        text.append(i == 0 ? "" : "|").append(values[i] == nullptr ? "NULL" : values[i]);
+      text += "\n";
+      return 0;
+    };
+    sqlite3_exec(handle_, sql.c_str(), append, &rows, &error);
+    if (error != nullptr) rows += error;
+    sqlite3_free(error);
+    return rows;
+  }
+
+ private:
+  sqlite3* handle_ = nullptr;
+};
+
+// A store with a clock that only the test moves; `After` is a turn of the loop.
+class StoreTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    setenv("LOG_TARGET", "stderr", 1);
+    options_.clock = &clock_;
+  }
+
+  void Open(const std::string& base = "metadata") {
+    base_ = base;
+    store_ = std::make_unique<DataStoreNormal>(dir_.Path(base), options_);
+    ASSERT_TRUE(store_->Open());
+    store_->TimerTick(clock_.tick);
+  }
+
+  void After(unsigned int ms) {
+    clock_.tick += ms;
+    clock_.utcMs += ms;
+    store_->TimerTick(clock_.tick);
+  }
+  void Close() { store_.reset(); }
+
+  DataStoreNormal& Store() { return *store_; }
+  void Brakes(bool on) { Store().ReportStateData(on ? e_Tag_BrakesOn : e_Tag_BrakesOff, true, clock_.tick); }
+  void Temperature(short value) { Store().ReportTemp(e_TempSensors{0}, value, true, clock_.tick); }
+
+  std::string File(int number) const {
+    std::string digits = std::to_string(number);
+    return dir_.Path(base_ + "." + std::string(6 - digits.size(), '0') + digits + ".db");
+  }
+  bool Exists(int number) const { return std::filesystem::exists(File(number)); }
+  std::string Rows(const std::string& sql, int number = 1) const {
+    return Connection(File(number)).Rows(sql);
+  }
+  // What a reader sees of a table's own records (not the restated ones), oldest first.
+  std::string Temperatures(int number = 1) const {
+    return Rows("SELECT temperature FROM temperature WHERE event=1 ORDER BY seq", number);
+  }
+
+  // What a sudden end of the machine's power would leave, under another base path.
+  void CopyFilesTo(const std::string& base) const {
+    std::filesystem::create_directories(std::filesystem::path(dir_.Path(base)).parent_path());
+    const std::string from = base_ + ".";
+    for (const auto& entry : std::filesystem::directory_iterator(dir_.Path(""))) {
+      const std::string name = entry.path().filename().string();
+      if (!name.starts_with(from) || name.ends_with("-shm")) continue;
+      std::filesystem::copy_file(entry.path(), dir_.Path(base + "." + name.substr(from.size())));
+    }
+  }
+
+  TempDir dir_;
+  FakeClock clock_;
+  StoreOptions options_;
+
+ private:
+  std::string base_;
+  std::unique_ptr<DataStoreNormal> store_;
+};
+
+// The log lines of a stretch of a test.
+class LogLines {
+ public:
+  LogLines() { testing::internal::CaptureStderr(); }
+  std::string Take() { return testing::internal::GetCapturedStderr(); }
+};
