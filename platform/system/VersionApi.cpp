@@ -30,7 +30,7 @@ std::optional<VersionEntry> ParseLine(std::string_view line) {
   std::string_view version = Trimmed(line.substr(nameEnd));
   if (version[0] == '=') version = Trimmed(version.substr(1));
   if (version.empty()) return {};
-  return VersionEntry(std::string(line.substr(0, nameEnd)), std::string(version));
+  return VersionEntry(std::string(Trimmed(line.substr(0, nameEnd))), std::string(version));
 }
 
 }  // namespace

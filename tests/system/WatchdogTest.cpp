@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/ListeningSocket.h"
+#include "support/TempDir.h"
+#include "system/Watchdog.h"
+
+namespace {
+
+using Notices = std::vector<std::string>;
+
+// Before the first line of the whole program.
+const int kLogTarget = setenv("LOG_TARGET", "stderr", 1);
+
+std::int64_t NowMs() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+class WatchdogTest : public testing::Test {
+ protected:
+  WatchdogTest() { ListenAt(directory_.Path("notify")); }
+  ~WatchdogTest() override { unsetenv("NOTIFY_SOCKET"); }
+
+  void ListenAt(const std::string& name) {
+    setenv("NOTIFY_SOCKET", name.c_str(), 1);
+    manager_.emplace(name);
+  }
+  void Pet(int times) {
+    for (int i = 0; i < times; ++i) watchdog_.PetWatchdog();
+  }
+  Notices Heard() const { return manager_->Heard(); }
+
+  // Pets until something is heard.
+  Notices PetUntilHeard() {
+    const std::int64_t deadline = NowMs() + 30000;
+    Notices heard;
+    while (heard.empty() && NowMs() < deadline) {
+      watchdog_.PetWatchdog();
+      heard = Heard();
+    }
+    return heard;
+  }
+
+  static constexpr unsigned int kLong = 3600;  // seconds: its quarter never passes in a test
+
+  TempDir directory_;
+  std::optional<ListeningSocket> manager_;
+  Watchdog watchdog_{e_Process_MetadataMgr, e_ThreadIds_Main};
+};
+
+TEST_F(WatchdogTest, SaysReadyWithTheFirstPetAndStoppingAtTheEnd) {
+  Pet(1);
+  EXPECT_EQ(Heard(), Notices{});
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  EXPECT_EQ(Heard(), Notices{});
+  Pet(1000);
+  EXPECT_EQ(Heard(), Notices{"READY=1"});
+  watchdog_.Unsubscribe();
+  EXPECT_EQ(Heard(), Notices{"STOPPING=1"});
+  Pet(10);
+  watchdog_.Unsubscribe();
+  EXPECT_EQ(Heard(), Notices{});
+}
+
+TEST_F(WatchdogTest, SaysAliveExactlyWhenAQuarterOfThePeriodHasPassed) {
+  ASSERT_TRUE(watchdog_.Subscribe(1));
+  std::int64_t lastBefore = NowMs();
+  Pet(1);
+  std::int64_t lastAfter = NowMs();
+  ASSERT_EQ(Heard(), Notices{"READY=1"});
+  for (int alive = 0; alive < 3;) {
+    const std::int64_t before = NowMs();
+    Pet(1);
+    const std::int64_t after = NowMs();
+    const Notices heard = Heard();
+    if (heard.empty()) {
+      ASSERT_LT(before, lastAfter + 250);
+      continue;
+    }
+    ASSERT_EQ(heard, Notices{"WATCHDOG=1"});
+    ASSERT_GE(after, lastBefore + 250);
+    lastBefore = before;
+    lastAfter = after;
+    ++alive;
+  }
+}
+
+TEST_F(WatchdogTest, SubscribingAgainStartsAnew) {
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(1);
+  watchdog_.Unsubscribe();
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(10);
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(10);
+  EXPECT_EQ(Heard(), (Notices{"READY=1", "STOPPING=1", "READY=1", "READY=1"}));
+}
+
+TEST_F(WatchdogTest, SocketMayBeAbstractAndItsNameOfFullLength) {
+  const std::string abstract = "@mm-watchdog-test-" + std::to_string(getpid());
+  std::string longPath = directory_.Path("");
+  longPath.resize(107, 'p');
+  std::string longAbstract = abstract;
+  longAbstract.resize(108, 'a');
+  for (const std::string& name : {abstract, longPath, longAbstract}) {
+    ListenAt(name);
+    ASSERT_TRUE(watchdog_.Subscribe(kLong)) << name;
+    Pet(1);
+    EXPECT_EQ(Heard(), Notices{"READY=1"}) << name;
+  }
+}
+
+TEST_F(WatchdogTest, MalformedSocketNameOrPeriodFailsAndChangesNothing) {
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(1);
+  EXPECT_FALSE(watchdog_.Subscribe(0));
+  for (const std::string& name :
+       {std::string("notify"), std::string("@"), std::string("/"), std::string("vsock:2:1234"),
+        "/" + std::string(107, 'p'), "@" + std::string(108, 'a'), std::string(100000, '/')}) {
+    setenv("NOTIFY_SOCKET", name.c_str(), 1);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(watchdog_.Subscribe(kLong)) << name.substr(0, 200);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("] 1 Watchdog:"), std::string::npos);
+  }
+  Pet(10);
+  watchdog_.Unsubscribe();
+  EXPECT_EQ(Heard(), (Notices{"READY=1", "STOPPING=1"}));
+}
+
+TEST_F(WatchdogTest, IsSilentWhereNobodyListens) {
+  unsetenv("NOTIFY_SOCKET");
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(watchdog_.Subscribe(kLong));
+    Pet(10);
+    watchdog_.Unsubscribe();
+    setenv("NOTIFY_SOCKET", "", 1);
+  }
+  EXPECT_EQ(Heard(), Notices{});
+}
+
+TEST_F(WatchdogTest, ManagerThatComesLaterHearsReady) {
+  manager_.reset();
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(10);
+  ListenAt(directory_.Path("notify"));
+  EXPECT_EQ(PetUntilHeard(), Notices{"READY=1"});
+  EXPECT_EQ(Heard(), Notices{});
+}
+
+TEST_F(WatchdogTest, FullSocketNeverBlocksAndReadyIsSaidLater) {
+  constexpr int kMore = 100000;  // than the queue of any socket takes
+  std::size_t taken = 0;
+  for (int i = 0; i < kMore; ++i) {
+    ASSERT_TRUE(watchdog_.Subscribe(kLong));
+    Pet(1);
+  }
+  taken = Heard().size();
+  ASSERT_GT(taken, 0U);
+  ASSERT_LT(taken, static_cast<std::size_t>(kMore));
+  EXPECT_EQ(PetUntilHeard(), Notices{"READY=1"});
+}
+
+}  // namespace
