@@ -1,0 +1,139 @@
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+
+#include "OwnRecord.h"
+#include "support/ChildProcess.h"
+
+namespace {
+
+const std::string kZeros(MetadataSharedMem::kSize, '\0');
+
+std::string Bytes(const unsigned char* items) {
+  return {reinterpret_cast<const char*>(items), MetadataSharedMem::kSize};
+}
+
+class Attach : public OwnRecord {
+ protected:
+  // What a fresh view attaches to.
+  std::string Attached() {
+    MetadataSharedMem view;
+    const unsigned char* items = view.MetadataItems(false);
+    return items ? Bytes(items) : "null";
+  }
+
+  static std::ptrdiff_t OpenFiles() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+  }
+};
+
+TEST_F(Attach, CreatesARecordOfZerosWithItsPermissionsWhateverTheUmask) {
+  for (const mode_t mask : {0000U, 0022U, 0777U}) {
+    const mode_t former = umask(mask);
+    EXPECT_EQ(Attached(), kZeros);
+    umask(former);
+    EXPECT_EQ(Look().permissions, 0640U) << "umask " << mask;
+    EXPECT_EQ(Look().content, kZeros);
+    shm_unlink(name_.c_str());
+  }
+}
+
+TEST_F(Attach, WritesAreSeenByOthersAndOutliveTheView) {
+  {
+    MetadataSharedMem writer;
+    MetadataSharedMem reader;
+    unsigned char* items = writer.MetadataItems(false);
+    const unsigned char* seen = reader.MetadataItems(false);
+    ASSERT_TRUE(items && seen);
+    for (std::size_t i = 0; i < MetadataSharedMem::kSize; ++i) items[i] = static_cast<unsigned char>(i + 1);
+    EXPECT_EQ(Bytes(seen), Bytes(items));
+  }
+  const std::string left = Look().content;
+  ASSERT_EQ(left.size(), MetadataSharedMem::kSize);
+  EXPECT_EQ(left.front(), 1);
+  EXPECT_EQ(left.back(), 92);
+  EXPECT_EQ(Attached(), left);
+}
+
+TEST_F(Attach, RecordThatIsThereKeepsItsContentAndPermissions) {
+  struct Case {
+    std::size_t size;
+    mode_t permissions;
+  };
+  for (const auto& [size, permissions] : {Case{0, 0640}, {10, 0600}, {91, 0640}, {92, 0600}, {5000, 0640}}) {
+    const std::string content(size, 'x');
+    ASSERT_NO_FATAL_FAILURE(Leave(content, permissions));
+    const std::string expected = content + (size < kZeros.size() ? kZeros.substr(size) : "");
+    EXPECT_EQ(Attached(), expected.substr(0, MetadataSharedMem::kSize));
+    EXPECT_EQ(Look().content, expected);
+    EXPECT_EQ(Look().permissions, permissions);
+    shm_unlink(name_.c_str());
+  }
+}
+
+TEST_F(Attach, OnlyWhenAskedTo) {
+  MetadataSharedMem view;
+  EXPECT_EQ(view.MetadataItems(true), nullptr);
+  EXPECT_FALSE(Exists());
+  unsigned char* items = view.MetadataItems(false);
+  ASSERT_NE(items, nullptr);
+  EXPECT_EQ(view.MetadataItems(true), items);
+  EXPECT_EQ(view.MetadataItems(false), items);
+}
+
+TEST_F(Attach, NameNeedsNoLeadingSlash) {
+  setenv("METADATA_SHM", name_.c_str() + 1, 1);
+  EXPECT_EQ(Attached(), kZeros);
+  EXPECT_TRUE(Exists());
+}
+
+TEST_F(Attach, LeavesNoFileOpenAndNothingMapped) {
+  const std::ptrdiff_t before = OpenFiles();
+  // More views than a process may have mappings.
+  for (int i = 0; i < 100000; ++i) {
+    MetadataSharedMem view;
+    ASSERT_NE(view.MetadataItems(false), nullptr) << i;
+  }
+  EXPECT_EQ(OpenFiles(), before);
+}
+
+TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
+  const std::string directory = "/dev/shm" + name_ + "-directory";
+  const std::string pipe = name_ + "-pipe";
+  ASSERT_TRUE(std::filesystem::create_directory(directory));
+  ASSERT_EQ(mkfifo(("/dev/shm" + pipe).c_str(), 0600), 0);
+  const std::ptrdiff_t before = OpenFiles();
+  for (const std::string& name :
+       {name_ + "-directory", pipe, std::string(), std::string("/"), std::string("/."), name_ + "/below",
+        "/" + std::string(300, 'n'), std::string(10000, '/')}) {
+    setenv("METADATA_SHM", name.c_str(), 1);
+    EXPECT_EQ(Attached(), "null") << name.substr(0, 60);
+  }
+  EXPECT_EQ(OpenFiles(), before);
+  std::filesystem::remove(directory);
+  shm_unlink(pipe.c_str());
+}
+
+TEST_F(Attach, RecordOfOthersGivesNull) {
+  ASSERT_NO_FATAL_FAILURE(Leave("theirs", 0));
+  JoinChild(StartChild([this] {
+    ASSERT_TRUE(geteuid() != 0 || setresuid(65534, 65534, 65534) == 0);
+    EXPECT_EQ(Attached(), "null");
+  }));
+}
+
+TEST_F(Attach, RecordThatCannotGrowGivesNull) {
+  ASSERT_NO_FATAL_FAILURE(Leave("short"));
+  JoinChild(StartChild([this] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{50, 50};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(Attached(), "null");
+  }));
+  EXPECT_EQ(Look().content, "short");
+}
+
+}  // namespace

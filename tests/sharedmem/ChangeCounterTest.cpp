@@ -1,0 +1,108 @@
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+#include "OwnRecord.h"
+#include "support/ChildProcess.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+constexpr std::size_t kFields = MetadataSharedMem::kChangeCounterOffset;
+
+// A copy of the fields that no writer was at work on, as the header tells readers to take it.
+std::optional<std::string> ReadWhole(const unsigned char* record) {
+  const auto* counter = reinterpret_cast<const std::uint32_t*>(record + kFields);
+  std::string copy(kFields, '\0');
+  const std::uint32_t before = __atomic_load_n(counter, __ATOMIC_ACQUIRE);
+  std::memcpy(copy.data(), record, kFields);
+  __atomic_thread_fence(__ATOMIC_ACQUIRE);
+  const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
+  unsigned char bytes[sizeof before];
+  std::memcpy(bytes, &before, sizeof before);
+  if (before != after || (bytes[3] & 1) != 0) return {};
+  return copy;
+}
+
+class ChangeCounter : public OwnRecord {
+ protected:
+  ChangeCounter() : items_(view_.MetadataItems(false)) {}
+
+  std::uint32_t Counter() const { return GetU32(items_ + kFields); }
+
+  MetadataSharedMem view_;
+  unsigned char* items_;
+};
+
+TEST_F(ChangeCounter, IsOddWhileWritingAndEvenAfterwards) {
+  struct Case {
+    std::uint32_t before, during, after;
+  };
+  constexpr Case kCases[] = {
+      {0, 1, 2},
+      {0xFE, 0xFF, 0x100},
+      {0x12345678, 0x12345679, 0x1234567A},
+      {0xFFFFFFFE, 0xFFFFFFFF, 0},
+      // Left odd by a writer that was killed at work.
+      {1, 3, 4},
+      {0xFFFFFFFF, 1, 2},
+  };
+  ASSERT_NE(items_, nullptr);
+  for (const auto& [before, during, after] : kCases) {
+    PutU32(items_ + kFields, before);
+    {
+      const MetadataSharedMem::Writing writing(items_);
+      EXPECT_EQ(Counter(), during) << before;
+      EXPECT_EQ(ReadWhole(items_), std::nullopt) << before;
+    }
+    EXPECT_EQ(Counter(), after) << before;
+    EXPECT_EQ(ReadWhole(items_), std::string(kFields, '\0')) << before;
+  }
+}
+
+TEST_F(ChangeCounter, WithoutARecordNothingIsMarked) {
+  const MetadataSharedMem::Writing writing(nullptr);
+  EXPECT_EQ(Counter(), 0U);
+}
+
+TEST_F(ChangeCounter, ReaderInAnotherProcessTakesNoTornCopy) {
+  constexpr int kWrites = 200000;
+  const pid_t writer = StartChild(
+      [] {
+        MetadataSharedMem view;
+        unsigned char* items = view.MetadataItems(false);
+        ASSERT_NE(items, nullptr);
+        for (int i = 1; i <= kWrites; ++i) {
+          const MetadataSharedMem::Writing writing(items);
+          // Field by field, as the fields are written in earnest.
+          for (std::size_t at = 0; at < kFields; at += 4) PutU32(items + at, static_cast<std::uint32_t>(i));
+        }
+      },
+      100);
+
+  std::uint32_t last = 0;
+  int changes = 0;
+  int status = 0;
+  const auto check = [&](const std::string& copy) {
+    const auto* fields = reinterpret_cast<const unsigned char*>(copy.data());
+    const std::uint32_t first = GetU32(fields);
+    for (std::size_t at = 4; at < kFields; at += 4) ASSERT_EQ(GetU32(fields + at), first) << "torn at " << at;
+    ASSERT_GE(first, last);
+    changes += first != last ? 1 : 0;
+    last = first;
+  };
+  while (waitpid(writer, &status, WNOHANG) == 0 && !HasFatalFailure()) {
+    for (int i = 0; i < 100; ++i) {
+      if (const auto copy = ReadWhole(items_)) check(*copy);
+    }
+  }
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  const std::optional<std::string> final = ReadWhole(items_);
+  ASSERT_TRUE(final);
+  check(*final);
+  EXPECT_EQ(last, kWrites);
+  EXPECT_GT(changes, 1);
+  EXPECT_EQ(Counter(), 2U * kWrites);
+}
+
+}  // namespace
