@@ -1,32 +1,15 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <limits>
-#include <new>
 #include <string>
 
 #include "StderrChild.h"
 #include "log/LogLine.h"
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  ++allocations;
-  if (void* memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
+#include "support/AllocationCount.h"
 
 namespace {
 
@@ -116,9 +99,9 @@ TEST(LogLine, KeepsErrnoAndAllocatesNothing) {
     LogClient::Instance().ProcessName("a process name that no string keeps within itself");
     log(kLogError, "first");  // sets up
     errno = ENOTDIR;
-    const std::size_t before = allocations;
+    const std::size_t before = AllocationCount();
     log(kLogError, "second ", 12345, " ", LogHex{42});
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(AllocationCount(), before);
     EXPECT_EQ(errno, ENOTDIR);
   });
   EXPECT_TRUE(lines.ends_with("second 12345 2a")) << lines;

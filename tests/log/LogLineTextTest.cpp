@@ -5,10 +5,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <string_view>
 
 #include "LogLineText.h"
 
 namespace {
+
+using std::string_view_literals::operator""sv;
 
 constexpr timespec kMorning{1795250400, 123999999};  // 2026-11-21 08:40:00.123999999 UTC
 
@@ -43,12 +46,12 @@ TEST(LogLineText, SystemLogGetsThePriorityOfTheMaskAndLocalTime) {
 }
 
 TEST(LogLineText, TextFromAPeerNeverMakesASecondLine) {
-  const std::string hostile("a\nb\r\tc\0d\x1b[31m\x7f\xc3\xa4", 15);
-  const std::string harmless = "a?b??c?d?[31m?\xc3";
+  constexpr std::string_view kHostile = "a\nb\r\tc\0d\x1b[31m\x7f\xc3\xa4"sv;
+  const std::string harmless = "a?b??c?d?[31m?\xc3\xa4";
   LogLineBuffer line;
-  EXPECT_EQ(StderrLine(line, kMorning, 1, "N\n", hostile),
+  EXPECT_EQ(StderrLine(line, kMorning, 1, "N\n", kHostile),
             "2026-11-21T08:40:00.123Z N?" + Pid() + " 1 " + harmless + "\n");
-  EXPECT_TRUE(SyslogLine(line, kMorning, 1, "N\n", hostile).ends_with("N?" + Pid() + ": " + harmless));
+  EXPECT_TRUE(SyslogLine(line, kMorning, 1, "N\n", kHostile).ends_with("N?" + Pid() + ": " + harmless));
 }
 
 TEST(LogLineText, LongTextAndNameAreCut) {
