@@ -3,6 +3,7 @@
 find_package(GTest REQUIRED)
 
 # mm_test(name SOURCES file... [USES target...] [LABELS label...] [OWN_MAIN])
+# Sees its own folder and tests/ (for "support/X.h").
 #   LABELS   native-only: neither built nor run for the emulated target (it starts other programs,
 #            is too slow there, or shows nothing that depends on the machine).
 #   OWN_MAIN the sources bring their own main.
@@ -16,7 +17,7 @@ function(mm_test name)
     return()
   endif()
   add_executable(${name} ${ARG_SOURCES})
-  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE mm_options ${ARG_USES} GTest::gtest)
   if(NOT ARG_OWN_MAIN)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)

@@ -7,21 +7,20 @@ declare -A packages=(
   [bench]="libbenchmark-dev"
   [test]="libgtest-dev libgmock-dev"
   [ppc]="g++-powerpc-linux-gnu qemu-user googletest tcl dpkg-dev make"
-  [clang]="clang"
-  [lint]="clang-format clang-tidy shellcheck git libbenchmark-dev"
+  [clang]="clang libbenchmark-dev"
+  [lint]="clang-format clang-tidy shellcheck git"
 )
 
 # need_packages SET...: installs what is missing of these sets, through sudo where not root.
 need_packages() {
-  local name known missing=() sudo=()
-  local wanted=()
+  local name installed wanted=() missing=() sudo=()
   for name in "$@"; do
-    read -ra known <<<"${packages[$name]}"
-    wanted+=("${known[@]}")
+    # shellcheck disable=SC2206  # one word, one package
+    wanted+=(${packages[$name]})
   done
-  known=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null || true)
+  installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null || true)
   for name in "${wanted[@]}"; do
-    grep -qxF "installed $name" <<<"$known" || missing+=("$name")
+    grep -qxF "installed $name" <<<"$installed" || missing+=("$name")
   done
   [ ${#missing[@]} -ne 0 ] || return 0
 

@@ -22,6 +22,7 @@ apt_private() {
 fetch_sqlite() {
   rm -rf "$cache"
   mkdir -p "$cache"/{lists,apt/archives,source}/partial
+  # shellcheck disable=SC2016  # the fields are apt-get's
   apt-get indextargets --format 'deb-src $(REPO_URI) $(CODENAME) $(COMPONENT)' \
     'Created-By: Packages' 'Origin: Debian' | sort -u >"$cache/sources.list"
   apt_private update

@@ -1,0 +1,20 @@
+#!/bin/bash
+# Usage: show-recording.sh DIR
+# A look into the newest recording below DIR, without changing it, and where the files are.
+set -euo pipefail
+
+newest=$(find "$1" -name 'metadata.[0-9]*.db' -printf '%T@ %p\n' | sort -n | tail -n 1 | cut -d ' ' -f 2-)
+[ -n "$newest" ] || { echo "No recording below $1." >&2; exit 1; }
+
+echo
+echo "Recorded, by source:"
+sqlite3 -readonly -column -header "$newest" \
+  'SELECT source, count(*) AS records, min(substr(utc, 12, 12)) AS first, max(substr(utc, 12, 12)) AS last
+   FROM timeline GROUP BY source ORDER BY min(seq)'
+echo
+echo "The last of it:"
+sqlite3 -readonly -column "$newest" \
+  'SELECT utc, source, event, text FROM (SELECT * FROM timeline ORDER BY seq DESC LIMIT 12) ORDER BY seq'
+echo
+echo "The recording:  $newest ($(stat -c %s "$newest") bytes)"
+echo "To look inside: sqlite3 -readonly $newest 'SELECT * FROM timeline'"
