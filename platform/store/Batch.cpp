@@ -5,16 +5,12 @@
 #include <utility>
 
 #include "Tables.h"
+#include "Text.h"
 
 namespace store {
 namespace {
 
 constexpr std::size_t kMaxText = 1024;
-
-std::string_view Cut(std::string_view text) {
-  text = text.substr(0, kMaxText);
-  return text.substr(0, text.find('\0'));
-}
 
 RecordHeader HeaderAt(const unsigned char* p) {
   RecordHeader header;
@@ -59,18 +55,20 @@ void Batch::Append(const void* data, std::size_t size) {
 RecordView Batch::Add(RecordHeader header, std::initializer_list<Value> values) {
   header.cellBytes = 0;
   for (const Value& value : values) {
-    header.cellBytes += static_cast<std::uint32_t>(
-        value.IsText() ? sizeof(std::uint32_t) + Cut(value.Text()).size() : sizeof(std::int64_t));
+    header.cellBytes += static_cast<std::uint32_t>(value.IsText() ? sizeof(std::uint32_t) +
+                                                                        CutText(value.Text(), kMaxText).size()
+                                                                  : sizeof(std::int64_t));
   }
   MakeRoom(sizeof header + header.cellBytes);
   const std::size_t start = bytes_.size();
   Append(&header, sizeof header);
   for (const Value& value : values) {
     if (value.IsText()) {
-      const std::string_view text = Cut(value.Text());
+      const std::string_view text = CutText(value.Text(), kMaxText);
       const auto size = static_cast<std::uint32_t>(text.size());
       Append(&size, sizeof size);
       Append(text.data(), text.size());
+      MakeUtf8(reinterpret_cast<char*>(bytes_.data()) + bytes_.size() - text.size(), text.size());
     } else {
       const std::int64_t number = value.Number();
       Append(&number, sizeof number);
@@ -80,6 +78,7 @@ RecordView Batch::Add(RecordHeader header, std::initializer_list<Value> values) 
 }
 
 void Batch::AddCells(RecordHeader header, const unsigned char* cells) {
+  MakeRoom(sizeof header + header.cellBytes);
   Append(&header, sizeof header);
   Append(cells, header.cellBytes);
 }

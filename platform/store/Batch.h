@@ -40,7 +40,7 @@ class Batch {
   // are counted as losses. The texts are cut to what the contract says.
   RecordView Add(RecordHeader header, std::initializer_list<Value> values);
 
-  // The same for cells taken from a record; without the bound.
+  // The same for cells taken from a record that does not lie in this batch.
   void AddCells(RecordHeader header, const unsigned char* cells);
 
   bool Empty() const { return bytes_.empty(); }

@@ -34,6 +34,12 @@ int Database::Open(const std::string& path) {
   return rc;
 }
 
+void Database::LimitWork() {
+  constexpr int kSteps = 10'000'000;
+  sqlite3_progress_handler(
+      handle_.get(), kSteps, [](void*) { return 1; }, nullptr);
+}
+
 int Database::Execute(const std::string& sql) {
   return sqlite3_exec(handle_.get(), sql.c_str(), nullptr, nullptr, nullptr);
 }

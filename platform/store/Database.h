@@ -45,6 +45,9 @@ class Database {
   sqlite3* Handle() const { return handle_.get(); }
   const char* Message() const { return sqlite3_errmsg(handle_.get()); }
 
+  // Ends every statement that takes much more work than those that read a sound file.
+  void LimitWork();
+
   int Execute(const std::string& sql);
   // The first column of the first row as text or number; SQLITE_OK, SQLITE_DONE when there is no
   // row, or an error; the result is unchanged then.

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -64,7 +65,7 @@ bool FileNames::List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest
     highest = std::max(highest, number);
     if (isRecording) numbers.push_back(number);
   }
-  std::sort(numbers.begin(), numbers.end());
+  std::sort(numbers.begin(), numbers.end(), std::greater<>());
   return true;
 }
 

@@ -13,7 +13,7 @@ class FileNames {
 
   std::string PathOf(std::uint32_t number) const;
 
-  // The numbers of the files that are there, ascending, and the highest that is in use in any way,
+  // The numbers of the files that are there, newest first, and the highest that is in use in any way,
   // if only by a log that was left over (0 for none). False when the directory cannot be read.
   bool List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const;
 

@@ -25,6 +25,7 @@ bool Read(const std::string& path, PreviousRun& run) {
   std::int64_t id = 0;
   std::int64_t clean = 0;
   int rc = database.Open(path);
+  if (rc == SQLITE_OK) database.LimitWork();
   if (rc == SQLITE_OK) rc = database.Query("PRAGMA application_id", id);
   if (rc == SQLITE_OK && id != kApplicationId) rc = SQLITE_NOTADB;
   if (rc == SQLITE_OK) rc = database.Query("SELECT last_seq FROM progress", run.lastSeq);
@@ -46,8 +47,8 @@ PreviousRun LookAtPreviousRun(const FileNames& names) {
   std::vector<std::uint32_t> numbers;
   std::uint32_t highest = 0;
   if (!names.List(numbers, highest)) return {};
-  for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
-    const std::string path = names.PathOf(*number);
+  for (const std::uint32_t number : numbers) {
+    const std::string path = names.PathOf(number);
     FileIdentity identity;
     if (Identify(path, identity) != 0 || identity.bytes == 0) continue;
     PreviousRun run;

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 namespace store {
 
@@ -57,10 +58,12 @@ struct RecordHeader {
 // One column's value on its way into the batch; a text is not copied before it gets there.
 class Value {
  public:
-  Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}  // implicit on purpose
+  // NOLINTBEGIN(google-explicit-constructor): the values of a record are written as they are
+  Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}
   template <typename E>
   requires std::is_enum_v<E> Value(E number) : number_(static_cast<std::int64_t>(number)) {}
   Value(std::string_view text) : text_(text), isText_(true) {}
+  // NOLINTEND(google-explicit-constructor)
 
   std::int64_t Number() const { return number_; }
   std::string_view Text() const { return text_; }

@@ -10,8 +10,8 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-constexpr std::size_t kChunkBytes = 256 * 1024;  // of one transaction
-constexpr std::size_t kProbeBytes = 4 * 1024;    // of one that will probably fail
+constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // of one transaction
+constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // of one that will probably fail
 constexpr std::uint64_t kLogBound = std::uint64_t{4} << 20;
 
 }  // namespace
@@ -30,7 +30,9 @@ bool Recorder::Begin() {
       return true;
     }
   }
-  if (file_ != nullptr) fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
+  if (file_ == nullptr) return false;  // the caller's business
+  fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
+  if (spoiled_) SayFailing("no new file can be begun");
   return false;
 }
 
@@ -68,12 +70,15 @@ bool Recorder::SettleDoubt(Batch& batch) {
 }
 
 bool Recorder::Fail(int code) {
-  if (!failing_) {
-    log(kLogError, "Recording to ", file_->Path(), " fails: ", file_->Connection().Message());
-  }
-  failing_ = inDoubt_ = true;
+  SayFailing(file_->Connection().Message());
+  inDoubt_ = true;
   if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) spoiled_ = true;
   return false;
+}
+
+void Recorder::SayFailing(const char* reason) {
+  if (!failing_) log(kLogError, "Recording to ", file_->Path(), " fails: ", reason);
+  failing_ = true;
 }
 
 void Recorder::Work() {

@@ -38,6 +38,7 @@ class Recorder {
  private:
   bool SettleDoubt(Batch& batch);
   bool Fail(int code);
+  void SayFailing(const char* reason);
   void Work();
   void WatchLog();
 

@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 
 #include "Schema.h"
 #include "Tables.h"
@@ -15,8 +17,6 @@ namespace {
 constexpr const char* kBeforeLogMode[] = {
     "PRAGMA synchronous=EXTRA",
     "PRAGMA page_size=1024",  // a commit writes whole pages, and few records at a time
-    "PRAGMA application_id=",
-    "PRAGMA user_version=",
 };
 constexpr const char* kLogMode = "PRAGMA journal_mode=WAL";
 constexpr const char* kAfterLogMode[] = {
@@ -32,17 +32,13 @@ std::string LogOf(const std::string& path) {
 }
 
 bool Configure(Database& database) {
-  for (std::string sql : kBeforeLogMode) {
-    if (sql.ends_with("application_id=")) sql += std::to_string(kApplicationId);
-    if (sql.ends_with("user_version=")) sql += std::to_string(kSchemaVersion);
-    if (database.Execute(sql) != SQLITE_OK) return false;
-  }
+  const auto run = [&database](const std::string& sql) { return database.Execute(sql) == SQLITE_OK; };
+  const std::string mark = "BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
+                           "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
+  if (!std::all_of(std::begin(kBeforeLogMode), std::end(kBeforeLogMode), run) || !run(mark)) return false;
   std::string mode;
   if (database.Query(kLogMode, mode) != SQLITE_OK || mode != "wal") return false;
-  for (const char* sql : kAfterLogMode) {
-    if (database.Execute(sql) != SQLITE_OK) return false;
-  }
-  return database.Execute(CreateSchema()) == SQLITE_OK;
+  return std::all_of(std::begin(kAfterLogMode), std::end(kAfterLogMode), run) && run(CreateSchema());
 }
 
 }  // namespace

@@ -112,6 +112,12 @@ INSTANTIATE_TEST_SUITE_P(
                    [](const std::string& path) { Connection(path).Rows("PRAGMA application_id=1"); }},
         DamageCase{"WithoutProgress",
                    [](const std::string& path) { Connection(path).Rows("DELETE FROM progress"); }},
+        DamageCase{"EndlessWork",
+                   [](const std::string& path) {
+                     Connection(path).Rows(
+                         "DROP TABLE progress; CREATE VIEW progress AS WITH RECURSIVE n(last_seq) AS "
+                         "(SELECT 1 UNION ALL SELECT 1 FROM n) SELECT count(*) AS last_seq FROM n");
+                   }},
         DamageCase{"LogTooLong",
                    [](const std::string& path) {
                      std::ofstream(path + "-wal") << "x";

@@ -86,6 +86,15 @@ const RecordCase kCases[] = {
      "device|initial|serial number "},
     {"SerialWithNul", [](DataStore& s) { s.ReportSystemSerialNum(std::string("KV\0 42", 6)); }, "serial",
      "NULL|0|KV", "device|initial|serial number KV"},
+    {"TextInUtf8", [](DataStore& s) { s.ReportSystemSerialNum("\u00e4\u20ac\U0001F697"); }, "serial",
+     "NULL|0|\u00e4\u20ac\U0001F697", "device|initial|serial number \u00e4\u20ac\U0001F697"},
+    {"TextThatIsNoUtf8",
+     [](DataStore& s) {
+       s.ReportSystemSerialNum(
+           "a\xFF"
+           "b\xC3(\xE0\x80\x80\xED\xA0\x80\xF4\x90\xE2\x82");
+     },
+     "serial", "NULL|0|a?b?(??????????", "device|initial|serial number a?b?(??????????"},
     {"Version", [](DataStore& s) { s.ReportVersion(e_COMPONENT_Build, "2.7.1"); }, "version",
      "NULL|0|2|2.7.1", "device|initial|version of component 2: 2.7.1"},
     {"CleanEnd", [](DataStore& s) { s.ReportShutdownData(); }, "run_end", "NULL|1", "run|event|clean end"},
@@ -113,8 +122,9 @@ INSTANTIATE_TEST_SUITE_P(Operations, RecordTest, testing::ValuesIn(kCases),
 TEST_F(StoreTest, ATextIsCutAtItsBound) {
   Open();
   Store().ReportVersion(e_COMPONENT_Build, std::string(5000, 'v').c_str());
+  Store().ReportVersion(e_COMPONENT_Build, (std::string(1022, 'v') + "\u20ac").c_str());
   Close();
-  EXPECT_EQ(Rows("SELECT length(version) FROM version"), "1024\n");
+  EXPECT_EQ(Rows("SELECT length(version), replace(version,'v','') FROM version"), "1024|\n1022|\n");
 }
 
 TEST_F(StoreTest, ANullHardwareAddressIsIgnored) {

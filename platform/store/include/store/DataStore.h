@@ -24,7 +24,8 @@ class VideoRecordingSettings;
 //           asked. Recorded as such.
 //   tick    the sender's 32-bit system tick in milliseconds, recorded unchanged.
 //   tag     recorded unchanged; e_Tag_None where there is nothing to say.
-// Texts end at their first NUL; what is longer than 1024 bytes is cut; null is the empty text.
+// Texts are UTF-8 and end at their first NUL; what is longer than 1024 bytes is cut, a byte that is
+// no UTF-8 becomes "?", null is the empty text.
 //
 // One thread.
 class DataStore {
