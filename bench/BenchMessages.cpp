@@ -1,0 +1,84 @@
+#include "BenchMessages.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+
+#include "Verbs.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::string WhyNotSent(const std::string& peer, int error) {
+  if (error == ENOENT || error == ECONNREFUSED) return peer + " is not there";
+  return "cannot send to " + peer + ": " + std::strerror(error);
+}
+
+void DoHandler(LinxIpc* ipc, void* context) {
+  const IpcMessage& message = ipc->CurrentMessage();
+  const std::string asker = message.GetSender();
+  Answer(*ipc, Perform(*static_cast<const Actions*>(context), SplitWords(TextOf(message))), asker);
+}
+
+}  // namespace
+
+int SendMessage(LinxIpc& ipc, const std::string& peer, unsigned int type, const std::string& payload) {
+  IpcMessage message;
+  std::string bytes = payload;
+  const int error = message.Allocate(type, static_cast<unsigned int>(bytes.size()), bytes.data());
+  return error != 0 ? error : ipc.Notify(peer, message, true);
+}
+
+std::string TextOf(const IpcMessage& message, std::size_t first) {
+  if (message.Size() <= first) return {};
+  return {message.DataPtr() + first, message.DataPtr() + message.Size()};
+}
+
+Outcome Request(LinxIpc& ipc, const std::string& peer, IpcMessage& request, unsigned int answerType,
+                IpcMessage& answer, int timeoutMs) {
+  while (ipc.Receive(0, answerType, peer, &answer) == 0) {
+  }
+  const Clock::time_point sent = Clock::now();
+  if (const int error = ipc.Notify(peer, request, true); error != 0) return {false, WhyNotSent(peer, error)};
+  if (ipc.Receive(timeoutMs, answerType, peer, &answer) != 0) {
+    return {false, peer + " did not answer within " + Milliseconds(timeoutMs)};
+  }
+  return {true, Milliseconds(std::chrono::duration<double, std::milli>(Clock::now() - sent).count())};
+}
+
+Outcome Ask(LinxIpc& ipc, const std::string& performer, const Words& words, int timeoutMs) {
+  std::string text = JoinWords(words);
+  IpcMessage request;
+  IpcMessage answer;
+  if (request.Allocate(BenchMsg_Do, static_cast<unsigned int>(text.size()), text.data()) != 0) {
+    return {false, "too many words"};
+  }
+  const Outcome asked = Request(ipc, performer, request, BenchMsg_Done, answer, timeoutMs);
+  if (!asked.ok) return asked;
+  return {answer.Size() > 0 && answer.DataPtr()[0] == 1, TextOf(answer, 1)};
+}
+
+Outcome Perform(const Actions& actions, const Words& words) {
+  Command command;
+  std::string error;
+  if (!ParseCommand(words, command, error)) return {false, error};
+  const auto action = actions.find(NameOf(*command.verb));
+  if (action == actions.end()) return {false, "this process does not do that"};
+  return action->second(command.arguments);
+}
+
+void Answer(LinxIpc& ipc, const Outcome& outcome, const std::string& asker) {
+  (void)SendMessage(ipc, asker, BenchMsg_Done, (outcome.ok ? '\1' : '\0') + outcome.text);
+}
+
+void ServeActions(LinxIpc& ipc, const Actions& actions) {
+  ipc.RegisterHandler(BenchMsg_Do, DoHandler, const_cast<Actions*>(&actions));
+}
+
+std::string Milliseconds(double ms) {
+  char text[32];
+  (void)std::snprintf(text, sizeof text, ms < 10 ? "%.2f ms" : "%.0f ms", ms);
+  return text;
+}

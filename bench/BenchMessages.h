@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "Words.h"
+#include "ipc/LinxIpc.h"
+
+// How the processes of the bench talk among themselves, over the system's own IPC.
+enum BenchMsg : unsigned int {
+  BenchMsg_Do = 30720,         // to a performer, or from a terminal to the director: words of a command
+  BenchMsg_Done = 30721,       // its answer: byte 0: 1 if it was done, else 0; then a text
+  BenchMsg_News = 30722,       // state manager to director: byte 0: News; then "PROCESS what happened"
+  BenchMsg_StopSystem = 30723  // director to state manager: 32-bit time in ms that a process has to answer
+};
+
+// What the state manager tells.
+enum class News : unsigned char {
+  kReady,       // it takes requests
+  kStep,        // of a process on its way to full run
+  kFullRun,     // of a process
+  kFailed,      // a process cannot start
+  kStopped,     // a process answered the shut-down
+  kSilent,      // a process did not
+  kAllStopped,  // none is waited for any more
+};
+
+// How something asked for ended.
+struct Outcome {
+  bool ok;
+  std::string text;
+};
+
+// What a process of the bench can do: actions by the names of their verbs.
+using Action = std::function<Outcome(const Words& arguments)>;
+using Actions = std::map<std::string, Action, std::less<>>;
+
+constexpr int kAnswerTimeoutMs = 2000;
+
+// Sends an empty message or one with a payload; 0 or what Notify says.
+int SendMessage(LinxIpc& ipc, const std::string& peer, unsigned int type, const std::string& payload = {});
+
+// The payload as text, from the byte `first` on.
+std::string TextOf(const IpcMessage& message, std::size_t first = 0);
+
+// Sends `request` to a peer and waits for a message of `answerType` from it; one that came earlier
+// is none. The outcome's text is why there is no answer, or how long it took.
+Outcome Request(LinxIpc& ipc, const std::string& peer, IpcMessage& request, unsigned int answerType,
+                IpcMessage& answer, int timeoutMs = kAnswerTimeoutMs);
+
+// Has a process of the bench do something.
+Outcome Ask(LinxIpc& ipc, const std::string& performer, const Words& words, int timeoutMs = kAnswerTimeoutMs);
+
+// Does what the words say, or says why not.
+Outcome Perform(const Actions& actions, const Words& words);
+
+// Answers the BenchMsg_Do that is the current message.
+void Answer(LinxIpc& ipc, const Outcome& outcome, const std::string& asker);
+
+// From now on performs each BenchMsg_Do; `actions` lives as long as the endpoint.
+void ServeActions(LinxIpc& ipc, const Actions& actions);
+
+// "12 ms", with decimals where they matter.
+std::string Milliseconds(double ms);

@@ -1,0 +1,350 @@
+#include "Director.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+#include "MetadataMgrMessages.h"
+#include "Processes.h"
+#include "Roles.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kEndTimeout{2000};  // from its answer, or a signal, to the end of a process
+
+milliseconds FromSeconds(double seconds) {
+  return milliseconds(static_cast<std::int64_t>(seconds * 1000));
+}
+
+std::string OneDecimal(double value) {
+  char text[32];
+  (void)std::snprintf(text, sizeof text, "%.1f", value);
+  return text;
+}
+
+double Ms(const timeval& time) {
+  return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
+}
+
+const std::string& MetadataMgrName() {
+  return ProcessName(e_Process_MetadataMgr);
+}
+const std::string& StateMgrName() {
+  return ProcessName(e_Process_StateMgr);
+}
+
+}  // namespace
+
+std::string OwnProgram() {
+  std::array<char, 4096> path;
+  const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
+  return size < 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(size));
+}
+
+Director::Director(const RunOptions& options, const Drive& drive, const Surroundings& surroundings)
+    : options_(options),
+      drive_(drive),
+      surroundings_(surroundings),
+      program_(OwnProgram()),
+      screen_(options.speed),
+      ipc_(kBenchName),
+      actions_(MetadataMgrActions(ipc_)) {
+  actions_["quit"] = [this](const Words&) {
+    quit_ = true;
+    return Outcome{true, "shutting down"};
+  };
+  for (const RoleRow& role : Roles()) fullRun_[ProcessName(role.process)] = false;
+  fullRun_[MetadataMgrName()] = false;
+}
+
+bool Director::Run() {
+  if (!Open()) return false;
+  char speed[32];
+  (void)std::snprintf(speed, sizeof speed, "%g", options_.speed);
+  screen_.Line("Drive " + drive_.name + ", speed " + speed + ", in " + surroundings_.Directory());
+  if (StartAll()) Play();
+  StopAll();
+  SayHowMetadataMgrWent();
+  SayHowItWent();
+  return problems_ == 0;
+}
+
+bool Director::Open() {
+  if (const int error = ipc_.Init(); error != 0) {
+    screen_.Line(error == EADDRINUSE
+                     ? "Another bench runs in " + surroundings_.Directory()
+                     : std::string("Cannot open the bench's endpoint: ") + std::strerror(error));
+    return false;
+  }
+  ipc_.RegisterHandler(BenchMsg_News, NewsHandler, this);
+  ipc_.RegisterHandler(BenchMsg_Do, DoHandler, this);
+  ipc_.RegisterShutdown(QuitHandler, this);
+  return true;
+}
+
+// ---- Start
+
+bool Director::StartAll() {
+  startEnd_ = Clock::now() + FromSeconds(options_.startDeadlineSeconds);
+  if (!StartStateMgr()) return false;
+  for (const RoleRow& role : Roles()) {
+    const std::string& name = ProcessName(role.process);
+    if (!StartChild(name, {program_, "role", name})) return false;
+  }
+  if (!StartMetadataMgr()) return false;
+  const bool inTime = ReceiveUntil(startEnd_, [this] { return MustEnd() || AllAtFullRun(); });
+  if (inTime) return !MustEnd();
+  std::string missing;
+  for (const auto& [name, there] : fullRun_) {
+    if (!there) missing += " " + name;
+  }
+  Problem("not at full run within " + OneDecimal(options_.startDeadlineSeconds) + " s:" + missing);
+  return false;
+}
+
+bool Director::StartStateMgr() {
+  std::vector<std::string> arguments{program_, "role", StateMgrName()};
+  for (const auto& [name, there] : fullRun_) arguments.push_back(name);
+  if (!StartChild(StateMgrName(), arguments)) return false;
+  if (ReceiveUntil(startEnd_, [this] { return MustEnd() || stateMgrReady_; })) return !MustEnd();
+  Problem("StateMgr does not start");
+  return false;
+}
+
+bool Director::StartMetadataMgr() {
+  if (options_.attach) {
+    screen_.Event("waiting for MetadataMgr; start it with");
+    screen_.Line("env " + Surroundings::Settings() + " MetadataMgr");
+    startEnd_ = Clock::time_point::max();
+    return true;
+  }
+  const std::string beside = program_.substr(0, program_.rfind('/') + 1) + MetadataMgrName();
+  return StartChild(MetadataMgrName(), {options_.program.empty() ? beside : options_.program});
+}
+
+bool Director::StartChild(const std::string& name, const std::vector<std::string>& arguments) {
+  std::string error;
+  startTimes_[name] = Clock::now();
+  if (children_.Start(name, arguments, surroundings_.LogFile(name), error)) return true;
+  Problem("cannot start " + name + ": " + error);
+  return false;
+}
+
+// ---- Drive
+
+void Director::Play() {
+  screen_.BeginDrive();
+  driving_ = true;
+  for (const DriveLine& line : drive_.lines) {
+    if (ReceiveUntil(screen_.WhenDue(line.at), [this] { return MustEnd(); })) break;
+    ++linesPlayed_;
+    (void)Execute(line.command.words, {});
+  }
+  (void)ReceiveUntil(Clock::time_point::max(), [this] { return MustEnd(); });
+  driving_ = false;
+  driveSeconds_ = screen_.DriveSeconds();
+}
+
+Outcome Director::Execute(const Words& words, const std::string& from) {
+  const std::string stamp = screen_.Stamp();
+  Command command;
+  Outcome outcome{false, {}};
+  if (ParseCommand(words, command, outcome.text)) {
+    const std::string performer = command.verb->performer;
+    outcome = performer == kBenchName ? Perform(actions_, words) : Ask(ipc_, performer, words);
+  }
+  const std::string what = JoinWords(words) + (from.empty() ? "" : " (" + from + ")");
+  if (outcome.ok) {
+    screen_.Event(stamp, what + ": " + outcome.text);
+  } else {
+    Problem(stamp, what + ": " + outcome.text);
+  }
+  return outcome;
+}
+
+template <typename Done>
+bool Director::ReceiveUntil(const Clock::time_point& end, Done done) {
+  constexpr milliseconds kLook{50};  // at the children
+  while (!done()) {
+    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
+    if (left.count() <= 0) return false;
+    (void)ipc_.Receive(static_cast<int>(std::min(left, kLook).count()), 0, LinxIpc::emptyString, nullptr);
+    LookAfterChildren();
+  }
+  return true;
+}
+
+void Director::LookAfterChildren() {
+  while (const Child* child = children_.NextEnded()) {
+    const std::string text = child->name + " ended with " + child->HowItEnded() + Log(child->name);
+    if (!stopping_) {
+      broken_ = true;
+      Problem(text);
+    } else if (child->status != 0 && !signalled_) {
+      Problem(text);
+    }
+  }
+}
+
+// ---- Shut-down
+
+void Director::StopAll() {
+  stopping_ = true;
+  screen_.EndDrive();
+  if (const Child* metadataMgr = children_.Find(MetadataMgrName())) {
+    peakMemoryKb_ = PeakMemoryKb(metadataMgr->id);
+  }
+  const milliseconds deadline = FromSeconds(options_.stopDeadlineSeconds);
+  std::string payload(4, '\0');
+  PutU32(reinterpret_cast<unsigned char*>(payload.data()), static_cast<std::uint32_t>(deadline.count()));
+  if (SendMessage(ipc_, StateMgrName(), BenchMsg_StopSystem, payload) == 0) {
+    // First MetadataMgr, then the others together.
+    const bool stopped =
+        ReceiveUntil(Clock::now() + 2 * deadline + kEndTimeout, [this] { return allStopped_; });
+    if (!stopped) Problem("StateMgr did not finish the shut-down" + Log(StateMgrName()));
+    (void)SendMessage(ipc_, StateMgrName(), LinxIpc::kShutdownNotice);
+  }
+  EndLeftovers();
+}
+
+void Director::EndLeftovers() {
+  const auto allEnded = [this] { return children_.AllEnded(); };
+  struct Blow {
+    int signal;
+    const char* name;
+  };
+  for (const Blow& blow : {Blow{SIGTERM, "SIGTERM"}, Blow{SIGKILL, "SIGKILL"}}) {
+    if (ReceiveUntil(Clock::now() + kEndTimeout, allEnded)) return;
+    signalled_ = true;
+    Problem("still running, sent " + std::string(blow.name) + ":" + children_.Signal(blow.signal));
+  }
+  if (!ReceiveUntil(Clock::now() + kEndTimeout, allEnded)) Problem("a process cannot be ended");
+}
+
+// ---- What comes from others
+
+void Director::NewsHandler(LinxIpc* ipc, void* self) {
+  const IpcMessage& message = ipc->CurrentMessage();
+  if (message.GetSender() != StateMgrName() || message.Size() == 0) return;
+  const std::string text = TextOf(message, 1);
+  const std::size_t nameEnd = text.find(' ');
+  static_cast<Director*>(self)->TakeNews(static_cast<News>(message.DataPtr()[0]), text.substr(0, nameEnd),
+                                         text);
+}
+
+void Director::TakeNews(News news, const std::string& process, const std::string& text) {
+  switch (news) {
+    case News::kReady:
+      stateMgrReady_ = true;
+      screen_.Event(text + SinceStartOf(process));
+      break;
+    case News::kStep:
+      if (startTimes_.try_emplace(process, Clock::now()).second) {  // the attached one
+        startEnd_ = Clock::now() + FromSeconds(options_.startDeadlineSeconds);
+      }
+      screen_.Event(text + SinceStartOf(process));
+      break;
+    case News::kFullRun:
+      TakeFullRun(process, text);
+      break;
+    case News::kFailed:
+      broken_ = true;
+      Problem(text + Log(process));
+      break;
+    case News::kStopped:
+      screen_.Event(text);
+      break;
+    case News::kSilent: {
+      const Child* child = children_.Find(process);
+      if (child == nullptr || !child->ended) Problem(text);  // a death was reported when it happened
+      break;
+    }
+    case News::kAllStopped:
+      allStopped_ = true;
+      break;
+  }
+}
+
+void Director::TakeFullRun(const std::string& process, const std::string& text) {
+  screen_.Event(text + SinceStartOf(process));
+  fullRun_[process] = true;
+  if (process != MetadataMgrName()) return;
+  toFullRun_ = SinceStartOf(process);
+  const Outcome subscribed = SubscribeToBookmarks(ipc_, BookmarkHandler, this);
+  if (!subscribed.ok) Problem(subscribed.text);
+}
+
+void Director::DoHandler(LinxIpc* ipc, void* self) {
+  auto& director = *static_cast<Director*>(self);
+  const std::string asker = ipc->CurrentMessage().GetSender();
+  const Words words = SplitWords(TextOf(ipc->CurrentMessage()));
+  const Outcome outcome =
+      director.driving_ ? director.Execute(words, asker) : Outcome{false, "the bench is not at full run"};
+  Answer(*ipc, outcome, asker);
+}
+
+void Director::QuitHandler(LinxIpc* /*ipc*/, void* self) {
+  auto& director = *static_cast<Director*>(self);
+  director.screen_.Event("a shut-down was asked for");
+  director.quit_ = true;
+}
+
+// One that no command waited for.
+void Director::BookmarkHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<Director*>(self)->screen_.Event("bookmark notice received");
+}
+
+// ---- Reports
+
+bool Director::AllAtFullRun() const {
+  return std::all_of(fullRun_.begin(), fullRun_.end(), [](const auto& process) { return process.second; });
+}
+
+std::string Director::SinceStartOf(const std::string& process) const {
+  const auto start = startTimes_.find(process);
+  if (start == startTimes_.end()) return {};
+  const std::chrono::duration<double, std::milli> since = Clock::now() - start->second;
+  return " after " + Milliseconds(since.count());
+}
+
+std::string Director::Log(const std::string& process) const {
+  return children_.Find(process) != nullptr ? "; see " + surroundings_.LogFile(process) : "";
+}
+
+void Director::Problem(const std::string& text) {
+  Problem(screen_.Stamp(), text);
+}
+
+void Director::Problem(const std::string& stamp, const std::string& text) {
+  screen_.Event(stamp, "FAILED: " + text);
+  if (problems_++ == 0) firstProblem_ = text;
+}
+
+void Director::SayHowMetadataMgrWent() const {
+  const Child* child = children_.Find(MetadataMgrName());
+  if (child == nullptr || !child->ended) return;
+  const double user = Ms(child->usage.ru_utime);
+  const double system = Ms(child->usage.ru_stime);
+  const unsigned long peakKb =
+      peakMemoryKb_ != 0 ? peakMemoryKb_ : static_cast<unsigned long>(child->usage.ru_maxrss);
+  screen_.Line("MetadataMgr: " + child->HowItEnded() + ", peak memory " + std::to_string(peakKb) +
+               " kB, CPU " + Milliseconds(user + system) + " (user " + Milliseconds(user) + ", system " +
+               Milliseconds(system) + ")");
+}
+
+void Director::SayHowItWent() const {
+  std::string text = problems_ == 0 ? "Good: " : "FAILED: ";
+  text += std::to_string(linesPlayed_) + " of " + std::to_string(drive_.lines.size()) + " lines in " +
+          OneDecimal(driveSeconds_) + " s of the drive";
+  if (!toFullRun_.empty()) text += "; start to full run" + toFullRun_.substr(std::strlen(" after"));
+  if (problems_ > 0) text += "; problems: " + std::to_string(problems_) + ", the first: " + firstProblem_;
+  screen_.Line(text);
+}

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "BenchMessages.h"
+#include "Children.h"
+#include "Drive.h"
+#include "Screen.h"
+#include "Surroundings.h"
+#include "ipc/LinxIpc.h"
+
+struct RunOptions {
+  double speed = 1;                  // how many times faster than its times the drive runs
+  bool attach = false;               // MetadataMgr is started by hand
+  std::string program;               // of MetadataMgr; empty: the one beside this program
+  double startDeadlineSeconds = 30;  // from the start, or the attached MetadataMgr's, to full run
+  double stopDeadlineSeconds = 5;    // that a process has to answer the shut-down
+};
+
+// Runs a drive: starts the processes, plays the lines, performs what other terminals send, shuts
+// everything down, and says how it went.
+class Director {
+ public:
+  // `surroundings` are prepared; all three live as long as the director.
+  Director(const RunOptions& options, const Drive& drive, const Surroundings& surroundings);
+
+  // True when all went well.
+  bool Run();
+
+ private:
+  using Clock = Screen::Clock;
+
+  bool Open();
+  bool StartAll();
+  bool StartStateMgr();
+  bool StartMetadataMgr();
+  bool StartChild(const std::string& name, const std::vector<std::string>& arguments);
+  void Play();
+  void StopAll();
+  void EndLeftovers();
+  void SayHowMetadataMgrWent() const;
+  void SayHowItWent() const;
+
+  // Receives until `done` holds; false when it does not by `end`, which may move meanwhile.
+  template <typename Done>
+  bool ReceiveUntil(const Clock::time_point& end, Done done);
+  void LookAfterChildren();
+  bool MustEnd() const { return quit_ || broken_; }
+
+  static void NewsHandler(LinxIpc* ipc, void* self);
+  static void DoHandler(LinxIpc* ipc, void* self);
+  static void QuitHandler(LinxIpc* ipc, void* self);
+  static void BookmarkHandler(LinxIpc* ipc, void* self);
+  void TakeNews(News news, const std::string& process, const std::string& text);
+  void TakeFullRun(const std::string& process, const std::string& text);
+  Outcome Execute(const Words& words, const std::string& from);
+
+  bool AllAtFullRun() const;
+  std::string SinceStartOf(const std::string& process) const;
+  std::string Log(const std::string& process) const;
+  void Problem(const std::string& text);
+  void Problem(const std::string& stamp, const std::string& text);
+
+  const RunOptions& options_;
+  const Drive& drive_;
+  const Surroundings& surroundings_;
+  const std::string program_;  // this one
+  Screen screen_;
+  LinxIpc ipc_;
+  Actions actions_;
+  Children children_;
+
+  std::map<std::string, bool> fullRun_;  // every process but the state manager: whether it is there
+  std::map<std::string, Clock::time_point> startTimes_;
+  Clock::time_point startEnd_;
+  bool stateMgrReady_ = false;
+  bool driving_ = false;
+  bool quit_ = false;    // the drive's end was asked for
+  bool broken_ = false;  // it cannot go on
+  bool stopping_ = false;
+  bool allStopped_ = false;
+  bool signalled_ = false;  // leftovers were
+
+  std::size_t linesPlayed_ = 0;
+  std::string toFullRun_;
+  double driveSeconds_ = 0;
+  unsigned long peakMemoryKb_ = 0;
+  unsigned int problems_ = 0;
+  std::string firstProblem_;
+};
+
+// The path of the running program.
+std::string OwnProgram();

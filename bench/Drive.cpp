@@ -1,0 +1,99 @@
+#include "Drive.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <fstream>
+
+#include "DefaultDrive.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+bool AllDigits(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::int64_t NumberOf(std::string_view digits) {
+  std::int64_t number = 0;
+  (void)std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  return number;
+}
+
+// "2", "2.5", "2.125"
+bool ReadTime(std::string_view word, milliseconds& at) {
+  constexpr std::size_t kMaxSecondsDigits = 7;
+  constexpr std::size_t kDecimals = 3;
+  const std::size_t point = word.find('.');
+  const std::string_view seconds = word.substr(0, point);
+  if (!AllDigits(seconds) || seconds.size() > kMaxSecondsDigits) return false;
+  std::string decimals = "000";
+  if (point != std::string_view::npos) {
+    const std::string_view given = word.substr(point + 1);
+    if (!AllDigits(given) || given.size() > kDecimals) return false;
+    decimals.replace(0, given.size(), given);
+  }
+  at = milliseconds(NumberOf(seconds) * 1000 + NumberOf(decimals));
+  return true;
+}
+
+Words WordsBeforeComment(std::string_view line) {
+  Words words = SplitWords(line);
+  const auto comment =
+      std::find_if(words.begin(), words.end(), [](const std::string& word) { return word[0] == '#'; });
+  words.erase(comment, words.end());
+  return words;
+}
+
+// The error, or nothing and the line added.
+std::string AddLine(const Words& words, Drive& drive) {
+  constexpr std::size_t kMaxBytes = 1000;
+  DriveLine line{};
+  std::string error;
+  if (!ReadTime(words[0], line.at)) {
+    return Quoted(words[0]) + " is not a time: seconds with up to three decimals";
+  }
+  if (JoinWords(words).size() > kMaxBytes) return Quoted(words.back()) + " makes the line too long";
+  if (words.size() == 1) return Quoted(words[0]) + " must be followed by a verb";
+  if (!ParseCommand({words.begin() + 1, words.end()}, line.command, error)) return error;
+  if (!drive.lines.empty()) {
+    const DriveLine& last = drive.lines.back();
+    if (line.at < last.at) return Quoted(words[0]) + " is earlier than the line before";
+    if (NameOf(*last.command.verb) == "quit") return Quoted(words[1]) + " comes after quit";
+  }
+  drive.lines.push_back(line);
+  return {};
+}
+
+}  // namespace
+
+std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive) {
+  std::vector<std::string> errors;
+  drive = {name, {}};
+  for (unsigned int number = 1; !text.empty(); ++number) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const Words words = WordsBeforeComment(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (words.empty()) continue;
+    const std::string error = AddLine(words, drive);
+    if (!error.empty()) errors.push_back(name + ":" + std::to_string(number) + ": " + error);
+  }
+  return errors;
+}
+
+std::vector<std::string> ReadDrive(const std::string& path, Drive& drive) {
+  std::ifstream file(path);
+  std::string text;
+  std::array<char, 4096> block;
+  while (file.read(block.data(), block.size()), file.gcount() > 0) {
+    text.append(block.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  if (!file.is_open() || file.bad()) return {path + ": cannot be read"};
+  return ParseDrive(path, text, drive);
+}
+
+std::vector<std::string> ReadDefaultDrive(Drive& drive) {
+  return ParseDrive("default.drive", kDefaultDrive, drive);
+}

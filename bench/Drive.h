@@ -1,0 +1,33 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Verbs.h"
+
+// A drive: a text file of timed commands. On each line stands the time in seconds since the system
+// came to full run, with up to three decimals, then the words of a command. Times never go back.
+// "#" at the beginning of a word begins a comment; blank lines are passed over. After "quit"
+// nothing follows; a drive without "quit" goes on until it is ended from outside.
+
+struct DriveLine {
+  std::chrono::milliseconds at;
+  Command command;
+};
+
+struct Drive {
+  std::string name;
+  std::vector<DriveLine> lines;
+};
+
+// Reads the text of a drive. Each error reads "NAME:LINE: what is wrong with which word"; there are
+// none when the drive is good.
+std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive);
+
+// The same for a file; a file that cannot be read is an error too.
+std::vector<std::string> ReadDrive(const std::string& path, Drive& drive);
+
+// The drive that comes with the bench, about 20 seconds.
+std::vector<std::string> ReadDefaultDrive(Drive& drive);

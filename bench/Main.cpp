@@ -1,0 +1,148 @@
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "Director.h"
+#include "Drive.h"
+#include "Roles.h"
+#include "Send.h"
+#include "Surroundings.h"
+#include "Verbs.h"
+#include "log/LogClient.h"
+
+namespace {
+
+enum ExitStatus { kGood = 0, kFailed = 1, kUsage = 2 };
+
+struct Options {
+  RunOptions run;
+  std::string out = "out";
+  std::string drive;
+  Words words;
+  std::string role;
+};
+
+constexpr const char* kDriveHelp =
+    "A drive is a text file of timed lines, \"SECONDS VERB ARGUMENTS\", the seconds counted from\n"
+    "full run; \"#\" begins a comment:\n"
+    "  2.0 record start\n  3.5 bookmark\n  9.0 loglevel 255\n  18 quit\n\n";
+
+int ReportErrors(const std::vector<std::string>& errors) {
+  for (const std::string& error : errors) (void)std::fprintf(stderr, "%s\n", error.c_str());
+  return errors.empty() ? kGood : kUsage;
+}
+
+// The director says everything itself; what its libraries log would stand between its lines.
+int Run(const Options& options) {
+  LogClient::Instance().Level(0);
+  Drive drive;
+  const auto errors = options.drive.empty() ? ReadDefaultDrive(drive) : ReadDrive(options.drive, drive);
+  if (!errors.empty()) return ReportErrors(errors);
+  Surroundings surroundings(options.out);
+  std::string error;
+  if (!surroundings.Prepare(error)) {
+    (void)ReportErrors({error});
+    return kFailed;
+  }
+  return Director(options.run, drive, surroundings).Run() ? kGood : kFailed;
+}
+
+int Check(const Options& options) {
+  Drive drive;
+  const auto errors = ReadDrive(options.drive, drive);
+  if (!errors.empty()) return ReportErrors(errors);
+  (void)std::printf("%s: good, %zu lines\n", drive.name.c_str(), drive.lines.size());
+  return kGood;
+}
+
+int Send(const Options& options) {
+  LogClient::Instance().Level(0);
+  Command command;
+  std::string error;
+  const Words words = SplitWords(JoinWords(options.words));
+  if (!ParseCommand(words, command, error)) return ReportErrors({error});
+  Surroundings(options.out).UseEndpoints();
+  return SendToBench(words) ? kGood : kFailed;
+}
+
+void AddOut(CLI::App* command, Options& options) {
+  command->add_option("--out", options.out, "directory of the bench (log/, mnt/, ipc/)")
+      ->type_name("DIR")
+      ->capture_default_str();
+}
+
+CLI::App* AddRun(CLI::App& app, Options& options) {
+  CLI::App* run = app.add_subcommand(
+      "run", "Starts the processes, plays a drive, shuts everything down and says how it went");
+  run->add_option("--drive", options.drive, "file to play instead of the built-in drive of 20 seconds")
+      ->type_name("FILE");
+  run->add_option("--speed", options.run.speed, "play so many times faster")
+      ->type_name("N")
+      ->check(CLI::Range(0.01, 1000.0))
+      ->capture_default_str();
+  CLI::Option* attach =
+      run->add_flag("--attach", options.run.attach, "wait for a MetadataMgr that is started by hand");
+  run->add_option("--program", options.run.program, "MetadataMgr to start [the one beside this program]")
+      ->type_name("PATH")
+      ->excludes(attach);
+  run->add_option("--start-deadline", options.run.startDeadlineSeconds, "time for all to come to full run")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.1, 3600.0))
+      ->capture_default_str();
+  run->add_option("--stop-deadline", options.run.stopDeadlineSeconds, "time to answer the shut-down")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.1, 3600.0))
+      ->capture_default_str();
+  AddOut(run, options);
+  run->footer(
+      "Exit status: 0 all went well, 1 something failed, 2 wrong usage or a wrong drive.\n"
+      "Environment variables that are set already (METADATA_ROOT, METADATA_SHM, LINX_IPC_DIR,\n"
+      "LOG_TARGET) are used as they are.");
+  return run;
+}
+
+CLI::App* AddCheck(CLI::App& app, Options& options) {
+  CLI::App* check = app.add_subcommand("check", "Checks a drive without running it");
+  check->add_option("FILE", options.drive, "the drive")->required();
+  check->footer(kDriveHelp + VerbHelp());
+  return check;
+}
+
+CLI::App* AddSend(CLI::App& app, Options& options) {
+  CLI::App* send = app.add_subcommand("send", "Has a running bench do one line, without its time");
+  send->add_option("WORDS", options.words, "verb and arguments")->required();
+  AddOut(send, options);
+  send->footer(VerbHelp());
+  return send;
+}
+
+// How the director starts the other processes.
+CLI::App* AddRole(CLI::App& app, Options& options) {
+  CLI::App* role = app.add_subcommand("role", "Runs one process of the bench")->group("");
+  role->add_option("NAME", options.role, "its name")->required();
+  role->add_option("EXPECTED", options.words, "for the state manager: the processes it leads");
+  return role;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("The bench vehicle: the processes around MetadataMgr, and drives to play to it.");
+  app.require_subcommand(1);
+  const CLI::App* run = AddRun(app, options);
+  const CLI::App* check = AddCheck(app, options);
+  const CLI::App* send = AddSend(app, options);
+  (void)AddRole(app, options);
+  app.footer("vehiclebench COMMAND --help tells more; \"check --help\" describes drives.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kGood : kUsage;
+  }
+  if (*run) return Run(options);
+  if (*check) return Check(options);
+  if (*send) return Send(options);
+  return RunRole(options.role, options.words);
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "BenchMessages.h"
+#include "ipc/LinxIpc.h"
+
+// Messages that other processes send to MetadataMgr, and its answers. Fields are big-endian.
+enum MetadataMgrMsg : unsigned int {
+  MetadataMgrMsg_Ping = 13488,                       // nothing
+  MetadataMgrMsg_PingResponse = 13489,               // nothing
+  MetadataMgrMsg_GetLastSystemTick = 13498,          // nothing
+  MetadataMgrMsg_GetLastSystemTickResponse = 13499,  // 32-bit tick, byte 4: 1 if it is valid; 3 bytes more
+  MetadataMgrMsg_RecordStartStop = 13503,            // 32-bit tick, byte 4: 1 start, 0 stop
+  MetadataMgrMsg_Bookmark = 13509,                   // 32-bit tick
+};
+
+// The item that it publishes: true in a notice says that a bookmark was taken.
+constexpr unsigned int kBookmarkItem = 0;
+
+// Under which the bench gets the notices of that item.
+constexpr unsigned int kBookmarkNotice = 30736;
+
+// Makes a message that carries the current system tick and, where `flag` is not negative, a byte.
+void AllocateTick(IpcMessage& message, unsigned int type, int flag = -1);
+
+// The verbs with which the director asks MetadataMgr. They wait for the answer, up to
+// kAnswerTimeoutMs.
+Actions MetadataMgrActions(LinxIpc& ipc);
+
+// Subscribes to the bookmark item; a notice that no action waits for is handled by `handler`.
+Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "BenchMessages.h"
+#include "ipc/LinxIpc.h"
+#include "system/Process.h"
+
+// What the processes of the bench vehicle have in common, beside the state manager: each takes part
+// in the start-up sequence as the real ones do, performs the commands that the director passes on,
+// and ends with the state manager's quit notice. A role adds its actions, handlers and servers.
+class Role {
+ public:
+  virtual ~Role() = default;
+
+  const Actions& GetActions() const { return actions_; }
+
+  // For the start-up sequence.
+  bool PreInit(LinxIpc& ipc);
+  virtual bool SubscribeToServers(LinxIpc& /*ipc*/, bool /*flag*/) { return true; }
+  virtual void ProcessDied(LinxIpc& /*ipc*/, e_Process /*process*/) {}
+  virtual void ProcessRestarted(LinxIpc& /*ipc*/, e_Process /*process*/) {}
+  void Shutdown(LinxIpc& /*ipc*/) { stop_ = true; }
+
+  bool Stopped() const { return stop_; }
+
+ protected:
+  Role() = default;
+
+  // The endpoint is up: register handlers, create servers.
+  virtual void Prepare(LinxIpc& /*ipc*/) {}
+  // Valid from Prepare on.
+  LinxIpc& Ipc() { return *ipc_; }
+
+  Actions actions_;  // filled by the role's constructor
+
+ private:
+  LinxIpc* ipc_ = nullptr;
+  bool stop_ = false;
+};

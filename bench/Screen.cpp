@@ -1,0 +1,35 @@
+#include "Screen.h"
+
+#include <cstdio>
+
+void Screen::BeginDrive() {
+  phase_ = Phase::kDrive;
+  begin_ = Clock::now();
+}
+
+void Screen::EndDrive() {
+  phase_ = Phase::kStop;
+}
+
+Screen::Clock::time_point Screen::WhenDue(std::chrono::milliseconds at) const {
+  const std::chrono::duration<double, std::milli> wait(static_cast<double>(at.count()) / speed_);
+  return begin_ + std::chrono::ceil<Clock::duration>(wait);
+}
+
+double Screen::DriveSeconds() const {
+  return std::chrono::duration<double>(Clock::now() - begin_).count() * speed_;
+}
+
+std::string Screen::Stamp() const {
+  if (phase_ == Phase::kStart) return "   start";
+  if (phase_ == Phase::kStop) return "    stop";
+  char text[32];
+  (void)std::snprintf(text, sizeof text, "%8.3f", DriveSeconds());
+  return text;
+}
+
+// Whole lines at once, also into a pipe.
+void Screen::Line(const std::string& text) const {
+  (void)std::printf("%s\n", text.c_str());
+  (void)std::fflush(stdout);
+}

@@ -1,0 +1,20 @@
+#include "Send.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include "BenchMessages.h"
+#include "Processes.h"
+
+// The bench itself may wait for an answer, of the drive's line and then of this one.
+bool SendToBench(const Words& words) {
+  constexpr int kTimeoutMs = 4 * kAnswerTimeoutMs;
+  LinxIpc ipc("Send-" + std::to_string(getpid()));
+  Outcome outcome{false, "cannot open an endpoint: is there a bench?"};
+  if (ipc.Init() == 0) outcome = Ask(ipc, kBenchName, words, kTimeoutMs);
+  (void)std::fprintf(outcome.ok ? stdout : stderr, "%s: %s\n", JoinWords(words).c_str(),
+                     outcome.text.c_str());
+  return outcome.ok;
+}

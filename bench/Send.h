@@ -1,0 +1,7 @@
+#pragma once
+
+#include "Words.h"
+
+// Has the bench that runs at the endpoints in force (LINX_IPC_DIR) do one command, and prints its
+// answer. True when it was done.
+bool SendToBench(const Words& words);

@@ -1,0 +1,209 @@
+#include "StateMgr.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "Misc/StateMgrNotices.h"
+#include "Processes.h"
+#include "log/LogLine.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr LogSource log{"StateMgr"};
+
+int MsUntil(Clock::time_point end) {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+  return left < 0 ? 0 : static_cast<int>(left);
+}
+
+std::string MsSince(Clock::time_point begin) {
+  return Milliseconds(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+}
+
+}  // namespace
+
+StateMgr::StateMgr(const Words& expected) : ipc_(ProcessName(e_Process_StateMgr)) {
+  for (const std::string& name : expected) processes_.push_back({name, Phase::kAbsent});
+  actions_ = {
+      {"died", [this](const Words& words) { return TellOthers(LinxIpc::kProcessDiedNotice, words[0]); }},
+      {"restarted",
+       [this](const Words& words) { return TellOthers(StateMgrProcessMsg_Restarted, words[0]); }},
+  };
+}
+
+int StateMgr::Run() {
+  LogClient::Instance().ProcessName(ProcessName(e_Process_StateMgr));
+  if (ipc_.Init() != 0) return 1;
+  ipc_.RegisterHandler(StateMgrProcessMsg_Started, StartedHandler, this);
+  ipc_.RegisterHandler(StateMgrProcessMsg_Subscribed, SubscribedHandler, this);
+  ipc_.RegisterHandler(StateMgrProcessMsg_FailedStart, FailedStartHandler, this);
+  ipc_.RegisterHandler(BenchMsg_StopSystem, StopSystemHandler, this);
+  ipc_.RegisterShutdown(QuitHandler, this);
+  ServeActions(ipc_, actions_);
+  Tell(News::kReady, ProcessName(e_Process_StateMgr), "ready");
+  while (!stop_) (void)ipc_.Receive(-1, 0, LinxIpc::emptyString, nullptr);
+  return 0;
+}
+
+// ---- The way to full run
+
+void StateMgr::StartedHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<StateMgr*>(self)->Started();
+}
+
+void StateMgr::Started() {
+  Process* process = Sender();
+  if (process == nullptr) return;
+  const IpcMessage& notice = ipc_.CurrentMessage();
+  if (notice.Size() < ProcessPayload::kSize ||
+      ProcessName(ProcessPayload::Read(notice.DataPtr())) != process->name) {
+    Fail(*process, "sent a started notice of another process");
+    return;
+  }
+  process->phase = Phase::kStarted;
+  Tell(News::kStep, process->name, "started");
+  Advance();
+}
+
+void StateMgr::SubscribedHandler(LinxIpc* ipc, void* self) {
+  auto& stateMgr = *static_cast<StateMgr*>(self);
+  Process* process = stateMgr.Sender();
+  if (process == nullptr || process->phase != Phase::kSubscribing) return;
+  const IpcMessage& answer = ipc->CurrentMessage();
+  if (answer.Size() == 0 || answer.DataPtr()[0] == 0) {
+    stateMgr.Fail(*process, "could not subscribe to its servers");
+    return;
+  }
+  process->phase = Phase::kSubscribed;
+  stateMgr.Tell(News::kStep, process->name, "subscribed");
+  stateMgr.Advance();
+}
+
+void StateMgr::FailedStartHandler(LinxIpc* /*ipc*/, void* self) {
+  auto& stateMgr = *static_cast<StateMgr*>(self);
+  Process* process = stateMgr.Sender();
+  if (process != nullptr) stateMgr.Fail(*process, "reports that its start failed");
+}
+
+StateMgr::Process* StateMgr::Sender() {
+  const std::string& sender = ipc_.CurrentMessage().GetSender();
+  const auto found = std::find_if(processes_.begin(), processes_.end(),
+                                  [&sender](const Process& process) { return process.name == sender; });
+  if (found != processes_.end()) return &*found;
+  log(kLogMalformed, "Message ", ipc_.CurrentMessage().MsgType(), " from ", sender,
+      ", which is not expected");
+  return nullptr;
+}
+
+void StateMgr::Advance() {
+  const auto allPast = [this](Phase phase) {
+    return std::all_of(processes_.begin(), processes_.end(),
+                       [phase](const Process& process) { return process.phase > phase; });
+  };
+  const std::string flag(1, '\0');
+  if (allPast(Phase::kAbsent)) {
+    for (Process& process : processes_) {
+      if (process.phase != Phase::kStarted) continue;
+      Send(process, StateMgrProcessMsg_Subscribe, flag, Phase::kSubscribing);
+    }
+  }
+  if (allPast(Phase::kSubscribing)) {
+    for (Process& process : processes_) {
+      if (process.phase != Phase::kSubscribed) continue;
+      Send(process, StateMgrProcessMsg_FullRun, {}, Phase::kFullRun);
+    }
+  }
+}
+
+void StateMgr::Send(Process& process, unsigned int type, const std::string& payload, Phase next) {
+  if (SendMessage(ipc_, process.name, type, payload) != 0) {
+    Fail(process, "cannot be reached");
+    return;
+  }
+  process.phase = next;
+  if (next == Phase::kFullRun) Tell(News::kFullRun, process.name, "told full run");
+}
+
+// ---- Deaths and restarts
+
+Outcome StateMgr::TellOthers(unsigned int type, const std::string& word) {
+  std::uint32_t number = 0;
+  if (!ReadProcess(word, number)) return {false, word + " is no process"};
+  ProcessPayload notice(static_cast<e_Process>(number));
+  const std::string payload(notice.Bytes(), ProcessPayload::kSize);
+  std::string told;
+  std::string missed;
+  for (const Process& process : processes_) {
+    if (process.phase != Phase::kFullRun || process.name == ProcessName(number)) continue;
+    const bool sent = SendMessage(ipc_, process.name, type, payload) == 0;
+    (sent ? told : missed) += " " + process.name;
+  }
+  if (!missed.empty()) return {false, "cannot tell" + missed};
+  return {true, "told" + (told.empty() ? " nobody" : told)};
+}
+
+// ---- Shut-down
+
+void StateMgr::StopSystemHandler(LinxIpc* ipc, void* self) {
+  const IpcMessage& message = ipc->CurrentMessage();
+  if (message.Size() < sizeof(std::uint32_t)) return;
+  static_cast<StateMgr*>(self)->StopSystem(static_cast<int>(GetU32(message.DataPtr())));
+}
+
+// MetadataMgr first, so that it misses nothing that its servers still say. A process that failed to
+// start ends by itself.
+void StateMgr::StopSystem(int timeoutMs) {
+  std::vector<Process*> recorder;
+  std::vector<Process*> others;
+  for (Process& process : processes_) {
+    const bool runs = process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
+    if (!runs) continue;
+    (process.name == ProcessName(e_Process_MetadataMgr) ? recorder : others).push_back(&process);
+  }
+  Stop(recorder, timeoutMs);
+  Stop(others, timeoutMs);
+  Tell(News::kAllStopped, ProcessName(e_Process_StateMgr), "is done");
+}
+
+void StateMgr::Stop(std::vector<Process*> processes, int timeoutMs) {
+  const Clock::time_point begin = Clock::now();
+  const Clock::time_point end = begin + std::chrono::milliseconds(timeoutMs);
+  std::erase_if(processes, [this](const Process* process) {
+    if (SendMessage(ipc_, process->name, LinxIpc::kShutdownNotice) == 0) return false;
+    Tell(News::kSilent, process->name, "is not there to be shut down");
+    return true;
+  });
+  IpcMessage answer;
+  while (!processes.empty() && ipc_.Receive(MsUntil(end), StateMgrProcessMsg_ShutdownResponse,
+                                            LinxIpc::emptyString, &answer) == 0) {
+    std::erase_if(processes, [&](Process* process) {
+      if (process->name != answer.GetSender()) return false;
+      process->phase = Phase::kStopped;
+      Tell(News::kStopped, process->name, "answered the shut-down after " + MsSince(begin));
+      return true;
+    });
+  }
+  for (const Process* process : processes) {
+    Tell(News::kSilent, process->name, "did not answer the shut-down within " + Milliseconds(timeoutMs));
+  }
+}
+
+void StateMgr::QuitHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<StateMgr*>(self)->stop_ = true;
+}
+
+// ---- News
+
+void StateMgr::Tell(News news, const std::string& process, const std::string& text) {
+  std::string payload(1, static_cast<char>(news));
+  payload.append(process).append(" ").append(text);
+  (void)SendMessage(ipc_, kBenchName, BenchMsg_News, payload);
+}
+
+void StateMgr::Fail(Process& process, const std::string& text) {
+  process.phase = Phase::kFailed;
+  Tell(News::kFailed, process.name, text);
+}

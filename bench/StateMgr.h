@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "BenchMessages.h"
+#include "ipc/LinxIpc.h"
+
+// The state manager of the bench vehicle: leads the processes that it expects to full run, tells
+// them of deaths and restarts, and shuts them down. What happens it tells the director.
+//
+// When all have started, each is asked to subscribe to its servers; when all have, each is told
+// full run. One that starts again later goes the same way alone.
+class StateMgr {
+ public:
+  explicit StateMgr(const Words& expected);
+
+  // Runs until a shut-down is asked of it; returns the exit status.
+  int Run();
+
+  const Actions& GetActions() const { return actions_; }
+
+ private:
+  enum class Phase { kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kFailed, kStopped };
+  struct Process {
+    std::string name;
+    Phase phase = Phase::kAbsent;
+  };
+
+  static void StartedHandler(LinxIpc* ipc, void* self);
+  static void SubscribedHandler(LinxIpc* ipc, void* self);
+  static void FailedStartHandler(LinxIpc* ipc, void* self);
+  static void StopSystemHandler(LinxIpc* ipc, void* self);
+  static void QuitHandler(LinxIpc* ipc, void* self);
+
+  // The sender of the current message where it is expected, else null.
+  Process* Sender();
+  void Started();
+  void Advance();
+  void Send(Process& process, unsigned int type, const std::string& payload, Phase next);
+  Outcome TellOthers(unsigned int type, const std::string& word);
+
+  void StopSystem(int timeoutMs);
+  void Stop(std::vector<Process*> processes, int timeoutMs);
+
+  void Tell(News news, const std::string& process, const std::string& text);
+  void Fail(Process& process, const std::string& text);
+
+  LinxIpc ipc_;
+  Actions actions_;
+  std::vector<Process> processes_;
+  bool stop_ = false;
+};

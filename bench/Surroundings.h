@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+
+// The directory in which a bench works, DIR, and the environment of its processes:
+//   DIR/mnt  what is /mnt/hd in the car      METADATA_ROOT
+//   DIR/ipc  the endpoints                   LINX_IPC_DIR
+//   DIR/log  what each process logs          LOG_TARGET=stderr
+// and a shared record of its own (METADATA_SHM). Variables that are set already win; what they
+// name is then neither created nor removed.
+//
+// Where the path of DIR/ipc is too long for sockets, it is a link to a directory under /tmp.
+class Surroundings {
+ public:
+  explicit Surroundings(const std::string& directory);
+  // Removes the shared record and the directory under /tmp.
+  ~Surroundings();
+  Surroundings(const Surroundings&) = delete;
+  Surroundings& operator=(const Surroundings&) = delete;
+
+  // Creates what is needed and sets the variables. False and why not.
+  bool Prepare(std::string& error);
+
+  // Sets LINX_IPC_DIR to where a bench that runs in this directory has its endpoints.
+  void UseEndpoints() const;
+
+  const std::string& Directory() const { return directory_; }
+  std::string LogFile(const std::string& process) const { return directory_ + "/log/" + process + ".log"; }
+
+  // The variables and values that a process started by hand needs, as a shell takes them.
+  static std::string Settings();
+
+ private:
+  bool PrepareEndpoints(std::string& error);
+
+  std::string directory_;  // absolute
+  std::string endpointLink_;
+  std::string temporary_;
+  std::string sharedRecord_;
+};
