@@ -33,7 +33,8 @@ int ConnectDatagram(const std::string& path) {
   return -1;
 }
 
-// A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking.
+// A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking,
+// unless another process that shares it takes the last room in this very moment.
 bool HasRoom(int fd) {
   pollfd state{fd, POLLOUT, 0};
   return poll(&state, 1, 0) == 1 && (state.revents & (POLLOUT | POLLERR)) == POLLOUT;

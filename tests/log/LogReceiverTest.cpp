@@ -98,6 +98,7 @@ TEST_P(LogReceiver, WhenGoneCostsTheLinesOnly) {
   WithStderr(writer_, [] {
     for (int i = 0; i < 3; ++i) log(kLogError, "lost");
     EXPECT_EQ(Dropped(), 3U);
+    EXPECT_EQ(write(STDERR_FILENO, "x", 1), -1);  // nor do other writes end the process
   });
 }
 
