@@ -12,9 +12,10 @@ sqlite3 -readonly -column -header "$newest" \
   'SELECT source, count(*) AS records, min(substr(utc, 12, 12)) AS first, max(substr(utc, 12, 12)) AS last
    FROM timeline GROUP BY source ORDER BY min(seq)'
 echo
-echo "The last of it:"
+echo "The last events:"
 sqlite3 -readonly -column "$newest" \
-  'SELECT utc, source, event, text FROM (SELECT * FROM timeline ORDER BY seq DESC LIMIT 12) ORDER BY seq'
+  "SELECT utc, source, text FROM
+     (SELECT * FROM timeline WHERE event = 'event' ORDER BY seq DESC LIMIT 15) ORDER BY seq"
 echo
 echo "The recording:  $newest ($(stat -c %s "$newest") bytes)"
 echo "To look inside: sqlite3 -readonly $newest 'SELECT * FROM timeline'"
