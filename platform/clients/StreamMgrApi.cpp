@@ -2,6 +2,7 @@
 
 #include "SubscribeProtocol.h"
 #include "ipc/LinxServerNameList.h"
+#include "ipc/PeerQueue.h"
 #include "items/StringItem.h"
 #include "system/Process.h"
 
@@ -10,7 +11,8 @@ std::string StreamMgrApi::CurrentlyRecordingREID(LinxIpc& ipc, int timeoutMs) {
   IpcMessage message;
   (void)message.Allocate(kGetRecording, 0, nullptr);
   if (ipc.Notify(streamMgr, message, true) != 0) return {};
-  if (subscribe::AwaitAnswer(ipc, timeoutMs, kRecording, streamMgr, message) != 0) return {};
+  const subscribe::Asked asked{streamMgr, PeerConnection(ipc, streamMgr)};
+  if (subscribe::AwaitAnswer(ipc, timeoutMs, kRecording, asked, message) != 0) return {};
   StringItem recording;
   (void)recording.DecodeMsg(message);
   return recording.Value();

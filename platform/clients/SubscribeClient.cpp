@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "SubscribeProtocol.h"
+#include "ipc/PeerQueue.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
 
@@ -74,12 +75,14 @@ int SubscribeClient::Poll(unsigned int itemId, Item& item) {
 int SubscribeClient::Ask(const Subscription& subscription, Item& item) {
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(timeoutMs_);
   IpcMessage answer;
-  bool sent = false;
+  subscribe::Asked asked{server_, 0};  // connection 0: not yet
   for (int leftMs = timeoutMs_; leftMs > 0; leftMs = MsUntil(end)) {
-    if (!sent) sent = Send(subscribe::kSubscribe, subscription, true) == 0;
-    const int result = sent ? subscribe::AwaitAnswer(ipc_, leftMs, subscribe::kAnswer, server_, answer)
-                            : ipc_.Receive(std::min(leftMs, kRetryMs), subscribe::kAnswer, server_, &answer);
-    if (result == ENOTCONN) sent = false;  // the server went away with the request: ask its successor
+    if (asked.connection == 0 && Send(subscribe::kSubscribe, subscription, true) == 0)
+      asked.connection = PeerConnection(ipc_, server_);
+    const int result = asked.connection != 0
+                           ? subscribe::AwaitAnswer(ipc_, leftMs, subscribe::kAnswer, asked, answer)
+                           : ipc_.Receive(std::min(leftMs, kRetryMs), subscribe::kAnswer, server_, &answer);
+    if (result == ENOTCONN) asked.connection = 0;  // the server went away with the request: ask its successor
     if (result == ENOTCONN || result == ETIMEDOUT) continue;
     if (result != 0) return result;
     if (IsAnswerTo(answer, subscription.itemId, subscription.notificationId)) return TakeAnswer(answer, item);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "ipc/LinxIpc.h"
@@ -24,8 +26,14 @@ constexpr unsigned int kAccepted = 0;
 constexpr unsigned int kNoSuchItem = 2;  // ENOENT
 constexpr unsigned int kNoRoom = 28;     // ENOSPC
 
-// Waits for a message of `type` from `peer`, which was asked for it: 0 and the message,
-// ETIMEDOUT, or ENOTCONN as soon as the peer's connection is gone without one.
-int AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const std::string& peer, IpcMessage& answer);
+// A peer, and the number of the connection over which it was asked.
+struct Asked {
+  const std::string& peer;
+  std::uint64_t connection;
+};
+
+// Waits for a message of `type` from a peer that was asked for it: 0 and the message, ETIMEDOUT, or
+// ENOTCONN when the connection has gone without one (noticed within a tenth of a second).
+int AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked, IpcMessage& answer);
 
 }  // namespace subscribe

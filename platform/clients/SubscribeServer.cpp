@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 
 #include "SubscribeProtocol.h"
+#include "ipc/LimitedLog.h"
 #include "ipc/PeerQueue.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
@@ -13,10 +13,11 @@ namespace {
 
 constexpr LogSource log{"SubscribeServer"};
 
-// The current message as a request, or false after a line.
-bool ReadRequest(const IpcMessage& message, unsigned int& itemId, unsigned int& notificationId) {
+// The message as a request, or false after a line.
+bool ReadRequest(const IpcMessage& message, LimitedLog& tooShort, unsigned int& itemId,
+                 unsigned int& notificationId) {
   if (message.Size() < subscribe::kRequestSize) {
-    log(kLogMalformed, "Request from ", message.GetSender(), " is too short");
+    tooShort("Request from ", message.GetSender(), " is too short");
     return false;
   }
   itemId = GetU32(message.DataPtr());
@@ -26,8 +27,8 @@ bool ReadRequest(const IpcMessage& message, unsigned int& itemId, unsigned int& 
 
 // Behind the notices that are queued for the subscriber, so that the value answered is never
 // older than what it already got.
-void SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsigned int notificationId,
-                unsigned int result, const IpcMessage& value) {
+int SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsigned int notificationId,
+               unsigned int result, const IpcMessage& value) {
   std::array<unsigned char, IpcMessage::kMaxPayload> payload;
   const std::size_t valueSize = result == subscribe::kAccepted
                                     ? std::min(value.Size(), payload.size() - subscribe::kAnswerHeaderSize)
@@ -36,14 +37,20 @@ void SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsi
   PutU32(payload.data() + 4, notificationId);
   PutU32(payload.data() + 8, result);
   std::copy_n(value.DataPtr(), valueSize, payload.data() + subscribe::kAnswerHeaderSize);
-  const int error =
-      PostToPeer(ipc, peer, subscribe::kAnswer, payload.data(), subscribe::kAnswerHeaderSize + valueSize);
-  if (error != 0) log(kLogMalformed, "Cannot answer ", peer, ", error ", error);
+  return PostToPeer(ipc, peer, subscribe::kAnswer, payload.data(), subscribe::kAnswerHeaderSize + valueSize,
+                    kMaxPostedAnswerBytes);
 }
 
 }  // namespace
 
-SubscribeServer::SubscribeServer(LinxIpc& ipc) : ipc_(ipc) {
+struct SubscribeServer::Lines {
+  LimitedLog tooShort{log, kLogMalformed};
+  LimitedLog unanswered{log, kLogMalformed};
+  LimitedLog tooSlow{log, kLogMalformed};
+  LimitedLog lost{log, kLogMalformed};
+};
+
+SubscribeServer::SubscribeServer(LinxIpc& ipc) : ipc_(ipc), lines_(std::make_unique<Lines>()) {
   ipc_.RegisterHandler(subscribe::kSubscribe, HandleSubscribe, this);
   ipc_.RegisterHandler(subscribe::kUnsubscribe, HandleUnsubscribe, this);
   OnPeerGone(ipc_, HandlePeerGone, this);
@@ -55,11 +62,12 @@ void SubscribeServer::HandleSubscribe(LinxIpc* ipc, void* context) {
   auto& self = *static_cast<SubscribeServer*>(context);
   const IpcMessage& request = ipc->CurrentMessage();
   Subscription wanted{request.GetSender(), 0, 0, 0};
-  if (!ReadRequest(request, wanted.itemId, wanted.notificationId)) return;
+  if (!ReadRequest(request, self.lines_->tooShort, wanted.itemId, wanted.notificationId)) return;
   IpcMessage value;
   self.GetItem(wanted.itemId, value, subscribe::kAnswer);
   const unsigned int result = self.Accept(wanted, value.DataPtr() != nullptr);
-  SendAnswer(*ipc, wanted.subscriber, wanted.itemId, wanted.notificationId, result, value);
+  const int error = SendAnswer(*ipc, wanted.subscriber, wanted.itemId, wanted.notificationId, result, value);
+  if (error != 0) self.lines_->unanswered("Cannot answer ", wanted.subscriber, ", error ", error);
 }
 
 unsigned int SubscribeServer::Accept(const Subscription& wanted, bool itemExists) {
@@ -76,7 +84,7 @@ void SubscribeServer::HandleUnsubscribe(LinxIpc* ipc, void* context) {
   auto& self = *static_cast<SubscribeServer*>(context);
   const IpcMessage& request = ipc->CurrentMessage();
   Subscription unwanted{request.GetSender(), 0, 0, 0};
-  if (!ReadRequest(request, unwanted.itemId, unwanted.notificationId)) return;
+  if (!ReadRequest(request, self.lines_->tooShort, unwanted.itemId, unwanted.notificationId)) return;
   std::erase(self.subscriptions_, unwanted);
 }
 
@@ -93,15 +101,14 @@ void SubscribeServer::NotifySubscribers(unsigned int itemId, Item& item) {
 }
 
 void SubscribeServer::Publish(Subscription& subscription, const IpcMessage& notice) {
-  const int error =
-      PostToPeer(ipc_, subscription.subscriber, subscription.notificationId, notice.DataPtr(), notice.Size());
+  const int error = PostToPeer(ipc_, subscription.subscriber, subscription.notificationId, notice.DataPtr(),
+                               notice.Size(), kMaxPostedNoticeBytes);
   if (error != 0) {
     ++lostNotices_;
-    if (subscription.lost++ == 0)
-      log(kLogMalformed, subscription.subscriber, " is too slow, notices are lost");
-  } else if (subscription.lost > 0) {
-    log(kLogMalformed, subscription.subscriber, " lost ", subscription.lost, " notices of item ",
-        subscription.itemId);
+    if (subscription.lost++ == 0) lines_->tooSlow(subscription.subscriber, " is too slow, notices are lost");
+  } else if (subscription.lost > 0 && lines_->lost.Due()) {
+    lines_->lost(subscription.subscriber, " lost ", subscription.lost, " notices of item ",
+                 subscription.itemId);
     subscription.lost = 0;
   }
 }

@@ -11,22 +11,10 @@
 
 #include "Deadline.h"
 #include "Wire.h"
-#include "ipc/PeerQueue.h"
 #include "system/BigEndian.h"
 
-bool LineLimit::Allow(unsigned int& heldBack) {
-  const std::int64_t now = MonotonicMs();
-  if (now < nextMs_) {
-    ++heldBack_;
-    return false;
-  }
-  nextMs_ = now + 1000;
-  heldBack = std::exchange(heldBack_, 0);
-  return true;
-}
-
-Connection::Connection(int fd, Origin origin, std::string name)
-    : fd_(fd), origin_(origin), name_(std::move(name)) {}
+Connection::Connection(int fd, Origin origin, std::string name, std::uint64_t number)
+    : fd_(fd), origin_(origin), name_(std::move(name)), number_(number) {}
 
 Connection::~Connection() {
   close(fd_);
@@ -51,9 +39,9 @@ Connection::Input Connection::Read(IpcMessage& message) {
   packet.msg_iov = parts.data();
   packet.msg_iovlen = parts.size();
   ssize_t got = 0;
-  do {
+  do {  // a reset, by a peer that closed without reading all, is told once, before what it sent
     got = recvmsg(fd_, &packet, MSG_DONTWAIT);
-  } while (got < 0 && errno == EINTR);
+  } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
   if (got < 0) return errno == EAGAIN || errno == EWOULDBLOCK ? Input::kNothing : Input::kClosed;
   if (got == 0) return Input::kClosed;  // an empty packet looks the same; whoever sends one is cut off
 
@@ -105,11 +93,12 @@ int Connection::SendPatiently(unsigned int type, const unsigned char* payload, s
   return result;
 }
 
-int Connection::Post(unsigned int type, const unsigned char* payload, std::size_t size) {
+int Connection::Post(unsigned int type, const unsigned char* payload, std::size_t size,
+                     std::size_t maxQueuedBytes) {
   const int result = Send(type, payload, size);
   if (result != EAGAIN) return result;
   Queued queued{type, {payload, payload + size}};
-  if (queuedBytes_ + queued.Bytes() > kMaxPostedBytes) return EAGAIN;
+  if (queuedBytes_ + queued.Bytes() > maxQueuedBytes) return EAGAIN;
   queuedBytes_ += queued.Bytes();
   queue_.push_back(std::move(queued));
   return 0;

@@ -9,32 +9,22 @@
 
 #include "ipc/IpcMessage.h"
 
-// At most one log line a second about one peer; those held back are counted.
-class LineLimit {
- public:
-  // True when a line may be written now; `heldBack` is then the number of lines before it that
-  // were not.
-  bool Allow(unsigned int& heldBack);
-
- private:
-  std::int64_t nextMs_ = 0;
-  unsigned int heldBack_ = 0;
-};
-
 // One duplex connection with a peer.
 class Connection {
  public:
   enum class Origin { kAccepted, kConnected };
   enum class Input { kMessage, kNothing, kGarbage, kOversized, kClosed };
 
-  // Takes the descriptor over. An accepted connection has no name until its hello.
-  Connection(int fd, Origin origin, std::string name);
+  // Takes the descriptor over. An accepted connection has no name until its hello. No two
+  // connections of an endpoint have the same number.
+  Connection(int fd, Origin origin, std::string name, std::uint64_t number);
   ~Connection();
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
   int fd() const { return fd_; }
   Origin origin() const { return origin_; }
+  std::uint64_t number() const { return number_; }
   const std::string& name() const { return name_; }
   void SetName(std::string_view name) { name_ = name; }
 
@@ -56,13 +46,12 @@ class Connection {
   int Send(unsigned int type, const unsigned char* payload, std::size_t size);
   // The same, but gives a full peer up to `kMaxWaitMs`, once until it has taken something again.
   int SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size);
-  // The same, but queues what the peer does not take; EAGAIN when the queue is full.
-  int Post(unsigned int type, const unsigned char* payload, std::size_t size);
+  // The same, but queues what the peer does not take; EAGAIN when more than `maxQueuedBytes` would
+  // wait then.
+  int Post(unsigned int type, const unsigned char* payload, std::size_t size, std::size_t maxQueuedBytes);
   // Sends what is queued as far as the peer takes it.
   void Flush();
   bool HasQueued() const { return !queue_.empty(); }
-
-  LineLimit& Lines() { return lines_; }
 
   // The events that the endpoint waits for on this connection, as it last told the system; kept
   // here for the endpoint.
@@ -82,11 +71,11 @@ class Connection {
   int SendNow(unsigned int type, const unsigned char* payload, std::size_t size);
 
   int fd_;
-  Origin origin_;
+  const Origin origin_;
   std::string name_;
+  const std::uint64_t number_;
   bool sendFailed_ = false;
   bool waitUsedUp_ = false;
   std::deque<Queued> queue_;
   std::size_t queuedBytes_ = 0;
-  LineLimit lines_;
 };

@@ -37,7 +37,7 @@ void ConnectionTable::WatchSignals(int fd) {
 }
 
 Connection* ConnectionTable::Add(int fd, Connection::Origin origin, const std::string& name) {
-  auto connection = std::make_unique<Connection>(fd, origin, name);
+  auto connection = std::make_unique<Connection>(fd, origin, name, ++lastNumber_);
   if (connections_.size() >= kMaxConnections && !MakeRoom()) return nullptr;
   connections_.push_back(std::move(connection));
   UpdateInterest(*connections_.back());
@@ -52,7 +52,9 @@ bool ConnectionTable::MakeRoom() {
   return true;
 }
 
+// Taken out by hand: where a forked child holds the descriptor too, closing does not do it.
 void ConnectionTable::Remove(Connection* connection) {
+  if (connection->watchedEvents != 0) (void)Watch(epollFd_, EPOLL_CTL_DEL, connection->fd(), 0, nullptr);
   std::replace(ready_.begin(), ready_.end(), connection, static_cast<Connection*>(nullptr));
   std::erase(paused_, connection);
   std::erase_if(connections_, [connection](const auto& owned) { return owned.get() == connection; });
@@ -65,12 +67,12 @@ Connection* ConnectionTable::Find(const std::string& name) const {
   return found == connections_.end() ? nullptr : found->get();
 }
 
-Connection* ConnectionTable::FindAccepted(const std::string& name) const {
-  const auto found = std::find_if(connections_.begin(), connections_.end(), [&name](const auto& connection) {
-    return connection->origin() == Connection::Origin::kAccepted && connection->Usable() &&
-           connection->name() == name;
-  });
-  return found == connections_.end() ? nullptr : found->get();
+std::vector<Connection*> ConnectionTable::Named(const std::string& name) const {
+  std::vector<Connection*> named;
+  for (const auto& connection : connections_) {
+    if (connection->name() == name) named.push_back(connection.get());
+  }
+  return named;
 }
 
 Connection* ConnectionTable::NextReady() {

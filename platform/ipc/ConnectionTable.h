@@ -41,8 +41,8 @@ class ConnectionTable {
 
   // The connection over which a peer is sent to, or null.
   Connection* Find(const std::string& name) const;
-  // The accepted connection of that name, or null.
-  Connection* FindAccepted(const std::string& name) const;
+  // All connections of that name, also those that nothing is sent over any more.
+  std::vector<Connection*> Named(const std::string& name) const;
 
   // The connection whose turn it is to deliver, or null when all have had theirs. It stays the
   // one until Done is called or its turn is over.
@@ -73,6 +73,7 @@ class ConnectionTable {
 
   int epollFd_ = -1;
   std::vector<std::unique_ptr<Connection>> connections_;  // oldest first
+  std::uint64_t lastNumber_ = 0;
   std::vector<Connection*> ready_;
   std::size_t turn_ = 0;  // index into ready_
   std::vector<Connection*> paused_;

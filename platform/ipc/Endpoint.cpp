@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 #include "Wire.h"
 #include "ipc/LinxServerNameList.h"
@@ -16,11 +17,17 @@ constexpr LogSource log{"LinxIpc"};
 
 }  // namespace
 
-Endpoint::Endpoint(LinxIpc* owner, std::string name) : owner_(owner), name_(std::move(name)) {}
+Endpoint::Endpoint(LinxIpc* owner, std::string name)
+    : owner_(owner),
+      name_(std::move(name)),
+      refused_(log, kLogMalformed),
+      dropped_(log, kLogMalformed),
+      unhandled_(log, kLogMalformed) {}
 
 int Endpoint::Init() {
   int error = wire::ValidName(name_) ? socket_.Open(name_) : EINVAL;
   if (error == 0) error = connections_.Open(socket_.fd());
+  if (error == 0 && signals_.fd() >= 0) connections_.WatchSignals(signals_.fd());
   if (error != 0) log(kLogError, "Cannot open endpoint ", name_, ": ", std::strerror(error));
   return error;
 }
@@ -53,12 +60,19 @@ int Endpoint::ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessa
     const int leftMs = deadline.RemainingMs();
     const ConnectionTable::WakeUp wakeUp = connections_.Wait(leftMs);
     if (wakeUp.accept) Accept();
-    if (wakeUp.signal && signals_.Take()) {
-      pending_.Add({LinxIpc::kShutdownNotice, "", {}});
-      if (TakePending(filter, message)) return 0;
-    }
+    if (wakeUp.signal && QueueSignals() && TakePending(filter, message)) return 0;
     if (leftMs == 0) return ReadReady(filter, message) ? 0 : ETIMEDOUT;
   }
+}
+
+// A signal becomes a shutdown notice of no sender.
+bool Endpoint::QueueSignals() {
+  bool any = false;
+  while (signals_.Take()) {
+    pending_.Add({LinxIpc::kShutdownNotice, "", {}});
+    any = true;
+  }
+  return any;
 }
 
 // Reads what the last wait found until a message matches; the others are kept for later.
@@ -96,10 +110,10 @@ bool Endpoint::TakeInput(Connection& connection, Connection::Input input, const 
     return false;
   }
   if (input == Input::kMessage && message.MsgType() != wire::kHelloType) return true;
-  LogPeer(connection.Lines(), "Dropped a packet from ", connection.name(), ": ",
-          input == Input::kOversized ? "too long"
-          : input == Input::kGarbage ? "too short"
-                                     : "second hello");
+  dropped_("Dropped a packet from ", connection.name(), ": ",
+           input == Input::kOversized ? "too long"
+           : input == Input::kGarbage ? "too short"
+                                      : "second hello");
   return false;
 }
 
@@ -110,8 +124,11 @@ void Endpoint::Keep(const IpcMessage& message, Connection& from, const Filter& f
 }
 
 bool Endpoint::MayRead(const Connection& connection, const Filter& filter) const {
-  const bool awaited = filter.selective && (filter.sender.empty() || filter.sender == connection.name());
-  return pending_.BytesFrom(connection.name()) < (awaited ? kMaxPendingBytesAwaited : kMaxPendingBytes);
+  const std::size_t held = pending_.BytesFrom(connection.name());
+  if (filter.selective && filter.sender == connection.name()) return held < kMaxPendingBytesAwaited;
+  const bool anySender = filter.selective && filter.sender.empty();
+  return held < (anySender ? kMaxPendingBytesAwaited : kMaxPendingBytes) &&
+         pending_.Bytes() < kMaxPendingBytesTotal;
 }
 
 // ---- Dispatch
@@ -123,7 +140,7 @@ void Endpoint::Dispatch() {
   } else if (type == LinxIpc::kProcessDiedNotice) {
     DispatchProcessDied();
   } else if (!handlers_.Call(type, owner_)) {
-    LogSender("No handler for message ", type);
+    unhandled_("No handler for message ", type, " from ", current_.GetSender());
   }
 }
 
@@ -138,7 +155,7 @@ void Endpoint::DispatchShutdown() {
 
 void Endpoint::DispatchProcessDied() {
   if (current_.GetSender() != LinxServerNameList::Instance().Name(e_Process_StateMgr)) {
-    LogSender("Dropped a process-died notice that is not the state manager's", "");
+    unhandled_("Dropped a process-died notice from ", current_.GetSender());
     return;
   }
   const Registration registration = processDied_;
@@ -148,6 +165,7 @@ void Endpoint::DispatchProcessDied() {
 void Endpoint::SetShutdown(Registration registration) {
   shutdown_ = registration;
   if (registration.handler == nullptr) {
+    (void)QueueSignals();  // they came in time
     signals_.Release();
   } else if (signals_.Catch() == 0) {
     connections_.WatchSignals(signals_.fd());
@@ -176,27 +194,40 @@ void Endpoint::TakeHello(Connection& connection, const IpcMessage& hello) {
     Refuse(connection, "its name is none");
     return;
   }
-  Connection* holder = connections_.FindAccepted(name);
-  if (holder != nullptr && !holder->HungUp()) {
+  if (TakeName(connection, name)) {
+    connection.SetName(name);
+  } else {
     Refuse(connection, "its name is in use");
-    return;
   }
-  if (holder != nullptr) {  // a restarted peer; what its predecessor sent is still read
-    holder->StopSending();
-    PeerGone(name);
+}
+
+// A name is one process's as long as it is connected. A connection that was made from here to the
+// same process is no hindrance: both sides may connect at the same time. Where only dead connections
+// are left the peer was restarted; what its predecessor sent is still read.
+bool Endpoint::TakeName(const Connection& newcomer, const std::string& name) {
+  const std::vector<Connection*> holders = connections_.Named(name);
+  bool inUse = false;
+  for (Connection* holder : holders) {
+    const bool ours = holder->origin() == Connection::Origin::kConnected;
+    if (holder->HungUp()) {
+      holder->StopSending();
+    } else if (!ours || holder->PeerProcessId() != newcomer.PeerProcessId()) {
+      inUse = true;
+    }
   }
-  connection.SetName(name);
+  if (!inUse && !holders.empty() && ConnectionTo(name) == 0) PeerGone(name);
+  return !inUse;
 }
 
 void Endpoint::Refuse(Connection& connection, const char* why) {
-  LogPeer(namelessLines_, "Refused a connection of process ", connection.PeerProcessId(), ": ", why);
+  refused_("Refused a connection of process ", connection.PeerProcessId(), ": ", why);
   Close(connection);
 }
 
 void Endpoint::Close(Connection& connection) {
   const std::string name = connection.name();
   connections_.Remove(&connection);
-  if (!name.empty() && !Connected(name)) PeerGone(name);
+  if (!name.empty() && ConnectionTo(name) == 0) PeerGone(name);
 }
 
 void Endpoint::PeerGone(const std::string& peer) {
@@ -244,30 +275,18 @@ int Endpoint::Notify(const std::string& destination, const IpcMessage& message, 
   }
 }
 
-int Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload,
-                   std::size_t size) {
-  Connection* connection = connections_.Find(peer);
-  if (connection == nullptr) return ENOTCONN;
-  const int error = connection->Post(type, payload, size);
-  connections_.UpdateInterest(*connection);
-  return error == 0 || error == EAGAIN ? error : ENOTCONN;
-}
-
-// ---- Logging
-
-template <typename... Parts>
-void Endpoint::LogPeer(LineLimit& lines, const Parts&... parts) {
-  unsigned int heldBack = 0;
-  if (!lines.Allow(heldBack)) return;
-  if (heldBack == 0) {
-    log(kLogMalformed, parts...);
-  } else {
-    log(kLogMalformed, parts..., " (lines held back before: ", heldBack, ")");
+// A connection that fails is passed over from then on: the peer may have made another.
+int Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload, std::size_t size,
+                   std::size_t maxQueuedBytes) {
+  while (Connection* connection = connections_.Find(peer)) {
+    const int error = connection->Post(type, payload, size, maxQueuedBytes);
+    connections_.UpdateInterest(*connection);
+    if (error == 0 || error == EAGAIN) return error;
   }
+  return ENOTCONN;
 }
 
-template <typename... Parts>
-void Endpoint::LogSender(const Parts&... parts) {
-  Connection* sender = connections_.Find(current_.GetSender());
-  LogPeer(sender != nullptr ? sender->Lines() : namelessLines_, parts..., " from ", current_.GetSender());
+std::uint64_t Endpoint::ConnectionTo(const std::string& peer) const {
+  const Connection* connection = connections_.Find(peer);
+  return connection != nullptr ? connection->number() : 0;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "Connection.h"
@@ -10,6 +11,7 @@
 #include "HandlerTable.h"
 #include "PendingQueue.h"
 #include "ShutdownSignals.h"
+#include "ipc/LimitedLog.h"
 #include "ipc/LinxIpc.h"
 #include "ipc/PeerQueue.h"
 
@@ -28,18 +30,22 @@ class Endpoint {
   void SetShutdown(Registration registration);
   void SetProcessDied(Registration registration) { processDied_ = registration; }
 
-  int Post(const std::string& peer, unsigned int type, const unsigned char* payload, std::size_t size);
-  bool Connected(const std::string& peer) const { return connections_.Find(peer) != nullptr; }
+  int Post(const std::string& peer, unsigned int type, const unsigned char* payload, std::size_t size,
+           std::size_t maxQueuedBytes);
+  // The number of the connection over which a peer is sent to, 0 when there is none.
+  std::uint64_t ConnectionTo(const std::string& peer) const;
   void OnPeerGone(PeerGoneFunction function, void* context);
 
  private:
-  // Messages of one peer that may wait for later while a selective wait looks for another; the
-  // second for the peer that the wait is for.
+  // Messages of one peer that may wait for later while a selective wait looks for another, and
+  // those of the peer that the wait is for. Beyond the total only the latter is read.
   static constexpr std::size_t kMaxPendingBytes = 64 * 1024;
   static constexpr std::size_t kMaxPendingBytesAwaited = 1024 * 1024;
+  static constexpr std::size_t kMaxPendingBytesTotal = 4 * 1024 * 1024;
 
   bool TakePending(const Filter& filter, IpcMessage& message);
   int ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessage& message);
+  bool QueueSignals();
   bool ReadReady(const Filter& filter, IpcMessage& message);
   bool TakeInput(Connection& connection, Connection::Input input, const IpcMessage& message);
   void Keep(const IpcMessage& message, Connection& from, const Filter& filter);
@@ -47,6 +53,7 @@ class Endpoint {
 
   void Accept();
   void TakeHello(Connection& connection, const IpcMessage& hello);
+  bool TakeName(const Connection& newcomer, const std::string& name);
   void Refuse(Connection& connection, const char* why);
   void Close(Connection& connection);
   void PeerGone(const std::string& peer);
@@ -55,12 +62,6 @@ class Endpoint {
   void Dispatch();
   void DispatchShutdown();
   void DispatchProcessDied();
-
-  // One mask-2 line about a peer, or about the sender of the current message; limited in number.
-  template <typename... Parts>
-  void LogPeer(LineLimit& lines, const Parts&... parts);
-  template <typename... Parts>
-  void LogSender(const Parts&... parts);
 
   LinxIpc* owner_;
   std::string name_;
@@ -74,7 +75,9 @@ class Endpoint {
   bool shutdownSeen_ = false;
   IpcMessage current_;
   IpcMessage scratch_;
-  LineLimit namelessLines_;
+  LimitedLog refused_;
+  LimitedLog dropped_;
+  LimitedLog unhandled_;
   PeerGoneFunction peerGone_ = nullptr;
   void* peerGoneContext_ = nullptr;
 };

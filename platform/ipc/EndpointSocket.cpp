@@ -35,6 +35,10 @@ int NewSocket() {
   return socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
 }
 
+int SpareDescriptor() {
+  return open("/dev/null", O_RDONLY | O_CLOEXEC);
+}
+
 // The mode is set again because mkdir knows no set-group-ID and obeys the umask.
 int MakeDirectoryOf(const std::string& path) {
   const std::string directory = path.substr(0, path.rfind('/'));
@@ -56,10 +60,15 @@ EndpointSocket::~EndpointSocket() {
 }
 
 int EndpointSocket::Lock(const std::string& name) {
-  lockFd_ = open(PathOf(name + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
-  if (lockFd_ < 0) return errno;
-  if (flock(lockFd_, LOCK_EX | LOCK_NB) == 0) return 0;
-  return errno == EWOULDBLOCK ? EADDRINUSE : errno;
+  const int fd = open(PathOf(name + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kFileMode);
+  if (fd < 0) return errno;
+  if (flock(fd, LOCK_EX | LOCK_NB) == 0) {
+    lockFd_ = fd;
+    return 0;
+  }
+  const int error = errno == EWOULDBLOCK ? EADDRINUSE : errno;
+  close(fd);
+  return error;
 }
 
 int EndpointSocket::Open(const std::string& name) {
@@ -68,7 +77,7 @@ int EndpointSocket::Open(const std::string& name) {
   if (const int error = FillAddress(path_, address)) return error;
   if (const int error = MakeDirectoryOf(path_)) return error;
   if (const int error = Lock(name)) return error;
-  spareFd_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  spareFd_ = SpareDescriptor();
 
   if (unlink(path_.c_str()) != 0 && errno != ENOENT) return errno;  // a killed holder left it behind
   const int fd = NewSocket();
@@ -84,12 +93,13 @@ int EndpointSocket::Open(const std::string& name) {
 }
 
 int EndpointSocket::Accept() {
+  if (spareFd_ < 0) spareFd_ = SpareDescriptor();
   int fd = accept4(listenFd_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
   if (fd >= 0 || (errno != EMFILE && errno != ENFILE) || spareFd_ < 0) return fd;
   close(spareFd_);
   fd = accept4(listenFd_, nullptr, nullptr, SOCK_CLOEXEC);
   if (fd >= 0) close(fd);
-  spareFd_ = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  spareFd_ = SpareDescriptor();
   return -1;
 }
 

@@ -54,12 +54,12 @@ Endpoint& EndpointOf(LinxIpc& ipc) {
 }
 
 int PostToPeer(LinxIpc& ipc, const std::string& peer, unsigned int type, const unsigned char* payload,
-               std::size_t size) {
-  return EndpointOf(ipc).Post(peer, type, payload, size);
+               std::size_t size, std::size_t maxQueuedBytes) {
+  return EndpointOf(ipc).Post(peer, type, payload, size, maxQueuedBytes);
 }
 
-bool PeerConnected(LinxIpc& ipc, const std::string& peer) {
-  return EndpointOf(ipc).Connected(peer);
+std::uint64_t PeerConnection(LinxIpc& ipc, const std::string& peer) {
+  return EndpointOf(ipc).ConnectionTo(peer);
 }
 
 void OnPeerGone(LinxIpc& ipc, PeerGoneFunction function, void* context) {

@@ -11,6 +11,7 @@ bool Filter::Matches(unsigned int messageType, const std::string& from) const {
 
 void PendingQueue::Add(PendingMessage message) {
   bytesBySender_[message.sender] += message.Bytes();
+  bytes_ += message.Bytes();
   messages_.push_back(std::move(message));
 }
 
@@ -21,6 +22,7 @@ bool PendingQueue::Take(const Filter& filter, PendingMessage& taken) {
     messages_.erase(it);
     const auto held = bytesBySender_.find(taken.sender);
     held->second -= taken.Bytes();
+    bytes_ -= taken.Bytes();
     if (held->second == 0) bytesBySender_.erase(held);
     return true;
   }

@@ -33,10 +33,12 @@ class PendingQueue {
   // Takes the first message that matches into `taken`.
   bool Take(const Filter& filter, PendingMessage& taken);
 
-  // Bytes held of one sender's messages.
+  // Bytes held of one sender's messages, and of all.
   std::size_t BytesFrom(const std::string& sender) const;
+  std::size_t Bytes() const { return bytes_; }
 
  private:
   std::deque<PendingMessage> messages_;
   std::unordered_map<std::string, std::size_t> bytesBySender_;
+  std::size_t bytes_ = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <csignal>
+
 // SIGTERM and SIGINT as input of the receive loop. While caught they are blocked and arrive on a
 // descriptor; at other times they do what they did before.
 class ShutdownSignals {
@@ -9,7 +11,8 @@ class ShutdownSignals {
   ShutdownSignals(const ShutdownSignals&) = delete;
   ShutdownSignals& operator=(const ShutdownSignals&) = delete;
 
-  // Both may be called again without effect. Catch returns 0 or an errno value.
+  // Both may be called again without effect. Catch returns 0 or an errno value. A signal that came
+  // before Release and was not taken is forgotten.
   int Catch();
   void Release();
 
@@ -20,4 +23,5 @@ class ShutdownSignals {
 
  private:
   int fd_ = -1;
+  sigset_t maskBefore_{};
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -42,13 +43,15 @@ class SubscribeServer {
     std::string subscriber;
     unsigned int itemId;
     unsigned int notificationId;
-    unsigned int lost;  // notices since it last took one
+    unsigned int lost;  // notices, not yet said in the log
 
     bool operator==(const Subscription& other) const {
       return subscriber == other.subscriber && itemId == other.itemId &&
              notificationId == other.notificationId;
     }
   };
+
+  struct Lines;
 
   static void HandleSubscribe(LinxIpc* ipc, void* context);
   static void HandleUnsubscribe(LinxIpc* ipc, void* context);
@@ -61,4 +64,5 @@ class SubscribeServer {
   std::vector<Subscription> subscriptions_;
   IpcMessage notice_;
   std::uint64_t lostNotices_ = 0;
+  std::unique_ptr<Lines> lines_;
 };

@@ -52,7 +52,8 @@ class LinxIpc {
   // Sends `message`, which stays unchanged, to the endpoint of that name, over the connection
   // that is there or a new one. With `wait` a peer whose socket is full is given up to 10 ms, but
   // none as long as it has not taken anything since it last used them up. ENOENT or ECONNREFUSED:
-  // there is no such endpoint; EAGAIN: the peer is full, the message was not sent.
+  // there is no such endpoint; EAGAIN: the peer is full, the message was not sent; EINVAL: not a
+  // name, the endpoint's own, or before Init.
   int Notify(const std::string& destination, IpcMessage& message, bool wait);
 
   // The message last received without a `message` of the caller's, or what a handler made of it
