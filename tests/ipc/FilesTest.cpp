@@ -1,0 +1,149 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <memory>
+
+#include "IpcTest.h"
+#include "support/Child.h"
+
+namespace {
+
+mode_t ModeOf(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+double CpuMs() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  const auto ms = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+  };
+  return ms(usage.ru_utime) + ms(usage.ru_stime);
+}
+
+class FilesTest : public testing::Test {
+ protected:
+  IpcDir directory_;
+  LogCapture log_;
+};
+
+TEST_F(FilesTest, MakesTheDirectoryAndTheSocketWithTheirModes) {
+  const mode_t before = umask(077);  // must not matter
+  directory_.Use(directory_.Beside("made"));
+  LinxIpc me("Me");
+  EXPECT_EQ(me.Init(), 0);
+  umask(before);
+  EXPECT_EQ(ModeOf(directory_.Beside("made")), 02750U);
+  EXPECT_EQ(ModeOf(IpcDir::File("Me")), 0660U);
+}
+
+TEST_F(FilesTest, LeavesAnExistingDirectorysModeAlone) {
+  directory_.Use(directory_.Beside("there"));
+  ASSERT_EQ(mkdir(directory_.Beside("there").c_str(), 0700), 0);
+  LinxIpc me("Me");
+  EXPECT_EQ(me.Init(), 0);
+  EXPECT_EQ(ModeOf(directory_.Beside("there")), 0700U);
+}
+
+TEST_F(FilesTest, FailuresAreNamedAndLogged) {
+  LinxIpc holder("Held");
+  ASSERT_EQ(holder.Init(), 0);
+  const std::string home = IpcDir::File("");
+  const struct {
+    const char* what;
+    std::string directory;
+    std::string name;
+    int expected;
+  } kCases[] = {
+      {"no name", home, "", EINVAL},
+      {"name too long", home, std::string(33, 'n'), EINVAL},
+      {"path in the name", home, "../Me", EINVAL},
+      {"blank", home, "M e", EINVAL},
+      {"NUL", home, std::string("M\0e", 3), EINVAL},
+      {"held", home, "Held", EADDRINUSE},
+      {"path too long", home + std::string(100, 'd'), "Me", ENAMETOOLONG},
+      {"directory in a file", home + "Held.lock/d", "Me", ENOTDIR},
+      {"directory in nothing", home + "no/such", "Me", ENOENT},
+  };
+  int lines = 0;
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    directory_.Use(c.directory);
+    LinxIpc ipc(c.name);
+    EXPECT_EQ(ipc.Init(), c.expected);
+    EXPECT_EQ(log_.Lines("Cannot open endpoint"), ++lines);
+    EXPECT_EQ(Next(ipc, 0).result, EINVAL);
+    EXPECT_EQ(Tell(ipc, "Held", 1), EINVAL);
+  }
+  directory_.Use(home);
+  EXPECT_EQ(Next(holder, 0).result, ETIMEDOUT) << "the holder is unharmed";
+  EXPECT_TRUE(RawPeer::To("Held").Connected());
+}
+
+TEST_F(FilesTest, SecondTryAfterTheHolderWentSucceeds) {
+  auto holder = std::make_unique<LinxIpc>("Me");
+  ASSERT_EQ(holder->Init(), 0);
+  LinxIpc second("Me");
+  ASSERT_EQ(second.Init(), EADDRINUSE);
+  holder.reset();
+  EXPECT_FALSE(std::filesystem::exists(IpcDir::File("Me")));
+  EXPECT_EQ(second.Init(), 0);
+  EXPECT_TRUE(RawPeer::To("Me").Connected());
+}
+
+TEST_F(FilesTest, SocketOfAKilledProcessIsReplaced) {
+  Child killed([] {
+    LinxIpc ipc("Me");
+    (void)ipc.Init();
+    for (;;) (void)Next(ipc, -1);
+    return 0;
+  });
+  ASSERT_TRUE(Eventually([] { return RawPeer::To("Me").Connected(); }));
+  LinxIpc me("Me");
+  EXPECT_EQ(me.Init(), EADDRINUSE) << "it lives";
+  killed.Signal(SIGKILL);
+  killed.Wait();
+  ASSERT_TRUE(std::filesystem::exists(IpcDir::File("Me")));
+  EXPECT_FALSE(RawPeer::To("Me").Connected());
+  EXPECT_EQ(me.Init(), 0);
+  EXPECT_TRUE(RawPeer::To("Me").Connected());
+}
+
+// Connections for which the process has no descriptor are closed, without turning in circles; what
+// is connected goes on, and so does what comes when there is room again.
+TEST_F(FilesTest, OutOfDescriptors) {
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit few{64, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+  LinxIpc me("Me");
+  ASSERT_EQ(me.Init(), 0);
+  const RawPeer early = RawPeer::To("Me", "Early");
+  ASSERT_EQ(early.Send(Packet(1, "before")), 0);
+  ASSERT_EQ(Next(me).payload, "before");
+  std::vector<RawPeer> waiting;
+  for (int i = 0; i < 10; ++i) waiting.push_back(RawPeer::To("Me", "Late" + std::to_string(i)));
+
+  std::vector<int> all;
+  for (int fd = 0; (fd = open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;) all.push_back(fd);
+  ASSERT_EQ(errno, EMFILE);
+  const double usedBefore = CpuMs();
+  ASSERT_EQ(early.Send(Packet(1, "during")), 0);
+  EXPECT_EQ(Next(me).payload, "during");
+  EXPECT_EQ(Next(me, 300).result, ETIMEDOUT);
+  EXPECT_LT(CpuMs() - usedBefore, 200) << "of 300 ms";
+  for (const int fd : all) close(fd);
+
+  const RawPeer late = RawPeer::To("Me", "Good");
+  ASSERT_EQ(late.Send(Packet(1, "afterwards")), 0);
+  EXPECT_EQ(Next(me).payload, "afterwards");
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+}
+
+}  // namespace

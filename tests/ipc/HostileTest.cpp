@@ -1,0 +1,226 @@
+#include <unistd.h>
+
+#include <cerrno>
+#include <random>
+
+#include "IpcTest.h"
+#include "support/Child.h"
+
+namespace {
+
+constexpr std::uint32_t kHello = 0x4C494E58;
+
+class HostileTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
+
+  // That a fresh good peer is served.
+  void ExpectAlive() {
+    const RawPeer good = RawPeer::To("Me", "Good");
+    ASSERT_EQ(good.Send(Packet(1, "alive")), 0);
+    EXPECT_EQ(Await(me_, 1, "Good").payload, "alive");
+  }
+
+  IpcDir directory_;
+  LogCapture log_;
+  LinxIpc me_{"Me"};
+};
+
+TEST(Hostile, ConnectionsThatDoNotBeginWellAreClosed) {
+  const char* noHello = "it did not begin with a hello";
+  const char* noName = "its name is none";
+  const struct {
+    const char* what;
+    std::string packet;
+    const char* why;
+  } kCases[] = {
+      {"one byte", "x", noHello},
+      {"half a type", "LIN", noHello},
+      {"a message", Packet(1, "x"), noHello},
+      {"garbage", std::string(64, '\xa5'), noHello},
+      {"too long", Packet(kHello, std::string(5000, 'n')), noHello},
+      {"nothing behind the type", Packet(kHello), "it speaks another version"},
+      {"another version", Packet(kHello, "\x02Name"), "it speaks another version"},
+      {"no name", HelloPacket(""), noName},
+      {"33 bytes", HelloPacket(std::string(33, 'n')), noName},
+      {"4095 bytes", HelloPacket(std::string(4095, 'n')), noName},
+      {"a path", HelloPacket("../../etc/x"), noName},
+      {"a blank", HelloPacket("A B"), noName},
+      {"a NUL behind it", HelloPacket(std::string("A\0", 2)), noName},
+      {"not ASCII", HelloPacket("\xc3\x84"), noName},
+      {"a line end", HelloPacket("A\nB"), noName},
+      {"the endpoint's own", HelloPacket("Me"), noName},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    const IpcDir directory;
+    const LogCapture log;
+    LinxIpc me("Me");
+    ASSERT_EQ(me.Init(), 0);
+    const RawPeer hostile = RawPeer::To("Me");
+    ASSERT_EQ(hostile.Send(c.packet), 0);
+    const RawPeer good = RawPeer::To("Me", "Good");
+    ASSERT_EQ(good.Send(Packet(1, "alive")), 0);
+    EXPECT_EQ(Next(me).payload, "alive");
+    EXPECT_TRUE(hostile.Closed());
+    EXPECT_EQ(log.Lines("Refused a connection of process " + std::to_string(getpid()) + ": " + c.why), 1);
+  }
+}
+
+TEST_F(HostileTest, PacketsThatAreNoMessagesAreDropped) {
+  const RawPeer peer = RawPeer::To("Me", "Peer");
+  for (const std::string& packet :
+       {std::string("x"), std::string("xyz"), Packet(1, std::string(4097, 'x')), HelloPacket("Other")}) {
+    ASSERT_EQ(peer.Send(packet), 0);
+  }
+  ASSERT_EQ(peer.Send(Packet(1, std::string(4096, 'x'))), 0);
+  EXPECT_EQ(Next(me_).payload.size(), 4096U) << "the longest that is one";
+  EXPECT_EQ(me_.CurrentMessage().GetSender(), "Peer");
+  EXPECT_EQ(log_.Lines("Dropped a packet from Peer: too short"), 1) << "and no other within the second";
+  EXPECT_EQ(log_.Lines("Dropped a packet"), 1);
+}
+
+TEST_F(HostileTest, WhoSendsAnEmptyPacketIsCutOff) {
+  const RawPeer silent = RawPeer::To("Me");
+  ASSERT_EQ(silent.Send(""), 0);
+  const RawPeer named = RawPeer::To("Me", "Named");
+  ASSERT_EQ(named.Send(""), 0);
+  ExpectAlive();
+  EXPECT_TRUE(silent.Closed());
+  EXPECT_TRUE(named.Closed());
+}
+
+TEST_F(HostileTest, SilentConnectionsMakeRoom) {
+  const RawPeer early = RawPeer::To("Me", "Early");
+  ASSERT_EQ(early.Send(Packet(1, "hello")), 0);
+  ASSERT_EQ(Next(me_).payload, "hello");
+  std::vector<RawPeer> silent;
+  for (int i = 0; i < 300; ++i) {
+    silent.push_back(RawPeer::To("Me"));
+    if (i % 8 == 7) (void)Next(me_, 0);
+    ASSERT_TRUE(silent.back().Connected()) << i;
+  }
+  ExpectAlive();
+  EXPECT_TRUE(silent.front().Closed()) << "the oldest goes";
+  EXPECT_FALSE(silent.back().Closed());
+  ASSERT_EQ(early.Send(Packet(1, "still here")), 0);
+  EXPECT_EQ(Next(me_).payload, "still here");
+}
+
+TEST_F(HostileTest, TableFullOfNamedPeers) {
+  std::vector<RawPeer> named;
+  for (int i = 0; i < 128; ++i) {
+    named.push_back(RawPeer::To("Me", "Peer" + std::to_string(i)));
+    ASSERT_EQ(named.back().Send(Packet(1, "in")), 0);
+    ASSERT_EQ(Next(me_).payload, "in");
+  }
+  const RawPeer late = RawPeer::To("Me", "Late");
+  const RawListener server("Server");
+  EXPECT_EQ(Next(me_, 20).result, ETIMEDOUT);
+  EXPECT_TRUE(late.Closed());
+  EXPECT_EQ(Tell(me_, "Server", 1), EMFILE);
+  ASSERT_EQ(named[77].Send(Packet(1, "not disturbed")), 0);
+  EXPECT_EQ(Next(me_).payload, "not disturbed");
+  named[50].Close();
+  EXPECT_EQ(Next(me_, 0).result, ETIMEDOUT);
+  ExpectAlive();
+}
+
+TEST_F(HostileTest, NameIsOneConnectionsAsLongAsItStands) {
+  RawPeer first = RawPeer::To("Me", "X");
+  ASSERT_EQ(first.Send(Packet(1, "first")), 0);
+  EXPECT_EQ(Next(me_).payload, "first");
+  const RawPeer second = RawPeer::To("Me", "X");
+  ASSERT_EQ(second.Send(Packet(1, "second")), 0);
+  EXPECT_EQ(Next(me_, 50).result, ETIMEDOUT);
+  EXPECT_TRUE(second.Closed());
+  EXPECT_EQ(log_.Lines("its name is in use"), 1);
+  ASSERT_EQ(Tell(me_, "X", 5, "to the first"), 0);
+  EXPECT_EQ(first.Receive(0), Packet(5, "to the first"));
+  first.Close();
+  const RawPeer third = RawPeer::To("Me", "X");
+  ASSERT_EQ(third.Send(Packet(1, "third")), 0);
+  EXPECT_EQ(Next(me_).payload, "third");
+}
+
+// Of the process "A" a connection made from here stands. Another process does not get its name.
+TEST_F(HostileTest, NobodyElseTakesTheNameOfAConnectedServer) {
+  const RawListener a("A");
+  ASSERT_EQ(Tell(me_, "A", 5), 0);
+  Child impostor([] {
+    const RawPeer peer = RawPeer::To("Me", "A");
+    (void)peer.Send(Packet(LinxIpc::kShutdownNotice));
+    return peer.Closed(20000) ? 0 : 1;
+  });
+  EXPECT_EQ(Next(me_, 200).result, ETIMEDOUT);
+  EXPECT_EQ(impostor.Wait(), 0);
+  const RawPeer itself = RawPeer::To("Me", "A");  // the listener's process
+  ASSERT_EQ(itself.Send(Packet(1, "both ways")), 0);
+  EXPECT_EQ(Next(me_).payload, "both ways");
+}
+
+// A peer dies with messages under way in both directions, and its successor is there before they
+// are read.
+TEST_F(HostileTest, RestartedPeerAndWhatItsPredecessorSent) {
+  RawPeer dead = RawPeer::To("Me", "X");
+  ASSERT_EQ(dead.Send(Packet(1, "0")), 0);
+  ASSERT_EQ(Next(me_).payload, "0");
+  ASSERT_EQ(Tell(me_, "X", 5, "never read"), 0);
+  std::vector<std::string> expected;
+  for (int i = 1; i <= 40; ++i) {  // more than one turn
+    expected.push_back(std::to_string(i));
+    ASSERT_EQ(dead.Send(Packet(1, expected.back())), 0);
+  }
+  dead.Close();
+  const RawPeer successor = RawPeer::To("Me", "X");
+  ASSERT_EQ(successor.Send(Packet(1, "new")), 0);
+  std::vector<std::string> got = Drain(me_);
+  EXPECT_EQ(std::erase(got, "new"), 1U);
+  EXPECT_EQ(got, expected);
+  ASSERT_EQ(Tell(me_, "X", 5, "to the successor"), 0);
+  EXPECT_EQ(successor.Receive(0), Packet(5, "to the successor"));
+}
+
+// Connections that come and go and say anything; a good peer is served all the time.
+TEST_F(HostileTest, AnyPacketsInAnyOrder) {
+  const RawPeer good = RawPeer::To("Me", "Good");
+  std::vector<RawPeer> peers(12);
+  std::mt19937 random(20240229);
+  const auto below = [&random](unsigned int end) { return static_cast<unsigned int>(random()) % end; };
+  for (int step = 0; step < 6000; ++step) {
+    RawPeer& peer = peers[below(12)];
+    std::string noise(below(20) == 0 ? 4090 + below(20) : below(40), '\0');
+    for (char& byte : noise) byte = static_cast<char>(random());
+    switch (below(8)) {
+      case 0:
+        peer = RawPeer::To("Me");
+        break;
+      case 1:
+        peer = RawPeer::To("Me", "P" + std::to_string(below(8)));
+        break;
+      case 2:
+        (void)peer.Send(HelloPacket(noise));
+        break;
+      case 3:
+        (void)peer.Send(noise);
+        break;
+      case 4:
+        peer.Close();
+        break;
+      default:
+        (void)peer.Send(Packet(100 + below(3), noise));
+    }
+    if (step % 16 != 0) continue;
+    const std::string token = std::to_string(step);
+    ASSERT_EQ(good.Send(Packet(1, token)), 0);
+    if (below(2) == 0) {
+      ASSERT_EQ(Await(me_, 1, "Good").payload, token);
+    } else {
+      Got got = Next(me_);
+      while (got.sender != "Good" && got.result == 0) got = Next(me_);
+      ASSERT_EQ(got.payload, token);
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "IpcTest.h"
+
+namespace {
+
+bool AllZero(const unsigned char* from, std::size_t size) {
+  return std::all_of(from, from + size, [](unsigned char byte) { return byte == 0; });
+}
+
+TEST(Message, StartsAsNothing) {
+  IpcMessage message;
+  EXPECT_EQ(message.MsgType(), 0U);
+  EXPECT_EQ(message.DataPtr(), nullptr);
+  EXPECT_EQ(message.Size(), 0U);
+  EXPECT_EQ(message.GetSender(), "");
+}
+
+TEST(Message, AllocateCopiesAlsoOutOfItsOwnPayload) {
+  IpcMessage message;
+  std::string text = "abcdefgh";
+  ASSERT_EQ(message.Allocate(1, 8, text.data()), 0);
+  ASSERT_EQ(message.Allocate(2, 5, reinterpret_cast<char*>(message.DataPtr()) + 2), 0);
+  EXPECT_EQ(PayloadOf(message), "cdefg");
+  EXPECT_EQ(message.MsgType(), 2U);
+}
+
+TEST(Message, AllocateWithoutDataGivesZeros) {
+  IpcMessage message;
+  std::string text(100, 'x');
+  ASSERT_EQ(message.Allocate(1, 100, text.data()), 0);
+  ASSERT_EQ(message.Allocate(2, 50, nullptr), 0);
+  EXPECT_EQ(message.Size(), 50U);
+  EXPECT_TRUE(AllZero(message.DataPtr(), 50 + IpcMessage::kSlack));
+  ASSERT_EQ(message.Allocate(3, 0, nullptr), 0);
+  EXPECT_EQ(message.DataPtr(), nullptr);
+}
+
+TEST(Message, TooLongStaysAsItWas) {
+  IpcMessage message;
+  std::string text(IpcMessage::kMaxPayload + 1, 'x');
+  ASSERT_EQ(message.Allocate(1, 3, text.data()), 0);
+  EXPECT_EQ(message.Allocate(2, IpcMessage::kMaxPayload + 1, text.data()), EMSGSIZE);
+  EXPECT_EQ(message.Allocate(2, ~0U, nullptr), EMSGSIZE);
+  EXPECT_EQ(message.MsgType(), 1U);
+  EXPECT_EQ(PayloadOf(message), "xxx");
+}
+
+// Whatever came before, and by whichever way it came: behind a payload stand zeros.
+TEST_F(IpcTest, SlackIsZeroAfterEveryLength) {
+  const std::size_t lengths[] = {4096, 1, 4095, 0, 17, 4096, 16, 2048, 3, 4096, 5};
+  for (const bool kept : {false, true}) {
+    for (const std::size_t length : lengths) {
+      ASSERT_EQ(Tell(a_, "Me", 1, std::string(length, '\xff')), 0);
+      if (kept) {  // it waits in the queue for the general receive
+        ASSERT_EQ(Await(me_, 99, "A", 20).result, ETIMEDOUT);
+      }
+      ASSERT_EQ(Next(me_).payload.size(), length);
+      IpcMessage& message = me_.CurrentMessage();
+      if (length == 0) {
+        ASSERT_EQ(message.DataPtr(), nullptr);
+        ASSERT_EQ(message.Allocate(1, 1, nullptr), 0);  // to see the buffer
+      }
+      EXPECT_TRUE(AllZero(message.DataPtr() + length, IpcMessage::kSlack)) << length << " kept " << kept;
+    }
+  }
+}
+
+}  // namespace

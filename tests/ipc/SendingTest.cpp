@@ -1,0 +1,152 @@
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+
+#include "IpcTest.h"
+
+namespace {
+
+TEST_F(IpcTest, NobodyThere) {
+  EXPECT_EQ(Tell(me_, "Nobody", 1), ENOENT);
+  {
+    const RawListener dead("Dead");
+    ASSERT_EQ(std::rename(IpcDir::File("Dead").c_str(), IpcDir::File("Stale").c_str()), 0);
+  }
+  EXPECT_EQ(Tell(me_, "Stale", 1), ECONNREFUSED);
+  for (const char* name : {"", "Me", "a/b", "../A"}) EXPECT_EQ(Tell(me_, name, 1), EINVAL) << name;
+}
+
+TEST_F(IpcTest, SentMessageStaysAsItIs) {
+  IpcMessage message;
+  std::string text = "kept";
+  ASSERT_EQ(message.Allocate(7, 4, text.data()), 0);
+  ASSERT_EQ(me_.Notify("A", message, true), 0);
+  ASSERT_EQ(me_.Notify("A", message, false), 0);
+  EXPECT_EQ(message.MsgType(), 7U);
+  EXPECT_EQ(Drain(a_), (std::vector<std::string>{"kept", "kept"}));
+}
+
+TEST_F(IpcTest, AnswerGoesOverTheRequestersConnection) {
+  const RawPeer requester = RawPeer::To("Me", "Requester");  // has no endpoint to connect to
+  ASSERT_EQ(requester.Send(Packet(1, "?")), 0);
+  const Got got = Next(me_);
+  ASSERT_EQ(Tell(me_, got.sender, 2, "!"), 0);
+  EXPECT_EQ(requester.Receive(0), Packet(2, "!"));
+}
+
+TEST_F(IpcTest, BothMayConnectAtTheSameTime) {
+  ASSERT_EQ(Tell(me_, "A", 1, "to a"), 0);
+  ASSERT_EQ(Tell(a_, "Me", 1, "to me"), 0);
+  EXPECT_EQ(Next(me_).payload, "to me");
+  EXPECT_EQ(Next(a_).payload, "to a");
+  ASSERT_EQ(Tell(me_, "A", 1, "again"), 0);
+  EXPECT_EQ(Next(a_).payload, "again");
+}
+
+TEST_F(IpcTest, RestartedPeerIsReachedByTheNextMessage) {
+  auto first = std::make_unique<LinxIpc>("B");
+  ASSERT_EQ(first->Init(), 0);
+  ASSERT_EQ(Tell(me_, "B", 1, "one"), 0);
+  ASSERT_EQ(Next(*first).payload, "one");
+  first.reset();
+  EXPECT_EQ(Tell(me_, "B", 1, "lost"), ENOENT);
+  LinxIpc second("B");
+  ASSERT_EQ(second.Init(), 0);
+  EXPECT_EQ(Tell(me_, "B", 1, "two"), 0);
+  EXPECT_EQ(Next(second).payload, "two");
+}
+
+// A full peer costs one short wait, then none until it has taken something.
+TEST_F(IpcTest, PeerThatDoesNotRead) {
+  const RawListener listener("Slow");
+  std::vector<std::string> accepted;
+  const auto fill = [&](bool wait) {
+    for (;;) {
+      const std::string payload = std::to_string(accepted.size());
+      const int result = Tell(me_, "Slow", 1, payload, wait);
+      if (result != 0) return result;
+      accepted.push_back(Packet(1, payload));
+    }
+  };
+  Stopwatch notWaiting;
+  EXPECT_EQ(fill(false), EAGAIN);
+  const RawPeer slow = listener.Accept();
+  ASSERT_EQ(slow.Receive(), HelloPacket("Me"));
+
+  for (int round = 0; round < 2; ++round) {
+    Stopwatch first;
+    EXPECT_EQ(fill(true), EAGAIN);
+    EXPECT_GE(first.Ms(), 10);
+    EXPECT_LT(first.Ms(), 1000);
+    Stopwatch later;
+    for (int i = 0; i < 1000; ++i) EXPECT_EQ(Tell(me_, "Slow", 1, "no", true), EAGAIN);
+    EXPECT_LT(later.Ms(), 1000) << "would be 10000";
+    for (const std::string& packet : accepted) ASSERT_EQ(slow.Receive(0), packet);
+    EXPECT_EQ(slow.Receive(0), std::nullopt);
+    accepted.clear();
+  }
+}
+
+// Sends numbered messages until the endpoint does not take more.
+class Flooder {
+ public:
+  explicit Flooder(const std::string& name) : peer_(RawPeer::To("Me", name)) {}
+
+  // How many were taken.
+  int Flood() {
+    const int before = sent_;
+    while (peer_.Send(Packet(1, Payload(sent_))) == 0) ++sent_;
+    return sent_ - before;
+  }
+  int Sent() const { return sent_; }
+  static std::string Payload(int i) { return std::to_string(i).append(1000, '.'); }
+
+ private:
+  RawPeer peer_;
+  int sent_ = 0;
+};
+
+TEST_F(IpcTest, FloodingPeerDelaysOthersByOneTurn) {
+  Flooder flooder("Flooder");
+  ASSERT_GT(flooder.Flood(), 50);
+  EXPECT_EQ(Next(me_).sender, "Flooder");
+  const RawPeer quiet = RawPeer::To("Me", "Quiet");
+  ASSERT_EQ(quiet.Send(Packet(2, "now")), 0);
+  int others = 0;
+  for (Got got = Next(me_); got.sender != "Quiet"; got = Next(me_)) {
+    ASSERT_EQ(got.result, 0);
+    flooder.Flood();
+    ++others;
+  }
+  EXPECT_LE(others, 3 * 16) << "one turn each for the accept, the hello and the message";
+  ASSERT_EQ(quiet.Send(Packet(2, "again")), 0);
+  others = 0;
+  for (; Next(me_).sender != "Quiet"; flooder.Flood()) ++others;
+  EXPECT_LE(others, 2 * 16) << "what is left of its turn, and one";
+}
+
+// During a selective wait the others' messages are kept up to a bound; beyond it the peer itself
+// has to wait. Nothing is lost or changes its place.
+TEST_F(IpcTest, SelectiveWaitPushesBackOnWhoFloods) {
+  const struct {
+    const char* what;
+    const char* awaited;
+    int least;  // messages of 1 KB that are taken in
+    int most;
+  } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 800, 1500}};
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    Flooder flooder("Flooder");
+    while (flooder.Flood() > 0) ASSERT_EQ(Await(me_, 9, c.awaited, 20).result, ETIMEDOUT);
+    EXPECT_GE(flooder.Sent(), c.least);
+    EXPECT_LE(flooder.Sent(), c.most);
+    ASSERT_EQ(Tell(a_, "Me", 9, "wanted"), 0);
+    EXPECT_EQ(Await(me_, 9, "A").payload, "wanted");
+    for (int i = 0; i < flooder.Sent(); ++i) {
+      ASSERT_EQ(Next(me_).payload, Flooder::Payload(i));
+      if (i % 100 == 99 && i < 2000) flooder.Flood();
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,155 @@
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "IpcTest.h"
+#include "support/Child.h"
+
+namespace {
+
+constexpr int kKilled = 128;
+
+// The body runs in a child with an endpoint of its own; signals are raised there.
+int InChild(int (*body)(LinxIpc& ipc)) {
+  const IpcDir directory;
+  Child child([body] {
+    alarm(20);
+    LinxIpc ipc("Me");
+    return ipc.Init() == 0 ? body(ipc) : 99;
+  });
+  return child.Wait();
+}
+
+TEST(Signals, EndTheProcessWhileNoShutdownHandlerIsRegistered) {
+  EXPECT_EQ(InChild([](LinxIpc&) { return raise(SIGTERM); }), kKilled + SIGTERM);
+  EXPECT_EQ(InChild([](LinxIpc& ipc) {
+              ipc.RegisterShutdown(Calls::Handler, nullptr);
+              ipc.DeregisterShutdown();
+              return raise(SIGINT);
+            }),
+            kKilled + SIGINT);
+}
+
+TEST(Signals, AreShutdownNoticesWhileOneIsRegistered) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    static int theSignal;
+    theSignal = signal;
+    EXPECT_EQ(InChild([](LinxIpc& ipc) {
+                Calls calls;
+                ipc.RegisterShutdown(Calls::Handler, &calls);
+                raise(theSignal);
+                if (Await(ipc, 0, "", 20).result != ETIMEDOUT) return 1;
+                if (!calls.got.empty()) return 2;
+                const Got got = Next(ipc);
+                if (got.result != ESHUTDOWN || got.type != LinxIpc::kShutdownNotice) return 3;
+                return calls.got.size() == 1 ? 0 : 4;
+              }),
+              0);
+  }
+}
+
+TEST(Signals, CountWhenRegisteredBeforeInit) {
+  const IpcDir directory;
+  Child child([] {
+    LinxIpc ipc("Me");
+    Calls calls;
+    ipc.RegisterShutdown(Calls::Handler, &calls);
+    if (ipc.Init() != 0) return 1;
+    raise(SIGTERM);
+    return Next(ipc).result == ESHUTDOWN ? 0 : 2;
+  });
+  EXPECT_EQ(child.Wait(), 0);
+}
+
+// The state manager's quit and the service manager's signal come together: the handler of the first
+// deregisters, and the second must not end the process in the middle of its closing down.
+TEST(Signals, ThatCameInTimeDoNotEndAProcessThatDeregisters) {
+  EXPECT_EQ(InChild([](LinxIpc& ipc) {
+              ipc.RegisterShutdown(Calls::Handler, nullptr);
+              raise(SIGTERM);
+              raise(SIGINT);
+              ipc.DeregisterShutdown();
+              return Next(ipc).result == ESHUTDOWN ? 0 : 1;
+            }),
+            0);
+}
+
+TEST(Signals, BlockedBeforeStayBlocked) {
+  EXPECT_EQ(InChild([](LinxIpc& ipc) {
+              sigset_t mask;
+              sigemptyset(&mask);
+              sigaddset(&mask, SIGINT);
+              sigprocmask(SIG_BLOCK, &mask, nullptr);
+              ipc.RegisterShutdown(Calls::Handler, nullptr);
+              ipc.DeregisterShutdown();
+              sigprocmask(SIG_BLOCK, nullptr, &mask);
+              return sigismember(&mask, SIGINT) == 1 && sigismember(&mask, SIGTERM) == 0 ? 0 : 1;
+            }),
+            0);
+}
+
+// Interrupts every system call that can be interrupted, once a millisecond.
+class Interruptions {
+ public:
+  Interruptions() {
+    struct sigaction action {};
+    action.sa_handler = [](int) {};  // without SA_RESTART
+    sigaction(SIGALRM, &action, &actionBefore_);
+    const itimerval everyMs{{0, 1000}, {0, 1000}};
+    setitimer(ITIMER_REAL, &everyMs, nullptr);
+  }
+  ~Interruptions() {
+    const itimerval never{};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    sigaction(SIGALRM, &actionBefore_, nullptr);
+  }
+  Interruptions(const Interruptions&) = delete;
+  Interruptions& operator=(const Interruptions&) = delete;
+
+ private:
+  struct sigaction actionBefore_ {};
+};
+
+TEST_F(IpcTest, InterruptedCallIsNoResultAndEndsInTime) {
+  const Interruptions interruptions;
+  const Stopwatch watch;
+  EXPECT_EQ(Next(me_, 100).result, ETIMEDOUT);
+  EXPECT_GE(watch.Ms(), 100);
+  EXPECT_LT(watch.Ms(), 2000);
+  ASSERT_EQ(Tell(a_, "Me", 1, "x"), 0);
+  EXPECT_EQ(Next(me_).payload, "x");
+}
+
+// Garbage, refused connections and messages of the wrong kind at full rate, from another process.
+TEST(Deadlines, HoldUnderAFlood) {
+  const IpcDir directory;
+  LogCapture log;
+  LinxIpc me("Me");
+  ASSERT_EQ(me.Init(), 0);
+  Child flooder([] {
+    for (;;) {
+      const RawPeer peer = RawPeer::To("Me", "Flooder");
+      for (int i = 0; i < 1000; ++i) {
+        (void)peer.Send("xy");
+        (void)peer.Send(Packet(8, "not wanted"));
+      }
+      (void)RawPeer::To("Me").Send("no hello");
+    }
+    return 0;
+  });
+  const Interruptions interruptions;
+  ASSERT_EQ(Next(me).sender, "Flooder");
+  const Stopwatch watch;
+  EXPECT_EQ(Await(me, 9, "", 300).result, ETIMEDOUT);
+  EXPECT_EQ(Await(me, 9, "Flooder", 300).result, ETIMEDOUT);
+  EXPECT_GE(watch.Ms(), 600);
+  EXPECT_LT(watch.Ms(), 3000);
+  // One line a second of each kind: as many as there were beginnings of seconds at most.
+  EXPECT_GE(log.Lines("Dropped a packet from Flooder: too short"), 1);
+  EXPECT_LE(log.Lines("Dropped a packet"), watch.Ms() / 1000 + 2);
+  EXPECT_LE(log.Lines("Refused a connection"), watch.Ms() / 1000 + 2);
+}
+
+}  // namespace
