@@ -78,7 +78,7 @@ TEST_F(StoreTest, ACriticalRecordRightAfterAnotherJoinsTheNextCommit) {
 }
 
 TEST_F(StoreTest, ALotOfRecordsIsCommittedWithoutWaiting) {
-  options_.maxPendingBytes = 64 * 1024;
+  options_.maxPendingBytes = 65'536;
   Open();
   for (short i = 0; i < 1000; ++i) Temperature(i);
   EXPECT_NE(Rows("SELECT count(*) FROM temperature"), "0\n");

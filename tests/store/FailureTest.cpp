@@ -97,7 +97,7 @@ TEST_F(StoreTest, ACriticalRecordThatCouldNotBeWrittenIsTriedAgainSoon) {
 }
 
 TEST_F(StoreTest, BeyondTheBoundTheOldestGoAndAreAccountedFor) {
-  options_.maxPendingBytes = 16 * 1024;
+  options_.maxPendingBytes = 16'384;
   Open();
   {
     Connection other(File(1));
@@ -129,7 +129,7 @@ TEST_F(StoreTest, BeyondTheBoundTheOldestGoAndAreAccountedFor) {
 }
 
 TEST_F(StoreTest, WhenOnlyCriticalRecordsAreLeftTheOldestOfThemGo) {
-  options_.maxPendingBytes = 16 * 1024;
+  options_.maxPendingBytes = 16'384;
   Open();
   {
     Connection other(File(1));

@@ -70,7 +70,7 @@ TEST_F(StoreTest, OpenFailsWhereNothingMayBeCreated) {
 }
 
 TEST_F(StoreTest, AFileThatIsFullIsFollowedByOneThatStandsAlone) {
-  options_.maxFileBytes = 256 * 1024;
+  options_.maxFileBytes = 262'144;
   Open();
   unsigned char mac[6] = {1, 2, 3, 4, 5, 6};
   Store().ReportMac(mac, false);
