@@ -80,7 +80,7 @@ std::uint32_t LoadCounter(const unsigned char* items) {
 void StoreCounter(unsigned char* items, std::uint32_t value) {
   unsigned char bytes[sizeof value];
   PutU32(bytes, value);
-  std::uint32_t word;
+  std::uint32_t word = 0;
   std::memcpy(&word, bytes, sizeof word);
   __atomic_store_n(Counter(items), word, __ATOMIC_RELEASE);
 }

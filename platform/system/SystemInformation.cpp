@@ -17,7 +17,7 @@ using MacAddress = std::array<unsigned char, 6>;
 
 // The address, unless the text holds something else or all zeros.
 std::optional<MacAddress> ParseAddress(const std::string& text) {
-  if (text.size() < kAddressText || text.find_first_not_of("\n", kAddressText) != std::string::npos)
+  if (text.size() < kAddressText || text.find_first_not_of('\n', kAddressText) != std::string::npos)
     return {};
   MacAddress address{};
   for (std::size_t i = 0; i < address.size(); ++i) {

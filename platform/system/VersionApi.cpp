@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr std::size_t kMaxFile = 64 * 1024;
+constexpr std::size_t kMaxFile = std::size_t{64} * 1024;
 constexpr std::string_view kBlanks(" \t\r\v\f\0", 6);
 
 std::string DefaultFile() {

@@ -11,7 +11,7 @@
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 constexpr timespec kMorning{1795250400, 123999999};  // 2026-11-21 08:40:00.123999999 UTC
 

@@ -1,16 +1,17 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
 
-#include "support/ChildProcess.h"
+#include "support/Child.h"
 
 // Runs `scenario` in a process whose standard error is `fd` (-1: closed) and which has not logged
-// yet: there is one LogClient in a process.
+// yet: there is one LogClient in a process. Expectations in it count; one that blocks is ended.
 template <typename Scenario>
 void WithStderr(int fd, const Scenario& scenario) {
-  JoinChild(StartChild([fd, &scenario] {
+  Child child([fd, &scenario] {
     setenv("LOG_TARGET", "stderr", 1);
     if (fd < 0) {
       close(STDERR_FILENO);
@@ -18,5 +19,7 @@ void WithStderr(int fd, const Scenario& scenario) {
       dup2(fd, STDERR_FILENO);
     }
     scenario();
-  }));
+    return testing::Test::HasFailure() ? 1 : 0;
+  });
+  EXPECT_EQ(child.Wait(), 0) << "see the failures above";
 }

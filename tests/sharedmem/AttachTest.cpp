@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "OwnRecord.h"
-#include "support/ChildProcess.h"
+#include "support/Child.h"
 
 namespace {
 
@@ -22,6 +22,16 @@ class Attach : public OwnRecord {
     MetadataSharedMem view;
     const unsigned char* items = view.MetadataItems(false);
     return items ? Bytes(items) : "null";
+  }
+
+  // Runs `scenario` in a process of its own. Expectations in it count.
+  template <typename Scenario>
+  static void InChild(const Scenario& scenario) {
+    Child child([&scenario] {
+      scenario();
+      return HasFailure() ? 1 : 0;
+    });
+    EXPECT_EQ(child.Wait(), 0) << "see the failures above";
   }
 
   static std::ptrdiff_t OpenFiles() {
@@ -119,20 +129,20 @@ TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
 
 TEST_F(Attach, RecordOfOthersGivesNull) {
   ASSERT_NO_FATAL_FAILURE(Leave("theirs", 0));
-  JoinChild(StartChild([this] {
+  InChild([this] {
     ASSERT_TRUE(geteuid() != 0 || setresuid(65534, 65534, 65534) == 0);
     EXPECT_EQ(Attached(), "null");
-  }));
+  });
 }
 
 TEST_F(Attach, RecordThatCannotGrowGivesNull) {
   ASSERT_NO_FATAL_FAILURE(Leave("short"));
-  JoinChild(StartChild([this] {
+  InChild([this] {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{50, 50};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     EXPECT_EQ(Attached(), "null");
-  }));
+  });
   EXPECT_EQ(Look().content, "short");
 }
 

@@ -1,4 +1,5 @@
 #include <sched.h>
+#include <sys/wait.h>
 
 #include <csignal>
 #include <cstdint>
@@ -6,7 +7,7 @@
 #include <optional>
 
 #include "OwnRecord.h"
-#include "support/ChildProcess.h"
+#include "support/Child.h"
 #include "system/BigEndian.h"
 
 namespace {
@@ -69,7 +70,8 @@ TEST_F(ChangeCounter, WithoutARecordNothingIsMarked) {
 }
 
 // Changes the record over and over, field by field, until it is killed.
-void WriteForEver() {
+int WriteForEver() {
+  alarm(100);  // a reader that takes no copy fails, it does not wait for ever
   MetadataSharedMem view;
   unsigned char* items = view.MetadataItems(false);
   for (std::uint32_t change = 1;; ++change) {
@@ -83,10 +85,10 @@ void WriteForEver() {
 
 TEST_F(ChangeCounter, ReaderInAnotherProcessTakesNoTornCopy) {
   constexpr int kChanges = 1000;
-  const pid_t writer = StartChild(WriteForEver, 100);
+  Child writer(WriteForEver);
   std::uint32_t last = 0;
   for (int changes = 0; changes < kChanges && !HasFailure();) {
-    ASSERT_EQ(waitpid(writer, nullptr, WNOHANG), 0) << "after " << changes << " changes";
+    ASSERT_EQ(waitpid(writer.Id(), nullptr, WNOHANG), 0) << "after " << changes << " changes";
     sched_yield();
     for (int i = 0; i < 100; ++i) {
       const std::optional<std::string> copy = ReadWhole(items_);
@@ -100,8 +102,8 @@ TEST_F(ChangeCounter, ReaderInAnotherProcessTakesNoTornCopy) {
       last = change;
     }
   }
-  kill(writer, SIGKILL);
-  waitpid(writer, nullptr, 0);
+  writer.Signal(SIGKILL);
+  EXPECT_EQ(writer.Wait(), 128 + SIGKILL);
 
   // The next writer takes over, whatever the killed one was at.
   { const MetadataSharedMem::Writing writing(items_); }

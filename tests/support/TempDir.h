@@ -26,7 +26,7 @@ class TempDir {
 
   // Writes a file, with the directories it stands in.
   std::string Write(std::string_view name, std::string_view content) const {
-    const std::string path = Path(name);
+    std::string path = Path(name);
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << content;
     return path;

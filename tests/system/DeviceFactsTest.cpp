@@ -14,7 +14,7 @@
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 using Mac = std::vector<unsigned char>;
 const Mac kNone(6, 0);

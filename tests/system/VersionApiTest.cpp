@@ -9,7 +9,7 @@
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 class VersionApiTest : public testing::Test {
  protected:

@@ -20,6 +20,7 @@ class LogClient {
  public:
   static LogClient& Instance();
 
+  ~LogClient() = delete;  // lives to the end: destructors of globals may still log
   LogClient(const LogClient&) = delete;
   LogClient& operator=(const LogClient&) = delete;
 
@@ -42,7 +43,6 @@ class LogClient {
 
  private:
   LogClient();
-  ~LogClient() = delete;  // destructors of globals may still log
 
   bool Send(unsigned int mask, std::string_view processName, std::string_view text);
   bool SayDropped();

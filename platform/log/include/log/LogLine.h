@@ -16,7 +16,8 @@ enum LogMask : unsigned int {
 
 // A mask together with the source line of the call it is written in.
 struct LogAt {
-  LogAt(LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}  // implicit on purpose
+  // NOLINTNEXTLINE(google-explicit-constructor): implicit, so that it is made in the line of the call
+  LogAt(LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}
   LogMask mask;
   unsigned int line;
 };
