@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "Batch.h"
@@ -13,7 +14,7 @@ namespace store {
 class Recorder {
  public:
   Recorder(const std::string& basePath, std::uint64_t maxFileBytes)
-      : names_(basePath), maxFileBytes_(maxFileBytes), fullAt_(maxFileBytes) {}
+      : names_(basePath), maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)), fullAt_(maxFileBytes_) {}
 
   // Creates the next file and goes on with it; on failure things stay as they were.
   bool Begin();
@@ -36,6 +37,8 @@ class Recorder {
   const FileNames& Names() const { return names_; }
 
  private:
+  static constexpr std::uint64_t kMinFileBytes = std::uint64_t{128} << 10;  // its beginning takes 50
+
   bool SettleDoubt(Batch& batch);
   bool Fail(int code);
   void SayFailing(const char* reason);

@@ -142,14 +142,9 @@ void RecordingFile::Close() {
   if (!IsOpen()) return;
   for (Statement* statement : {&begin_, &commit_, &progress_, &readProgress_}) *statement = Statement();
   inserts_ = {};
-  if (StillThere()) {
-    // Without its log mode the file can be read where nothing can be written beside it.
-    (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
-  } else {
-    // What now lies under the names of the log is not ours to remove.
-    int keep = 1;
-    (void)sqlite3_file_control(database_.Handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
-  }
+  // Without its log mode the file can be read where nothing can be written beside it. What has come
+  // in the place of one that is gone is not to be touched; SQLite's own close takes care of that.
+  if (StillThere()) (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
   database_.Close();
 }
 

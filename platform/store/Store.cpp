@@ -1,5 +1,7 @@
 #include "Store.h"
 
+#include <algorithm>
+
 #include "SystemStoreClock.h"
 #include "Tables.h"
 #include "log/LogLine.h"
@@ -23,6 +25,8 @@ DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& optio
 
 bool DataStoreNormal::Store::Open() {
   if (recorder_.IsOpen()) return true;
+  seq_ = 0;
+  fullState_ = store::FullState();
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   arrival_.Start(clock_.TickMs());
   if (!BeginFile()) return false;
@@ -79,6 +83,7 @@ bool DataStoreNormal::Store::CommitDue() const {
 
 void DataStoreNormal::Store::CommitCritical() {
   criticalPending_ = true;
+  nextAttempt_ = std::min(nextAttempt_, arrival_.Now() + kCriticalGapMs);
   if (recorder_.Failing() ? arrival_.Now() >= nextAttempt_ : CriticalGapOver()) (void)Commit();
 }
 

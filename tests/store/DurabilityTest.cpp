@@ -21,6 +21,14 @@ TEST_F(StoreTest, ARecordIsCommittedWithTheFirstTickThatFindsIt500MsOld) {
   EXPECT_EQ(Temperatures(), "1\n2\n3\n");
 }
 
+TEST_F(StoreTest, RecordsFromBeforeAFirstTickThatIsLowerDoNotWaitForTheTicksToCatchUp) {
+  DataStoreNormal store(dir_.Path("metadata"), options_);
+  ASSERT_TRUE(store.Open());
+  store.ReportTemp(e_TempSensors{0}, 1, true, 0);
+  store.TimerTick(100);
+  EXPECT_EQ(Connection(dir_.Path("metadata.000001.db")).Rows("SELECT temperature FROM temperature"), "1\n");
+}
+
 struct CriticalCase {
   const char* name;
   void (*report)(DataStore& store);

@@ -96,6 +96,18 @@ TEST_F(StoreTest, ACriticalRecordThatCouldNotBeWrittenIsTriedAgainSoon) {
   EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "1\n");
 }
 
+TEST_F(StoreTest, ACriticalRecordHastensTheNextAttempt) {
+  Open();
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  Temperature(1);
+  After(500);
+  Store().ReportBookmark(1);
+  other.Rows("COMMIT");
+  After(50);
+  EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "1\n");
+}
+
 TEST_F(StoreTest, BeyondTheBoundTheOldestGoAndAreAccountedFor) {
   options_.maxPendingBytes = 16'384;
   Open();

@@ -100,6 +100,16 @@ TEST_F(StoreTest, AFileThatIsFullIsFollowedByOneThatStandsAlone) {
   EXPECT_EQ(total, value) << "each is in one of the files";
 }
 
+TEST_F(StoreTest, ALimitTooSmallToHoldAnythingIsRaised) {
+  options_.maxFileBytes = 1;
+  Open();
+  for (short i = 0; i < 5; ++i) {
+    Temperature(i);
+    After(1000);
+  }
+  EXPECT_FALSE(Exists(2));
+}
+
 struct HarmCase {
   const char* name;
   void (*harm)(const std::string& path);

@@ -45,6 +45,7 @@ TEST_F(PreviousRunTest, ItWasCutOffAndItsLogIsFoldedIn) {
   ASSERT_TRUE(fs::exists(dir_.Path("cut/metadata.000001.db-wal")));
   EXPECT_EQ(Told("cut/metadata", 2), "cut off|metadata.000001.db|10000\n");
   EXPECT_FALSE(fs::exists(dir_.Path("cut/metadata.000001.db-wal")));
+  EXPECT_EQ(Rows("PRAGMA journal_mode", 1), "delete\n");
   EXPECT_EQ(Temperatures(1), "1\n");
   EXPECT_EQ(Rows("SELECT last_seq, last_utc_ms FROM previous_run", 2),
             "2|" + std::to_string(kNoonUtcMs) + "\n");
@@ -60,12 +61,15 @@ TEST_F(PreviousRunTest, AFileWithNothingInItIsPassedOver) {
 
 TEST_F(PreviousRunTest, ARunThatOpensAgainTellsOfTheOneBefore) {
   Open();
+  Brakes(true);
   Store().ReportShutdownData();
   Store().Close();
   ASSERT_TRUE(Store().Open());
   Store().ReportShutdownDataAtStartup();
   Close();
-  EXPECT_EQ(Rows("SELECT ended FROM previous_run", 2), "clean\n");
+  EXPECT_EQ(Rows("SELECT source,text FROM timeline", 2),
+            "clock|set by system\nprevious run|clean metadata.000001.db at tick 10000\n")
+      << "nothing of the other run is told as if it still held";
 }
 
 struct DamageCase {

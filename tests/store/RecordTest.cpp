@@ -197,7 +197,7 @@ TEST_F(StoreTest, NothingIsTakenUnlessOpen) {
   ASSERT_TRUE(store.Open());
   EXPECT_TRUE(store.Open());
   store.Close();
-  store.ReportBookmark(2);
+  store.ReportGpsState(true, true);
   ASSERT_TRUE(store.Open());
   store.Close();
   for (const char* name : {"metadata.000001.db", "metadata.000002.db"}) {
