@@ -1,6 +1,6 @@
 #include <cerrno>
 
-#include "IpcTest.h"
+#include "support/IpcTest.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <memory>
 
-#include "IpcTest.h"
 #include "support/Child.h"
+#include "support/IpcTest.h"
 
 namespace {
 

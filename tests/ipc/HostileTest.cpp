@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <random>
 
-#include "IpcTest.h"
 #include "support/Child.h"
+#include "support/IpcTest.h"
 
 namespace {
 

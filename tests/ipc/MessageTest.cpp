@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "IpcTest.h"
+#include "support/IpcTest.h"
 
 namespace {
 

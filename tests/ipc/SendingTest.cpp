@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "IpcTest.h"
+#include "support/IpcTest.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cerrno>
 #include <csignal>
 
-#include "IpcTest.h"
 #include "support/Child.h"
+#include "support/IpcTest.h"
 
 namespace {
 

@@ -1,26 +1,32 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
-// Payloads as tests write them: "0000001301" is the five bytes 0, 0, 0, 0x13, 1.
-
-inline std::string FromHex(std::string_view hex) {
+// Bytes as text: two hexadecimal digits each, blanks and line ends between them as one likes.
+inline std::string FromHex(std::string_view text) {
   std::string bytes;
-  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-    bytes += static_cast<char>(std::stoul(std::string(hex.substr(i, 2)), nullptr, 16));
+  int digits = 0;
+  unsigned int byte = 0;
+  for (const char c : text) {
+    if (c == ' ' || c == '\n') continue;
+    byte = byte * 16 + static_cast<unsigned int>(c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10);
+    if (++digits % 2 == 0) {
+      bytes += static_cast<char>(byte);
+      byte = 0;
+    }
   }
   return bytes;
 }
 
 inline std::string ToHex(std::string_view bytes) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string hex;
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string text;
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    hex += kDigits[byte >> 4];
-    hex += kDigits[byte & 15];
+    if (!text.empty()) text += ' ';
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
   }
-  return hex;
+  return text;
 }

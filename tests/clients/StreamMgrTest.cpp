@@ -1,0 +1,67 @@
+#include "clients/StreamMgrApi.h"
+#include "support/Child.h"
+#include "support/IpcTest.h"
+
+namespace {
+
+class StreamMgrTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
+
+  IpcDir directory_;
+  LogCapture log_;
+  LinxIpc me_{"Me"};
+};
+
+TEST_F(StreamMgrTest, WithoutOneTheAnswerIsEmptyAtOnce) {
+  const Stopwatch watch;
+  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 20000), "");
+  EXPECT_LT(watch.Ms(), 1000);
+}
+
+TEST_F(StreamMgrTest, AnswerIsATextOrEmpty) {
+  using namespace std::string_literals;
+  const struct {
+    const char* what;
+    std::string payload;
+    std::string expected;
+  } kCases[] = {
+      {"recording", "\0\6REID-1"s, "REID-1"},
+      {"none", "\0\0"s, ""},
+      {"nothing", "", ""},
+      {"half a length", "\0"s, ""},
+      {"cut off", "\0\6REI"s, ""},
+      {"longer than any", "\1\0"s + std::string(256, 'r'), std::string(255, 'r')},
+  };
+  const RawPeer streamMgr = RawPeer::To("Me", "StreamMgr");
+  ASSERT_EQ(streamMgr.Send(Packet(1)), 0);
+  ASSERT_EQ(Next(me_).sender, "StreamMgr");
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    ASSERT_EQ(streamMgr.Send(Packet(13617, c.payload)), 0);
+    EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 20000), c.expected);
+    EXPECT_EQ(streamMgr.Receive(0), Packet(13616));
+  }
+}
+
+TEST_F(StreamMgrTest, SilenceEndsWithTheTime) {
+  const RawListener silent("StreamMgr");
+  const Stopwatch watch;
+  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 150), "");
+  EXPECT_GE(watch.Ms(), 150);
+  EXPECT_LT(watch.Ms(), 2000);
+}
+
+TEST_F(StreamMgrTest, EndOfTheStreamManagerEndsTheWait) {
+  const RawListener listener("StreamMgr");
+  Child streamMgr([&listener] {
+    const RawPeer client = listener.Accept();
+    return client.Receive() == HelloPacket("Me") && client.Receive() == Packet(13616) ? 0 : 1;
+  });
+  const Stopwatch watch;
+  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 20000), "");
+  EXPECT_LT(watch.Ms(), 10000);
+  EXPECT_EQ(streamMgr.Wait(), 0);
+}
+
+}  // namespace
