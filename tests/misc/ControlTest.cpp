@@ -74,8 +74,8 @@ TEST_F(ControlTest, LogLevelIsSetAndRead) {
           {0, 1872, "000000c5", "Tool"},
           {0, 1873, "00", "Tool"},
           {0, 1873, "00000000", "Other"}});
-  EXPECT_EQ(Happened("send Tool"), (Lines{"send Tool 1874 000000ff", "send Tool 1874 000000c5"}));
-  EXPECT_EQ(Happened("send Other"), Lines{"send Other 1874 000000c5"});
+  EXPECT_EQ(Happened("send Tool"), (Lines{"send Tool 1874 00 00 00 ff", "send Tool 1874 00 00 00 c5"}));
+  EXPECT_EQ(Happened("send Other"), Lines{"send Other 1874 00 00 00 c5"});
   EXPECT_TRUE(Logged("64 HandleLogLevel: set mask c5"));
 }
 

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "ipc/LinxIpc.h"
-#include "ipc/PeerQueue.h"
 #include "support/Hex.h"
 
 Script script;
@@ -117,15 +116,3 @@ void LinxIpc::DeregisterProcessDied() {
   Happened("deregister process died");
   endpoint_->handlers.erase(kProcessDiedNotice);
 }
-
-int PostToPeer(LinxIpc& /*ipc*/, const std::string& peer, unsigned int type, const unsigned char* payload,
-               std::size_t size) {
-  Happened(Describe(peer, type, payload, size));
-  return 0;
-}
-
-bool PeerConnected(LinxIpc& /*ipc*/, const std::string& /*peer*/) {
-  return false;
-}
-
-void OnPeerGone(LinxIpc& /*ipc*/, PeerGoneFunction /*function*/, void* /*context*/) {}

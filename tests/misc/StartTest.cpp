@@ -18,7 +18,7 @@ TEST_F(StartTest, DoesEverythingInOrder) {
   script.arrivals = {kSubscribe, kFullRun};
   EXPECT_TRUE(Init());
   EXPECT_EQ(script.happened,
-            (Lines{"PreInit", "send StateMgr 13232 00000013", "register shutdown", "register process died",
+            (Lines{"PreInit", "send StateMgr 13232 00 00 00 13", "register shutdown", "register process died",
                    "register 13236", "register 1873", "register 1872", "register 13233", "register 13235",
                    "SubscribeToServers true", "send StateMgr 13234 01"}));
   EXPECT_EQ(Log(), (Lines{"128 ProcessInitializer::SetupIpc - Successfully initialized IPC ",
@@ -66,8 +66,8 @@ struct Failure {
   bool subscribes = true;
 };
 
-const char* const kStarted = "send StateMgr 13232 00000013";
-const char* const kFailedStart = "send StateMgr 13244 00000013";
+const char* const kStarted = "send StateMgr 13232 00 00 00 13";
+const char* const kFailedStart = "send StateMgr 13244 00 00 00 13";
 const char* const kSubscribed = "send StateMgr 13234 01";
 const char* const kNotSubscribed = "send StateMgr 13234 00";
 
