@@ -1,0 +1,94 @@
+#include "WireDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+bool ParseNumber(std::string_view text, int base, int& value) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+}  // namespace
+
+bool WirePacket::Add(const std::string& line) {
+  std::istringstream words(line.substr(0, line.find(';')));
+  for (std::string word; words >> word;) {
+    int value = kAny;
+    if (word[0] == '*') {
+      if (bytes_.empty() || !ParseNumber(word.substr(1), 10, value) || value < 1) return false;
+      bytes_.insert(bytes_.end(), static_cast<std::size_t>(value) - 1, bytes_.back());
+      continue;
+    }
+    if (word != "??" && (word.size() != 2 || !ParseNumber(word, 16, value))) return false;
+    bytes_.push_back(value);
+  }
+  return true;
+}
+
+std::string WirePacket::Bytes() const {
+  std::string bytes;
+  for (const int byte : bytes_) {
+    if (byte == kAny) return {};
+    bytes += static_cast<char>(byte);
+  }
+  return bytes;
+}
+
+bool WirePacket::Matches(const std::string& packet) const {
+  if (packet.size() != bytes_.size()) return false;
+  for (std::size_t i = 0; i < bytes_.size(); ++i) {
+    if (bytes_[i] != kAny && bytes_[i] != static_cast<unsigned char>(packet[i])) return false;
+  }
+  return true;
+}
+
+WireDocument::WireDocument(const std::string& path) {
+  std::ifstream file(path);
+  bool inBlock = false;
+  Entry* entry = nullptr;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("```")) {
+      inBlock = line == "```wire";
+      entry = nullptr;
+    } else if (inBlock && !line.starts_with(" ")) {
+      entry = Begin(line);
+    } else if (inBlock && (entry == nullptr || !entry->packet.Add(line))) {
+      faults_.push_back(line);
+    }
+  }
+}
+
+WireDocument::Entry* WireDocument::Begin(const std::string& headline) {
+  const std::size_t gap = headline.find("  ");
+  if (gap == std::string::npos || packets_.count(headline.substr(0, gap)) != 0) {
+    faults_.push_back(headline);
+    return nullptr;
+  }
+  Entry& entry = packets_[headline.substr(0, gap)];
+  entry.direction = headline.substr(gap + 2);
+  return &entry;
+}
+
+const WirePacket& WireDocument::Packet(const std::string& name, const std::string& direction) {
+  const auto found = packets_.find(name);
+  if (found == packets_.end() || found->second.direction != direction) {
+    ADD_FAILURE() << "the document has no packet " << name << " " << direction;
+    static const WirePacket none;
+    return none;
+  }
+  found->second.played = true;
+  return found->second.packet;
+}
+
+std::vector<std::string> WireDocument::NotPlayed() const {
+  std::vector<std::string> names;
+  for (const auto& [name, entry] : packets_) {
+    if (!entry.played) names.push_back(name);
+  }
+  return names;
+}

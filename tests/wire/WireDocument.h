@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+// A packet of the document: its bytes, of which some may be any.
+class WirePacket {
+ public:
+  // Adds what stands on one line: bytes in hexadecimal, "??" for any, " *9" to repeat the last one.
+  // False when it is something else.
+  bool Add(const std::string& line);
+
+  // The bytes; nothing when some may be any.
+  std::string Bytes() const;
+  bool Matches(const std::string& packet) const;
+
+ private:
+  static constexpr int kAny = -1;
+  std::vector<int> bytes_;
+};
+
+// The packets of the document's blocks marked "wire", by name.
+class WireDocument {
+ public:
+  explicit WireDocument(const std::string& path);
+
+  // Lines that were not understood.
+  const std::vector<std::string>& Faults() const { return faults_; }
+  std::size_t Size() const { return packets_.size(); }
+
+  // The packet of that name and direction ("A > B"); fails the test and gives an empty one when
+  // there is none. What was asked for counts as played.
+  const WirePacket& Packet(const std::string& name, const std::string& direction);
+  std::vector<std::string> NotPlayed() const;
+
+ private:
+  struct Entry {
+    std::string direction;
+    WirePacket packet;
+    bool played = false;
+  };
+
+  Entry* Begin(const std::string& headline);
+
+  std::map<std::string, Entry> packets_;
+  std::vector<std::string> faults_;
+};

@@ -1,0 +1,110 @@
+// Plays the packets of docs/wire.md to the real process, over bare sockets: what the page says is
+// all that this peer knows.
+
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "WireDocument.h"
+#include "support/Child.h"
+#include "support/Hex.h"
+#include "support/IpcDir.h"
+#include "support/LogCapture.h"
+#include "support/RawPeer.h"
+
+namespace {
+
+class WireTest : public testing::Test {
+ protected:
+  WireTest() {
+    setenv("METADATA_ROOT", directory_.Beside("").c_str(), 1);
+    setenv("METADATA_SHM", sharedName_.c_str(), 1);
+    unsetenv("NOTIFY_SOCKET");
+    unsetenv("RUN_WITHOUT_STATEMGR");
+  }
+  ~WireTest() override { shm_unlink(sharedName_.c_str()); }
+
+  // `peer` is the side of the conversation that this test plays.
+  void Send(const RawPeer& peer, const std::string& from, const std::string& name) {
+    SCOPED_TRACE(name);
+    const std::string packet = document_.Packet(name, from + " > MetadataMgr").Bytes();
+    ASSERT_FALSE(packet.empty());
+    ASSERT_EQ(peer.Send(packet), 0);
+  }
+  void Expect(const RawPeer& peer, const std::string& to, const std::string& name) {
+    SCOPED_TRACE(name);
+    const std::string packet = peer.Receive().value_or("");
+    EXPECT_TRUE(document_.Packet(name, "MetadataMgr > " + to).Matches(packet)) << ToHex(packet);
+  }
+  void Start() {
+    ASSERT_EQ(document_.Faults(), std::vector<std::string>());
+    Expect(stateMgr_ = stateMgrListener_.Accept(), "StateMgr", "started-hello");
+  }
+
+  WireDocument document_{WIRE_DOCUMENT};
+  IpcDir directory_;
+  LogCapture log_;
+  const std::string sharedName_ = "/mm-wire-" + std::to_string(getpid());
+  RawListener stateMgrListener_{"StateMgr"};
+  RawPeer stateMgr_;
+};
+
+TEST_F(WireTest, PlaysTheWholeDocument) {
+  const RawListener streamMgrListener("StreamMgr");
+  Child process({METADATAMGR});
+  Start();
+  Expect(stateMgr_, "StateMgr", "started");
+  Send(stateMgr_, "StateMgr", "subscribe-to-servers");
+  const RawPeer streamMgr = streamMgrListener.Accept();
+  Expect(streamMgr, "StreamMgr", "stream-hello");
+  Expect(streamMgr, "StreamMgr", "get-recording");
+  Send(streamMgr, "StreamMgr", "recording");
+  Expect(stateMgr_, "StateMgr", "subscribed-to-servers");
+  for (const char* notice : {"full-run", "died", "restarted"}) Send(stateMgr_, "StateMgr", notice);
+
+  const RawPeer viewer = RawPeer::To("MetadataMgr");
+  for (const char* packet : {"hello", "ping", "set-log-level", "get-log-level"})
+    Send(viewer, "Viewer", packet);
+  for (const char* packet : {"ping-answer", "log-level", "log-level"}) Expect(viewer, "Viewer", packet);
+
+  const struct {
+    const char* request;
+    const char* answer;
+  } kExchanges[] = {{"follow-bookmarks", "bookmarks-followed"},
+                    {"bookmark", "bookmark-notice"},
+                    {"no-such-item", "refused"},
+                    {"get-last-tick", "last-tick"},
+                    {"copy", "copied"}};
+  for (const auto& exchange : kExchanges) {
+    Send(viewer, "Viewer", exchange.request);
+    Expect(viewer, "Viewer", exchange.answer);
+  }
+  for (const char* packet : {"stop-following", "bookmark", "record-start", "record-stop", "stream-state",
+                             "camera-state", "microphone-state", "ping"}) {
+    Send(viewer, "Viewer", packet);
+  }
+  Expect(viewer, "Viewer", "ping-answer");  // and no notice of the second bookmark before it
+
+  Send(stateMgr_, "StateMgr", "quit");
+  Expect(stateMgr_, "StateMgr", "shut-down");
+  EXPECT_EQ(process.Wait(), 0);
+  EXPECT_EQ(log_.Lines("ReportBookmark"), 2);
+  EXPECT_EQ(log_.Lines("recordStart = 1"), 1);
+  EXPECT_EQ(log_.Lines("recordStart = 0"), 1);
+  for (const char* complaint : {"too short", "No handler", "Invalid", "malformed", "Dropped", "Refused"}) {
+    EXPECT_EQ(log_.Lines(complaint), 0) << log_.Text();
+  }
+  EXPECT_EQ(document_.NotPlayed(), std::vector<std::string>{"failed-start"});
+}
+
+TEST_F(WireTest, PlaysTheFailedStart) {
+  setenv("METADATA_ROOT", "/proc", 1);
+  Child process({METADATAMGR});
+  Start();
+  Expect(stateMgr_, "StateMgr", "failed-start");
+  EXPECT_EQ(process.Wait(), 1);
+}
+
+}  // namespace
