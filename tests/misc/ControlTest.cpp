@@ -14,10 +14,6 @@ class ControlTest : public Frame {
     script.arrivals.push_back({0, 13235, ""});
     (void)Init(logLevel);
   }
-  bool Logged(const std::string& line) const {
-    const Lines log = Log();
-    return std::find(log.begin(), log.end(), line) != log.end();
-  }
 };
 
 TEST_F(ControlTest, QuitFirstStopsListeningThenShutsDownThenAnswers) {
@@ -26,25 +22,12 @@ TEST_F(ControlTest, QuitFirstStopsListeningThenShutsDownThenAnswers) {
   EXPECT_EQ(Lines(happened.end() - 5, happened.end()),
             (Lines{"deregister process died", "deregister shutdown", "deregister 13236", "Shutdown",
                    "send StateMgr 13239"}));
-  EXPECT_TRUE(Logged("128 Quit Requested"));
 }
 
 TEST_F(ControlTest, AfterQuitHearsOfNobodyElse) {
   Arrive({{0, kQuit, ""}, {0, kDied, "0000000c"}, {0, kRestarted, "0000000c"}, {0, kQuit, ""}});
   EXPECT_EQ(Happened("Process"), Lines{});
   EXPECT_EQ(Happened("Shutdown"), Lines{"Shutdown"});
-}
-
-TEST_F(ControlTest, QuitWhoseAnswerCannotBeAllocated) {
-  script.cannotAllocate = 13239;
-  Arrive({{0, kQuit, ""}}, kLogError);
-  EXPECT_EQ(Log(), Lines{"1 ProcessInitializer::RespondToShutdown - Error allocating request"});
-}
-
-TEST_F(ControlTest, QuitWhoseAnswerCannotBeSent) {
-  script.cannotSend = 13239;
-  Arrive({{0, kQuit, ""}}, kLogError);
-  EXPECT_EQ(Log(), Lines{"1 Error sending notify to StateMgr"});
 }
 
 TEST_F(ControlTest, QuitWithoutStateManagerAnswersNothing) {
@@ -55,56 +38,23 @@ TEST_F(ControlTest, QuitWithoutStateManagerAnswersNothing) {
   EXPECT_EQ(script.happened.back(), "Shutdown");
 }
 
-TEST_F(ControlTest, NoticesNameTheProcess) {
-  Arrive({{0, kDied, "0000000c"}, {0, kRestarted, "80000003ff"}});
-  EXPECT_EQ(Happened("Process"), (Lines{"ProcessDied 12", "ProcessRestarted 2147483651"}));
-  EXPECT_TRUE(Logged("128 Process Died"));
-  EXPECT_TRUE(Logged("128 Process Restarted"));
-}
-
-TEST_F(ControlTest, NoticesWithoutAProcessAreDropped) {
-  Arrive({{0, kDied, ""}, {0, kRestarted, ""}, {0, kDied, "00000c"}, {0, kRestarted, "0c"}}, kLogMalformed);
-  EXPECT_EQ(Happened("Process"), Lines{});
-  EXPECT_EQ(Log(), (Lines{"2 NULL MESSAGE", "2 NULL MESSAGE", "2 Process notice: payload is too short",
-                          "2 Process notice: payload is too short"}));
-}
-
-TEST_F(ControlTest, LogLevelIsSetAndRead) {
-  Arrive({{0, 1873, "ffffffff", "Tool"},
-          {0, 1872, "000000c5", "Tool"},
-          {0, 1873, "00", "Tool"},
-          {0, 1873, "00000000", "Other"}});
-  EXPECT_EQ(Happened("send Tool"), (Lines{"send Tool 1874 00 00 00 ff", "send Tool 1874 00 00 00 c5"}));
-  EXPECT_EQ(Happened("send Other"), Lines{"send Other 1874 00 00 00 c5"});
-  EXPECT_TRUE(Logged("64 HandleLogLevel: set mask c5"));
-}
-
-struct LogLevelFailure {
-  const char* name;
+// Answers that cannot be allocated or sent.
+const struct {
   Script script;
-  Lines log;
+  const char* log;  // masks 1 and 2
+} kFailures[] = {
+    {{0, {{0, kQuit, ""}}, 13239}, "1 ProcessInitializer::RespondToShutdown - Error allocating request"},
+    {{0, {{0, kQuit, ""}}, 0, 13239}, "1 Error sending notify to StateMgr"},
+    {{0, {{0, 1873, "00000000"}}, 1874}, "1 handleLogLevel: Cannot allocate response"},
+    {{0, {{0, 1872, "00000003"}}, 0, 1874}, "2 handleLogLevel: Failed to send response"},
 };
 
-const LogLevelFailure kLogLevelFailures[] = {
-    {"NoPayload", {0, {{0, 1873, ""}, {0, 1872, ""}}}, Lines(2, "2 HandleLogLevel: error, DataPtr is null")},
-    {"ShortPayload",
-     {0, {{0, 1873, "000000"}, {0, 1872, "ff"}}},
-     Lines(2, "2 HandleLogLevel: payload is too short")},
-    {"CannotAllocate", {0, {{0, 1873, "00000000"}}, 1874}, {"1 handleLogLevel: Cannot allocate response"}},
-    {"CannotSend", {0, {{0, 1873, "00000000"}}, 0, 1874}, {"2 handleLogLevel: Failed to send response"}},
-};
-
-class LogLevelFailureTest : public ControlTest, public testing::WithParamInterface<LogLevelFailure> {};
-
-TEST_P(LogLevelFailureTest, IsNotAnswered) {
-  script = GetParam().script;
-  Arrive(script.arrivals, kLogError | kLogMalformed);
-  EXPECT_EQ(Happened("send StateMgr 1874"), Lines{});
-  EXPECT_EQ(Log(), GetParam().log);
-  EXPECT_EQ(LogClient::Instance().Level(), 3U);
+TEST_F(ControlTest, AnswersThatFailAreLogged) {
+  for (const auto& failure : kFailures) {
+    script = failure.script;
+    Arrive(script.arrivals, kLogError | kLogMalformed);
+    EXPECT_EQ(Log(), Lines{failure.log});
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, LogLevelFailureTest, testing::ValuesIn(kLogLevelFailures),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -35,12 +35,6 @@ TEST_F(StartTest, PassesTheFlagOnAndAnswersEachSubscribeRequest) {
   EXPECT_EQ(Log()[8], "128 ProcessInitializer::WaitForStateMgr - Received a message - 9");
 }
 
-TEST_F(StartTest, MayBeToldToRunWithoutHavingSubscribed) {
-  script.arrivals = {kFullRun};
-  EXPECT_TRUE(Init());
-  EXPECT_EQ(Happened("Subscribe"), Lines{});
-}
-
 TEST_F(StartTest, WithoutStateManagerSubscribesAtOnceAndSendsNothing) {
   WithoutStateMgr();
   EXPECT_TRUE(Init());

@@ -1,0 +1,232 @@
+#include <csignal>
+
+#include "Car.h"
+#include "support/Hex.h"
+#include "system/Systick.h"
+
+namespace {
+
+// A bookmark's notification id, as hex, and as the test awaits it.
+const std::string kNoticeId = "00001234";
+constexpr unsigned int kNotice = 0x1234;
+const std::string kBookmarkItem = "00000000";
+
+TEST(Event, TravelsFromTheMessageToTheFile) {
+  const struct {
+    unsigned int type;
+    std::string payload;
+    Lines events;
+  } table[] = {
+      {kRecordStartStop, "80000001 01", {"recording started event 2147483649"}},
+      {kRecordStartStop, "00000000 00", {"recording stopped event 0"}},
+      {kRecordStartStop, "00000005 02ffff", {"recording started event 5"}},
+      {kBookmark, "00000006", {"bookmark set event 6"}},
+      {kBookmark, "ffffffff 00", {"bookmark set event 4294967295"}},
+      {kStreamState, "00000007 00000003 00000009", {"stream 3 state 9 event 7"}},
+      {kStreamState, "00000007 00000004 00000009", {}},
+      {kStreamState, "00000007 ffffffff 00000009", {}},
+      {kStreamState, "00000007 00000000 ffffffff", {"stream 0 state 4294967295 event 7"}},
+      {kCameraState, "00000008 00000003 00000001 00", {"camera 3 state 1 event 8"}},
+      {kCameraState, "00000008 00000004 00000001", {}},
+      {kCameraState, "00000008 ffffffff 00000001", {}},
+      {kMicState,
+       "00000009 00000003 0100",
+       {"microphone 3 present event 9", "microphone 3 not active event 9"}},
+      {kMicState, "0000000a 00000000 0001", {"microphone 0 absent event 10", "microphone 0 active event 10"}},
+      {kMicState, "00000009 00000004 0100", {}},
+      {kMicState, "00000009 ffffffff 0100", {}},
+  };
+  Car car;
+  car.Run();
+  Lines expected;
+  for (const auto& row : table) {
+    car.stateMgr.Send(row.type, row.payload);
+    expected.insert(expected.end(), row.events.begin(), row.events.end());
+  }
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), expected);
+  EXPECT_EQ(car.Log(kTrouble), (Lines{"1 MetadataMgr: VideoStreamStateChanged: Invalid streamNo 4",
+                                      "1 MetadataMgr: VideoStreamStateChanged: Invalid streamNo 4294967295",
+                                      "1 MetadataMgr: CameraStateChanged: Invalid camera no 4",
+                                      "1 MetadataMgr: CameraStateChanged: Invalid camera no 4294967295",
+                                      "1 MetadataMgr: ReportMicState: Invalid mic no 4",
+                                      "1 MetadataMgr: ReportMicState: Invalid mic no 4294967295"}));
+}
+
+TEST(Event, IsRecordedInSilenceAtLogLevelZero) {
+  Car car;
+  car.Run({"-l", "0"});
+  car.stateMgr.Send(kBookmark, "00000001");
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{"bookmark set event 1"});
+  EXPECT_EQ(car.program->Err(), "");
+}
+
+TEST(Event, SaysWhatItDoes) {
+  const struct {
+    unsigned int type;
+    std::string payload;
+    Lines log;
+  } table[] = {
+      {kRecordStartStop,
+       "00000005 01",
+       {"64 MetadataMgr: RecordStartStopHandler", "128 MetadataMgr: ReportRecordingEvent - recordStart = 1"}},
+      {kBookmark,
+       "00000006",
+       {"64 MetadataMgr: BookmarkHandler", "128 MetadataMgr: ReportBookmark",
+        "128 MetadataMgrServer: Bookmark"}},
+      {kGetTick, "", {"128 MetadataMgr: GetLastSystemTickHandler"}},
+      {kDied,
+       "0000000c",
+       {"128 Common/Misc/ProcessInitializer: Process Died", "64 MetadataMgr: Process Died 12"}},
+      {kRestarted,
+       "00000063",
+       {"128 Common/Misc/ProcessInitializer: Process Restarted", "64 MetadataMgr: Process Restarted 99"}},
+      {kLogLevelSet,
+       "000000ff",
+       {"128 Common/Misc/ProcessInitializer: HandleLogLevel",
+        "64 Common/Misc/ProcessInitializer: HandleLogLevel: set mask ff"}},
+      // without the payload that it needs
+      {kRecordStartStop,
+       "",
+       {"64 MetadataMgr: RecordStartStopHandler",
+        "2 MetadataMgr: RecordStartStopHandler: error, DataPtr is null"}},
+      {kBookmark,
+       "",
+       {"64 MetadataMgr: BookmarkHandler", "2 MetadataMgr: BookmarkHandler: error, DataPtr is null"}},
+      {kStreamState,
+       "",
+       {"64 MetadataMgr: VideoStreamStateChangeHandler",
+        "2 MetadataMgr: VideoStreamStateChangeHandler: error, DataPtr is null"}},
+      {kCameraState,
+       "",
+       {"64 MetadataMgr: CliCameraStateChangedHandler",
+        "2 MetadataMgr: CameraStateChangedHandler: error, DataPtr is null"}},
+      {kMicState,
+       "",
+       {"64 MetadataMgr: MicStateChangedHandler",
+        "2 MetadataMgr: MicStateChangedHandler: error, DataPtr is null"}},
+      {kCopy,
+       "",
+       {"64 MetadataMgr: MetadataToFile", "2 MetadataMgr: MetadataToFileHandler: error, DataPtr is null"}},
+      {kDied,
+       "",
+       {"128 Common/Misc/ProcessInitializer: Process Died",
+        "2 Common/Misc/ProcessInitializer: NULL MESSAGE"}},
+      {kRestarted,
+       "",
+       {"128 Common/Misc/ProcessInitializer: Process Restarted",
+        "2 Common/Misc/ProcessInitializer: NULL MESSAGE"}},
+      {kLogLevelGet,
+       "",
+       {"128 Common/Misc/ProcessInitializer: HandleLogLevel",
+        "2 Common/Misc/ProcessInitializer: HandleLogLevel: error, DataPtr is null"}},
+  };
+  Car car;
+  car.Run({"-l", "255"});
+  for (const auto& row : table) EXPECT_EQ(car.LogAfter(row.type, row.payload), row.log) << row.type;
+}
+
+TEST(Event, IsOnDiskAsSoonAsItIsCriticalAndReported) {
+  Car car;
+  car.Run();
+  car.stateMgr.Send(kBookmark, "00000001");
+  EXPECT_TRUE(car.Answers());
+  car.program->Signal(SIGKILL);
+  EXPECT_EQ(car.End(), 128 + SIGKILL);
+  EXPECT_EQ(car.Events(), Lines{"bookmark set event 1"});
+  EXPECT_EQ(car.Records("source='run'"), Lines{});
+
+  car.Run();  // the next one begins a file of its own
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{});
+  EXPECT_EQ(
+      car.Records(
+             "source='previous run' AND event='initial' AND text LIKE 'cut off metadata.000001.db at tick %'")
+          .size(),
+      1U);
+}
+
+TEST(Event, FillersAreWrittenOnEachPassWhereForced) {
+  Car car;
+  car.environment["FORCE_METADATA"] = "";
+  car.Run();
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Log(), Lines{"4 MetadataMgr: Forcing fake periodic metadata"});
+  const Lines fillers = car.Records("source='filler' AND event='event'");
+  ASSERT_FALSE(fillers.empty());
+  EXPECT_GT(std::stoul(fillers[0].substr(std::string("filler Test string for filler ").size())), 0U);
+}
+
+TEST(Bookmark, ReachesEverySubscriber) {
+  Car car;
+  Peer display("Display");
+  Peer modem("Modem");
+  car.Run();
+  for (Peer* peer : {&display, &modem}) {
+    EXPECT_EQ(peer->Ask(kSubscribeItem, kBookmarkItem + kNoticeId, kItem),
+              ToHex(FromHex(kBookmarkItem + kNoticeId + "00000000 00")));
+  }
+  car.stateMgr.Send(kBookmark, "00000001");
+  car.stateMgr.Send(kBookmark, "00000002");
+  for (Peer* peer : {&display, &modem}) {
+    EXPECT_EQ(peer->Await(kNotice), "01");
+    EXPECT_EQ(peer->Await(kNotice), "01");
+  }
+  modem.Send(kUnsubscribeItem, kBookmarkItem + kNoticeId);
+  EXPECT_EQ(modem.Ask(kPing, "", kPong), "");
+  car.stateMgr.Send(kBookmark, "00000003");
+  EXPECT_EQ(display.Await(kNotice), "01");
+  EXPECT_EQ(modem.Ask(kPing, "", kPong), "");
+  EXPECT_TRUE(modem.HasHeardNothing());
+}
+
+TEST(Bookmark, ReadsFalseAndIsTheOnlyItem) {
+  Car car;
+  car.Run({"-l", "131"});
+  car.stateMgr.Send(kBookmark, "00000001");
+  EXPECT_EQ(car.stateMgr.Ask(kSubscribeItem, "00000000 00000000", kItem),
+            "00 00 00 00 00 00 00 00 00 00 00 00 00");
+  EXPECT_EQ(
+      car.LogAfter(kSubscribeItem, "00000001 00001234"),
+      (Lines{"128 MetadataMgrServer: GetItem", "2 MetadataMgrServer: GetItem Unknown item passed in 1"}));
+  EXPECT_EQ(car.stateMgr.Await(kItem), "00 00 00 01 00 00 12 34 00 00 00 02");
+}
+
+TEST(Request, LastSystemTickIsTheOneThatTheStoreHolds) {
+  Car car;
+  const unsigned int before = Systick().SystemTick();
+  car.Run();
+  const std::string answer = FromHex(car.stateMgr.Ask(kGetTick, "ffff", kTick));
+  ASSERT_EQ(answer.size(), 8U);
+  const unsigned long tick = std::stoul(
+      ToHex(answer.substr(0, 2)).erase(2, 1) + ToHex(answer.substr(2, 2)).erase(2, 1), nullptr, 16);
+  EXPECT_GE(tick, before);
+  EXPECT_LE(tick, Systick().SystemTick());
+  EXPECT_EQ(ToHex(answer.substr(4)), "01 00 00 00");
+}
+
+TEST(Request, LogLevelIsSetAndRead) {
+  Car car;
+  Peer tool("Tool");
+  car.Run();
+  EXPECT_EQ(tool.Ask(kLogLevelSet, "00000087", kLogLevel), "00 00 00 87");
+  EXPECT_EQ(car.stateMgr.Ask(kLogLevelGet, "ffffffff", kLogLevel), "00 00 00 87");
+  EXPECT_TRUE(car.Logged("128 Common/Misc/ProcessInitializer: HandleLogLevel"));
+  tool.Send(kLogLevelGet);
+  EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
+  EXPECT_TRUE(tool.HasHeardNothing());
+}
+
+TEST(Request, CopyIsAnsweredWithFailure) {
+  const std::string range = "00000000 ffffffff";
+  const std::string payloads[] = {"61", ToHex("copy.db" + std::string(1017, '\0')) + range,
+                                  ToHex(std::string(1024, 'x')) + range,
+                                  ToHex(std::string(1024, '\0')) + range};
+  Car car;
+  car.Run();
+  for (const std::string& payload : payloads) EXPECT_EQ(car.stateMgr.Ask(kCopy, payload, kCopied), "00");
+  EXPECT_EQ(car.Log(), Lines(2, "2 MetadataMgr: MetadataToFileHandler: malformed request"));
+}
+
+}  // namespace

@@ -1,0 +1,191 @@
+#include <cerrno>
+#include <random>
+
+#include "Car.h"
+#include "support/Eventually.h"
+#include "support/Hex.h"
+#include "support/RawPeer.h"
+
+namespace {
+
+const std::string kName = "MetadataMgr";
+
+// Every message that has a length of its own, and who says when it is too short.
+const struct {
+  unsigned int type;
+  unsigned int bytes;
+  const char* line;
+} kMessages[] = {
+    {kRecordStartStop, 5, "2 MetadataMgr: RecordStartStopHandler: payload is too short"},
+    {kBookmark, 4, "2 MetadataMgr: BookmarkHandler: payload is too short"},
+    {kStreamState, 12, "2 MetadataMgr: VideoStreamStateChangeHandler: payload is too short"},
+    {kCameraState, 12, "2 MetadataMgr: CliCameraStateChangedHandler: payload is too short"},
+    {kMicState, 10, "2 MetadataMgr: MicStateChangedHandler: payload is too short"},
+    {kLogLevelSet, 4, "2 Common/Misc/ProcessInitializer: HandleLogLevel: payload is too short"},
+    {kLogLevelGet, 4, "2 Common/Misc/ProcessInitializer: HandleLogLevel: payload is too short"},
+    {kDied, 4, "2 Common/Misc/ProcessInitializer: Process notice: payload is too short"},
+    {kRestarted, 4, "2 Common/Misc/ProcessInitializer: Process notice: payload is too short"},
+};
+
+TEST(Hostile, MessagesCutAtAnyLengthAreDroppedWithOneLine) {
+  Car car;
+  car.Run();
+  for (const auto& message : kMessages) {
+    for (unsigned int bytes = 1; bytes < message.bytes; ++bytes) {
+      const std::string payload = ToHex(std::string(bytes, '\xff'));
+      EXPECT_EQ(car.LogAfter(message.type, payload), Lines{message.line}) << message.type << ' ' << bytes;
+    }
+  }
+  EXPECT_EQ(car.stateMgr.Ask(kLogLevelGet, "00000000", kLogLevel), "00 00 00 07");
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{});
+}
+
+TEST(Hostile, MessagesOfTheGreatestLengthAreReadAsFarAsTheyAreKnown) {
+  Car car;
+  car.Run();
+  const std::string longest = ToHex(std::string(IpcMessage::kMaxPayload, '\x02'));
+  for (const auto& message : kMessages) {
+    EXPECT_LE(car.LogAfter(message.type, longest).size(), 1U) << message.type;
+  }
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), (Lines{"recording started event 33686018", "bookmark set event 33686018"}));
+}
+
+TEST(Hostile, RequestsOfTheSubscribeProtocolCutAtAnyLengthAreNotAnswered) {
+  Car car;
+  Peer tool("Tool");
+  car.Run({"-l", "1"});
+  for (const unsigned int type : {kSubscribeItem, kUnsubscribeItem, kItem}) {
+    for (std::size_t bytes = 0; bytes < 8; ++bytes) tool.Send(type, ToHex(std::string(bytes, '\0')));
+  }
+  EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
+  EXPECT_TRUE(tool.HasHeardNothing());
+  EXPECT_EQ(car.Log(), Lines{});
+}
+
+TEST(Hostile, UnknownMessagesAreIgnoredWithOneLine) {
+  Car car;
+  Peer tool("Tool");
+  car.Run();
+  EXPECT_EQ(car.LogAfter(tool, 4711, "00"), Lines{"2 LinxIpc: No handler for message 4711 from Tool"});
+  for (const unsigned int type : {0U, 1U, 13232U, 13491U, 13499U, 0xFFFFFFFFU}) tool.Send(type, "ff");
+  EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
+}
+
+TEST(Hostile, OnlyTheStateManagerSaysWhoDied) {
+  Car car;
+  Peer tool("Tool");
+  car.Run();
+  EXPECT_EQ(car.LogAfter(tool, kDied, "0000000c"),
+            Lines{"2 LinxIpc: Dropped a process-died notice from Tool"});
+}
+
+TEST(Hostile, PeersWithoutMannersAreRefused) {
+  Car car;
+  Peer tool("Tool");
+  car.Run();
+  EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
+  const RawPeer silent = RawPeer::To(kName);
+  const std::string firstPackets[] = {"x",
+                                      Packet(kPing),
+                                      Packet(kQuit),
+                                      HelloPacket(""),
+                                      HelloPacket("../etc/passwd"),
+                                      HelloPacket(std::string(33, 'x')),
+                                      HelloPacket("MetadataMgr"),
+                                      HelloPacket("Tool"),
+                                      std::string("LINX\x02Tool"),
+                                      std::string(100000, 'x')};
+  for (const std::string& packet : firstPackets) {
+    const RawPeer peer = RawPeer::To(kName);
+    EXPECT_EQ(peer.Send(packet), 0);
+    EXPECT_TRUE(peer.Closed(20000)) << packet.substr(0, 40);
+  }
+  EXPECT_TRUE(car.Answers());
+  EXPECT_LE(car.Log().size(), std::size(firstPackets));
+  EXPECT_EQ(car.Quit(), 0);
+}
+
+TEST(Hostile, OversizedPacketsAreDroppedAndTheNextIsServed) {
+  Car car;
+  car.Run();
+  const RawPeer tool = RawPeer::To(kName, "Tool");
+  EXPECT_EQ(tool.Send("abc"), 0);
+  EXPECT_EQ(tool.Send(Packet(kBookmark, std::string(IpcMessage::kMaxPayload + 1, '\0'))), 0);
+  EXPECT_EQ(tool.Send(Packet(kPing)), 0);
+  EXPECT_EQ(tool.Receive(), Packet(kPong));
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{});
+}
+
+TEST(Hostile, APeerThatNeverReadsHoldsNobodyUp) {
+  Car car;
+  car.Run({"-l", "1"});
+  const RawPeer deaf = RawPeer::To(kName, "Deaf");
+  EXPECT_EQ(deaf.Send(Packet(kSubscribeItem, FromHex("00000000 00001234"))), 0);
+  for (int i = 0; i < 3000; ++i) (void)deaf.Send(Packet(kGetTick));
+  for (int i = 0; i < 1000; ++i) car.stateMgr.Send(kBookmark, "00000001");
+  EXPECT_TRUE(car.Answers());
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events().size(), 1000U);
+}
+
+TEST(Hostile, ASecondOneUnderTheNameDoesNotStart) {
+  Car car;
+  car.Run();
+  const auto second = car.StartAnother();
+  EXPECT_EQ(second->End(), 1);
+  EXPECT_EQ(
+      Car::LogOf(*second),
+      (Lines{"1 LinxIpc: Cannot open endpoint MetadataMgr: Address already in use",
+             "1 Common/Misc/ProcessInitializer: ProcessInitializer::SetupIpc - Error initializing the Server",
+             "1 Common/Misc/ProcessInitializer: Init: Server setup failed",
+             "1 MetadataMgr: Unable to initialize MetadataMgr"}));
+  EXPECT_TRUE(car.Answers());
+  EXPECT_TRUE(car.stateMgr.HasHeardNothing());
+  EXPECT_EQ(car.SharedRecord()[0], 1);
+  EXPECT_EQ(car.Quit(), 0);
+}
+
+TEST(Hostile, ASocketThatWasLeftBehindIsReplaced) {
+  Car car;
+  car.Run();
+  car.program->Signal(SIGKILL);
+  EXPECT_EQ(car.End(), 128 + SIGKILL);
+  EXPECT_FALSE(RawPeer::To(kName).Connected());
+  car.Run();
+  EXPECT_EQ(car.Quit(), 0);
+}
+
+TEST(Hostile, RandomPacketsDoNoHarm) {
+  constexpr unsigned int kTypes[] = {kLogLevelSet,     kLogLevelGet,  kSubscribeItem, kItem,
+                                     kUnsubscribeItem, kStarted,      kSubscribe,     kFullRun,
+                                     kRestarted,       kDied,         kPing,          kCopy,
+                                     kGetTick,         kRecording,    kStreamState,   kCameraState,
+                                     kMicState,        kGetRecording, kBookmark,      kRecordStartStop};
+  std::mt19937 random(19);
+  const auto below = [&random](std::size_t end) { return static_cast<std::size_t>(random()) % end; };
+  const auto packet = [&] {
+    std::string payload(below(16) == 0 ? below(4200) : below(24), '\0');
+    for (char& c : payload) c = static_cast<char>(below(4) == 0 ? 0 : random());
+    const auto any = static_cast<unsigned int>(below(kQuit));
+    return Packet(below(8) == 0 ? any : kTypes[below(std::size(kTypes))], payload);
+  };
+  Car car;
+  car.Run();
+  const RawPeer tool = RawPeer::To(kName, "Tool");
+  for (int i = 0; i < 5000; ++i) {
+    if (below(64) == 0) (void)RawPeer::To(kName).Send(packet());
+    while (tool.Send(packet()) == EAGAIN) (void)tool.Receive(1);
+    while (tool.Receive(0).value_or("") != "") {
+    }
+  }
+  const std::string last = FromHex("deadbeef 00000001");
+  while (tool.Send(Packet(kSubscribeItem, last)) == EAGAIN) (void)tool.Receive(1);
+  EXPECT_TRUE(Eventually([&] { return tool.Receive().value_or("").starts_with(Packet(kItem, last)); }));
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
+}
+
+}  // namespace

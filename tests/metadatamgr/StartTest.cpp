@@ -1,0 +1,270 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "Car.h"
+#include "support/Eventually.h"
+#include "support/Hex.h"
+#include "support/ListeningSocket.h"
+
+namespace {
+
+const std::string kInitializer = "Common/Misc/ProcessInitializer: ";
+
+// What every failed start logs at its end.
+Lines ThenNotInitialized(Lines lines) {
+  lines.emplace_back("1 MetadataMgr: Unable to initialize MetadataMgr");
+  return lines;
+}
+
+TEST(Start, LeadsFromTheFirstLineToTheLast) {
+  Car car;
+  car.Run({"-l", "255"});
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Log(kTrouble), Lines{});
+  Lines log = car.Log(64 | 128);
+  for (std::string& line : log) line = line.substr(0, line.find("tick "));
+  EXPECT_EQ(
+      log,
+      (Lines{
+          "128 Common/Misc/ProcessInitializer: ProcessInitializer::SetupIpc - Successfully initialized IPC ",
+          "64 MetadataMgr: PreInit", "128 MetadataMgr: Connected to shared Memory",
+          "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
+          "128 Common/Misc/ProcessInitializer: IgnoreHandler",
+          "128 Common/Misc/ProcessInitializer: WaitForStateMgr: Got a StateMgrProcessMsg_Subscribe",
+          "64 MetadataMgr: SubscribeToServers",
+          "64 MetadataMgr: Starting first output to metadata files at system ",
+          "64 MetadataMgr: finished first output to metadata files",
+          "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
+          "128 Common/Misc/ProcessInitializer: IgnoreHandler",
+          "128 Common/Misc/ProcessInitializer: WaitForStateMgr: Got a StateMgrProcessMsg_FullRun",
+          "64 MetadataMgr: Ping Handler", "128 Common/Misc/ProcessInitializer: Quit Requested",
+          "64 MetadataMgr: Shutdown Requested", "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
+          "128 MetadataMgr: Exiting 0"}));
+  const std::string process = " MetadataMgr[" + std::to_string(car.program->Id()) + "] 128 MetadataMgr:";
+  EXPECT_NE(car.program->Err().find(process), std::string::npos);
+}
+
+TEST(Start, MakesTheMetadataDirectory) {
+  Car car;
+  car.Run();
+  struct stat status {};
+  ASSERT_EQ(stat(car.Path("disk/metadata").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode, S_IFDIR | 0770U);
+}
+
+// A start that fails before the endpoint is of use to anybody: the state manager is told.
+struct Broken {
+  const char* name;
+  const char* variable;
+  const char* value;  // "/..." is a path in the car
+  Lines log;
+};
+
+const Broken kBroken[] = {
+    {"DirectoryNotCreatable", "METADATA_ROOT", "/absent/disk", {"1 MetadataMgr: Error Creating directory2"}},
+    {"RootIsAFile", "METADATA_ROOT", "/file", {"1 MetadataMgr: Error Creating directory20"}},
+    {"MetadataDirectoryIsAFile", "METADATA_ROOT", "/odd", {}},
+    {"SharedRecordNotAttachable",
+     "METADATA_SHM",
+     "no/name",
+     {"1 MetadataSharedMem: cannot attach /no/name: Invalid argument",
+      "1 MetadataMgr: Shared Memory attachment failure"}},
+};
+
+TEST(Start, TellsTheStateManagerThatItFailed) {
+  for (const Broken& broken : kBroken) {
+    SCOPED_TRACE(broken.name);
+    Car car;
+    car.Write("file", "");
+    car.Write("odd/metadata", "");
+    const std::string value = broken.value;
+    car.environment[broken.variable] = value[0] == '/' ? car.Path(value) : value;
+    car.Start();
+    EXPECT_EQ(car.stateMgr.Await(kFailedStart), "00 00 00 13");
+    EXPECT_EQ(car.End(), 1);
+    EXPECT_TRUE(car.stateMgr.HasHeardNothing());
+    Lines expected = broken.log;
+    expected.push_back("1 " + kInitializer + "Init: PreInit failed");
+    EXPECT_EQ(car.Log(), ThenNotInitialized(expected));
+  }
+}
+
+TEST(Start, NeedsAStateManager) {
+  Car car;
+  car.stateMgr.Leave();
+  car.Start({"-l", "19"});
+  EXPECT_EQ(car.End(), 1);
+  EXPECT_EQ(car.Log(),
+            ThenNotInitialized(
+                {"1 " + kInitializer + "Error sending notify to StateMgr",
+                 "1 " + kInitializer + "ProcessInitializer::SetupIpc - Error sending message to StateMgr",
+                 "1 " + kInitializer + "Init: Notification to StateMgr that we've started failed"}));
+}
+
+TEST(Start, SaysWhenItCannotSubscribe) {
+  Car car;
+  car.environment["NOTIFY_SOCKET"] = "nowhere";
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  EXPECT_EQ(car.stateMgr.Ask(kSubscribe, "01", kSubscribed), "00");
+  EXPECT_EQ(car.End(), 1);
+  EXPECT_EQ(car.Log()[1], "1 " + kInitializer + "ProcessInitializer::WaitForStateMgr - Failed Subscribe");
+}
+
+TEST(Start, MayRunWithoutHavingSubscribed) {
+  Car car;
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  car.stateMgr.Send(kFullRun);
+  EXPECT_TRUE(car.Answers());
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Records("source='system'"), Lines{});
+}
+
+TEST(Start, MakesItsFirstOutputOnceHoweverOftenItSubscribes) {
+  Car car;
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  EXPECT_EQ(car.stateMgr.Ask(kSubscribe, "01", kSubscribed), "01");
+  EXPECT_EQ(car.stateMgr.Ask(kSubscribe, "00", kSubscribed), "01");
+  car.stateMgr.Send(kFullRun);
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Records("source='system' AND event='event'"), Lines{"system started event 0"});
+}
+
+TEST(Start, WithoutStateManagerSendsItNothing) {
+  Car car;
+  car.environment["RUN_WITHOUT_STATEMGR"] = "";
+  car.Start();
+  Peer tool("Tool");
+  EXPECT_EQ(tool.Ask(kLogLevelGet, "00 00 00 00", kLogLevel), "00 00 00 07");
+  tool.Send(kQuit);
+  EXPECT_EQ(car.End(), 0);
+  EXPECT_TRUE(car.stateMgr.HasHeardNothing());
+  EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
+}
+
+TEST(Start, QuitDuringTheWaitEndsIt) {
+  Car car;
+  car.Start({"-l", "145"});
+  car.stateMgr.Await(kStarted);
+  EXPECT_EQ(car.Quit(), 1);
+  EXPECT_EQ(car.Log(kTrouble),
+            ThenNotInitialized({"16 " + kInitializer + "WaitForStateMgr - shutdown requested."}));
+  EXPECT_EQ(car.Log().back(), "128 MetadataMgr: Exiting 1");
+  EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
+}
+
+TEST(Start, BeginsTheFileWithTheDevice) {
+  Car car;
+  car.Write("serial", "SN 17\n");
+  car.Write("versions", "KERNEL 5.10\nBUILD 1.2\nSUB_BUILD=3 rc1\n");
+  car.Run();
+  EXPECT_EQ(car.Quit(), 0);
+  const Lines records = car.Records(
+      "source NOT IN ('clock','store') AND text NOT LIKE 'hardware%' AND seq < "
+      "(SELECT min(seq) FROM record WHERE event=2)");
+  EXPECT_EQ(
+      records,
+      (Lines{"previous run none initial", "system started event 0", "device serial number SN 17 initial",
+             "device version of component 2: 1.2 initial", "device version of component 2: 3 rc1 initial"}));
+  EXPECT_EQ(car.Records("text LIKE 'hardware%' AND event='initial' AND seq < (SELECT seq FROM state)").size(),
+            1U);
+  EXPECT_EQ(car.Records("text LIKE 'software%' AND event='initial' AND seq > (SELECT max(seq) FROM version "
+                        "WHERE event=0)")
+                .size(),
+            1U);
+}
+
+TEST(Start, RecordsARecordingThatIsUnderWay) {
+  Car car;
+  Peer streamMgr("StreamMgr");
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  car.stateMgr.Send(kSubscribe, "01");
+  EXPECT_EQ(streamMgr.Await(kGetRecording), "");
+  streamMgr.Send(kRecording,
+                 "0004524549"
+                 "44");
+  EXPECT_EQ(car.stateMgr.Await(kSubscribed), "01");
+  car.stateMgr.Send(kFullRun);
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Records("source='recording'"),
+            (Lines{"recording started initial 0", "recording started restated 0"}));
+}
+
+TEST(Start, TellsTheWatchdog) {
+  Car car;
+  car.environment["NOTIFY_SOCKET"] = car.Path("notify");
+  const ListeningSocket serviceManager(car.Path("notify"));
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  EXPECT_EQ(car.stateMgr.Ask(kSubscribe, "01", kSubscribed), "01");
+  EXPECT_EQ(serviceManager.Heard(), Lines{});
+  car.stateMgr.Send(kFullRun);
+  EXPECT_TRUE(car.Answers());
+  EXPECT_TRUE(Eventually([&] { return serviceManager.Heard() == Lines{"READY=1"}; }));
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(serviceManager.Heard().back(), "STOPPING=1");
+}
+
+TEST(Start, KeepsTheSharedRecord) {
+  Car car;
+  car.Run();
+  const std::string kept = car.SharedRecord();
+  EXPECT_EQ(kept, FromHex("0100" + std::string(100, '0') + "07ffffff" + std::string(64, '0')));
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.SharedRecord(), FromHex("0001") + kept.substr(2));
+}
+
+TEST(Signal, EndsItBeforeItListens) {
+  int pipe[2];
+  ASSERT_EQ(pipe2(pipe, O_NONBLOCK), 0);
+  while (write(pipe[1], "x", 1) == 1) {
+  }
+  fcntl(pipe[1], F_SETFL, 0);  // full: the process waits for somebody who reads its first line
+  Car car;
+  car.Start({"-s"}, pipe[1]);
+  car.program->AwaitExec();
+  car.program->Signal(SIGTERM);
+  EXPECT_EQ(car.End(), 128 + SIGTERM);
+  close(pipe[0]);
+  close(pipe[1]);
+}
+
+TEST(Signal, QuitsDuringTheWait) {
+  Car car;
+  car.Start();
+  car.stateMgr.Await(kStarted);
+  car.stateMgr.Ask(kLogLevelGet, "00 00 00 00", kLogLevel);  // now it waits
+  car.program->Signal(SIGTERM);
+  EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
+  EXPECT_EQ(car.End(), 1);
+}
+
+TEST(Signal, QuitsWhileItRuns) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    Car car;
+    car.Run();
+    car.program->Signal(signal);
+    EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
+    EXPECT_EQ(car.End(), 0);
+    EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
+  }
+}
+
+TEST(Signal, DoesNoHarmAfterTheQuit) {
+  Car car;
+  car.Run();
+  car.stateMgr.Send(kQuit);
+  EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
+  car.program->Signal(SIGTERM);
+  const int end = car.End();
+  EXPECT_TRUE(end == 0 || end == 128 + SIGTERM) << end;
+  EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
+}
+
+}  // namespace
