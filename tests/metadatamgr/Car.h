@@ -25,6 +25,15 @@ constexpr unsigned int kGetRecording = 13616, kRecording = 13617;
 
 constexpr unsigned int kTrouble = 1 | 2 | 16;
 
+// The sources of log lines.
+const std::string kManager = "MetadataMgr: ";
+const std::string kInitializer = "Common/Misc/ProcessInitializer: ";
+
+// "64 PreInit" as the source logs it: "64 MetadataMgr: PreInit".
+inline std::string By(const std::string& source, std::string line) {
+  return line.insert(line.find(' ') + 1, source);
+}
+
 // A car with nothing running in it but the state manager, which the test plays, and a disk, a shared
 // record and a log of its own.
 class Car {

@@ -14,17 +14,17 @@ const std::string kName = "MetadataMgr";
 const struct {
   unsigned int type;
   unsigned int bytes;
-  const char* line;
+  std::string who;
 } kMessages[] = {
-    {kRecordStartStop, 5, "2 MetadataMgr: RecordStartStopHandler: payload is too short"},
-    {kBookmark, 4, "2 MetadataMgr: BookmarkHandler: payload is too short"},
-    {kStreamState, 12, "2 MetadataMgr: VideoStreamStateChangeHandler: payload is too short"},
-    {kCameraState, 12, "2 MetadataMgr: CliCameraStateChangedHandler: payload is too short"},
-    {kMicState, 10, "2 MetadataMgr: MicStateChangedHandler: payload is too short"},
-    {kLogLevelSet, 4, "2 Common/Misc/ProcessInitializer: HandleLogLevel: payload is too short"},
-    {kLogLevelGet, 4, "2 Common/Misc/ProcessInitializer: HandleLogLevel: payload is too short"},
-    {kDied, 4, "2 Common/Misc/ProcessInitializer: Process notice: payload is too short"},
-    {kRestarted, 4, "2 Common/Misc/ProcessInitializer: Process notice: payload is too short"},
+    {kRecordStartStop, 5, kManager + "RecordStartStopHandler"},
+    {kBookmark, 4, kManager + "BookmarkHandler"},
+    {kStreamState, 12, kManager + "VideoStreamStateChangeHandler"},
+    {kCameraState, 12, kManager + "CliCameraStateChangedHandler"},
+    {kMicState, 10, kManager + "MicStateChangedHandler"},
+    {kLogLevelSet, 4, kInitializer + "HandleLogLevel"},
+    {kLogLevelGet, 4, kInitializer + "HandleLogLevel"},
+    {kDied, 4, kInitializer + "Process notice"},
+    {kRestarted, 4, kInitializer + "Process notice"},
 };
 
 TEST(Hostile, MessagesCutAtAnyLengthAreDroppedWithOneLine) {
@@ -33,7 +33,8 @@ TEST(Hostile, MessagesCutAtAnyLengthAreDroppedWithOneLine) {
   for (const auto& message : kMessages) {
     for (unsigned int bytes = 1; bytes < message.bytes; ++bytes) {
       const std::string payload = ToHex(std::string(bytes, '\xff'));
-      EXPECT_EQ(car.LogAfter(message.type, payload), Lines{message.line}) << message.type << ' ' << bytes;
+      EXPECT_EQ(car.LogAfter(message.type, payload), Lines{"2 " + message.who + ": payload is too short"})
+          << message.type << ' ' << bytes;
     }
   }
   EXPECT_EQ(car.stateMgr.Ask(kLogLevelGet, "00000000", kLogLevel), "00 00 00 07");
@@ -50,18 +51,6 @@ TEST(Hostile, MessagesOfTheGreatestLengthAreReadAsFarAsTheyAreKnown) {
   }
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Events(), (Lines{"recording started event 33686018", "bookmark set event 33686018"}));
-}
-
-TEST(Hostile, RequestsOfTheSubscribeProtocolCutAtAnyLengthAreNotAnswered) {
-  Car car;
-  Peer tool("Tool");
-  car.Run({"-l", "1"});
-  for (const unsigned int type : {kSubscribeItem, kUnsubscribeItem, kItem}) {
-    for (std::size_t bytes = 0; bytes < 8; ++bytes) tool.Send(type, ToHex(std::string(bytes, '\0')));
-  }
-  EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
-  EXPECT_TRUE(tool.HasHeardNothing());
-  EXPECT_EQ(car.Log(), Lines{});
 }
 
 TEST(Hostile, UnknownMessagesAreIgnoredWithOneLine) {

@@ -28,7 +28,7 @@ std::string UnusedName(const std::string& directory) {
 Arguments CommandLine(const Arguments& arguments) {
   Arguments words;
   std::istringstream emulator(MM_EMULATOR);
-  for (std::string word; std::getline(emulator, word, ';');) words.push_back(word);
+  for (std::string word; std::getline(emulator, word, '|');) words.push_back(word);
   words.push_back(Program::Path());
   words.insert(words.end(), arguments.begin(), arguments.end());
   return words;

@@ -11,8 +11,6 @@
 
 namespace {
 
-const std::string kInitializer = "Common/Misc/ProcessInitializer: ";
-
 // What every failed start logs at its end.
 Lines ThenNotInitialized(Lines lines) {
   lines.emplace_back("1 MetadataMgr: Unable to initialize MetadataMgr");
@@ -26,23 +24,18 @@ TEST(Start, LeadsFromTheFirstLineToTheLast) {
   EXPECT_EQ(car.Log(kTrouble), Lines{});
   Lines log = car.Log(64 | 128);
   for (std::string& line : log) line = line.substr(0, line.find("tick "));
-  EXPECT_EQ(
-      log,
-      (Lines{
-          "128 Common/Misc/ProcessInitializer: ProcessInitializer::SetupIpc - Successfully initialized IPC ",
-          "64 MetadataMgr: PreInit", "128 MetadataMgr: Connected to shared Memory",
-          "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
-          "128 Common/Misc/ProcessInitializer: IgnoreHandler",
-          "128 Common/Misc/ProcessInitializer: WaitForStateMgr: Got a StateMgrProcessMsg_Subscribe",
-          "64 MetadataMgr: SubscribeToServers",
-          "64 MetadataMgr: Starting first output to metadata files at system ",
-          "64 MetadataMgr: finished first output to metadata files",
-          "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
-          "128 Common/Misc/ProcessInitializer: IgnoreHandler",
-          "128 Common/Misc/ProcessInitializer: WaitForStateMgr: Got a StateMgrProcessMsg_FullRun",
-          "64 MetadataMgr: Ping Handler", "128 Common/Misc/ProcessInitializer: Quit Requested",
-          "64 MetadataMgr: Shutdown Requested", "128 Common/Misc/ProcessInitializer: Notify to StateMgr",
-          "128 MetadataMgr: Exiting 0"}));
+  EXPECT_EQ(log, (Lines{By(kInitializer, "128 ProcessInitializer::SetupIpc - Successfully initialized IPC "),
+                        By(kManager, "64 PreInit"), By(kManager, "128 Connected to shared Memory"),
+                        By(kInitializer, "128 Notify to StateMgr"), By(kInitializer, "128 IgnoreHandler"),
+                        By(kInitializer, "128 WaitForStateMgr: Got a StateMgrProcessMsg_Subscribe"),
+                        By(kManager, "64 SubscribeToServers"),
+                        By(kManager, "64 Starting first output to metadata files at system "),
+                        By(kManager, "64 finished first output to metadata files"),
+                        By(kInitializer, "128 Notify to StateMgr"), By(kInitializer, "128 IgnoreHandler"),
+                        By(kInitializer, "128 WaitForStateMgr: Got a StateMgrProcessMsg_FullRun"),
+                        By(kManager, "64 Ping Handler"), By(kInitializer, "128 Quit Requested"),
+                        By(kManager, "64 Shutdown Requested"), By(kInitializer, "128 Notify to StateMgr"),
+                        By(kManager, "128 Exiting 0")}));
   const std::string process = " MetadataMgr[" + std::to_string(car.program->Id()) + "] 128 MetadataMgr:";
   EXPECT_NE(car.program->Err().find(process), std::string::npos);
 }
@@ -87,7 +80,7 @@ TEST(Start, TellsTheStateManagerThatItFailed) {
     EXPECT_EQ(car.End(), 1);
     EXPECT_TRUE(car.stateMgr.HasHeardNothing());
     Lines expected = broken.log;
-    expected.push_back("1 " + kInitializer + "Init: PreInit failed");
+    expected.push_back(By(kInitializer, "1 Init: PreInit failed"));
     EXPECT_EQ(car.Log(), ThenNotInitialized(expected));
   }
 }
@@ -99,9 +92,9 @@ TEST(Start, NeedsAStateManager) {
   EXPECT_EQ(car.End(), 1);
   EXPECT_EQ(car.Log(),
             ThenNotInitialized(
-                {"1 " + kInitializer + "Error sending notify to StateMgr",
-                 "1 " + kInitializer + "ProcessInitializer::SetupIpc - Error sending message to StateMgr",
-                 "1 " + kInitializer + "Init: Notification to StateMgr that we've started failed"}));
+                {By(kInitializer, "1 Error sending notify to StateMgr"),
+                 By(kInitializer, "1 ProcessInitializer::SetupIpc - Error sending message to StateMgr"),
+                 By(kInitializer, "1 Init: Notification to StateMgr that we've started failed")}));
 }
 
 TEST(Start, SaysWhenItCannotSubscribe) {
@@ -111,7 +104,7 @@ TEST(Start, SaysWhenItCannotSubscribe) {
   car.stateMgr.Await(kStarted);
   EXPECT_EQ(car.stateMgr.Ask(kSubscribe, "01", kSubscribed), "00");
   EXPECT_EQ(car.End(), 1);
-  EXPECT_EQ(car.Log()[1], "1 " + kInitializer + "ProcessInitializer::WaitForStateMgr - Failed Subscribe");
+  EXPECT_TRUE(car.Logged(By(kInitializer, "1 ProcessInitializer::WaitForStateMgr - Failed Subscribe")));
 }
 
 TEST(Start, MayRunWithoutHavingSubscribed) {
@@ -153,7 +146,7 @@ TEST(Start, QuitDuringTheWaitEndsIt) {
   car.stateMgr.Await(kStarted);
   EXPECT_EQ(car.Quit(), 1);
   EXPECT_EQ(car.Log(kTrouble),
-            ThenNotInitialized({"16 " + kInitializer + "WaitForStateMgr - shutdown requested."}));
+            ThenNotInitialized({By(kInitializer, "16 WaitForStateMgr - shutdown requested.")}));
   EXPECT_EQ(car.Log().back(), "128 MetadataMgr: Exiting 1");
   EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
 }
