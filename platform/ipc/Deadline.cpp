@@ -11,7 +11,7 @@ std::int64_t MonotonicMs() {
 
 // One more than asked for, since the clock is read in whole milliseconds: a wait is never short.
 Deadline::Deadline(int timeoutMs)
-    : endMs_(timeoutMs < 0 ? -1 : MonotonicMs() + timeoutMs + (timeoutMs > 0)) {}
+    : endMs_(timeoutMs < 0 ? -1 : MonotonicMs() + timeoutMs + (timeoutMs > 0 ? 1 : 0)) {}
 
 int Deadline::RemainingMs() const {
   if (endMs_ < 0) return -1;

@@ -39,9 +39,9 @@ class Endpoint {
  private:
   // Messages of one peer that may wait for later while a selective wait looks for another, and
   // those of the peer that the wait is for. Beyond the total only the latter is read.
-  static constexpr std::size_t kMaxPendingBytes = 64 * 1024;
-  static constexpr std::size_t kMaxPendingBytesAwaited = 1024 * 1024;
-  static constexpr std::size_t kMaxPendingBytesTotal = 4 * 1024 * 1024;
+  static constexpr std::size_t kMaxPendingBytes = 64UL * 1024;
+  static constexpr std::size_t kMaxPendingBytesAwaited = 1024UL * 1024;
+  static constexpr std::size_t kMaxPendingBytesTotal = 4UL * 1024 * 1024;
 
   bool TakePending(const Filter& filter, IpcMessage& message);
   int ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessage& message);

@@ -127,8 +127,8 @@ TEST_F(FilesTest, OutOfDescriptors) {
   const RawPeer early = RawPeer::To("Me", "Early");
   ASSERT_EQ(early.Send(Packet(1, "before")), 0);
   ASSERT_EQ(Next(me).payload, "before");
-  std::vector<RawPeer> waiting;
-  for (int i = 0; i < 10; ++i) waiting.push_back(RawPeer::To("Me", "Late" + std::to_string(i)));
+  std::vector<RawPeer> waiting(10);
+  for (RawPeer& peer : waiting) peer = RawPeer::To("Me", "Late");
 
   std::vector<int> all;
   for (int fd = 0; (fd = open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;) all.push_back(fd);

@@ -17,6 +17,7 @@ Child::Child(const std::vector<std::string>& arguments) : id_(fork()) {
   if (id_ < 0) std::abort();
   if (id_ > 0) return;
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   execv(argv[0], argv.data());

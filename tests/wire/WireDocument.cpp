@@ -65,7 +65,7 @@ WireDocument::WireDocument(const std::string& path) {
 
 WireDocument::Entry* WireDocument::Begin(const std::string& headline) {
   const std::size_t gap = headline.find("  ");
-  if (gap == std::string::npos || packets_.count(headline.substr(0, gap)) != 0) {
+  if (gap == std::string::npos || packets_.contains(headline.substr(0, gap))) {
     faults_.push_back(headline);
     return nullptr;
   }

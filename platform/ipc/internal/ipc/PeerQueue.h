@@ -10,8 +10,8 @@
 
 // Bytes that may wait for one peer, message headers and bookkeeping included. An answer still
 // finds room where notices have filled theirs.
-constexpr std::size_t kMaxPostedNoticeBytes = 256 * 1024;
-constexpr std::size_t kMaxPostedAnswerBytes = 320 * 1024;
+constexpr std::size_t kMaxPostedNoticeBytes = 256UL * 1024;
+constexpr std::size_t kMaxPostedAnswerBytes = 320UL * 1024;
 
 // Sends a message to a peer that is connected, behind what is queued for it; what the peer cannot
 // take now is queued and sent from within Receive. Never waits, never connects. 0; ENOTCONN: no
