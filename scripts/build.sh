@@ -5,7 +5,7 @@ configure() {
   quietly "Configuring $1" cmake --preset "$1"
 }
 
-# build PRESET [TARGET...]: builds what is out of date. Ninja does not know these two files:
+# build PRESET [NINJA-ARGUMENT...]: builds what is out of date. Ninja does not know these two files:
 # other presets need a new configuration, other checks a new build.
 build() {
   local preset=$1 dir=build/$1
