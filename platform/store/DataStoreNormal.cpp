@@ -97,8 +97,6 @@ void DataStoreNormal::ReportGpsState(bool valid, bool report) {
   store_->Add(store::kGpsStateTable, EventOf(report), kNoSenderTick, {valid});
 }
 
-void DataStoreNormal::ReportGps(const GpsStatusItem& /*position*/, unsigned int /*tick*/, bool /*report*/) {}
-
 void DataStoreNormal::ReportSpeed(unsigned char source, unsigned short speed, bool report, unsigned int tick,
                                   e_Tag tag) {
   store_->Add(store::kSpeedTable, EventOf(report), tick, {source, speed, tag});
@@ -141,18 +139,9 @@ void DataStoreNormal::ReportVideoStreamState(e_VideoStream stream, e_StreamState
   store_->Add(store::kVideoStreamTable, EventOf(report), tick, {stream, state});
 }
 
-void DataStoreNormal::ReportStreamQualityItem(VideoMgrStreamQualityItem& /*quality*/, bool /*report*/) {}
-
 void DataStoreNormal::ReportLvsState(e_VideoStream stream, unsigned char camera, bool highQuality,
                                      bool enabled, unsigned int address, unsigned short port, bool report,
                                      unsigned int tick) {
   store_->Add(store::kLiveStreamTable, EventOf(report), tick,
               {stream, camera, highQuality, enabled, ntohl(address), port});
 }
-
-void DataStoreNormal::ReportVehicleInfo(const VehicleInfo& /*vehicle*/, bool /*report*/) {}
-void DataStoreNormal::ReportSystemInfo(const SystemInfo& /*system*/, bool /*report*/) {}
-void DataStoreNormal::ReportDepartmentInfo(const DepartmentInfo& /*department*/, bool /*report*/) {}
-void DataStoreNormal::ReportOfficerInfo(const Officer& /*officer*/, bool /*report*/) {}
-void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& /*settings*/,
-                                                   bool /*report*/) {}

@@ -26,7 +26,7 @@ struct Table {
   // SQL over the columns: what the timeline shows as source and as text.
   const char* source;
   const char* text;
-  std::array<Column, 6> columns;  // ends at the first without a name
+  std::array<Column, 14> columns;  // ends at the first without a name
 
   constexpr int ColumnCount() const {
     int count = 0;

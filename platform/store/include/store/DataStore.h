@@ -112,6 +112,7 @@ class DataStore {
                                  unsigned int tick) = 0;
   virtual void ReportVideoStreamState(e_VideoStream stream, e_StreamState state, bool report,
                                       unsigned int tick) = 0;
+  // What each of the streams is recorded with; stamped with the item's tick.
   virtual void ReportStreamQualityItem(VideoMgrStreamQualityItem& quality, bool report) = 0;
 
   // Live streaming of one stream. `address` is the receiver's IPv4 address in network byte order, as

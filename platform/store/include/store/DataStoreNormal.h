@@ -17,9 +17,6 @@ struct StoreOptions;
 // works again. A file that was deleted or replaced is followed by a new one.
 //
 // Before Open and after Close only TimerTick and GetCurrentSystemTick have an effect.
-//
-// Not stored yet: ReportGps, ReportStreamQualityItem, ReportVehicleInfo, ReportSystemInfo,
-// ReportDepartmentInfo, ReportOfficerInfo and ReportVideoRecordingSettings keep nothing.
 class DataStoreNormal : public DataStore {
  public:
   explicit DataStoreNormal(const std::string& path);

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "clients/ServerClients.h"
+
+// Client of the state manager's events. Each is an item of its own that carries the tick of the
+// event as a SystickItem; the value at subscription is not looked at.
+class StateMgrClient : public ServerClient<e_Process_StateMgr> {
+ public:
+  static constexpr unsigned int kRecordStart = 1;
+  static constexpr unsigned int kRecordStop = 2;
+  static constexpr unsigned int kEnterCovertMode = 3;
+  static constexpr unsigned int kExitCovertMode = 4;
+
+  using ServerClient::ServerClient;
+
+  // Each subscribes to its event under `notificationId`. True when the state manager accepted.
+  bool SubscribeForRecordStart(unsigned int notificationId, LinxIpc::Handler handler, void* context);
+  bool SubscribeForRecordStop(unsigned int notificationId, LinxIpc::Handler handler, void* context);
+  bool SubscribeForEnterCovertMode(unsigned int notificationId, LinxIpc::Handler handler, void* context);
+  bool SubscribeForExitCovertMode(unsigned int notificationId, LinxIpc::Handler handler, void* context);
+
+ private:
+  bool SubscribeFor(unsigned int event, unsigned int notificationId, LinxIpc::Handler handler, void* context);
+};

@@ -1,0 +1,67 @@
+// The operations that take a whole item.
+
+#include "Store.h"
+#include "items/ConfigurationItems.h"
+#include "items/GpsStatusItem.h"
+#include "items/VideoMgrStreamQualityItem.h"
+#include "store/DataStoreNormal.h"
+
+using store::EventOf;
+using store::kNoSenderTick;
+
+namespace {
+
+// Ten-thousandths of a minute, negative to the south and west.
+std::int64_t SignedAngle(unsigned int degrees, unsigned int minutes, unsigned int fraction, bool positive) {
+  const std::int64_t angle = (std::int64_t{degrees} * 60 + minutes) * 10000 + fraction;
+  return positive ? angle : -angle;
+}
+
+}  // namespace
+
+void DataStoreNormal::ReportGps(const GpsStatusItem& position, unsigned int tick, bool report) {
+  const GpsStatusItem& p = position;
+  const bool north = p.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  const bool east = p.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  store_->Add(store::kGpsTable, EventOf(report), tick,
+              {SignedAngle(p.latitudeDegrees, p.latitudeMinutes, p.latitudeMinuteFraction, north),
+               SignedAngle(p.longitudeDegrees, p.longitudeMinutes, p.longitudeMinuteFraction, east),
+               p.altitudeDeciMetres, p.speedDeciKmh, p.speedDeciKnots, p.courseDeciDegrees, p.quality,
+               p.fixDimensions, p.satellitesUsed, p.satellitesInView, p.signalDecibels, p.utcDate,
+               p.utcTimeOfDayMs, p.valid});
+}
+
+void DataStoreNormal::ReportStreamQualityItem(VideoMgrStreamQualityItem& quality, bool report) {
+  int number = 0;
+  for (const VideoMgrStreamQualityItem::Stream& stream : quality.streams) {
+    store_->Add(
+        store::kStreamQualityTable, EventOf(report), quality.tick,
+        {number++, stream.widthPixels, stream.heightPixels, stream.framesPerSecond, stream.bitRateKbps});
+  }
+}
+
+void DataStoreNormal::ReportVehicleInfo(const VehicleInfo& vehicle, bool report) {
+  store_->Add(store::kVehicleTable, EventOf(report), kNoSenderTick,
+              {std::string_view(vehicle.unitId), std::string_view(vehicle.licensePlate)});
+}
+
+void DataStoreNormal::ReportSystemInfo(const SystemInfo& system, bool report) {
+  store_->Add(store::kSystemTable, EventOf(report), kNoSenderTick,
+              {std::string_view(system.deviceName), std::string_view(system.softwareVersion)});
+}
+
+void DataStoreNormal::ReportDepartmentInfo(const DepartmentInfo& department, bool report) {
+  store_->Add(store::kDepartmentTable, EventOf(report), kNoSenderTick,
+              {std::string_view(department.name), std::string_view(department.division)});
+}
+
+void DataStoreNormal::ReportOfficerInfo(const Officer& officer, bool report) {
+  store_->Add(store::kOfficerTable, EventOf(report), kNoSenderTick,
+              {std::string_view(officer.name), std::string_view(officer.badgeNumber)});
+}
+
+void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& settings, bool report) {
+  store_->Add(store::kRecordingSettingsTable, EventOf(report), kNoSenderTick,
+              {settings.preEventSeconds, settings.postEventSeconds, settings.widthPixels,
+               settings.heightPixels, settings.framesPerSecond, settings.bitRateKbps});
+}
