@@ -55,7 +55,7 @@ Outcome Ask(LinxIpc& ipc, const std::string& performer, const Words& words, int 
   if (request.Allocate(BenchMsg_Do, static_cast<unsigned int>(text.size()), text.data()) != 0) {
     return {false, "too many words"};
   }
-  const Outcome asked = Request(ipc, performer, request, BenchMsg_Done, answer, timeoutMs);
+  Outcome asked = Request(ipc, performer, request, BenchMsg_Done, answer, timeoutMs);
   if (!asked.ok) return asked;
   return {answer.Size() > 0 && answer.DataPtr()[0] == 1, TextOf(answer, 1)};
 }

@@ -40,7 +40,7 @@ std::string Child::HowItEnded() const {
 }
 
 Children::~Children() {
-  (void)Signal(SIGKILL);
+  (void)SignalAll(SIGKILL);
   for (const Child& child : children_) {
     if (!child.ended) (void)waitpid(child.id, nullptr, 0);
   }
@@ -58,6 +58,7 @@ bool Children::Start(const std::string& name, const std::vector<std::string>& ar
     return false;
   }
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
   pointers.push_back(nullptr);
   const pid_t parent = getpid();
@@ -91,7 +92,12 @@ const Child* Children::Find(const std::string& name) const {
   return found == children_.end() ? nullptr : &*found;
 }
 
-std::string Children::Signal(int signal) const {
+void Children::Signal(const std::string& name, int signal) const {
+  const Child* child = Find(name);
+  if (child != nullptr && !child->ended) (void)kill(child->id, signal);
+}
+
+std::string Children::SignalAll(int signal) const {
   std::string names;
   for (const Child& child : children_) {
     if (child.ended || kill(child.id, signal) != 0) continue;

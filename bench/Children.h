@@ -37,8 +37,10 @@ class Children {
   bool AllEnded() const;
   // Null when there is none of that name.
   const Child* Find(const std::string& name) const;
-  // Sends a signal to those that still run; their names, each after a blank.
-  std::string Signal(int signal) const;
+  // Sends a signal to a child that still runs.
+  void Signal(const std::string& name, int signal) const;
+  // The same for all of them; their names, each after a blank.
+  std::string SignalAll(int signal) const;
 
  private:
   std::vector<Child> children_;

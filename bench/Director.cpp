@@ -61,8 +61,8 @@ Director::Director(const RunOptions& options, const Drive& drive, const Surround
     quit_ = true;
     return Outcome{true, "shutting down"};
   };
-  for (const RoleRow& role : Roles()) fullRun_[ProcessName(role.process)] = false;
-  fullRun_[MetadataMgrName()] = false;
+  for (const RoleRow& role : Roles()) stages_[ProcessName(role.process)] = Stage::kAbsent;
+  stages_[MetadataMgrName()] = Stage::kAbsent;
 }
 
 bool Director::Run() {
@@ -103,8 +103,8 @@ bool Director::StartAll() {
   const bool inTime = ReceiveUntil(startEnd_, [this] { return MustEnd() || AllAtFullRun(); });
   if (inTime) return !MustEnd();
   std::string missing;
-  for (const auto& [name, there] : fullRun_) {
-    if (!there) missing += " " + name;
+  for (const auto& [name, stage] : stages_) {
+    if (stage != Stage::kFullRun) missing += " " + name;
   }
   Problem("not at full run within " + OneDecimal(options_.startDeadlineSeconds) + " s:" + missing);
   return false;
@@ -112,7 +112,7 @@ bool Director::StartAll() {
 
 bool Director::StartStateMgr() {
   std::vector<std::string> arguments{program_, "role", StateMgrName()};
-  for (const auto& [name, there] : fullRun_) arguments.push_back(name);
+  for (const auto& [name, stage] : stages_) arguments.push_back(name);
   if (!StartChild(StateMgrName(), arguments)) return false;
   if (ReceiveUntil(startEnd_, [this] { return MustEnd() || stateMgrReady_; })) return !MustEnd();
   Problem("StateMgr does not start");
@@ -188,7 +188,7 @@ void Director::LookAfterChildren() {
     if (!stopping_) {
       broken_ = true;
       Problem(text);
-    } else if (child->status != 0 && !signalled_) {
+    } else if (child->status != 0 && !signalled_ && MustEndWell(child->name)) {
       Problem(text);
     }
   }
@@ -212,7 +212,15 @@ void Director::StopAll() {
     if (!stopped) Problem("StateMgr did not finish the shut-down" + Log(StateMgrName()));
     (void)SendMessage(ipc_, StateMgrName(), LinxIpc::kShutdownNotice);
   }
+  EndUnannounced();
   EndLeftovers();
+}
+
+// The state manager does not know yet of a process that is just starting.
+void Director::EndUnannounced() {
+  for (const auto& [name, stage] : stages_) {
+    if (stage == Stage::kAbsent) children_.Signal(name, SIGTERM);
+  }
 }
 
 void Director::EndLeftovers() {
@@ -224,7 +232,7 @@ void Director::EndLeftovers() {
   for (const Blow& blow : {Blow{SIGTERM, "SIGTERM"}, Blow{SIGKILL, "SIGKILL"}}) {
     if (ReceiveUntil(Clock::now() + kEndTimeout, allEnded)) return;
     signalled_ = true;
-    Problem("still running, sent " + std::string(blow.name) + ":" + children_.Signal(blow.signal));
+    Problem("still running, sent " + std::string(blow.name) + ":" + children_.SignalAll(blow.signal));
   }
   if (!ReceiveUntil(Clock::now() + kEndTimeout, allEnded)) Problem("a process cannot be ended");
 }
@@ -250,6 +258,7 @@ void Director::TakeNews(News news, const std::string& process, const std::string
       if (startTimes_.try_emplace(process, Clock::now()).second) {  // the attached one
         startEnd_ = Clock::now() + FromSeconds(options_.startDeadlineSeconds);
       }
+      stages_[process] = Stage::kStarted;
       screen_.Event(text + SinceStartOf(process));
       break;
     case News::kFullRun:
@@ -275,7 +284,7 @@ void Director::TakeNews(News news, const std::string& process, const std::string
 
 void Director::TakeFullRun(const std::string& process, const std::string& text) {
   screen_.Event(text + SinceStartOf(process));
-  fullRun_[process] = true;
+  stages_[process] = Stage::kFullRun;
   if (process != MetadataMgrName()) return;
   toFullRun_ = SinceStartOf(process);
   const Outcome subscribed = SubscribeToBookmarks(ipc_, BookmarkHandler, this);
@@ -304,8 +313,14 @@ void Director::BookmarkHandler(LinxIpc* /*ipc*/, void* self) {
 
 // ---- Reports
 
+bool Director::MustEndWell(const std::string& process) const {
+  const auto stage = stages_.find(process);
+  return stage == stages_.end() || stage->second == Stage::kFullRun;
+}
+
 bool Director::AllAtFullRun() const {
-  return std::all_of(fullRun_.begin(), fullRun_.end(), [](const auto& process) { return process.second; });
+  return std::all_of(stages_.begin(), stages_.end(),
+                     [](const auto& process) { return process.second == Stage::kFullRun; });
 }
 
 std::string Director::SinceStartOf(const std::string& process) const {

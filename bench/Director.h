@@ -39,6 +39,7 @@ class Director {
   bool StartChild(const std::string& name, const std::vector<std::string>& arguments);
   void Play();
   void StopAll();
+  void EndUnannounced();
   void EndLeftovers();
   void SayHowMetadataMgrWent() const;
   void SayHowItWent() const;
@@ -58,6 +59,8 @@ class Director {
   Outcome Execute(const Words& words, const std::string& from);
 
   bool AllAtFullRun() const;
+  // One that is stopped on its way to full run ends with failure, as it should.
+  bool MustEndWell(const std::string& process) const;
   std::string SinceStartOf(const std::string& process) const;
   std::string Log(const std::string& process) const;
   void Problem(const std::string& text);
@@ -72,7 +75,9 @@ class Director {
   Actions actions_;
   Children children_;
 
-  std::map<std::string, bool> fullRun_;  // every process but the state manager: whether it is there
+  enum class Stage { kAbsent, kStarted, kFullRun };
+
+  std::map<std::string, Stage> stages_;  // of every process but the state manager
   std::map<std::string, Clock::time_point> startTimes_;
   Clock::time_point startEnd_;
   bool stateMgrReady_ = false;

@@ -78,7 +78,8 @@ std::vector<std::string> ParseDrive(const std::string& name, std::string_view te
     text.remove_prefix(std::min(end + 1, text.size()));
     if (words.empty()) continue;
     const std::string error = AddLine(words, drive);
-    if (!error.empty()) errors.push_back(name + ":" + std::to_string(number) + ": " + error);
+    if (error.empty()) continue;
+    errors.emplace_back(name).append(":").append(std::to_string(number)).append(": ").append(error);
   }
   return errors;
 }

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -125,9 +126,7 @@ CLI::App* AddRole(CLI::App& app, Options& options) {
   return role;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunCommandLine(int argc, char** argv) {
   Options options;
   CLI::App app("The bench vehicle: the processes around MetadataMgr, and drives to play to it.");
   app.require_subcommand(1);
@@ -145,4 +144,15 @@ int main(int argc, char** argv) {
   if (*check) return Check(options);
   if (*send) return Send(options);
   return RunRole(options.role, options.words);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RunCommandLine(argc, argv);
+  } catch (const std::exception& error) {
+    (void)std::fprintf(stderr, "%s\n", error.what());
+    return kFailed;
+  }
 }

@@ -27,7 +27,7 @@ Outcome Ping(LinxIpc& ipc) {
   IpcMessage request;
   IpcMessage answer;
   (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
-  const Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
+  Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
   return asked.ok ? Outcome{true, "answered in " + asked.text} : asked;
 }
 
@@ -35,7 +35,7 @@ Outcome Bookmark(LinxIpc& ipc) {
   IpcMessage bookmark;
   IpcMessage notice;
   AllocateTick(bookmark, MetadataMgrMsg_Bookmark);
-  const Outcome asked = RequestMetadataMgr(ipc, bookmark, kBookmarkNotice, notice);
+  Outcome asked = RequestMetadataMgr(ipc, bookmark, kBookmarkNotice, notice);
   if (!asked.ok) return {false, "no bookmark notice: " + asked.text};
   BoolItem taken;
   if (!taken.DecodeMsg(notice)) return TooShort();
@@ -56,7 +56,7 @@ Outcome LogLevel(LinxIpc& ipc, const Words& arguments) {
   const bool set = !arguments.empty() && ReadNumber(arguments[0], wanted);
   (void)request.Allocate(set ? LogLevelMsg_Set : LogLevelMsg_Get, kFieldSize, nullptr);
   PutU32(request.DataPtr(), wanted);
-  const Outcome asked = RequestMetadataMgr(ipc, request, LogLevelMsg_Response, answer);
+  Outcome asked = RequestMetadataMgr(ipc, request, LogLevelMsg_Response, answer);
   if (!asked.ok) return asked;
   if (answer.Size() < kFieldSize) return TooShort();
   const std::uint32_t level = GetU32(answer.DataPtr());
@@ -67,7 +67,7 @@ Outcome LastTick(LinxIpc& ipc) {
   IpcMessage request;
   IpcMessage answer;
   (void)request.Allocate(MetadataMgrMsg_GetLastSystemTick, 0, nullptr);
-  const Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_GetLastSystemTickResponse, answer);
+  Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_GetLastSystemTickResponse, answer);
   if (!asked.ok) return asked;
   if (answer.Size() < kLastTickSize) return TooShort();
   const std::uint32_t tick = GetU32(answer.DataPtr());

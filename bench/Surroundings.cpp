@@ -77,12 +77,17 @@ bool Surroundings::Prepare(std::string& error) {
 
 bool Surroundings::PrepareEndpoints(std::string& error) {
   const std::string wanted = directory_ + "/ipc";
-  std::error_code failure;
-  if (fs::is_symlink(wanted, failure)) fs::remove(wanted, failure);  // a killed bench left it behind
   if (!TooLongForSockets(wanted)) {
     SetWhereMissing("LINX_IPC_DIR", wanted);  // the first endpoint creates it, with its rights
     return true;
   }
+  std::error_code failure;
+  const fs::path target = fs::read_symlink(wanted, failure);
+  if (!failure && fs::is_directory(target, failure)) {  // of a bench that still runs, or was killed
+    SetWhereMissing("LINX_IPC_DIR", target.string());
+    return true;
+  }
+  fs::remove(wanted, failure);
   char name[] = "/tmp/vehiclebench-XXXXXX";
   if (mkdtemp(name) == nullptr) {
     error = std::string("cannot create a directory under /tmp: ") + std::strerror(errno);

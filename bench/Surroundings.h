@@ -9,11 +9,12 @@
 // and a shared record of its own (METADATA_SHM). Variables that are set already win; what they
 // name is then neither created nor removed.
 //
-// Where the path of DIR/ipc is too long for sockets, it is a link to a directory under /tmp.
+// Where the path of DIR/ipc is too long for sockets, it is a link to a directory under /tmp; one
+// that a killed bench left behind is used again.
 class Surroundings {
  public:
   explicit Surroundings(const std::string& directory);
-  // Removes the shared record and the directory under /tmp.
+  // Removes the shared record, and the directory under /tmp if it created it.
   ~Surroundings();
   Surroundings(const Surroundings&) = delete;
   Surroundings& operator=(const Surroundings&) = delete;

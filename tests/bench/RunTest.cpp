@@ -1,0 +1,124 @@
+// Drives that go well, and how they end.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "BenchRun.h"
+#include "support/Eventually.h"
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+
+bool Exists(const std::string& path) {
+  return std::filesystem::exists(path);
+}
+
+TEST(BenchRun, PlaysTheDefaultDriveToTheRealMetadataMgr) {
+  BenchRun bench;
+  bench.Start({"--speed", "10"});
+  const pid_t id = bench.Id();
+  ASSERT_EQ(bench.Finish(), 0) << bench.Output();
+  EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
+  EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
+  EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
+  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("BookmarkHandler"));
+  EXPECT_TRUE(Exists(bench.Path("mnt/metadata")));
+  EXPECT_FALSE(Exists("/dev/shm/metadata-bench-" + std::to_string(id)));
+}
+
+TEST(BenchRun, TellsEachStepInItsOrder) {
+  BenchRun bench("good");
+  bench.Drive(
+      "0 ping\n0.01 loglevel\n0.01 loglevel 0x10\n0.02 bookmark\n0.03 lasttick\n"
+      "0.04 record start night-1\n0.05 record stop\n0.06 died GpsHal\n0.07 restarted 5\n0.08 quit\n");
+  ASSERT_EQ(bench.Run(), 0) << bench.Output();
+  EXPECT_THAT(bench.Output(),
+              MatchesRegex("Drive .*/test.drive, speed 1, in .*/out\n"
+                           "   start  StateMgr ready after .*"
+                           "   start  MetadataMgr started after .*"
+                           "   start  MetadataMgr subscribed after .*"
+                           "   start  MetadataMgr told full run after .*"
+                           " +0\\.[0-9]+  ping: answered in .*"
+                           " +0\\.[0-9]+  loglevel: level now 0x7.*"
+                           " +0\\.[0-9]+  loglevel 0x10: level now 0x10.*"
+                           " +0\\.[0-9]+  bookmark: bookmark notice received after .*"
+                           " +0\\.[0-9]+  lasttick: tick 7, .*"
+                           "  record start night-1: recording event night-1\n.*"
+                           "  record stop: end of recording event night-1\n.*"
+                           "  died GpsHal: told MetadataMgr StreamMgr\n.*"
+                           "  restarted 5: told MetadataMgr StreamMgr\n.*"
+                           "  quit: shutting down\n"
+                           "    stop  MetadataMgr answered the shut-down after .*"
+                           "    stop  StreamMgr answered the shut-down after .*"
+                           "MetadataMgr: exit status 0, peak memory .*"
+                           "Good: 10 of 10 lines in .* s of the drive; start to full run .*\n"));
+  EXPECT_EQ(bench.Log("MetadataMgr"),
+            "bookmark\nrecord 1 with a tick\nrecord 0 with a tick\ndied 12\nrestarted 5\n");
+}
+
+TEST(BenchRun, KeepsTheLogsOfEarlierRuns) {
+  BenchRun bench("good");
+  bench.Drive("0 bookmark\n0 quit\n");
+  ASSERT_EQ(bench.Run(), 0) << bench.Output();
+  ASSERT_EQ(bench.Run(), 0) << bench.Output();
+  EXPECT_EQ(bench.Log("MetadataMgr"), "bookmark\nbookmark\n");
+}
+
+class BenchRunSignal : public testing::TestWithParam<int> {};
+
+TEST_P(BenchRunSignal, ShutsDownInOrder) {
+  BenchRun bench("good");
+  bench.Drive("0 ping\n1000 ping\n");
+  bench.Start();
+  ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
+  bench.Signal(GetParam());
+  EXPECT_EQ(bench.Finish(), 0);
+  EXPECT_THAT(bench.Output(), HasSubstr("a shut-down was asked for\n"));
+  EXPECT_THAT(bench.Output(), HasSubstr("MetadataMgr answered the shut-down"));
+  EXPECT_THAT(bench.Output(), HasSubstr("MetadataMgr: exit status 0"));
+  EXPECT_THAT(bench.Output(), HasSubstr("Good: 1 of 2 lines"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, BenchRunSignal, testing::Values(SIGINT, SIGTERM));
+
+TEST(BenchRun, LeavesNoProcessBehindWhenItIsKilled) {
+  BenchRun bench("mute");
+  bench.Drive("0 ping\n");
+  bench.Start();
+  ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
+  bench.Signal(SIGKILL);
+  EXPECT_EQ(bench.Finish(), 128 + SIGKILL);
+  for (const char* process : {"StateMgr", "StreamMgr", "MetadataMgr"}) {
+    const int lock = open(bench.Path(std::string("ipc/") + process + ".lock").c_str(), O_RDWR);
+    EXPECT_TRUE(Eventually([lock] { return flock(lock, LOCK_EX | LOCK_NB) == 0; })) << process;
+    close(lock);
+  }
+}
+
+TEST(BenchRun, WorksInADirectoryWhosePathIsTooLongForSockets) {
+  BenchRun bench("good");
+  bench.UseDirectory(std::string(100, 'd') + "/" + std::string(100, 'e'));
+  bench.Drive("0 ping\n");
+  bench.Start();
+  ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
+  const std::string endpoints = std::filesystem::read_symlink(bench.Path("ipc"));
+  EXPECT_TRUE(Exists(endpoints + "/Bench"));
+  std::string output;
+  EXPECT_EQ(RunVehicleBench({"run", "--out", bench.Path("")}, output), 1);
+  EXPECT_THAT(output, HasSubstr("Another bench runs in "));
+  EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
+  EXPECT_EQ(bench.Finish(), 0) << bench.Output();
+  EXPECT_FALSE(Exists(endpoints));
+  EXPECT_FALSE(std::filesystem::is_symlink(bench.Path("ipc")));
+}
+
+}  // namespace
