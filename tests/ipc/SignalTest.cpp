@@ -16,6 +16,7 @@ int InChild(int (*body)(LinxIpc& ipc)) {
   const IpcDir directory;
   Child child([body] {
     alarm(20);
+    (void)std::signal(SIGINT, SIG_DFL);  // a shell has its background jobs ignore it
     LinxIpc ipc("Me");
     return ipc.Init() == 0 ? body(ipc) : 99;
   });
