@@ -1,6 +1,7 @@
 #include <csignal>
 
 #include "Car.h"
+#include "support/Eventually.h"
 #include "support/Hex.h"
 #include "system/BigEndian.h"
 #include "system/Systick.h"
@@ -126,6 +127,13 @@ TEST(Event, IsOnDiskAsSoonAsItIsCriticalAndReported) {
       1U);
 }
 
+TEST(Event, IsOnDiskSoonThoughNothingElseHappens) {
+  Car car;
+  car.Run();
+  car.stateMgr.Send(kCameraState, "00000001 00000002 00000003");
+  EXPECT_TRUE(Eventually([&] { return car.Events() == Lines{"camera 2 state 3 event 1"}; }));
+}
+
 TEST(Event, FillersAreWrittenOnEachPassWhereForced) {
   Car car;
   car.environment["FORCE_METADATA"] = "";
@@ -178,6 +186,7 @@ TEST(Request, LastSystemTickIsTheOneThatTheStoreHolds) {
   EXPECT_GE(tick, before);
   EXPECT_LE(tick, Systick().SystemTick());
   EXPECT_EQ(ToHex(answer.substr(4)), "01 00 00 00");
+  EXPECT_TRUE(Eventually([&] { return FromHex(car.stateMgr.Ask(kGetTick, "", kTick)) > answer; }));
 }
 
 TEST(Request, LogLevelIsSetAndRead) {

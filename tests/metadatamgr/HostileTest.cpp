@@ -77,14 +77,11 @@ TEST(Hostile, PeersWithoutMannersAreRefused) {
   EXPECT_EQ(tool.Ask(kPing, "", kPong), "");
   const RawPeer silent = RawPeer::To(kName);
   const std::string firstPackets[] = {"x",
-                                      Packet(kPing),
                                       Packet(kQuit),
                                       HelloPacket(""),
                                       HelloPacket("../etc/passwd"),
-                                      HelloPacket(std::string(33, 'x')),
-                                      HelloPacket("MetadataMgr"),
                                       HelloPacket("Tool"),
-                                      std::string("LINX\x02Tool"),
+                                      std::string("LINX\x02Modem"),
                                       std::string(100000, 'x')};
   for (const std::string& packet : firstPackets) {
     const RawPeer peer = RawPeer::To(kName);

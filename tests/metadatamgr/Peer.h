@@ -1,24 +1,46 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cerrno>
 #include <memory>
 #include <string>
 
 #include "ipc/LinxIpc.h"
+#include "support/Eventually.h"
+#include "support/Hex.h"
 
 // Another process of the car, played by the test. Payloads are hex.
 class Peer {
  public:
-  explicit Peer(const std::string& name);
+  explicit Peer(const std::string& name) : ipc_(std::make_unique<LinxIpc>(name)) {
+    EXPECT_EQ(ipc_->Init(), 0);
+  }
 
   // Sends to MetadataMgr, as soon as it is there and takes it.
-  void Send(unsigned int type, const std::string& payload = "");
+  void Send(unsigned int type, const std::string& payload = "") {
+    std::string bytes = FromHex(payload);
+    IpcMessage message;
+    ASSERT_EQ(message.Allocate(type, static_cast<unsigned int>(bytes.size()), bytes.data()), 0);
+    ASSERT_TRUE(Eventually([&] { return ipc_->Notify("MetadataMgr", message, true) == 0; })) << type;
+  }
 
   // The payload of the next message of this type; "nothing" when none comes.
-  std::string Await(unsigned int type);
-  std::string Ask(unsigned int type, const std::string& payload, unsigned int answer);
+  std::string Await(unsigned int type) {
+    IpcMessage message;
+    if (ipc_->Receive(20000, type, "MetadataMgr", &message) != 0) return "nothing";
+    return ToHex(std::string(message.DataPtr(), message.DataPtr() + message.Size()));
+  }
+  std::string Ask(unsigned int type, const std::string& payload, unsigned int answer) {
+    Send(type, payload);
+    return Await(answer);
+  }
 
   // True when no message is waiting here that was not awaited.
-  bool HasHeardNothing();
+  bool HasHeardNothing() {
+    IpcMessage message;
+    return ipc_->Receive(0, 0, LinxIpc::emptyString, &message) == ETIMEDOUT;
+  }
 
   // The process ends.
   void Leave() { ipc_.reset(); }

@@ -74,30 +74,22 @@ const char* const kNotAnnounced = "1 Init: Notification to StateMgr that we've s
 const char* const kShutdown = "16 WaitForStateMgr - shutdown requested.";
 const char* const kNotAnswered = "1 ProcessInitializer::WaitForStateMgr - Failed RespondToSubscribed";
 const char* const kSubscribeFailed = "1 ProcessInitializer::WaitForStateMgr - Failed Subscribe";
+const char* const kNoNotice = "1 ProcessInitializer::NotifyFailedStart - Error allocating request";
+const char* const kNoStarted = "1 ProcessInitializer::ProcessStarted - Error allocating request";
+const char* const kReceiveError = "1 ProcessInitializer::WaitForStateMgr - Receive error 5";
+const char* const kNoPayload = "2 StateMgr::WaitForStateMgr NULL MESSAGE";
+const char* const kNoSubscribed = "1 ProcessInitializer::RespondToSubscribed - Error allocating request";
 const char* const kEnd = "1 ProcessInitializer::WaitForStateMgr - Receive error 71";
 
 const Failure kFailures[] = {
     {"NoEndpoint", {kAnyNumber, {}}, {}, {kNoEndpoint, kSetupFailed}},
     {"NotReady", {}, {kFailedStart}, {kPreInitFailed}, false},
-    {"NotReadyAndCannotAllocateNotice",
-     {0, {}, 13244},
-     {},
-     {kPreInitFailed, "1 ProcessInitializer::NotifyFailedStart - Error allocating request"},
-     false},
+    {"NotReadyAndCannotAllocateNotice", {0, {}, 13244}, {}, {kPreInitFailed, kNoNotice}, false},
     {"NotReadyAndCannotSendNotice", {0, {}, 0, 13244}, {}, {kPreInitFailed, kCannotSend}, false},
-    {"CannotAllocateStarted",
-     {0, {}, 13232},
-     {},
-     {"1 ProcessInitializer::ProcessStarted - Error allocating request", kNotStarted, kNotAnnounced}},
+    {"CannotAllocateStarted", {0, {}, 13232}, {}, {kNoStarted, kNotStarted, kNotAnnounced}},
     {"CannotSendStarted", {0, {}, 0, 13232}, {}, {kCannotSend, kNotStarted, kNotAnnounced}},
-    {"ReceiveError",
-     {0, {{kAnyNumber, 0, ""}, kFullRun}},
-     {kStarted},
-     {"1 ProcessInitializer::WaitForStateMgr - Receive error 5"}},
-    {"SubscribeWithoutPayload",
-     {0, {{0, 13233, ""}, kFullRun}},
-     {kStarted},
-     {"2 StateMgr::WaitForStateMgr NULL MESSAGE"}},
+    {"ReceiveError", {0, {{kAnyNumber, 0, ""}, kFullRun}}, {kStarted}, {kReceiveError}},
+    {"SubscribeWithoutPayload", {0, {{0, 13233, ""}, kFullRun}}, {kStarted}, {kNoPayload}},
     {"SubscriptionsFail",
      {0, {kSubscribe, kFullRun}},
      {kStarted, kNotSubscribed},
@@ -113,7 +105,7 @@ const Failure kFailures[] = {
     {"CannotAllocateSubscribed",
      {0, {kSubscribe, kFullRun}, 13234},
      {kStarted},
-     {"1 ProcessInitializer::RespondToSubscribed - Error allocating request", kNotAnswered}},
+     {kNoSubscribed, kNotAnswered}},
     {"CannotSendSubscribed", {0, {kSubscribe, kFullRun}, 0, 13234}, {kStarted}, {kCannotSend, kNotAnswered}},
     {"ShutdownWithSubscribe",
      {0, {{ESHUTDOWN, 13233, "01"}, kFullRun}},
