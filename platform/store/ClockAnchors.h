@@ -4,36 +4,57 @@
 
 namespace store {
 
-// Decides when the relation between tick and wall clock is to be recorded: at first, each minute,
-// and whenever the wall clock was set.
+// The relation of tick and UTC, by the wall clock and by GPS, as recorded last. Decides when it is to
+// be recorded again: at first, each minute, and on a step.
 class ClockAnchors {
  public:
   static constexpr std::int64_t kPeriodMs = 60'000;
   static constexpr std::int64_t kCheckMs = 1000;
-  static constexpr std::int64_t kStepMs = 250;  // an adjusted clock drifts less between two checks
+  static constexpr std::int64_t kSystemStepMs = 250;  // an adjusted clock drifts less between two checks
+  static constexpr std::int64_t kGpsStepMs = 1000;    // readings are told with some delay
 
   // False as long as there is no need to read the wall clock.
-  bool CheckDue(std::int64_t tick) const { return tick >= nextCheck_ || tick < tick_; }
+  bool CheckDue(std::int64_t tick) const { return tick >= nextCheck_ || tick < system_.tick; }
 
-  // True when an anchor is to be recorded, which is then taken as recorded.
-  bool Check(std::int64_t tick, std::int64_t utcMs) {
+  bool SystemDue(std::int64_t tick, std::int64_t utcMs) {
     nextCheck_ = tick + kCheckMs;
-    const std::int64_t deviation = (utcMs - utcMs_) - (tick - tick_);
-    const bool step = deviation > kStepMs || deviation < -kStepMs;
-    if (!step && tick < tick_ + kPeriodMs) return false;
-    Recorded(tick, utcMs);
-    return true;
+    // Readings of GPS bring an anchor each minute too, as long as they come.
+    const std::int64_t periodMs = gpsKnown_ ? 2 * kPeriodMs : kPeriodMs;
+    return tick >= system_.tick + periodMs || system_.Deviates(tick, utcMs, kSystemStepMs);
   }
-
-  void Recorded(std::int64_t tick, std::int64_t utcMs) {
-    tick_ = tick;
-    utcMs_ = utcMs;
+  void RecordedSystem(std::int64_t tick, std::int64_t utcMs) {
+    system_ = {tick, utcMs};
     nextCheck_ = tick + kCheckMs;
   }
+
+  bool GpsDue(std::int64_t tick, std::int64_t utcMs) const {
+    return !gpsKnown_ || tick >= gps_.tick + kPeriodMs || gps_.Deviates(tick, utcMs, kGpsStepMs);
+  }
+  void SetGps(std::int64_t tick, std::int64_t utcMs) {
+    gps_ = {tick, utcMs};
+    gpsKnown_ = true;
+  }
+  bool GpsKnown() const { return gpsKnown_; }
+  std::int64_t GpsUtcAt(std::int64_t tick) const { return gps_.UtcAt(tick); }
+
+  // The ticks have begun anew, this much further on: UTC by GPS goes on as it was.
+  void TicksMoved(std::int64_t distance) { gps_.tick += distance; }
 
  private:
-  std::int64_t tick_ = 0;
-  std::int64_t utcMs_ = 0;
+  struct Anchor {
+    std::int64_t tick = 0;
+    std::int64_t utcMs = 0;
+
+    std::int64_t UtcAt(std::int64_t at) const { return utcMs + (at - tick); }
+    bool Deviates(std::int64_t at, std::int64_t utc, std::int64_t limit) const {
+      const std::int64_t deviation = utc - UtcAt(at);
+      return deviation > limit || deviation < -limit;
+    }
+  };
+
+  Anchor system_;
+  Anchor gps_;
+  bool gpsKnown_ = false;
   std::int64_t nextCheck_ = 0;
 };
 

@@ -1,5 +1,6 @@
 // The operations that take a whole item.
 
+#include "GpsTime.h"
 #include "Store.h"
 #include "items/ConfigurationItems.h"
 #include "items/GpsStatusItem.h"
@@ -21,6 +22,7 @@ std::int64_t SignedAngle(unsigned int degrees, unsigned int minutes, unsigned in
 
 void DataStoreNormal::ReportGps(const GpsStatusItem& position, unsigned int tick, bool report) {
   const GpsStatusItem& p = position;
+  if (const auto utcMs = store::UtcMsOf(p)) store_->AddGpsTime(tick, *utcMs);
   const bool north = p.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
   const bool east = p.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
   store_->Add(store::kGpsTable, EventOf(report), tick,

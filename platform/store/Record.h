@@ -37,6 +37,7 @@ enum TableId : unsigned char {
   kRunEndTable,
   kClockTable,
   kLossTable,
+  kLogPinnedTable,
   kTableCount
 };
 

@@ -33,6 +33,7 @@ class Recorder {
   void Close() { file_.reset(); }
   bool IsOpen() const { return file_ != nullptr; }
   bool Failing() const { return failing_; }
+  bool LogPinned() const { return logPinned_; }
   RecordingFile& File() { return *file_; }
   const FileNames& Names() const { return names_; }
 

@@ -43,7 +43,8 @@ std::string CreateRecordView() {
 }
 
 // A sender's tick counts where it is one (0 and 4294967295 are not) and is near; a restated record
-// has the time at which it was restated. Records before the first anchor take the first.
+// has the time at which it was restated. Records before the first anchor that can be trusted take that
+// one: the first by GPS, else the first since a date at which there was this system (2024-01-01).
 constexpr const char* kCreateTimeline = R"(
 CREATE VIEW timeline AS
 WITH shifted AS (
@@ -51,9 +52,13 @@ WITH shifted AS (
          iif(event<>2 AND sender_tick NOT IN (0,4294967295) AND abs(shift)<=60000, shift, NULL) AS shift
   FROM record),
 timed AS (
-  SELECT *, tick + coalesce(shift,0) + coalesce(
-      (SELECT utc_ms-clock.tick FROM clock WHERE clock.seq<=shifted.seq ORDER BY clock.seq DESC LIMIT 1),
-      (SELECT utc_ms-clock.tick FROM clock ORDER BY clock.seq LIMIT 1)) AS utc_ms
+  SELECT *, tick + coalesce(shift,0) +
+      (SELECT utc_ms-clock.tick FROM clock
+       WHERE clock.seq<=max(shifted.seq, (SELECT coalesce(
+           (SELECT min(seq) FROM clock WHERE clock_source='gps'),
+           (SELECT min(seq) FROM clock WHERE utc_ms>=1704067200000),
+           (SELECT min(seq) FROM clock))))
+       ORDER BY clock.seq DESC LIMIT 1) AS utc_ms
   FROM shifted)
 SELECT seq,
        strftime('%Y-%m-%dT%H:%M:%S', utc_ms/1000, 'unixepoch') || printf('.%03dZ', utc_ms%1000) AS utc,

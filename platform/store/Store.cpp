@@ -15,6 +15,11 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
+// A told tick that is further away from the arrival is of another time, as for the timeline.
+constexpr bool IsNear(std::int64_t distanceMs) {
+  return distanceMs >= -60'000 && distanceMs <= 60'000;
+}
+
 }  // namespace
 
 DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& options)
@@ -44,10 +49,14 @@ void DataStoreNormal::Store::Close() {
 }
 
 void DataStoreNormal::Store::TimerTick(unsigned int tick) {
-  arrival_.Advance(tick);
+  const std::int64_t before = arrival_.Now();
+  if (arrival_.Advance(tick)) anchors_.TicksMoved(arrival_.Now() - before);
   if (!recorder_.IsOpen()) return;
-  if (anchors_.CheckDue(arrival_.Now()) && anchors_.Check(arrival_.Now(), clock_.UtcMs())) AddClock();
-  if (CommitDue()) (void)Commit();
+  const std::int64_t now = arrival_.Now();
+  if (anchors_.CheckDue(now) && anchors_.SystemDue(now, SystemUtcMs())) AddClock();
+  // Without a tick nothing grows older: nothing is kept waiting then.
+  const bool timeless = tick == store::ArrivalTick::kNone && !batch_.Empty();
+  if (timeless || CommitDue()) (void)Commit();
 }
 
 void DataStoreNormal::Store::Add(TableId table, Event event, std::int64_t senderTick,
@@ -105,6 +114,7 @@ bool DataStoreNormal::Store::Commit() {
     criticalWritten_ = true;
     criticalWrittenMs_ = clock_.TickMs();
   }
+  if (recorder_.LogPinned() != logPinned_) AddLogPinned();
   return true;
 }
 
@@ -118,15 +128,51 @@ bool DataStoreNormal::Store::WriteAll() {
 // Each file can be understood without the others.
 bool DataStoreNormal::Store::BeginFile() {
   if (!recorder_.Begin()) return false;
+  logPinned_ = false;
   AddClock();
   fullState_.Restate(batch_, seq_, arrival_.Now());
   return true;
 }
 
+// The wall clock as it was at the arrival tick, which is a little ago.
+std::int64_t DataStoreNormal::Store::SystemUtcMs() const {
+  unsigned int tick = 0;
+  std::int64_t utcMs = 0;
+  for (int attempt = 0; attempt < 3; ++attempt) {  // another process may have run in between
+    tick = clock_.TickMs();
+    utcMs = clock_.UtcMs();
+    if (clock_.TickMs() - tick <= 1) break;
+  }
+  const std::int64_t ago = arrival_.Distance(tick);
+  const bool sameClock = tick != store::ArrivalTick::kNone && IsNear(ago);
+  return sameClock ? utcMs - ago : utcMs;
+}
+
 void DataStoreNormal::Store::AddClock() {
-  const std::int64_t utcMs = clock_.UtcMs();
-  anchors_.Recorded(arrival_.Now(), utcMs);
-  AddRecord(store::kClockTable, Event::kChange, kNoSenderTick, {utcMs, std::string_view("system")}, false);
+  const std::int64_t now = arrival_.Now();
+  const std::int64_t systemUtcMs = SystemUtcMs();
+  anchors_.RecordedSystem(now, systemUtcMs);
+  const bool gps = anchors_.GpsKnown();
+  AddRecord(
+      store::kClockTable, Event::kChange, kNoSenderTick,
+      {gps ? anchors_.GpsUtcAt(now) : systemUtcMs, std::string_view(gps ? "gps" : "system"), systemUtcMs},
+      false);
+}
+
+// A reading of another time says nothing about this one.
+void DataStoreNormal::Store::AddGpsTime(std::uint32_t tick, std::int64_t utcMs) {
+  if (!recorder_.IsOpen() || tick == 0 || tick == store::ArrivalTick::kNone) return;
+  const std::int64_t later = arrival_.Distance(tick);
+  const std::int64_t now = arrival_.Now();
+  if (!IsNear(later) || !anchors_.GpsDue(now, utcMs - later)) return;
+  anchors_.SetGps(now, utcMs - later);
+  AddClock();
+}
+
+void DataStoreNormal::Store::AddLogPinned() {
+  logPinned_ = recorder_.LogPinned();
+  AddRecord(store::kLogPinnedTable, Event::kChange, kNoSenderTick, {logPinned_, recorder_.File().LogBytes()},
+            false);
 }
 
 void DataStoreNormal::Store::AddLosses() {

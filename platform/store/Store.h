@@ -16,7 +16,8 @@
 //   - with the first tick that finds one kCommitAfterMs old;
 //   - a critical one at once, unless one was written less than kCriticalGapMs before: then with
 //     the first tick after that;
-//   - when a lot of them wait.
+//   - when a lot of them wait;
+//   - with each turn while there is no tick.
 // While writing fails, attempts are that far apart too.
 class DataStoreNormal::Store {
  public:
@@ -37,12 +38,16 @@ class DataStoreNormal::Store {
   void AddPreviousRun();
   void AddConfiguration(store::Event event);
   void AddRunEnd();
+  // A GPS reading told this UTC at this tick.
+  void AddGpsTime(std::uint32_t tick, std::int64_t utcMs);
   void AddFullState();
 
  private:
   void AddRecord(store::TableId table, store::Event event, std::int64_t senderTick,
                  std::initializer_list<store::Value> values, bool critical);
   void AddClock();
+  void AddLogPinned();
+  std::int64_t SystemUtcMs() const;
   void AddLosses();
   void AddSetting(store::Event event, std::string_view name, const std::string& value);
 
@@ -67,4 +72,5 @@ class DataStoreNormal::Store {
   bool criticalPending_ = false;
   bool criticalWritten_ = false;
   unsigned int criticalWrittenMs_ = 0;  // by the clock, not by arrival
+  bool logPinned_ = false;              // as recorded
 };

@@ -29,9 +29,11 @@ constexpr std::array<Table, kTableCount> kAll{{
      "gps",
      0,  //
      "'gps'",
-     "printf('%.6f %.6f %g m, %g km/h, course %g, quality %d, %d satellites',latitude_e4min/600000.0,"
-     "longitude_e4min/600000.0,altitude_dm/10.0,speed_deci_kmh/10.0,course_deci_deg/10.0,quality,"
-     "satellites_used)",
+     "printf('%.6f %.6f',latitude_e4min/600000.0,longitude_e4min/600000.0)||"
+     "iif(altitude_dm=134217727,'',printf(' %.1f m',altitude_dm/10.0))||"
+     "printf(', %.1f km/h, course %.1f',speed_deci_kmh/10.0,course_deci_deg/10.0)||"
+     "CASE quality WHEN 0 THEN ', no fix' WHEN 1 THEN ', fix' WHEN 2 THEN ', differential' "
+     "WHEN 8 THEN ', simulated' ELSE ', quality '||quality END||', '||satellites_used||' satellites'",
      {{{"latitude_e4min"},
        {"longitude_e4min"},
        {"altitude_dm"},
@@ -155,14 +157,21 @@ constexpr std::array<Table, kTableCount> kAll{{
      "clock",
      kNoState,  //
      "'clock'",
-     "'set by '||clock_source",
-     {{{"utc_ms"}, {"clock_source", kText}}}},
+     "'set by '||clock_source||iif(abs(system_utc_ms-utc_ms)<=1000,'',"
+     "printf(', the wall clock is off by %+.1f s',(system_utc_ms-utc_ms)/1000.0))",
+     {{{"utc_ms"}, {"clock_source", kText}, {"system_utc_ms"}}}},
     {kLossTable,
      "loss",
      kNoState,  //
      "'store'",
      "'lost '||count||' records of '||lost_table||' from tick '||from_tick||' to '||to_tick",
      {{{"lost_table", kText}, {"from_tick"}, {"to_tick"}, {"count"}}}},
+    {kLogPinnedTable,
+     "log_pinned",
+     kNoState,  //
+     "'store'",
+     "iif(pinned,'a reader makes the log grow','the log is short again')||': '||log_bytes||' bytes'",
+     {{{"pinned"}, {"log_bytes"}}}},
 }};
 #undef TAG_NAME
 

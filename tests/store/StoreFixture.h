@@ -26,8 +26,8 @@ class FakeClock : public StoreClock {
 // Another program's connection to a recording.
 class Connection {
  public:
-  explicit Connection(const std::string& path) {
-    sqlite3_open_v2(path.c_str(), &handle_, SQLITE_OPEN_READWRITE, nullptr);
+  explicit Connection(const std::string& path, const char* vfs = nullptr) {
+    sqlite3_open_v2(path.c_str(), &handle_, SQLITE_OPEN_READWRITE, vfs);
   }
   ~Connection() { sqlite3_close(handle_); }
   Connection(const Connection&) = delete;

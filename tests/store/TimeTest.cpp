@@ -48,7 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
                     TicksCase{"WrapsTwice",
                               {0xFFFFFFFE, 0x70000000, 0xE0000000, 1},
                               "4294967294\n6174015488\n8053063680\n8589934593\n"},
-                    TicksCase{"StepsBack", {10'000, 9'000, 9'999, 10'001}, "10000\n10000\n10000\n10001\n"}),
+                    TicksCase{
+                        "StepsBackALittle", {10'000, 9'000, 9'999, 10'001}, "10000\n10000\n10000\n10001\n"},
+                    TicksCase{"BeginsAnew", {10'000, 8'999, 9'100}, "10000\n4294976295\n4294976396\n"}),
     [](const auto& param) { return std::string(param.param.name); });
 
 TEST_F(StoreTest, BeforeTheFirstTickTheClockTellsTheTime) {
@@ -109,6 +111,92 @@ TEST_F(StoreTest, AnchorsAreTakenAtOpenEachMinuteAndWhenTheClockWasSet) {
   Close();
   EXPECT_EQ(Rows("SELECT tick, utc_ms-1714564800000 FROM clock ORDER BY seq"),
             "10000|0\n70000|60000\n130000|120000\n141000|3731000\n142000|3731700\n");
+}
+
+TEST_F(StoreTest, AnAnchorsUtcIsThatOfItsTick) {
+  Open();
+  clock_.tick += 60'008;  // 8 ms after the tick that is told
+  clock_.utcMs += 60'008;
+  Store().TimerTick(clock_.tick - 8);
+  Close();
+  EXPECT_EQ(Rows("SELECT tick, utc_ms-1714564800000 FROM clock ORDER BY seq"), "10000|0\n70000|60000\n");
+}
+
+// Once, the machine does something else between the readings of the two clocks.
+class InterruptedClock : public FakeClock {
+ public:
+  std::int64_t UtcMs() const override {
+    const std::int64_t now = utcMs + late_;
+    late_ = 500;
+    return now;
+  }
+  unsigned int TickMs() const override { return tick + late_; }
+
+ private:
+  mutable unsigned int late_ = 0;
+};
+
+TEST_F(StoreTest, AnAnchorWhoseReadingWasInterruptedIsReadAgain) {
+  const InterruptedClock clock;
+  options_.clock = &clock;
+  Open();
+  Close();
+  EXPECT_EQ(Rows("SELECT tick, utc_ms-1714564800000 FROM clock"), "10000|0\n");
+}
+
+TEST_F(StoreTest, UtcGoesOnWhenTheTicksBeginAnew) {
+  Open();
+  clock_.utcMs += 500;
+  clock_.tick = 42;
+  Store().TimerTick(clock_.tick);
+  Temperature(1);
+  After(500);
+  EXPECT_EQ(Rows("SELECT utc,utc_from,sender_tick FROM timeline WHERE source='temperature 0'"),
+            "2024-05-01T12:00:00.500Z|sender|42\n");
+}
+
+TEST_F(StoreTest, WithoutATickRecordsAreStillCommittedAndLocksWaitedOut) {
+  Open();
+  Temperature(1);
+  Store().TimerTick(0xFFFFFFFF);
+  EXPECT_EQ(Temperatures(), "1\n");
+  {
+    Connection other(File(1));
+    other.Rows("BEGIN IMMEDIATE");
+    Temperature(2);
+    Store().TimerTick(0xFFFFFFFF);
+  }
+  Store().TimerTick(0xFFFFFFFF);
+  EXPECT_EQ(Temperatures(), "1\n2\n");
+}
+
+TEST_F(StoreTest, AfterATimeWithoutTicksUtcIsRightAgain) {
+  Open();
+  clock_.tick += 20'000;
+  clock_.utcMs += 20'000;
+  Store().TimerTick(0xFFFFFFFF);
+  Temperature(1);
+  Store().ReportGpsState(true, true);
+  After(1000);
+  Store().ReportGpsState(false, true);
+  Close();
+  EXPECT_EQ(Rows("SELECT utc,utc_from,text FROM timeline WHERE source<>'clock'"),
+            "2024-05-01T12:00:20.000Z|sender|1\n2024-05-01T12:00:00.000Z|arrival|fix\n"
+            "2024-05-01T12:00:21.000Z|arrival|no fix\n");
+}
+
+TEST_F(StoreTest, AClockThatDidNotKnowTheDateDoesNotSpoilWhatWasRecordedBeforeItWasSet) {
+  clock_.utcMs = 5'000;  // 1970
+  Open();
+  Temperature(1);
+  After(90'000);
+  Temperature(2);
+  clock_.utcMs = kNoonUtcMs;
+  After(1000);
+  Temperature(3);
+  Close();
+  EXPECT_EQ(Rows("SELECT utc FROM timeline WHERE source='temperature 0'"),
+            "2024-05-01T11:58:30.000Z\n2024-05-01T12:00:00.000Z\n2024-05-01T12:00:01.000Z\n");
 }
 
 TEST_F(StoreTest, UtcFollowsTheAnchorThatWasInForce) {

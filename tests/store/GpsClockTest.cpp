@@ -1,0 +1,181 @@
+#include <functional>
+
+#include "StoreFixture.h"
+#include "items/GpsStatusItem.h"
+
+namespace {
+
+constexpr std::uint32_t kNoonMs = 12U * 3'600'000;
+
+// GPS tells the true time: noon at tick 10000. The wall clock is an hour behind.
+class GpsClockTest : public StoreTest {
+ protected:
+  void SetUp() override {
+    StoreTest::SetUp();
+    clock_.utcMs -= 3'600'000;
+  }
+
+  GpsStatusItem Reading(unsigned int tick) const {
+    GpsStatusItem reading;
+    reading.quality = 1;
+    reading.valid = 1;
+    reading.utcDate = 20240501;
+    reading.utcTimeOfDayMs = kNoonMs + (tick - 10'000);
+    reading.tick = tick;
+    return reading;
+  }
+  void Gps(const GpsStatusItem& reading) { Store().ReportGps(reading, reading.tick, true); }
+  void Gps() { Gps(Reading(clock_.tick)); }
+
+  // Of GPS: seconds since tick 10000, by tick and by UTC.
+  std::string Anchors(int file = 1) const {
+    return Rows(
+        "SELECT (tick-10000)/1000.0, (utc_ms-1714564800000)/1000.0 FROM clock "
+        "WHERE clock_source='gps' ORDER BY seq",
+        file);
+  }
+  std::string Times(int file = 1) const {
+    return Rows("SELECT utc FROM timeline WHERE source='temperature 0' AND event='event'", file);
+  }
+};
+
+TEST_F(GpsClockTest, AnchorsAreTakenAtTheFirstReadingAndEachMinute) {
+  Open();
+  for (int i = 0; i < 130; ++i) {
+    After(1000);
+    Gps();
+  }
+  Close();
+  EXPECT_EQ(Anchors(), "1.0|1.0\n61.0|61.0\n121.0|121.0\n");
+}
+
+TEST_F(GpsClockTest, AnAnchorIsTakenWhenTheTimeStepsByMoreThanASecond) {
+  Open();
+  for (const unsigned int step : {0, 1000, 2001, 2000, 0, 0}) {
+    GpsStatusItem reading = Reading(clock_.tick);
+    reading.utcTimeOfDayMs += step;
+    Gps(reading);
+    After(1000);
+  }
+  Close();
+  EXPECT_EQ(Anchors(), "0.0|0.0\n2.0|4.001\n4.0|4.0\n");
+}
+
+TEST_F(GpsClockTest, OneAnchorHoldsForTheWholeFile) {
+  Open();
+  Temperature(1);
+  After(30'000);
+  Gps(Reading(clock_.tick - 400));  // told a little late
+  After(3'600'000);
+  Temperature(2);
+  Close();
+  EXPECT_EQ(Times(), "2024-05-01T12:00:00.000Z\n2024-05-01T13:00:30.000Z\n");
+  EXPECT_EQ(Rows("SELECT count(*) FROM clock WHERE system_utc_ms<>1714561200000+tick-10000"), "0\n")
+      << "the wall clock stands beside it";
+}
+
+TEST_F(GpsClockTest, AWallClockThatIsSetChangesNothing) {
+  Open();
+  Gps();
+  clock_.utcMs += 7'200'000;
+  After(1000);
+  Temperature(1);
+  clock_.utcMs -= 86'400'000;
+  After(1000);
+  Temperature(2);
+  Close();
+  EXPECT_EQ(Times(), "2024-05-01T12:00:01.000Z\n2024-05-01T12:00:02.000Z\n");
+  EXPECT_EQ(Rows("SELECT text FROM timeline WHERE source='clock'"),
+            "set by system\nset by gps, the wall clock is off by -3600.0 s\n"
+            "set by gps, the wall clock is off by +3600.0 s\n"
+            "set by gps, the wall clock is off by -82800.0 s\n");
+}
+
+TEST_F(GpsClockTest, TheNextFileKnowsIt) {
+  Open();
+  Gps();
+  After(1000);
+  std::filesystem::remove(File(1));
+  Temperature(1);
+  After(1000);
+  Close();
+  EXPECT_EQ(Times(2), "2024-05-01T12:00:01.000Z\n");
+}
+
+TEST_F(GpsClockTest, ItOutlastsTicksThatBeginAnew) {
+  Open();
+  Gps();
+  clock_.tick = 100;
+  Store().TimerTick(clock_.tick);
+  After(5000);
+  Temperature(1);
+  Close();
+  EXPECT_EQ(Times(), "2024-05-01T12:00:05.000Z\n");
+}
+
+TEST_F(GpsClockTest, TheReadingMayLieBehindTheWrapOfTheTick) {
+  clock_.tick = 0xFFFFFFF0;
+  Open();
+  GpsStatusItem reading = Reading(10'000);
+  reading.tick = 84;  // 100 ms later
+  Gps(reading);
+  Temperature(1);
+  Close();
+  EXPECT_EQ(Times(), "2024-05-01T11:59:59.900Z\n");
+}
+
+struct IgnoredCase {
+  const char* name;
+  std::function<void(GpsStatusItem&)> change;
+};
+std::ostream& operator<<(std::ostream& out, const IgnoredCase& c) {
+  return out << c.name;
+}
+
+class IgnoredGpsTimeTest : public GpsClockTest, public testing::WithParamInterface<IgnoredCase> {};
+
+TEST_P(IgnoredGpsTimeTest, MakesNoAnchor) {
+  clock_.tick = 100'000;
+  Open();
+  GpsStatusItem reading = Reading(clock_.tick);
+  GetParam().change(reading);
+  Gps(reading);
+  EXPECT_EQ(Anchors(), "");
+  Store().WriteFullState(true);
+  EXPECT_EQ(Rows("SELECT count(*) FROM gps WHERE event=1"), "1\n") << "it is recorded all the same";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Readings, IgnoredGpsTimeTest,
+    testing::Values(IgnoredCase{"NoFix", [](auto& r) { r.quality = 0; }},
+                    IgnoredCase{"ManualInput", [](auto& r) { r.quality = 7; }},
+                    IgnoredCase{"Simulation", [](auto& r) { r.quality = 8; }},
+                    IgnoredCase{"NotValid", [](auto& r) { r.valid = 0; }},
+                    IgnoredCase{"NoDate", [](auto& r) { r.utcDate = 0; }},
+                    IgnoredCase{"LongAgo", [](auto& r) { r.utcDate = 19800106; }},
+                    IgnoredCase{"FarAhead", [](auto& r) { r.utcDate = 21000101; }},
+                    IgnoredCase{"HugeDate", [](auto& r) { r.utcDate = 0xFFFFFFFF; }},
+                    IgnoredCase{"Month0", [](auto& r) { r.utcDate = 20250001; }},
+                    IgnoredCase{"Month13", [](auto& r) { r.utcDate = 20241301; }},
+                    IgnoredCase{"Day0", [](auto& r) { r.utcDate = 20240500; }},
+                    IgnoredCase{"FebruaryThe29th", [](auto& r) { r.utcDate = 20250229; }},
+                    IgnoredCase{"Midnight24", [](auto& r) { r.utcTimeOfDayMs = 86'400'000; }},
+                    IgnoredCase{"HugeTime", [](auto& r) { r.utcTimeOfDayMs = 0xFFFFFFFF; }},
+                    IgnoredCase{"TickZero", [](auto& r) { r.tick = 0; }},
+                    IgnoredCase{"NoTick", [](auto& r) { r.tick = 0xFFFFFFFF; }},
+                    IgnoredCase{"OldReading", [](auto& r) { r.tick -= 60'001; }},
+                    IgnoredCase{"FutureReading", [](auto& r) { r.tick += 60'001; }}),
+    [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(GpsClockTest, TheLastDayOfFebruaryIsADay) {
+  Open();
+  GpsStatusItem reading = Reading(clock_.tick);
+  reading.utcDate = 20280229;
+  reading.utcTimeOfDayMs = 86'399'999;
+  Gps(reading);
+  Temperature(1);
+  Close();
+  EXPECT_EQ(Times(), "2028-02-29T23:59:59.999Z\n");
+}
+
+}  // namespace
