@@ -15,6 +15,17 @@ constexpr std::uint64_t kMaxLogBytes = std::uint64_t{16} << 20;
 constexpr const char* kLastUtc =
     "SELECT utc_ms + last_tick - tick FROM clock, progress WHERE seq <= last_seq ORDER BY seq DESC LIMIT 1";
 
+// A file that was being begun when the power went, or whose first commit never came, tells nothing.
+int CountRecorded(Database& database, std::int64_t& lastSeq) {
+  std::int64_t tables = 0;
+  int rc = database.Query("SELECT count(*) FROM sqlite_master", tables);
+  if (rc != SQLITE_OK || tables == 0) return rc;
+  std::int64_t id = 0;
+  rc = database.Query("PRAGMA application_id", id);
+  if (rc == SQLITE_OK && id != kApplicationId) rc = SQLITE_NOTADB;
+  return rc == SQLITE_OK ? database.Query("SELECT last_seq FROM progress", lastSeq) : rc;
+}
+
 bool Read(const std::string& path, PreviousRun& run) {
   FileIdentity walLog;
   if (Identify(path + "-wal", walLog) == 0 && walLog.bytes > kMaxLogBytes) {
@@ -22,13 +33,11 @@ bool Read(const std::string& path, PreviousRun& run) {
     return false;
   }
   Database database;
-  std::int64_t id = 0;
   std::int64_t clean = 0;
   int rc = database.Open(path);
   if (rc == SQLITE_OK) database.LimitWork();
-  if (rc == SQLITE_OK) rc = database.Query("PRAGMA application_id", id);
-  if (rc == SQLITE_OK && id != kApplicationId) rc = SQLITE_NOTADB;
-  if (rc == SQLITE_OK) rc = database.Query("SELECT last_seq FROM progress", run.lastSeq);
+  if (rc == SQLITE_OK) rc = CountRecorded(database, run.lastSeq);
+  if (rc == SQLITE_OK && run.lastSeq == 0) return true;
   if (rc == SQLITE_OK) rc = database.Query("SELECT last_tick FROM progress", run.lastTick);
   if (rc == SQLITE_OK) rc = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
   if (rc != SQLITE_OK) {
@@ -53,7 +62,11 @@ PreviousRun LookAtPreviousRun(const FileNames& names) {
     if (Identify(path, identity) != 0 || identity.bytes == 0) continue;
     PreviousRun run;
     run.file = NameOf(path);
-    if (!Read(path, run)) run.ended = "unreadable";
+    if (!Read(path, run)) {
+      run.ended = "unreadable";
+    } else if (run.lastSeq == 0) {
+      continue;
+    }
     return run;
   }
   return {};

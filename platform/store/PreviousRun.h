@@ -16,8 +16,8 @@ struct PreviousRun {
   std::int64_t lastUtcMs = 0;
 };
 
-// Looks at the newest file that is not empty. A log that a cut left beside it is folded into it;
-// a file that cannot be read, or whose log is too long for that, is left alone and logged.
+// Looks at the newest file in which something was recorded. A log that a cut left beside it is folded into
+// it; a file that cannot be read, or whose log is too long for that, is left alone and logged.
 PreviousRun LookAtPreviousRun(const FileNames& names);
 
 }  // namespace store

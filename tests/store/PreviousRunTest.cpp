@@ -59,6 +59,21 @@ TEST_F(PreviousRunTest, AFileWithNothingInItIsPassedOver) {
   EXPECT_EQ(Told("metadata", 3), "clean|metadata.000001.db|10000\n");
 }
 
+// What is left of a file when the run ends while it is being begun.
+TEST_F(PreviousRunTest, AFileThatWasOnlyBegunIsPassedOver) {
+  Open();
+  Store().ReportShutdownData();
+  Close();
+  Connection(dir_.Write("metadata.000002.db", "")).Rows("PRAGMA application_id=1296909378");
+  fs::copy_file(File(1), File(3));
+  std::string deletions;
+  for (const char* table : {"clock", "run_end"}) deletions += "DELETE FROM " + std::string(table) + ";";
+  Connection(File(3)).Rows(deletions + "UPDATE progress SET last_seq=0, last_tick=0");
+  LogLines lines;
+  EXPECT_EQ(Told("metadata", 4), "clean|metadata.000001.db|10000\n");
+  EXPECT_EQ(lines.Take(), "");
+}
+
 TEST_F(PreviousRunTest, ARunThatOpensAgainTellsOfTheOneBefore) {
   Open();
   Brakes(true);
