@@ -167,7 +167,7 @@ TEST_F(HostileTest, RestartedPeerAndWhatItsPredecessorSent) {
   ASSERT_EQ(Next(me_).payload, "0");
   ASSERT_EQ(Tell(me_, "X", 5, "never read"), 0);
   std::vector<std::string> expected;
-  for (int i = 1; i <= 40; ++i) {  // more than one turn
+  for (int i = 1; i <= 100; ++i) {  // several turns
     expected.push_back(std::to_string(i));
     ASSERT_EQ(dead.Send(Packet(1, expected.back())), 0);
   }
