@@ -56,7 +56,7 @@ const struct {
 };
 
 TEST_F(AnswerTest, ThatCannotBeMadeOrSentIsLogged) {
-  const std::string copyRequest(2 * 1032, '0');
+  const std::string copyRequest(std::size_t{2} * 1032, '0');
   for (const auto& row : kAnswers) {
     script.cannotAllocate = row.answer;
     EXPECT_EQ(LogOf(row.handler, &manager_, copyRequest), Lines{row.cannotAllocate});
