@@ -167,7 +167,7 @@ TEST_F(ServerTest, SlowSubscriberLosesNoticesAndOnlyIt) {
   unsigned int taken[2] = {};  // how many it took without reading: the same every time
   for (unsigned int round = 0; round < 2; ++round) {
     const unsigned int before = published;
-    while (server_.LostNotices() < 1000 * (round + 1)) {
+    while (server_.LostNotices() < 1000UL * (round + 1)) {
       server_.Publish(++published);
       ASSERT_EQ(quick.Receive(0), Packet(500, U32(published)));
       ASSERT_LT(published, 100000U) << "the queue has no bound";
