@@ -21,7 +21,8 @@ class StateMgr {
   const Actions& GetActions() const { return actions_; }
 
  private:
-  enum class Phase { kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kFailed, kStopped };
+  // In this order a process goes through them; one that failed or is absent holds the others up.
+  enum class Phase { kFailed, kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kStopped };
   struct Process {
     std::string name;
     Phase phase = Phase::kAbsent;

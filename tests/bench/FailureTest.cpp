@@ -8,6 +8,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 struct Failure {
   const char* name;
@@ -38,7 +39,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "sleeps",
                 "0 quit",
                 {"--start-deadline", "2"},
-                HasSubstr("not at full run within 2.0 s: MetadataMgr StreamMgr\n")},
+                AllOf(HasSubstr("not at full run within 2.0 s: MetadataMgr StreamMgr\n"),
+                      HasSubstr("MetadataMgr: signal 15"), Not(HasSubstr("still running")))},
         Failure{"AMetadataMgrWhoseStartFails",
                 "failed start",
                 "0 quit",
@@ -49,7 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "refuses",
                 "0 quit",
                 {},
-                HasSubstr("FAILED: MetadataMgr could not subscribe to its servers; see ")},
+                AllOf(HasSubstr("FAILED: MetadataMgr could not subscribe to its servers; see "),
+                      Not(HasSubstr("told full run")))},
         Failure{"APingWithoutAnswer",
                 "no pong",
                 "0 ping\n0 bookmark\n0 quit",
@@ -61,6 +64,11 @@ INSTANTIATE_TEST_SUITE_P(
                 "0 bookmark\n0 quit",
                 {},
                 HasSubstr("FAILED: bookmark: no bookmark notice: MetadataMgr did not answer")},
+        Failure{"ALogLevelThatIsNotTaken",
+                "stubborn",
+                "0 loglevel 255\n0 quit",
+                {},
+                HasSubstr("FAILED: loglevel 255: level now 0x7, ")},
         Failure{"AMetadataMgrThatDies",
                 "dies",
                 "0 bookmark\n100 quit",

@@ -61,6 +61,7 @@ TEST(BenchRun, TellsEachStepInItsOrder) {
                            "    stop  StreamMgr answered the shut-down after .*"
                            "MetadataMgr: exit status 0, peak memory .*"
                            "Good: 10 of 10 lines in .* s of the drive; start to full run .*\n"));
+  EXPECT_LT(bench.Output().rfind(" subscribed after"), bench.Output().find("told full run"));
   EXPECT_EQ(bench.Log("MetadataMgr"),
             "bookmark\nrecord 1 with a tick\nrecord 0 with a tick\ndied 12\nrestarted 5\n");
 }

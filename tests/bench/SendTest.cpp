@@ -32,8 +32,10 @@ TEST_F(SentLine, IsDoneAndAnswered) {
   EXPECT_THAT(bench_.SendOutput(), HasSubstr("bookmark: bookmark notice received after "));
   EXPECT_EQ(bench_.Send({"died", "TempHal"}), 0);
   EXPECT_EQ(bench_.SendOutput(), "died TempHal: told MetadataMgr StreamMgr\n");
+  EXPECT_EQ(bench_.Send({"died", "StreamMgr"}), 0);
+  EXPECT_EQ(bench_.SendOutput(), "died StreamMgr: told MetadataMgr\n");
   EXPECT_THAT(bench_.Output(), HasSubstr("  died TempHal (Send-"));
-  EXPECT_TRUE(Eventually([this] { return bench_.Log("MetadataMgr") == "bookmark\ndied 14\n"; }));
+  EXPECT_TRUE(Eventually([this] { return bench_.Log("MetadataMgr") == "bookmark\ndied 14\ndied 20\n"; }));
 }
 
 TEST_F(SentLine, IsCheckedBeforeItIsSent) {

@@ -51,6 +51,8 @@ class Stub {
   }
   bool Stopped() const { return stop_; }
 
+  static void Level(LinxIpc* ipc, void* /*context*/) { Reply(ipc, LogLevelMsg_Response, {"\0\0\0\7", 4}); }
+
  private:
   static void Reply(LinxIpc* ipc, unsigned int type, std::string payload) {
     const std::string asker = ipc->CurrentMessage().GetSender();
@@ -89,6 +91,7 @@ int main() {
   ProcessInitializer<Stub> initializer(stub, e_Process_MetadataMgr);
   if (!initializer.Init("StubMetadataMgr", LogClient::Instance().Level())) return 1;
   if (Is("mute")) initializer.Ipc().RegisterShutdown(IgnoreShutdown, nullptr);
+  if (Is("stubborn")) initializer.Ipc().RegisterHandler(LogLevelMsg_Set, Stub::Level, nullptr);
   while (!stub.Stopped()) (void)initializer.Ipc().Receive(-1, 0, LinxIpc::emptyString, nullptr);
   return Is("exits with 4") ? 4 : 0;
 }
