@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "Disk.h"
+#include "support/TempDir.h"
+
+// The files of a directory, without SQLite's shared memory, which no power cut outlives.
+DiskState ReadFiles(const TempDir& dir);
+
+// Makes the directory hold the files whose names begin with the prefix, and nothing else.
+void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir& dir);
+
+// Tells the files whose names begin with the prefix from others.
+std::uint64_t Hash(const DiskState& state, const std::string& prefix);

@@ -1,0 +1,159 @@
+#include "WatchedVfs.h"
+
+#include <cstdlib>
+
+namespace {
+
+FileWatch* watcher = nullptr;
+
+// SQLite provides the memory; the real file follows it.
+struct File {
+  sqlite3_file base;
+  const char* path;    // SQLite keeps it as long as the file is open
+  bool syncDirectory;  // with the first sync, as the system's layer does for a new journal
+  std::int64_t padding;
+};
+
+File& Of(sqlite3_file* file) {
+  return *reinterpret_cast<File*>(file);
+}
+sqlite3_file* Real(sqlite3_file* file) {
+  return reinterpret_cast<sqlite3_file*>(&Of(file) + 1);
+}
+sqlite3_vfs* RealVfs() {
+  return sqlite3_vfs_find(kPlainVfs);
+}
+
+// Shows an operation that `act` carries out, if it may.
+template <typename Act>
+int Watched(const FileEvent& event, Act act) {
+  if (const Verdict verdict = watcher->Before(event); verdict.code != SQLITE_OK) return verdict.code;
+  const int rc = act();
+  if (rc == SQLITE_OK) watcher->After(event);
+  return rc;
+}
+
+int Close(sqlite3_file* file) {
+  return Real(file)->pMethods->xClose(Real(file));
+}
+int Read(sqlite3_file* file, void* data, int size, sqlite3_int64 offset) {
+  return Real(file)->pMethods->xRead(Real(file), data, size, offset);
+}
+int Write(sqlite3_file* file, const void* data, int size, sqlite3_int64 offset) {
+  FileEvent event{FileOp::kWrite, Of(file).path, offset};
+  event.data = {static_cast<const char*>(data), static_cast<std::size_t>(size)};
+  const Verdict verdict = watcher->Before(event);
+  if (verdict.code == SQLITE_OK || verdict.written > 0) {
+    if (verdict.code != SQLITE_OK) event.data = event.data.substr(0, verdict.written);
+    const int rc =
+        Real(file)->pMethods->xWrite(Real(file), data, static_cast<int>(event.data.size()), offset);
+    if (rc != SQLITE_OK) return rc;
+    watcher->After(event);
+  }
+  return verdict.code;
+}
+int Truncate(sqlite3_file* file, sqlite3_int64 size) {
+  return Watched({FileOp::kTruncate, Of(file).path, size},
+                 [&] { return Real(file)->pMethods->xTruncate(Real(file), size); });
+}
+int Sync(sqlite3_file* file, int flags) {
+  FileEvent event{FileOp::kSync, Of(file).path};
+  event.directory = Of(file).syncDirectory;
+  const int rc = Watched(event, [&] { return Real(file)->pMethods->xSync(Real(file), flags); });
+  if (rc == SQLITE_OK) Of(file).syncDirectory = false;
+  return rc;
+}
+int FileSize(sqlite3_file* file, sqlite3_int64* size) {
+  return Real(file)->pMethods->xFileSize(Real(file), size);
+}
+int Lock(sqlite3_file* file, int level) {
+  return Real(file)->pMethods->xLock(Real(file), level);
+}
+int Unlock(sqlite3_file* file, int level) {
+  return Real(file)->pMethods->xUnlock(Real(file), level);
+}
+int CheckReservedLock(sqlite3_file* file, int* result) {
+  return Real(file)->pMethods->xCheckReservedLock(Real(file), result);
+}
+int FileControl(sqlite3_file* file, int op, void* argument) {
+  return Real(file)->pMethods->xFileControl(Real(file), op, argument);
+}
+int SectorSize(sqlite3_file* file) {
+  return Real(file)->pMethods->xSectorSize(Real(file));
+}
+int DeviceCharacteristics(sqlite3_file* file) {
+  return Real(file)->pMethods->xDeviceCharacteristics(Real(file));
+}
+int ShmMap(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
+  return Real(file)->pMethods->xShmMap(Real(file), page, size, extend, memory);
+}
+int ShmLock(sqlite3_file* file, int offset, int count, int flags) {
+  return Real(file)->pMethods->xShmLock(Real(file), offset, count, flags);
+}
+void ShmBarrier(sqlite3_file* file) {
+  Real(file)->pMethods->xShmBarrier(Real(file));
+}
+int ShmUnmap(sqlite3_file* file, int remove) {
+  return Real(file)->pMethods->xShmUnmap(Real(file), remove);
+}
+
+constexpr int kMethodsVersion = 2;  // with shared memory, without memory-mapped reading
+constexpr sqlite3_io_methods kMethods = {kMethodsVersion,
+                                         Close,
+                                         Read,
+                                         Write,
+                                         Truncate,
+                                         Sync,
+                                         FileSize,
+                                         Lock,
+                                         Unlock,
+                                         CheckReservedLock,
+                                         FileControl,
+                                         SectorSize,
+                                         DeviceCharacteristics,
+                                         ShmMap,
+                                         ShmLock,
+                                         ShmBarrier,
+                                         ShmUnmap,
+                                         nullptr,
+                                         nullptr};
+
+int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
+  if (name == nullptr) std::abort();  // a temporary file: the store has no need of any
+  constexpr int kJournals = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_SUPER_JOURNAL | SQLITE_OPEN_WAL;
+  Of(file) = {};
+  Of(file).path = name;
+  Of(file).syncDirectory = (flags & SQLITE_OPEN_CREATE) != 0 && (flags & kJournals) != 0;
+  return Watched({FileOp::kOpen, name}, [&] {
+    const int rc = RealVfs()->xOpen(RealVfs(), name, Real(file), flags, outFlags);
+    if (Real(file)->pMethods != nullptr) file->pMethods = &kMethods;
+    return rc;
+  });
+}
+
+int Delete(sqlite3_vfs* /*vfs*/, const char* name, int syncDirectory) {
+  FileEvent event{FileOp::kDelete, name};
+  event.directory = syncDirectory != 0;
+  return Watched(event, [&] { return RealVfs()->xDelete(RealVfs(), name, syncDirectory); });
+}
+
+sqlite3_vfs layer;
+
+}  // namespace
+
+WatchedVfs::WatchedVfs(FileWatch& watch) {
+  watcher = &watch;
+  layer = *RealVfs();  // what is not about the content of files stays as it is
+  layer.szOsFile += static_cast<int>(sizeof(File));
+  layer.zName = "watched";
+  layer.pNext = nullptr;
+  layer.xOpen = Open;
+  layer.xDelete = Delete;
+  if (sqlite3_vfs_register(&layer, 1) != SQLITE_OK) std::abort();
+}
+
+WatchedVfs::~WatchedVfs() {
+  sqlite3_vfs_unregister(&layer);
+  sqlite3_vfs_register(RealVfs(), 1);
+  watcher = nullptr;
+}
