@@ -32,7 +32,11 @@ bool Recorder::Begin() {
   }
   if (file_ == nullptr) return false;  // the caller's business
   fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
-  if (spoiled_) SayFailing("no new file can be begun");
+  if (spoiled_) {
+    SayFailing("no new file can be begun");
+  } else {
+    log(kLogError, "No new file can be begun, recording goes on in ", file_->Path());
+  }
   return false;
 }
 
