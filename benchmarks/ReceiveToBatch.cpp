@@ -5,7 +5,6 @@
 // The store writes to memory (/dev/shm), so that its commits cost what they cost the processor.
 
 #include <benchmark/benchmark.h>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -97,7 +96,7 @@ void Ours(benchmark::State& state) {
       "LINX\x01"
       "Sender";
   SendPacket(fd, hello, sizeof hello - 1);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     SendBurst(fd);
     const double begin = ThreadSeconds();
     for (int i = 0; i < kBurst; ++i) {
@@ -116,7 +115,7 @@ void Floor(benchmark::State& state) {
   std::array<int, 2> pair{};
   if (socketpair(AF_UNIX, SOCK_SEQPACKET, 0, pair.data()) != 0) Fail("socketpair");
   std::array<unsigned char, 4096> buffer;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     SendBurst(pair[0]);
     const double begin = ThreadSeconds();
     for (int i = 0; i < kBurst; ++i) {

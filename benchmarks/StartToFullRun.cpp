@@ -4,9 +4,9 @@
 
 #include <benchmark/benchmark.h>
 #include <spawn.h>
-#include <stdlib.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -15,8 +15,6 @@
 
 #include "Misc/StateMgrNotices.h"
 #include "ipc/LinxIpc.h"
-
-extern char** environ;
 
 namespace {
 
@@ -52,7 +50,7 @@ void StartToFullRun(benchmark::State& state) {
 
   std::string program = METADATAMGR_PROGRAM;
   char* arguments[] = {program.data(), nullptr};
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     pid_t child = 0;
     if (posix_spawn(&child, program.c_str(), nullptr, nullptr, arguments, environ) != 0) Fail("start");
     Await(ipc, StateMgrProcessMsg_Started);
