@@ -1,0 +1,130 @@
+// What a record costs from its report through batch and commit, beside bare prepared inserts of the same
+// rows in transactions of the same size into a table of the same kind.
+//
+// CPU time of the thread. Both write to memory (/dev/shm), where a sync costs nothing.
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <stdlib.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <string>
+
+#include "Ratio.h"
+#include "store/DataStoreNormal.h"
+#include "store/StoreOptions.h"
+
+namespace {
+
+constexpr int kTransactions = 1000;
+constexpr unsigned int kCommitAfterMs = 500;
+
+[[noreturn]] void Fail(const char* what) {
+  std::fprintf(stderr, "%s failed\n", what);
+  std::exit(1);
+}
+
+double ThreadSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+class Scratch {
+ public:
+  Scratch() {
+    if (mkdtemp(path_.data()) == nullptr) Fail("mkdtemp");
+  }
+  ~Scratch() { std::filesystem::remove_all(path_); }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+  std::string Path(const char* name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_ = "/dev/shm/metadatamgr-XXXXXX";
+};
+
+class TurnedClock : public StoreClock {
+ public:
+  unsigned int TickMs() const override { return tick; }
+  std::int64_t UtcMs() const override { return std::int64_t{1714564800000} + tick; }
+  unsigned int tick = 1000;
+};
+
+void Ours(benchmark::State& state) {
+  const Scratch scratch;
+  TurnedClock clock;
+  StoreOptions options;
+  options.clock = &clock;
+  DataStoreNormal store(scratch.Path("metadata"), options);
+  if (!store.Open()) Fail("open");
+  store.TimerTick(clock.tick);
+  for (auto _ : state) {
+    const double begin = ThreadSeconds();
+    for (int i = 0; i < state.range(0); ++i) {
+      store.ReportTemp(e_TempSensors{0}, static_cast<short>(i), true, clock.tick);
+    }
+    clock.tick += kCommitAfterMs;
+    store.TimerTick(clock.tick);
+    state.SetIterationTime(ThreadSeconds() - begin);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+void Floor(benchmark::State& state) {
+  const Scratch scratch;
+  sqlite3* database = nullptr;
+  sqlite3_stmt* insert = nullptr;
+  const auto run = [&database](const char* sql) {
+    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) Fail(sql);
+  };
+  if (sqlite3_open(scratch.Path("floor.db").c_str(), &database) != SQLITE_OK) Fail("open");
+  run("PRAGMA page_size=1024; PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA cache_size=-512;"
+      "CREATE TABLE temperature(seq INTEGER PRIMARY KEY, tick INTEGER NOT NULL, sender_tick INTEGER, "
+      "event INTEGER NOT NULL, sensor INTEGER NOT NULL, temperature INTEGER NOT NULL) STRICT");
+  if (sqlite3_prepare_v2(database, "INSERT INTO temperature VALUES(?,?,?,?,?,?)", -1, &insert, nullptr) !=
+      SQLITE_OK) {
+    Fail("prepare");
+  }
+  std::int64_t seq = 0;
+  std::int64_t tick = 1000;
+  for (auto _ : state) {
+    const double begin = ThreadSeconds();
+    run("BEGIN IMMEDIATE");
+    for (int i = 0; i < state.range(0); ++i) {
+      const std::int64_t row[] = {++seq, tick, tick, 1, 0, i};
+      for (int column = 0; column < 6; ++column) sqlite3_bind_int64(insert, column + 1, row[column]);
+      if (sqlite3_step(insert) != SQLITE_DONE) Fail("insert");
+      sqlite3_reset(insert);
+    }
+    run("COMMIT");
+    tick += kCommitAfterMs;
+    state.SetIterationTime(ThreadSeconds() - begin);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+  sqlite3_finalize(insert);
+  sqlite3_close(database);
+}
+
+void Register(const char* name, void (*function)(benchmark::State&), int records) {
+  benchmark::RegisterBenchmark(name, function)
+      ->Arg(records)
+      ->UseManualTime()
+      ->Iterations(kTransactions)
+      ->Repetitions(5)
+      ->ReportAggregatesOnly()
+      ->Unit(benchmark::kMicrosecond);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Register("Store50Records/floor", Floor, 50);  // 100 records a second
+  Register("Store50Records/ours", Ours, 50);
+  Register("Store500Records/floor", Floor, 500);
+  Register("Store500Records/ours", Ours, 500);
+  return RunWithRatios(argc, argv);
+}
