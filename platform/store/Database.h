@@ -43,7 +43,6 @@ class Database {
   void Close() { handle_.reset(); }
 
   sqlite3* Handle() const { return handle_.get(); }
-  const char* Message() const { return sqlite3_errmsg(handle_.get()); }
 
   // Ends every statement that takes much more work than those that read a sound file.
   void LimitWork();

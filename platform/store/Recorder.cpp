@@ -74,7 +74,7 @@ bool Recorder::SettleDoubt(Batch& batch) {
 }
 
 bool Recorder::Fail(int code) {
-  SayFailing(file_->Connection().Message());
+  SayFailing(sqlite3_errstr(code));  // the connection's message is that of the rollback
   inDoubt_ = true;
   if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) spoiled_ = true;
   return false;

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "Usage.h"
+
 namespace fs = std::filesystem;
 
 DiskState ReadFiles(const TempDir& dir) {
@@ -12,6 +14,17 @@ DiskState ReadFiles(const TempDir& dir) {
     if (!name.ends_with("-shm")) state[name] = dir.Read(name);
   }
   return state;
+}
+
+DiskState RunWithoutClose() {
+  const TempDir dir;
+  Usage usage(dir.Path("metadata"), StoreOptions());
+  (void)usage.Open();
+  for (int i = 0; i < 10; ++i) {
+    usage.Bookmark();
+    usage.Turn(500);
+  }
+  return ReadFiles(dir);  // the close comes too late
 }
 
 void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir& dir) {

@@ -19,20 +19,12 @@ bool IsRecording(const std::string& name) {
 
 }  // namespace
 
-PowerCuts::PowerCuts(std::uint64_t maxFileBytes, void (*stretch)(Usage& usage)) {
-  {
-    const TempDir earlier;
-    Usage usage(earlier.Path("metadata"), maxFileBytes);
-    (void)usage.Open();
-    for (int i = 0; i < 10; ++i) {
-      usage.Bookmark();
-      usage.Turn(500);
-    }
-    before_ = ::ReadFiles(earlier);  // the close comes too late
-  }
+PowerCuts::PowerCuts(std::uint64_t maxFileBytes, void (*stretch)(Usage& usage)) : before_(RunWithoutClose()) {
+  StoreOptions options;
+  options.maxFileBytes = maxFileBytes;
   WriteFiles(before_, "", dir_);
   const WatchedVfs vfs(recorder_);
-  Usage usage(dir_.Path("metadata"), maxFileBytes);
+  Usage usage(dir_.Path("metadata"), options);
   usage.afterCall = [this, &usage] { NoteCall(usage); };
   stretch(usage);
   reports_ = usage.Reports();
@@ -101,7 +93,11 @@ PowerCuts::Result PowerCuts::Cut(const Plan& plan) {
       }
       if (fault.empty()) continue;
       if (result.faults++ > 0) continue;
-      result.firstFault = "point " + std::to_string(point) + ", state " + std::to_string(i) + ": " + fault;
+      result.firstFault = fault.append(" (point ")
+                              .append(std::to_string(point))
+                              .append(", state ")
+                              .append(std::to_string(i)) +
+                          ")";
     }
   }
   return result;
@@ -147,7 +143,7 @@ std::string PowerCuts::FaultOfPromises(std::size_t returned, std::int64_t last, 
 
 std::string PowerCuts::FaultOfReopening(const DiskState& state) const {
   WriteFiles(state, "", cutDir_);
-  Usage usage(cutDir_.Path("metadata"), std::uint64_t{1} << 20);
+  Usage usage(cutDir_.Path("metadata"), StoreOptions());
   if (!usage.Open()) return "the next run cannot record";
   usage.Bookmark();
   usage.Close();
@@ -157,11 +153,11 @@ std::string PowerCuts::FaultOfReopening(const DiskState& state) const {
   Connection file(cutDir_.Path(newest), kPlainVfs);
   if (file.Rows("SELECT count(*) FROM bookmark") != "1\n") return "the next run has not recorded";
   const std::string ended = file.Rows("SELECT ended FROM previous_run");
-  if (ended != "cut off\n" && ended != "clean\n") return "the next run says of this one: " + ended;
+  if (ended != "cut off\n" && ended != "clean\n") return "told of this run: " + ended;
   for (const auto& [name, whole] : files_) {
     if (!state.contains(name)) continue;
     const std::string fault = whole.Compare(cutDir_.Path(name)).fault;
-    if (!fault.empty()) return "after the next run, " + name + ": " + fault;
+    if (!fault.empty()) return "the next run has changed " + name;
   }
   return {};
 }

@@ -7,11 +7,10 @@ constexpr unsigned int kCriticalGapMs = 50;
 
 }  // namespace
 
-Usage::Usage(const std::string& basePath, std::uint64_t maxFileBytes) {
+Usage::Usage(const std::string& basePath, StoreOptions options) {
   setenv("LOG_TARGET", "stderr", 1);
-  options_.clock = &clock_;
-  options_.maxFileBytes = maxFileBytes;
-  store_ = std::make_unique<DataStoreNormal>(basePath, options_);
+  options.clock = &clock_;
+  store_ = std::make_unique<DataStoreNormal>(basePath, options);
 }
 
 bool Usage::Open() {

@@ -24,7 +24,8 @@ struct Report {
 // A store in use: one call after the other at times of the test's choosing.
 class Usage {
  public:
-  Usage(const std::string& basePath, std::uint64_t maxFileBytes);
+  // The clock is the usage's own.
+  Usage(const std::string& basePath, StoreOptions options);
 
   bool Open();
   void Turn(unsigned int ms);  // of the main loop: time passes, then a tick is told
@@ -50,7 +51,6 @@ class Usage {
   static constexpr unsigned int kFirstMark = 1'000'000;
 
   FakeClock clock_;
-  StoreOptions options_;
   std::unique_ptr<DataStoreNormal> store_;
   std::vector<Report> reports_;
   std::size_t calls_ = 0;

@@ -1,0 +1,87 @@
+#include "store/StoreFixture.h"
+
+namespace {
+
+sqlite3* latest = nullptr;  // the connection that was opened last
+
+extern "C" int NoteConnection(sqlite3* handle, const char** /*error*/, const sqlite3_api_routines* /*api*/) {
+  latest = handle;
+  return SQLITE_OK;
+}
+
+class DoubtTest : public StoreTest {
+ protected:
+  // Opens the store and keeps hold of its connection.
+  void Open() {
+    sqlite3_auto_extension(reinterpret_cast<void (*)()>(NoteConnection));
+    StoreTest::Open();
+    sqlite3_reset_auto_extension();
+    connection_ = latest;
+  }
+
+  // The next commits take effect and fail nevertheless.
+  void LetCommitsFail(int count) {
+    failures_ = count;
+    const auto fail = [](void* context, sqlite3*, const char*, int) {
+      return --static_cast<DoubtTest*>(context)->failures_ >= 0 ? SQLITE_IOERR : SQLITE_OK;
+    };
+    sqlite3_wal_hook(connection_, fail, this);
+  }
+
+  std::string Bookmarks() const { return Rows("SELECT sender_tick FROM bookmark ORDER BY seq"); }
+
+ private:
+  sqlite3* connection_ = nullptr;
+  int failures_ = 0;
+};
+
+TEST_F(DoubtTest, ACommitThatFailedAndTookEffectIsNotRepeated) {
+  Open();
+  LetCommitsFail(1);
+  Store().ReportBookmark(1);
+  EXPECT_EQ(Bookmarks(), "1\n");
+  Store().ReportBookmark(2);
+  Temperature(3);
+  After(500);
+  EXPECT_EQ(Bookmarks(), "1\n2\n");
+  EXPECT_EQ(Temperatures(), "3\n");
+}
+
+TEST_F(DoubtTest, OneAfterTheOtherIsSettled) {
+  Open();
+  LetCommitsFail(3);
+  for (unsigned int i = 1; i <= 6; ++i) {
+    Store().ReportBookmark(i);
+    After(50);
+  }
+  After(500);
+  EXPECT_EQ(Bookmarks(), "1\n2\n3\n4\n5\n6\n");
+  EXPECT_EQ(Rows("SELECT count(*), max(seq) FROM record"), Rows("SELECT last_seq, last_seq FROM progress"));
+}
+
+TEST_F(DoubtTest, WhatIsSettledIsSaidToWorkAgain) {
+  Open();
+  LetCommitsFail(1);
+  LogLines lines;
+  Store().ReportBookmark(1);
+  After(500);
+  const std::string text = lines.Take();
+  EXPECT_NE(text.find(" fails: "), std::string::npos) << text;
+  EXPECT_NE(text.find(" works again"), std::string::npos) << text;
+}
+
+TEST_F(DoubtTest, AStatementThatFailsLeavesNoTransactionOpen) {
+  Open();
+  // Stands where the next record is to go.
+  const std::string next = Rows("SELECT 1 + max(seq) FROM record");
+  Connection other(File(1));
+  EXPECT_EQ(other.Rows("INSERT INTO bookmark VALUES(" + next + ",0,NULL,2)"), "");
+  LogLines lines;
+  Store().ReportBookmark(1);
+  EXPECT_NE(lines.Take().find(" fails: constraint failed"), std::string::npos);
+  EXPECT_EQ(other.Rows("DELETE FROM bookmark"), "") << "the file is not locked";
+  After(50);
+  EXPECT_EQ(Bookmarks(), "1\n");
+}
+
+}  // namespace
