@@ -4,11 +4,10 @@
 // real medium, with real syncs. Bytes are those that the process hands to write calls ("wchar" in
 // /proc/self/io): the log and what is folded from it into the file.
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>

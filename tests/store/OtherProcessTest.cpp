@@ -16,9 +16,8 @@ class OtherProcess {
       : child_([&, ready = MakePipe()] {
           Connection connection(file);
           const bool done = connection.Rows(sql).find("locked") == std::string::npos;
-          (void)!write(ready, done ? "1" : "0", 1);
+          if (write(ready, done ? "1" : "0", 1) != 1) return 1;
           for (;;) pause();
-          return 0;
         }) {
     close(ends_[1]);
     char answer = '0';

@@ -20,6 +20,16 @@ TEST_F(PreviousRunTest, ThereWasNone) {
   EXPECT_EQ(Told("metadata", 1), "none||0\n");
 }
 
+TEST_F(PreviousRunTest, AnEndThatFillsTheFileIsCleanToo) {
+  options_.maxFileBytes = 131'072;
+  Open();
+  for (int i = 0; i < 200; ++i) Store().ReportStringData(e_Tag_Filler, std::string(1000, 'x').c_str());
+  Store().ReportShutdownData();
+  Close();
+  EXPECT_FALSE(Exists(2)) << "it would not tell of the end";
+  EXPECT_EQ(Told("metadata", 2), "clean|metadata.000001.db|10000\n");
+}
+
 TEST_F(PreviousRunTest, ItEndedCleanly) {
   Open();
   After(2000);
