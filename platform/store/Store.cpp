@@ -31,6 +31,7 @@ DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& optio
 bool DataStoreNormal::Store::Open() {
   if (recorder_.IsOpen()) return true;
   seq_ = 0;
+  ending_ = false;
   fullState_ = store::FullState();
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   arrival_.Start(clock_.TickMs());
@@ -41,6 +42,7 @@ bool DataStoreNormal::Store::Open() {
 
 void DataStoreNormal::Store::Close() {
   if (!recorder_.IsOpen()) return;
+  ending_ = true;
   (void)Commit();
   if (!batch_.Empty())
     log(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
@@ -104,7 +106,7 @@ bool DataStoreNormal::Store::CriticalGapOver() const {
 
 bool DataStoreNormal::Store::Commit() {
   bool written = (recorder_.Usable() || BeginFile()) && WriteAll();
-  if (written && recorder_.Full() && BeginFile()) written = WriteAll();
+  if (written && !ending_ && recorder_.Full() && BeginFile()) written = WriteAll();
   if (!written) {
     nextAttempt_ = arrival_.Now() + (criticalPending_ ? kCriticalGapMs : kCommitAfterMs);
     return false;
@@ -194,6 +196,7 @@ void DataStoreNormal::Store::AddPreviousRun() {
 void DataStoreNormal::Store::AddRunEnd() {
   if (!recorder_.IsOpen()) return;
   AddRecord(store::kRunEndTable, Event::kChange, kNoSenderTick, {}, true);
+  ending_ = true;
   (void)Commit();
 }
 

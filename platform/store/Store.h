@@ -69,6 +69,7 @@ class DataStoreNormal::Store {
 
   std::int64_t seq_ = 0;
   std::int64_t nextAttempt_ = 0;  // arrival tick, while writing fails
+  bool ending_ = false;           // no next file, which would not tell of the clean end
   bool criticalPending_ = false;
   bool criticalWritten_ = false;
   unsigned int criticalWrittenMs_ = 0;  // by the clock, not by arrival
