@@ -51,7 +51,7 @@ TEST_F(GpsClockTest, AnchorsAreTakenAtTheFirstReadingAndEachMinute) {
 
 TEST_F(GpsClockTest, AnAnchorIsTakenWhenTheTimeStepsByMoreThanASecond) {
   Open();
-  for (const unsigned int step : {0, 1000, 2001, 2000, 0, 0}) {
+  for (const unsigned int step : {0U, 1000U, 2001U, 2000U, 0U, 0U}) {
     GpsStatusItem reading = Reading(clock_.tick);
     reading.utcTimeOfDayMs += step;
     Gps(reading);
