@@ -50,6 +50,7 @@ bool RecordingFile::Create(const std::string& path) {
       Identify(path_, identity_) == 0 && Identify(LogOf(path_), log_) == 0) {
     return true;
   }
+  Finalize();
   database_.Close();
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) (void)unlink((path + suffix).c_str());
   return false;
@@ -138,10 +139,14 @@ bool RecordingFile::StillThere() {
   return !gone(path_, identity_, false) && !gone(LogOf(path_), log_, true);
 }
 
-void RecordingFile::Close() {
-  if (!IsOpen()) return;
+void RecordingFile::Finalize() {
   for (Statement* statement : {&begin_, &commit_, &progress_, &readProgress_}) *statement = Statement();
   inserts_ = {};
+}
+
+void RecordingFile::Close() {
+  if (!IsOpen()) return;
+  Finalize();
   // Without its log mode the file can be read where nothing can be written beside it. What has come
   // in the place of one that is gone is not to be touched; SQLite's own close takes care of that.
   if (StillThere()) (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");

@@ -40,6 +40,7 @@ class RecordingFile {
 
  private:
   bool Prepare();
+  void Finalize();  // the statements: SQLite closes no connection that has any
   int Insert(const RecordView& record);
   int InsertAll(const Batch& batch, std::size_t maxBytes, RecordHeader& last);
 
