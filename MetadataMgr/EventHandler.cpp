@@ -9,7 +9,7 @@ constexpr const LogSource& log = kManagerLog;
 }  // namespace
 
 unsigned char* EnterHandler(LinxIpc& ipc, const HandlerShape& shape) {
-  log({shape.traceMask}, shape.traceText != nullptr ? shape.traceText : shape.name);
+  log({shape.traceMask}, shape.name);
   IpcMessage& message = ipc.CurrentMessage();
   if (message.DataPtr() == nullptr) {
     log(kLogMalformed, shape.nullPayloadName != nullptr ? shape.nullPayloadName : shape.name,

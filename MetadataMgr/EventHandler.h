@@ -13,10 +13,13 @@ inline MetadataMgr& ManagerOf(void* context) {
 
 // What a handler says and needs.
 struct HandlerShape {
+  // Implicit, so that a table or a call may say just the name.
+  HandlerShape(const char* handlerName, unsigned int bytes = 0)  // NOLINT(google-explicit-constructor)
+      : name(handlerName), payloadBytes(bytes) {}
+
   const char* name;
   unsigned int payloadBytes;              // a shorter payload is dropped; 0 for items
-  LogMask traceMask = kLogTrace;          // of the entry trace
-  const char* traceText = nullptr;        // null: the name
+  LogMask traceMask = kLogTrace;          // of the entry trace, which is the name
   const char* nullPayloadName = nullptr;  // who is named when there is no payload; null: the name
 };
 

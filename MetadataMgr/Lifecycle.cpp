@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -113,5 +114,13 @@ void MetadataMgr::Shutdown(LinxIpc& /*ipc*/) {
 void MetadataMgr::Cleanup() {
   dataStore_.ReportShutdownData();
   dataStore_.Close();
+  // Not the order of the members; the state manager is released last.
+  const std::initializer_list<SubscribeClient*> clients = {
+      configClient_.get(),      fpgaClient_.get(),    gpsHalClient_.get(),   radarHalClient_.get(),
+      videoMgrClient_.get(),    tempHalClient_.get(), accelHalClient_.get(), micClient_.get(),
+      externalMgrClient_.get(), stateMgrClient_.get()};
+  for (SubscribeClient* client : clients) {
+    if (client != nullptr) client->UnsubscribeAll(false);
+  }
   watchdog_.Unsubscribe();
 }

@@ -3,6 +3,9 @@
 #include <memory>
 
 #include "MetadataMgrServer.h"
+#include "clients/ExternalMgrApi.h"
+#include "clients/ServerClients.h"
+#include "clients/StateMgrClient.h"
 #include "ipc/LinxIpc.h"
 #include "items/Enumerations.h"
 #include "sharedmem/MetadataSharedMem.h"
@@ -10,6 +13,19 @@
 #include "system/Process.h"
 #include "system/Systick.h"
 #include "system/Watchdog.h"
+
+class DepartmentInfo;
+class FpgaExternalEventItem;
+class GpsStatusItem;
+class MicStatusResponse;
+class Officer;
+class RadarItem;
+class SystemInfo;
+class TempStatus;
+class VehicleInfo;
+class VideoMgrCameraItem;
+class VideoMgrStreamQualityItem;
+class VideoRecordingSettings;
 
 // The process's one manager object: takes every event of the system that reaches the endpoint and
 // hands it to the metadata store. Its operations are grouped by the source that defines them.
@@ -56,13 +72,30 @@ class MetadataMgr {
 
   // --- Subscriptions.cpp ---
 
-  // Initialises the store, registers with the watchdog and writes the full state. `flag` is the
-  // state manager's and has no influence. False when the watchdog refuses.
+  // Subscribes to all servers, in their fixed order, and reports the value that each gives; then
+  // registers with the watchdog and writes the full state. Initialises the store after the first
+  // server. `flag` is the state manager's and has no influence. False at the first server that
+  // refuses; those before it stay subscribed.
   bool SubscribeToServers(LinxIpc& ipc, bool flag);
+
+  // Each makes its client, where there is none yet, and subscribes to the server's items. True
+  // also when the server is switched off by its environment variable.
+  bool SubscribeToConfigMgr(LinxIpc& ipc);
+  bool SubscribeToFpga(LinxIpc& ipc);
+  bool SubscribeToGpsHal(LinxIpc& ipc);
+  bool SubscribeToStateMgr(LinxIpc& ipc);
+  bool SubscribeToRadarHal(LinxIpc& ipc);
+  bool SubscribeToMicMgr(LinxIpc& ipc);
+  bool SubscribeToVideoMgr(LinxIpc& ipc);
+  bool SubscribeToAccelHal(LinxIpc& ipc);
+  bool SubscribeToTempHal(LinxIpc& ipc);
+  bool SubscribeToExternalMgr(LinxIpc& ipc);
 
   // --- Restarts.cpp ---
 
+  // A death needs no action: the last values that the process delivered stay as they are.
   void ProcessDied(LinxIpc& ipc, e_Process process);
+  // Renews the subscriptions with that process. Its next notices bring the store up to date.
   void ProcessRestarted(LinxIpc& ipc, e_Process process);
 
   // --- RecordingEvents.cpp ---
@@ -82,19 +115,80 @@ class MetadataMgr {
   static void RecordStartStopHandler(LinxIpc* ipc, void* context);
   static void BookmarkHandler(LinxIpc* ipc, void* context);
 
-  // --- MediaEvents.cpp: messages to this process ---
+  // --- InputEvents.cpp ---
+
+  // One state for each input that is marked as changed, in a fixed order.
+  void ReportExternalEvent(const FpgaExternalEventItem& item, bool report);
+
+  static void ExternalInputEventHandler(LinxIpc* ipc, void* context);
+
+  // --- GpsRadarEvents.cpp ---
+
+  // Each also copies the reading into the shared record, valid or not.
+  void ReportGpsStatus(const GpsStatusItem& item, bool report);
+  void ReportRadarEvent(const RadarItem& item, bool report);
+
+  static void GpsStatusEventHandler(LinxIpc* ipc, void* context);
+  static void RadarEventHandler(LinxIpc* ipc, void* context);
+
+  // --- SensorEvents.cpp ---
+
+  // Not checked; the handler of the message is.
+  void ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick, bool report);
+  void ReportMicStatus(const MicStatusResponse& status, bool report);
+  void ReportTempChange(const TempStatus& temp, bool report);
+  // Always reported as a change.
+  void HandleCrash(bool crash, unsigned int tick);
+
+  // A message to this process: 32-bit tick and number, a byte each for present and active. A
+  // number above 3 is logged with mask 1 and dropped.
+  static void MicStateChangedHandler(LinxIpc* ipc, void* context);
+  static void MicMgrStatusHandler(LinxIpc* ipc, void* context);
+  static void TempChangeHandler(LinxIpc* ipc, void* context);
+  static void CrashDetectHandler(LinxIpc* ipc, void* context);
+
+  // --- VideoEvents.cpp ---
 
   // A number above 3 is logged with mask 1 and dropped.
   void ReportVideoStreamState(unsigned int stream, e_StreamState state, unsigned int tick, bool report);
   void ReportCameraState(unsigned int camera, e_CameraState state, unsigned int tick, bool report);
-  // Not checked; the handler is.
-  void ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick, bool report);
+  // Ports 0 to 3; port 3 stands for several entries.
+  void ReportCameraItem(VideoMgrCameraItem& item, bool report);
+  void ReportStreamQualityItem(VideoMgrStreamQualityItem& item, bool report);
 
-  // 32-bit tick, number and state.
+  // Messages to this process: 32-bit tick, number and state.
   static void VideoStreamStateChangeHandler(LinxIpc* ipc, void* context);
   static void CliCameraStateChangedHandler(LinxIpc* ipc, void* context);
-  // 32-bit tick and number, a byte each for present and active.
-  static void MicStateChangedHandler(LinxIpc* ipc, void* context);
+  static void VideoMgrCameraItemHandler(LinxIpc* ipc, void* context);
+  static void VideoMgrStreamQualityItemHandler(LinxIpc* ipc, void* context);
+
+  // --- LiveStreaming.cpp ---
+
+  void ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateItem& item, bool report, int stream,
+                            unsigned int tick);
+
+  // One for each stream, 0 to 5; all lead to the shared one.
+  static void LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream);
+  static void LVSStateChangeHandler_0(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 0); }
+  static void LVSStateChangeHandler_1(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 1); }
+  static void LVSStateChangeHandler_2(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 2); }
+  static void LVSStateChangeHandler_3(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 3); }
+  static void LVSStateChangeHandler_4(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 4); }
+  static void LVSStateChangeHandler_5(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 5); }
+
+  // --- Configuration.cpp ---
+
+  void VehicleChanged(const VehicleInfo& vehicle);
+  void OfficerChanged(const Officer& officer);
+  void DepartmentInfoChanged(const DepartmentInfo& department);
+  void SystemInfoChanged(const SystemInfo& system);
+  void VideoRecordingSettingsChanged(const VideoRecordingSettings& settings);
+
+  static void VehicleInfoChangedHandler(LinxIpc* ipc, void* context);
+  static void OfficerChangedHandler(LinxIpc* ipc, void* context);
+  static void DeptInfoChangedHandler(LinxIpc* ipc, void* context);
+  static void SystemInfoChangedHandler(LinxIpc* ipc, void* context);
+  static void VideoRecordingSettingsChangedHandler(LinxIpc* ipc, void* context);
 
   // --- Requests.cpp ---
 
@@ -107,11 +201,21 @@ class MetadataMgr {
  private:
   void RegisterHandlers(LinxIpc& ipc);
 
-  // Destroyed in reverse order.
+  // Destroyed in reverse order. Clients are made at their first subscription.
   Watchdog watchdog_;
   DataStoreNormal dataStore_;
   Systick systick_;
+  std::unique_ptr<ConfigClient> configClient_;
+  std::unique_ptr<FpgaClient> fpgaClient_;
+  std::unique_ptr<GpsHalClient> gpsHalClient_;
+  std::unique_ptr<StateMgrClient> stateMgrClient_;
   std::unique_ptr<MetadataMgrServer> server_;
+  std::unique_ptr<RadarHalClient> radarHalClient_;
+  std::unique_ptr<MicClient> micClient_;
+  std::unique_ptr<VideoMgrClient> videoMgrClient_;
+  std::unique_ptr<AccelHalClient> accelHalClient_;
+  std::unique_ptr<TempHalClient> tempHalClient_;
+  std::unique_ptr<ExternalMgrApi> externalMgrClient_;
   bool forceMetadata_ = false;
   MetadataSharedMem sharedMem_;
 };

@@ -1,18 +1,11 @@
-#include "EventHandler.h"
+#include "ItemHandler.h"
 #include "ManagerLog.h"
-#include "MetadataMgr.h"
 #include "items/SystickItem.h"
 #include "system/BigEndian.h"
 
 namespace {
 
 constexpr const LogSource& log = kManagerLog;
-
-unsigned int DecodeTick(unsigned char* payload) {
-  SystickItem item;
-  item.Decode(payload);
-  return item.Tick();
-}
 
 // The tag of the pair for a signal that is on or off; `off` is the higher one.
 e_Tag TagOf(e_Tag off, bool on) {
@@ -37,26 +30,34 @@ void MetadataMgr::ReportBookmark(unsigned int tick) {
   server_->Bookmark();
 }
 
+// Only a record start of the state manager is tested for tick 0.
 void MetadataMgr::RecordStartHandler(LinxIpc* ipc, void* context) {
-  unsigned char* payload = EnterHandler(*ipc, {"RecordStartHandler", 0});
-  if (payload == nullptr) return;
-  const unsigned int tick = DecodeTick(payload);
-  if (tick != 0) ManagerOf(context).ReportRecordingEvent(true, tick, true);
+  HandlePayloadItem<SystickItem>(ipc, context, {"RecordStartHandler"},
+                                 [](MetadataMgr& manager, const SystickItem& item) {
+                                   if (item.Tick() == 0) return;
+                                   manager.ReportRecordingEvent(true, item.Tick(), true);
+                                 });
 }
 
 void MetadataMgr::RecordStopHandler(LinxIpc* ipc, void* context) {
-  unsigned char* payload = EnterHandler(*ipc, {"RecordStopHandler", 0});
-  if (payload != nullptr) ManagerOf(context).ReportRecordingEvent(false, DecodeTick(payload), true);
+  HandlePayloadItem<SystickItem>(ipc, context, {"RecordStopHandler"},
+                                 [](MetadataMgr& manager, const SystickItem& item) {
+                                   manager.ReportRecordingEvent(false, item.Tick(), true);
+                                 });
 }
 
 void MetadataMgr::EnterCovertModeHandler(LinxIpc* ipc, void* context) {
-  unsigned char* payload = EnterHandler(*ipc, {"EnterCovertModeHandler", 0});
-  if (payload != nullptr) ManagerOf(context).ReportCovertModeEvent(true, DecodeTick(payload), true);
+  HandlePayloadItem<SystickItem>(ipc, context, {"EnterCovertModeHandler"},
+                                 [](MetadataMgr& manager, const SystickItem& item) {
+                                   manager.ReportCovertModeEvent(true, item.Tick(), true);
+                                 });
 }
 
 void MetadataMgr::ExitCovertModeHandler(LinxIpc* ipc, void* context) {
-  unsigned char* payload = EnterHandler(*ipc, {"ExitCovertModeHandler", 0});
-  if (payload != nullptr) ManagerOf(context).ReportCovertModeEvent(false, DecodeTick(payload), true);
+  HandlePayloadItem<SystickItem>(ipc, context, {"ExitCovertModeHandler"},
+                                 [](MetadataMgr& manager, const SystickItem& item) {
+                                   manager.ReportCovertModeEvent(false, item.Tick(), true);
+                                 });
 }
 
 void MetadataMgr::RecordStartStopHandler(LinxIpc* ipc, void* context) {

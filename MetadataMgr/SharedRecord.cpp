@@ -1,5 +1,7 @@
 #include "SharedRecord.h"
 
+#include "items/GpsStatusItem.h"
+#include "items/RadarItem.h"
 #include "sharedmem/MetadataSharedMem.h"
 #include "system/BigEndian.h"
 
@@ -54,6 +56,44 @@ void Put(unsigned char* items, const Field& field) {
 void sharedrecord::Reset(unsigned char* items) {
   const MetadataSharedMem::Writing writing(items);
   for (const Field& field : kInitialFields) Put(items, field);
+}
+
+void sharedrecord::WriteGps(unsigned char* items, const GpsStatusItem& gps) {
+  const MetadataSharedMem::Writing writing(items);
+  const auto north = gps.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  const auto east = gps.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  const Field fields[] = {
+      {0x04, 8, gps.valid},
+      {0x08, 8, static_cast<std::uint32_t>(north ? 'N' : 'S')},
+      {0x0C, 32, gps.latitudeDegrees},
+      {0x10, 16, gps.latitudeMinutes},
+      {0x14, 32, gps.latitudeMinuteFraction},
+      {0x18, 8, static_cast<std::uint32_t>(east ? 'E' : 'W')},
+      {0x1C, 32, gps.longitudeDegrees},
+      {0x20, 16, gps.longitudeMinutes},
+      {0x24, 32, gps.longitudeMinuteFraction},
+      {0x28, 16, gps.speedDeciKnots},
+      {0x2A, 16, gps.satellitesInView},
+      {0x2C, 32, gps.quality},
+      {0x30, 32, gps.fixDimensions},
+      {0x34, 32, static_cast<std::uint32_t>(gps.altitudeDeciMetres)},
+      {0x38, 32, gps.satellitesUsed},
+      {0x3C, 32, static_cast<std::uint32_t>(gps.signalDecibels)},
+      {0x40, 16, gps.speedDeciKmh},
+      {0x42, 16, gps.courseDeciDegrees},
+      {0x44, 32, gps.utcTimeOfDayMs},
+      {0x48, 32, gps.utcDate},
+  };
+  for (const Field& field : fields) Put(items, field);
+}
+
+void sharedrecord::WriteRadar(unsigned char* items, const RadarItem& radar) {
+  const MetadataSharedMem::Writing writing(items);
+  const Field fields[] = {
+      {0x4C, 16, radar.status},          {0x4E, 16, radar.patrolSpeedKmh}, {0x50, 16, radar.targetSpeedKmh},
+      {0x52, 16, radar.fastestSpeedKmh}, {0x54, 16, radar.lockedSpeedKmh},
+  };
+  for (const Field& field : fields) Put(items, field);
 }
 
 void sharedrecord::MarkEnded(unsigned char* items) {

@@ -15,6 +15,10 @@ Car::Car() {
                  {"METADATA_SHM", "/metadata-test-" + std::to_string(getpid())},
                  {"MFG_FILE", Path("serial")},
                  {"VERSION_FILE", Path("versions")}};
+  for (const char* server :
+       {"CONFIGMGR", "FPGA", "GPSHAL", "RADARHAL", "MICMGR", "VIDEOMGR", "ACCELHAL", "TEMPHAL"}) {
+    environment[std::string("NO_") + server] = "";
+  }
   Write("disk/present", "");
 }
 
@@ -35,9 +39,20 @@ std::unique_ptr<Program> Car::StartAnother() const {
 void Car::Run(const Arguments& arguments) {
   Start(arguments);
   EXPECT_EQ(stateMgr.Await(kStarted), "00 00 00 13");
-  EXPECT_EQ(stateMgr.Ask(kSubscribe, "01", kSubscribed), "01");
+  EXPECT_EQ(Subscribe(), "01");
   stateMgr.Send(kFullRun);
   EXPECT_TRUE(Answers());
+}
+
+std::string Car::Subscribe(const std::string& flag) {
+  stateMgr.Send(kSubscribe, flag);
+  Serve();
+  return stateMgr.Await(kSubscribed);
+}
+
+void Car::Serve(bool withStateMgr) {
+  for (int event = 0; withStateMgr && event < 4; ++event) stateMgr.Accept("00000000");
+  for (int stream = 0; stream < 6; ++stream) externalMgr.Accept("00 00 0000 0000 0000");
 }
 
 int Car::Quit() {

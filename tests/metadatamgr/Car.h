@@ -34,8 +34,8 @@ inline std::string By(const std::string& source, std::string line) {
   return line.insert(line.find(' ') + 1, source);
 }
 
-// A car with nothing running in it but the state manager, which the test plays, and a disk, a shared
-// record and a log of its own.
+// A car with nothing running in it but the state manager and the external manager, which the test
+// plays (the other servers are switched off), and a disk, a shared record and a log of its own.
 class Car {
   IpcDir ipcDirectory_;
   TempDir directory_;
@@ -46,11 +46,16 @@ class Car {
 
   Environment environment;
   Peer stateMgr{"StateMgr"};
+  Peer externalMgr{"ExternalMgr"};
 
   // Starts MetadataMgr.
   void Start(const Arguments& arguments = {}, int out = -1);
   // Starts it and leads it up to its main loop.
   void Run(const Arguments& arguments = {});
+  // The state manager asks it to subscribe; the answer.
+  std::string Subscribe(const std::string& flag = "01");
+  // Accepts its subscriptions with the two servers.
+  void Serve(bool withStateMgr = true);
   // Another one in the same car.
   std::unique_ptr<Program> StartAnother() const;
 
@@ -74,7 +79,9 @@ class Car {
   // Records of the latest recording, oldest first: "SOURCE TEXT KIND SENDER'S-TICK".
   Lines Records(const std::string& where = "1") const;
   // The events that came from outside.
-  Lines Events() const { return Records("event='event' AND source NOT IN ('clock','system','run')"); }
+  Lines Events() const {
+    return Records("event='event' AND source NOT IN ('clock','system','run') AND source NOT LIKE 'speed%'");
+  }
 
   std::string Path(const std::string& name) const { return directory_.Path(name); }
   void Write(const std::string& name, const std::string& content) const { directory_.Write(name, content); }

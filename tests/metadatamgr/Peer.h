@@ -36,6 +36,12 @@ class Peer {
     return Await(answer);
   }
 
+  // Accepts the next subscription with this value.
+  void Accept(const std::string& value) {
+    constexpr unsigned int kSubscribe = 1856;
+    Send(kSubscribe + 1, Await(kSubscribe) + "00000000" + value);
+  }
+
   // True when no message is waiting here that was not awaited.
   bool HasHeardNothing() {
     IpcMessage message;

@@ -1,0 +1,47 @@
+#include "ItemHandler.h"
+#include "items/ConfigurationItems.h"
+
+void MetadataMgr::VehicleChanged(const VehicleInfo& vehicle) {
+  dataStore_.ReportVehicleInfo(vehicle, true);
+}
+
+void MetadataMgr::OfficerChanged(const Officer& officer) {
+  dataStore_.ReportOfficerInfo(officer, true);
+}
+
+void MetadataMgr::DepartmentInfoChanged(const DepartmentInfo& department) {
+  dataStore_.ReportDepartmentInfo(department, true);
+}
+
+void MetadataMgr::SystemInfoChanged(const SystemInfo& system) {
+  dataStore_.ReportSystemInfo(system, true);
+}
+
+void MetadataMgr::VideoRecordingSettingsChanged(const VideoRecordingSettings& settings) {
+  dataStore_.ReportVideoRecordingSettings(settings, true);
+}
+
+void MetadataMgr::VehicleInfoChangedHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<VehicleInfo>(ipc, context, {"VehicleInfoChangedHandler"},
+                                 std::mem_fn(&MetadataMgr::VehicleChanged));
+}
+
+void MetadataMgr::OfficerChangedHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<Officer>(ipc, context, {"OfficerChangedHandler"},
+                             std::mem_fn(&MetadataMgr::OfficerChanged));
+}
+
+void MetadataMgr::DeptInfoChangedHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<DepartmentInfo>(ipc, context, {"DeptInfoChangedHandler"},
+                                    std::mem_fn(&MetadataMgr::DepartmentInfoChanged));
+}
+
+void MetadataMgr::SystemInfoChangedHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<SystemInfo>(ipc, context, {"SystemInfoChangedHandler"},
+                                std::mem_fn(&MetadataMgr::SystemInfoChanged));
+}
+
+void MetadataMgr::VideoRecordingSettingsChangedHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<VideoRecordingSettings>(ipc, context, {"VideoRecordingSettingsChangedHandler"},
+                                            std::mem_fn(&MetadataMgr::VideoRecordingSettingsChanged));
+}

@@ -1,0 +1,43 @@
+#include "ItemHandler.h"
+#include "ManagerLog.h"
+#include "items/FpgaExternalEventItem.h"
+
+namespace {
+
+constexpr const LogSource& log = kManagerLog;
+
+struct InputSignal {
+  const char* text;
+  std::uint32_t bit;  // in both masks
+  e_Tag active;
+  e_Tag inactive;
+};
+
+// In the order in which the store receives them, which is not that of the bits or tags.
+constexpr InputSignal kInputSignals[] = {
+    {" lights changed", FpgaExternalEventItem::kLights, e_Tag_LightsOn, e_Tag_LightsOff},
+    {" brakes changed", FpgaExternalEventItem::kBrakes, e_Tag_BrakesOn, e_Tag_BrakesOff},
+    {" siren changed", FpgaExternalEventItem::kSiren, e_Tag_SirenOn, e_Tag_SirenOff},
+    {" aux changed", FpgaExternalEventItem::kAux, e_Tag_AuxOn, e_Tag_AuxOff},
+    {" doorOpen changed", FpgaExternalEventItem::kDoorOpen, e_Tag_DoorOpen, e_Tag_DoorClosed},
+    {" ignition changed", FpgaExternalEventItem::kIgnition, e_Tag_IgnitionOn, e_Tag_IgnitionOff},
+};
+
+}  // namespace
+
+void MetadataMgr::ReportExternalEvent(const FpgaExternalEventItem& item, bool report) {
+  log(kLogInfo, "Add in SystemTick to ExternalEvent - tick = ", item.tick);
+  for (const InputSignal& signal : kInputSignals) {
+    if ((item.changedMask & signal.bit) == 0) continue;
+    log(kLogInfo, "ReportExternalEvent", signal.text);
+    const bool active = (item.inputLevels & signal.bit) != 0;
+    dataStore_.ReportStateData(active ? signal.active : signal.inactive, report, item.tick);
+  }
+}
+
+void MetadataMgr::ExternalInputEventHandler(LinxIpc* ipc, void* context) {
+  HandleMessageItem<FpgaExternalEventItem>(ipc, context, {"ExternalInputEventHandler"},
+                                           [](MetadataMgr& manager, const FpgaExternalEventItem& item) {
+                                             manager.ReportExternalEvent(item, true);
+                                           });
+}

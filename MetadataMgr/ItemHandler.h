@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+
+#include "EventHandler.h"
+#include "MetadataMgr.h"
+
+// The work of the handlers whose payload is an item: decodes it and reports it as a change.
+
+// For items that are decoded from the whole message. One that does not fit is reported as it was
+// constructed; the decoder has said so.
+template <typename ItemType, typename Report>
+void HandleMessageItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
+  if (EnterHandler(*ipc, shape) == nullptr) return;
+  ItemType item;
+  (void)item.DecodeMsg(ipc->CurrentMessage());
+  report(ManagerOf(context), item);
+}
+
+// For items that are decoded from the payload's first byte on. What the payload lacks reads as
+// zero.
+template <typename ItemType, typename Report>
+void HandlePayloadItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
+  unsigned char* payload = EnterHandler(*ipc, shape);
+  if (payload == nullptr) return;
+  ItemType item;
+  (void)item.Decode(payload);
+  report(ManagerOf(context), item);
+}

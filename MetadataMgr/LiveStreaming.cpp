@@ -1,0 +1,35 @@
+#include <arpa/inet.h>
+
+#include "ItemHandler.h"
+#include "ManagerLog.h"
+#include "StreamingLvsStateItem.h"
+
+namespace {
+
+constexpr const LogSource& log = kManagerLog;
+
+}  // namespace
+
+// The item carries no tick: the store's current one stands for it.
+void MetadataMgr::LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream) {
+  HandlerShape shape{"LVSStateChangeHandler"};
+  shape.traceMask = kLogInfo;
+  HandlePayloadItem<ExternalMgrApi::StreamingLvsStateItem>(
+      ipc, context, shape, [stream](MetadataMgr& manager, ExternalMgrApi::StreamingLvsStateItem& item) {
+        if (ExternalMgrApi::InLvsForceHqStreaming()) item.highQuality.Value(true);
+        manager.ReportLVSStateChange(item, true, stream, manager.GetLastSystemTick());
+      });
+}
+
+// The store takes high quality before enabled, the item carries them the other way round.
+void MetadataMgr::ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateItem& item, bool report,
+                                       int stream, unsigned int tick) {
+  const std::string& address = item.address.Value();
+  log(kLogShutdown, "Rcvd ext streaming state change, stream ", stream, "  en:", item.enabled.Value(),
+      "  HiQual:", item.highQuality.Value(), "  Cam:", unsigned{item.camera.Value()}, "  Ip: ", address,
+      "  Port:", unsigned{item.port.Value()});
+  dataStore_.ReportLvsState(static_cast<e_VideoStream>(stream),
+                            static_cast<unsigned char>(item.camera.Value()), item.highQuality.Value(),
+                            item.enabled.Value(), inet_addr(address.c_str()), item.port.Value(), report,
+                            tick);
+}

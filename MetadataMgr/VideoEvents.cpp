@@ -1,0 +1,85 @@
+#include "ItemHandler.h"
+#include "ManagerLog.h"
+#include "MetadataMgr.h"
+#include "items/VideoMgrCameraItem.h"
+#include "items/VideoMgrStreamQualityItem.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+constexpr const LogSource& log = kManagerLog;
+constexpr unsigned int kLastNumber = 3;  // of streams and cameras
+
+// The states of a camera that count as active.
+constexpr e_CameraState kCameraActive1{1};
+constexpr e_CameraState kCameraActive2{2};
+
+// Three handlers miss a payload under one name, which is none of theirs.
+HandlerShape CameraShape(const char* name, unsigned int payloadBytes) {
+  HandlerShape shape{name, payloadBytes};
+  shape.nullPayloadName = "CameraStateChangedHandler";
+  return shape;
+}
+
+}  // namespace
+
+void MetadataMgr::ReportVideoStreamState(unsigned int stream, e_StreamState state, unsigned int tick,
+                                         bool report) {
+  if (stream > kLastNumber) {
+    log(kLogError, "VideoStreamStateChanged: Invalid streamNo ", stream);
+    return;
+  }
+  dataStore_.ReportVideoStreamState(static_cast<e_VideoStream>(stream), state, report, tick);
+}
+
+void MetadataMgr::ReportCameraState(unsigned int camera, e_CameraState state, unsigned int tick,
+                                    bool report) {
+  if (camera > kLastNumber) {
+    log(kLogError, "CameraStateChanged: Invalid camera no ", camera);
+    return;
+  }
+  dataStore_.ReportCameraState(static_cast<e_CameraPort>(camera), state, report, tick);
+}
+
+// Port 3 stands for entry 3 and for the last active one of entries 5 to 8; entry 4 does not count.
+void MetadataMgr::ReportCameraItem(VideoMgrCameraItem& item, bool report) {
+  for (unsigned int port = 0; port < 3; ++port) ReportCameraState(port, item.states[port], item.tick, report);
+  e_CameraState aggregate = item.states[3];
+  for (unsigned int entry = 5; entry <= 8; ++entry) {
+    const e_CameraState state = item.states[entry];
+    if (state == kCameraActive1 || state == kCameraActive2) aggregate = state;
+  }
+  ReportCameraState(3, aggregate, item.tick, report);
+}
+
+void MetadataMgr::ReportStreamQualityItem(VideoMgrStreamQualityItem& item, bool report) {
+  dataStore_.ReportStreamQualityItem(item, report);
+}
+
+void MetadataMgr::VideoStreamStateChangeHandler(LinxIpc* ipc, void* context) {
+  const unsigned char* payload = EnterHandler(*ipc, {"VideoStreamStateChangeHandler", 12});
+  if (payload == nullptr) return;
+  ManagerOf(context).ReportVideoStreamState(
+      GetU32(payload + 4), static_cast<e_StreamState>(GetU32(payload + 8)), GetU32(payload), true);
+}
+
+void MetadataMgr::CliCameraStateChangedHandler(LinxIpc* ipc, void* context) {
+  const unsigned char* payload = EnterHandler(*ipc, CameraShape("CliCameraStateChangedHandler", 12));
+  if (payload == nullptr) return;
+  ManagerOf(context).ReportCameraState(GetU32(payload + 4), static_cast<e_CameraState>(GetU32(payload + 8)),
+                                       GetU32(payload), true);
+}
+
+void MetadataMgr::VideoMgrCameraItemHandler(LinxIpc* ipc, void* context) {
+  HandlePayloadItem<VideoMgrCameraItem>(
+      ipc, context, CameraShape("VideoMgrCameraItemHandler", 0),
+      [](MetadataMgr& manager, VideoMgrCameraItem& item) { manager.ReportCameraItem(item, true); });
+}
+
+void MetadataMgr::VideoMgrStreamQualityItemHandler(LinxIpc* ipc, void* context) {
+  HandlePayloadItem<VideoMgrStreamQualityItem>(ipc, context,
+                                               CameraShape("VideoMgrStreamQualityItemHandler", 0),
+                                               [](MetadataMgr& manager, VideoMgrStreamQualityItem& item) {
+                                                 manager.ReportStreamQualityItem(item, true);
+                                               });
+}

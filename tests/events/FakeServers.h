@@ -1,0 +1,40 @@
+#pragma once
+
+#include <list>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "support/Child.h"
+
+// What a server does when it is asked for one of its items.
+enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };
+
+// The behaviour of one server; by default it has every item and answers at once.
+struct Behaviour {
+  bool absent = false;
+  std::map<unsigned int, When> when = {};  // by item
+  // Sends notices of this item as fast as it can, from its subscription on; -1: none.
+  int floods = -1;
+};
+
+// The ten servers of the vehicle, each a process of its own with its real endpoint name. Items have
+// telling values: their tick is 100 and more.
+class FakeServers {
+ public:
+  explicit FakeServers(const std::map<std::string, Behaviour>& behaviours = {});
+  ~FakeServers();
+  FakeServers(const FakeServers&) = delete;
+  FakeServers& operator=(const FakeServers&) = delete;
+
+  // "Server item" for each item asked for since the last call, in order.
+  std::vector<std::string> Asked();
+
+  // Kills a server; starts it, with default behaviour.
+  void Kill(const std::string& name) { children_.erase(name); }
+  void Start(const std::string& name, const Behaviour& behaviour = {});
+
+ private:
+  int pipe_[2] = {-1, -1};
+  std::map<std::string, Child> children_;
+};

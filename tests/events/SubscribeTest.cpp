@@ -1,0 +1,361 @@
+// Start-up and restart with the ten servers: who is asked in which order, what is reported, and
+// what happens when one of them is switched off, refuses, is missing, late, mute or dies.
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+
+#include "Events.h"
+#include "FakeServers.h"
+#include "ProcessState.h"
+#include "support/Eventually.h"
+#include "support/IpcDir.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const Texts kAllAsked = {
+    "ConfigMgr 10",   "ConfigMgr 7",    "ConfigMgr 11",   "ConfigMgr 12",   "ConfigMgr 13",  "Fpga 17",
+    "GpsHal 1",       "StateMgr 1",     "StateMgr 2",     "StateMgr 3",     "StateMgr 4",    "RadarHal 1",
+    "MicMgr 0",       "VideoMgr 0",     "VideoMgr 1",     "AccelHal 1",     "TempHal 0",     "ExternalMgr 16",
+    "ExternalMgr 17", "ExternalMgr 18", "ExternalMgr 19", "ExternalMgr 20", "ExternalMgr 21"};
+const Texts kConfigCalls = {"Vehicle unit  initial", "System device  initial",
+                            "Department department  initial", "Officer officer  initial",
+                            "RecordingSettings 30 0 initial"};
+const Texts kFirstOutput = {"ShutdownDataAtStartup", "TimerTick",        "Mac initial",
+                            "StateData 64 event 0",  "SerialNum serial", "Configuration initial"};
+Texts Inputs(const char* siren, const char* tick) {
+  Texts calls;
+  for (const char* tag : {"53", "57", siren, "61", "63", "69"}) {
+    calls.push_back(std::string("StateData ") + tag + " initial " + tick);
+  }
+  return calls;
+}
+const Texts kGpsCalls = {"GpsState 1 initial", "Gps 0 0 1 initial 102", "Speed 1 0 initial 102 0"};
+const Texts kRadarCalls = {"RadarState 1 1 initial", "Radar 1 0 0 0 0 initial 104 0",
+                           "Speed 2 0 initial 104 0"};
+const Texts kMicCalls = {"MicPresent 1 1 initial 105", "MicState 1 0 initial 105"};
+const Texts kVideoCalls = {"Camera 0 0 initial 106", "Camera 1 0 initial 106", "Camera 2 0 initial 106",
+                           "Camera 3 0 initial 106", "StreamQuality 0 initial 107"};
+const Texts kAccelCalls = {"StateData 67 event 108"};
+const Texts kTempCalls = {"Temp 3 0 initial 109", "Temp 0 0 initial 109", "Temp 1 0 initial 109",
+                          "Temp 2 0 initial 109"};
+const Texts kFullState = {"FullState 1"};
+
+Texts Joined(std::initializer_list<Texts> parts) {
+  Texts all;
+  for (const Texts& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+class SubscribeTest : public testing::Test {
+ protected:
+  SubscribeTest() {
+    gMetadataDir = directory_.Beside("metadata");
+    setenv("METADATA_SHM", "/metadata-subscribe-test", 1);
+    setenv("MFG_FILE", directory_.Beside("serial").c_str(), 1);
+    setenv("VERSION_FILE", "/nonexistent", 1);
+    std::ofstream(directory_.Beside("serial")) << "serial";
+    LogClient::Instance().Level(255 & ~kLogInfo);
+  }
+  ~SubscribeTest() override {
+    for (const std::string& variable : set_) unsetenv(variable.c_str());
+  }
+
+  void Set(const char* variable) {
+    setenv(variable, "", 1);
+    set_.emplace_back(variable);
+  }
+
+  // Subscribes with servers that behave so.
+  bool Subscribe(const std::map<std::string, Behaviour>& behaviours = {}) {
+    ipc_.reset();
+    gStoreInitialized = false;
+    servers_.reset();
+    servers_ = std::make_unique<FakeServers>(behaviours);
+    manager_ = std::make_unique<MetadataMgr>();
+    ipc_ = std::make_unique<LinxIpc>("MetadataMgr");
+    EXPECT_EQ(ipc_->Init(), 0);
+    StoreCalls().clear();
+    const LogCapture capture;
+    const bool subscribed = manager_->SubscribeToServers(*ipc_, false);
+    errors_ = ErrorsOf(capture);
+    return subscribed;
+  }
+
+  // The mask-1 lines.
+  static Texts ErrorsOf(const LogCapture& capture) {
+    Texts lines = LogText(capture.Text());
+    std::erase_if(lines, [](const std::string& line) { return !line.starts_with("1 MetadataMgr: "); });
+    for (std::string& line : lines) line.erase(0, std::string("1 MetadataMgr: ").size());
+    return lines;
+  }
+
+  // Receives until nothing comes for a while.
+  void Dispatch() {
+    while (ipc_->Receive(200, 0, LinxIpc::emptyString, nullptr) == 0) {
+    }
+  }
+
+  IpcDir directory_;
+  Texts set_;
+  std::unique_ptr<FakeServers> servers_;
+  std::unique_ptr<MetadataMgr> manager_;  // outlives its endpoint
+  std::unique_ptr<LinxIpc> ipc_;
+  Texts errors_;
+};
+
+TEST_F(SubscribeTest, AsksAllServersInOrderAndReportsTheirValues) {
+  EXPECT_TRUE(Subscribe());
+  EXPECT_EQ(servers_->Asked(), kAllAsked);
+  EXPECT_EQ(errors_, Texts{});
+  EXPECT_EQ(StoreCalls(), Joined({kConfigCalls, kFirstOutput, Inputs("54", "101"), kGpsCalls, kRadarCalls,
+                                  kMicCalls, kVideoCalls, kAccelCalls, kTempCalls, kFullState}));
+}
+
+TEST_F(SubscribeTest, ASecondTimeMakesNoSecondFirstOutput) {
+  EXPECT_TRUE(Subscribe());
+  StoreCalls().clear();
+  EXPECT_TRUE(manager_->SubscribeToServers(*ipc_, true));
+  EXPECT_EQ(StoreCalls(), Joined({kConfigCalls, Inputs("54", "101"), kGpsCalls, kRadarCalls, kMicCalls,
+                                  kVideoCalls, kAccelCalls, kTempCalls, kFullState}));
+}
+
+// ---- Switches
+
+struct Switched {
+  const char* variable;
+  const char* server;
+  Texts calls;  // in place of the server's
+};
+
+TEST_F(SubscribeTest, SwitchesLeaveOutTheirServer) {
+  const Texts noInputs = Inputs("55", "0");
+  const Switched rows[] = {
+      {"NO_CONFIGMGR", "ConfigMgr", {}},
+      {"NO_FPGA", "Fpga", noInputs},
+      {"NO_GPSHAL", "GpsHal", {"GpsState 0 initial", "ValidSpeed 1 0"}},
+      {"RUN_WITHOUT_STATEMGR", "StateMgr", {}},
+      {"NO_RADARHAL",
+       "RadarHal",
+       {"RadarState 1 1 initial", "Radar 1 0 0 0 0 initial 0 0", "Speed 2 0 initial 0 0"}},
+      {"NO_MICMGR", "MicMgr", {}},
+      {"NO_VIDEOMGR", "VideoMgr", {}},
+      {"NO_ACCELHAL", "AccelHal", {}},
+      {"NO_TEMPHAL", "TempHal", {}},
+  };
+  for (const Switched& row : rows) {
+    SCOPED_TRACE(row.variable);
+    setenv(row.variable, "", 1);
+    EXPECT_TRUE(Subscribe());
+    unsetenv(row.variable);
+    const auto asked = servers_->Asked();
+    EXPECT_TRUE(std::none_of(asked.begin(), asked.end(),
+                             [&](const std::string& line) { return line.starts_with(row.server); }));
+    EXPECT_FALSE(asked.empty());
+    const auto calls = [&](const char* server, const Texts& usual) {
+      return server == std::string(row.server) ? row.calls : usual;
+    };
+    EXPECT_EQ(StoreCalls(),
+              Joined({calls("ConfigMgr", kConfigCalls), kFirstOutput, calls("Fpga", Inputs("54", "101")),
+                      calls("GpsHal", kGpsCalls), calls("RadarHal", kRadarCalls), calls("MicMgr", kMicCalls),
+                      calls("VideoMgr", kVideoCalls), calls("AccelHal", kAccelCalls),
+                      calls("TempHal", kTempCalls), kFullState}));
+  }
+}
+
+TEST_F(SubscribeTest, SwitchedOffServersAreSaidExactly) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"NO_CONFIGMGR", "SubscribeToConfigMgr - set to ignore ConfigMgr "},
+      {"NO_MICMGR", "SubscribeToMicMgr - set to ignore MicMgr "},
+      {"NO_VIDEOMGR", "SubscribeToVideoMgr - set to ignore VideoMgr "},
+      {"NO_ACCELHAL", "SubscribeToAccelHal - set to ignore AccelHal "},
+      {"NO_TEMPHAL", "SubscribeToTempHal - set to ignore TempHal "}};
+  const LogCapture capture;
+  for (const auto& [variable, text] : rows) Set(variable);
+  EXPECT_TRUE(Subscribe());
+  LinxIpc quiet("Quiet");
+  const LogCapture second;
+  EXPECT_TRUE(manager_->SubscribeToConfigMgr(quiet) && manager_->SubscribeToMicMgr(quiet) &&
+              manager_->SubscribeToVideoMgr(quiet) && manager_->SubscribeToAccelHal(quiet) &&
+              manager_->SubscribeToTempHal(quiet));
+  Texts lines = LogText(second.Text());
+  std::erase_if(lines, [](const std::string& line) { return !line.starts_with("32 "); });
+  ASSERT_EQ(lines.size(), std::size(rows));
+  for (std::size_t i = 0; i < lines.size(); ++i)
+    EXPECT_EQ(lines[i], std::string("32 MetadataMgr: ") + rows[i].second);
+}
+
+// ---- Refusals
+
+struct Refusal {
+  const char* server;
+  unsigned int item;
+  Texts errors;
+};
+
+TEST_F(SubscribeTest, ARefusalEndsTheStartWithTwoLines) {
+  const std::string config = "MetadataMgr - Failed to subscribe to ConfigMgr";
+  const std::string stateMgr = "MetadataMgr - Failed to subscribe to StateMgr Events";
+  const std::string video = "MetadataMgr - Failed to subscribe to VideoMgr Events";
+  const std::string lvs = "MetadataMgr - Failed to subscribe to LVS state changes";
+  const std::string lvsStream = "Failed to subscribe to ExternalMgr LVS state changes";
+  const Refusal rows[] = {
+      {"ConfigMgr", 10, {"MetadataMgr - Failed to subscribe to VehicleInfo", config}},
+      {"ConfigMgr", 7, {"MetadataMgr - Failed to subscribe to SystemInfo", config}},
+      {"ConfigMgr", 11, {"MetadataMgr - Failed to subscribe to DepartmentInfo", config}},
+      {"ConfigMgr", 12, {"MetadataMgr - Failed to subscribe to Officer", config}},
+      {"ConfigMgr", 13, {"MetadataMgr - Failed to subscribe to VideoRecording", config}},
+      {"Fpga",
+       17,
+       {"MetadataMgr - Failed to subscribe to External Events",
+        "MetadataMgr - Failed to subscribe to External Events"}},
+      {"GpsHal",
+       1,
+       {"MetadataMgr - Failed to subscribe to GpsStatus Events",
+        "MetadataMgr - Failed to subscribe to Gps Events"}},
+      {"StateMgr", 1, {"MetadataMgr - Failed to subscribe to StateMgr Record Start Event", stateMgr}},
+      {"StateMgr", 2, {"MetadataMgr - Failed to subscribe to StateMgr Record Stop Event", stateMgr}},
+      {"StateMgr", 3, {"MetadataMgr - Failed to subscribe to StateMgr Enter Covert Mode Event", stateMgr}},
+      {"StateMgr", 4, {"MetadataMgr - Failed to subscribe to StateMgr Exit Cover Mode Event", stateMgr}},
+      {"RadarHal",
+       1,
+       {"MetadataMgr - Failed to subscribe to RadarHal Events",
+        "MetadataMgr - Failed to subscribe to RadarHal Events"}},
+      {"MicMgr",
+       0,
+       {"Failed to subscribe to Mic Mgr Events", "MetadataMgr - Failed to subscribe to MicMgr Events"}},
+      {"VideoMgr", 0, {"Failed to subscribe to Video Mgr Events", video}},
+      {"VideoMgr", 1, {"Failed to subscribe to Video Mgr Events", video}},
+      {"AccelHal",
+       1,
+       {"Failed to subscribe to Mic Mgr Events",
+        "MetadataMgr - Failed to subscribe to Accelerometer Events"}},
+      {"TempHal",
+       0,
+       {"Failed to subscribe to TempHal Events",
+        "MetadataMgr::SubscribeToServers - Failed to subscribe to TempHal Events"}},
+      {"ExternalMgr", 16, {lvsStream, lvs}},
+      {"ExternalMgr", 19, {lvsStream, lvs}},
+      {"ExternalMgr", 21, {lvsStream, lvs}},
+  };
+  for (const Refusal& row : rows) {
+    SCOPED_TRACE(std::string(row.server) + " " + std::to_string(row.item));
+    EXPECT_FALSE(Subscribe({{row.server, {.when = {{row.item, When::kRefuses}}}}}));
+    EXPECT_EQ(errors_, row.errors);
+    const std::string last = std::string(row.server) + " " + std::to_string(row.item);
+    const Texts asked(kAllAsked.begin(), std::find(kAllAsked.begin(), kAllAsked.end(), last) + 1);
+    EXPECT_EQ(servers_->Asked(), asked);
+    const Texts& calls = StoreCalls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "FullState 1"), 0);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "Camera 0 0 initial 106"),
+              std::find(asked.begin(), asked.end(), "AccelHal 1") == asked.end() ? 0 : 1);
+  }
+  EXPECT_TRUE(Subscribe());  // the next start works
+}
+
+TEST_F(SubscribeTest, AMissingOrMuteServerIsARefusalAfterItsTime) {
+  EXPECT_FALSE(Subscribe({{"ExternalMgr", {.absent = true}}}));
+  EXPECT_EQ(errors_.front(), "Failed to subscribe to ExternalMgr LVS state changes");
+  EXPECT_FALSE(Subscribe({{"ExternalMgr", {.when = {{18, When::kIsMute}}}}}));
+  EXPECT_EQ(servers_->Asked().back(), "ExternalMgr 18");
+}
+
+TEST_F(SubscribeTest, ALateServerIsWaitedFor) {
+  EXPECT_TRUE(Subscribe(
+      {{"GpsHal", {.when = {{1, When::kIsLate}}}}, {"ExternalMgr", {.when = {{21, When::kIsLate}}}}}));
+  EXPECT_EQ(StoreCalls().back(), "FullState 1");
+}
+
+TEST_F(SubscribeTest, ServerThatNotifiesAtFullRateWhileItIsSubscribedToDoesNotLockUp) {
+  EXPECT_TRUE(Subscribe({{"VideoMgr", {.floods = 0}}}));
+  StoreCalls().clear();
+  EXPECT_TRUE(Eventually([&] {
+    (void)ipc_->Receive(100, 0, LinxIpc::emptyString, nullptr);
+    return !StoreCalls().empty();
+  }));
+  EXPECT_EQ(StoreCalls().front(), "Camera 0 0 event 1");
+}
+
+// ---- Restart
+
+TEST_F(SubscribeTest, ARestartRenewsAllSubscriptionsOfItsServerAndReportsNothing) {
+  EXPECT_TRUE(Subscribe());
+  (void)servers_->Asked();
+  StoreCalls().clear();
+  const std::pair<unsigned int, Texts> rows[] = {
+      {2, {"StateMgr 1", "StateMgr 2", "StateMgr 3", "StateMgr 4"}},
+      {3, {"ConfigMgr 10", "ConfigMgr 7", "ConfigMgr 11", "ConfigMgr 12", "ConfigMgr 13"}},
+      {4, {"Fpga 17"}},
+      {7, {"RadarHal 1"}},
+      {11, {"MicMgr 0"}},
+      {12, {"GpsHal 1"}},
+      {13, {"AccelHal 1"}},
+      {14, {"TempHal 0"}},
+      {21, {"VideoMgr 0", "VideoMgr 1"}},
+      {29,
+       {"ExternalMgr 16", "ExternalMgr 17", "ExternalMgr 18", "ExternalMgr 19", "ExternalMgr 20",
+        "ExternalMgr 21"}},
+  };
+  for (const auto& row : rows) {
+    const Texts& asked = row.second;
+    manager_->ProcessRestarted(*ipc_, e_Process{row.first});
+    Texts renewed;
+    EXPECT_TRUE(Eventually([&] {
+      for (const std::string& line : servers_->Asked()) renewed.push_back(line);
+      return renewed.size() >= asked.size();
+    }));
+    EXPECT_EQ(renewed, asked);
+  }
+  Dispatch();  // the answers are swallowed
+  EXPECT_EQ(StoreCalls(), Texts{});
+  EXPECT_EQ(servers_->Asked(), Texts{});
+}
+
+TEST_F(SubscribeTest, ARestartOfAnAbsentClientIsARefusedRenewal) {
+  Set("NO_MICMGR");
+  EXPECT_TRUE(Subscribe());
+  LogClient::Instance().Level(255);
+  const LogCapture capture;
+  for (const unsigned int process : {11U, 5U, 30U}) manager_->ProcessRestarted(*ipc_, e_Process{process});
+  manager_->ProcessDied(*ipc_, e_Process{21});
+  EXPECT_EQ(LogText(capture.Text()),
+            (Texts{"64 MetadataMgr: Process Restarted 11", "128 MetadataMgr: Need to resubscribe to MicMgr",
+                   "1 MetadataMgr: MetadataMgr FAILED to resubsribe to a server",
+                   "64 MetadataMgr: Process Restarted 5", "64 MetadataMgr: Process Restarted 30",
+                   "64 MetadataMgr: Process Died 21"}));
+}
+
+TEST_F(SubscribeTest, AServerThatDiedAndCameBackIsHeardAgain) {
+  EXPECT_TRUE(Subscribe());
+  servers_->Kill("VideoMgr");
+  manager_->ProcessRestarted(*ipc_, e_Process_VideoMgr);  // too early: refused, nothing breaks
+  (void)servers_->Asked();
+  servers_->Start("VideoMgr", {.floods = 0});
+  Texts renewed;
+  EXPECT_TRUE(Eventually([&] {
+    if (renewed.empty()) manager_->ProcessRestarted(*ipc_, e_Process_VideoMgr);
+    for (const std::string& line : servers_->Asked()) renewed.push_back(line);
+    return !renewed.empty();
+  }));
+  StoreCalls().clear();
+  EXPECT_TRUE(Eventually([&] {
+    (void)ipc_->Receive(100, 0, LinxIpc::emptyString, nullptr);
+    return !StoreCalls().empty();
+  }));
+}
+
+// ---- End
+
+TEST_F(SubscribeTest, CleanupEndsTheSubscriptions) {
+  EXPECT_TRUE(Subscribe({{"VideoMgr", {.floods = 0}}}));
+  StoreCalls().clear();
+  manager_->Cleanup();
+  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close"}));
+  Dispatch();
+  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close"}));
+}
+
+}  // namespace
