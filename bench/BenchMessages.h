@@ -9,10 +9,12 @@
 
 // How the processes of the bench talk among themselves, over the system's own IPC.
 enum BenchMsg : unsigned int {
-  BenchMsg_Do = 30720,         // to a performer, or from a terminal to the director: words of a command
-  BenchMsg_Done = 30721,       // its answer: byte 0: 1 if it was done, else 0; then a text
-  BenchMsg_News = 30722,       // state manager to director: byte 0: News; then "PROCESS what happened"
-  BenchMsg_StopSystem = 30723  // director to state manager: 32-bit time in ms that a process has to answer
+  BenchMsg_Do = 30720,          // to a performer, or from a terminal to the director: words of a command
+  BenchMsg_Done = 30721,        // its answer: byte 0: 1 if it was done, else 0; then a text
+  BenchMsg_News = 30722,        // state manager to director: byte 0: News; then "PROCESS what happened"
+  BenchMsg_StopSystem = 30723,  // director to state manager: 32-bit time in ms that a process has to answer
+  BenchMsg_Died = 30724,        // director to state manager: name of a process that has died
+  BenchMsg_DriveBegins = 30725  // director to servers: "BEGIN SPEED" (Publisher.cpp)
 };
 
 // What the state manager tells.

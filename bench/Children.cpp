@@ -69,6 +69,7 @@ bool Children::Start(const std::string& name, const std::vector<std::string>& ar
     error = std::string("no new process: ") + std::strerror(errno);
     return false;
   }
+  std::erase_if(children_, [&name](const Child& child) { return child.ended && child.name == name; });
   children_.push_back({name, id});
   return true;
 }

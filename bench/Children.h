@@ -26,8 +26,8 @@ class Children {
   Children(const Children&) = delete;
   Children& operator=(const Children&) = delete;
 
-  // Starts a program, whose path is the first of `arguments`; what it writes is appended to the file
-  // `log`. False and why not.
+  // Starts a program, also one that has ended, whose path is the first of `arguments`; what it writes is
+  // appended to the file `log`. False and why not.
   bool Start(const std::string& name, const std::vector<std::string>& arguments, const std::string& log,
              std::string& error);
 

@@ -61,12 +61,17 @@ Director::Director(const RunOptions& options, const Drive& drive, const Surround
     quit_ = true;
     return Outcome{true, "shutting down"};
   };
+  actions_["kill"] = [this](const Words& words) { return Kill(words[0]); };
+  actions_["start"] = [this](const Words& words) { return Start(words[0]); };
+  actions_["mute"] = [this](const Words& words) { return Signal(words[0], SIGSTOP); };
+  actions_["wake"] = [this](const Words& words) { return Signal(words[0], SIGCONT); };
   for (const RoleRow& role : Roles()) stages_[ProcessName(role.process)] = Stage::kAbsent;
   stages_[MetadataMgrName()] = Stage::kAbsent;
 }
 
 bool Director::Run() {
   if (!Open()) return false;
+  surroundings_.BeginSentLists();
   char speed[32];
   (void)std::snprintf(speed, sizeof speed, "%g", options_.speed);
   screen_.Line("Drive " + drive_.name + ", speed " + speed + ", in " + surroundings_.Directory());
@@ -94,20 +99,62 @@ bool Director::Open() {
 
 bool Director::StartAll() {
   startEnd_ = Clock::now() + FromSeconds(options_.startDeadlineSeconds);
-  if (!StartStateMgr()) return false;
-  for (const RoleRow& role : Roles()) {
-    const std::string& name = ProcessName(role.process);
-    if (!StartChild(name, {program_, "role", name})) return false;
+  if (!ReadMissing() || !StartStateMgr() || !StartRoles()) return false;
+  for (const Command& command : drive_.before) {
+    if (!missing_.contains(command.arguments.empty() ? "" : command.arguments[0])) {
+      (void)Execute(command.words, {});
+    }
   }
   if (!StartMetadataMgr()) return false;
-  const bool inTime = ReceiveUntil(startEnd_, [this] { return MustEnd() || AllAtFullRun(); });
-  if (inTime) return !MustEnd();
-  std::string missing;
-  for (const auto& [name, stage] : stages_) {
-    if (stage != Stage::kFullRun) missing += " " + name;
+  for (const auto& [name, wait] : missing_) {
+    if (wait.count() >= 0) lateStarts_[name] = Clock::now() + wait;
   }
-  Problem("not at full run within " + OneDecimal(options_.startDeadlineSeconds) + " s:" + missing);
+  const bool inTime = ReceiveUntil(startEnd_, [this] { return MustEnd() || AllAt(Stage::kFullRun); });
+  if (inTime) return !MustEnd();
+  Problem("not at full run within " + OneDecimal(options_.startDeadlineSeconds) + " s, waiting for" +
+          LastOnes());
   return false;
+}
+
+bool Director::ReadMissing() {
+  const auto read = [this](const Command& command) {
+    if (NameOf(*command.verb) != "missing") return true;
+    const std::string& name = command.arguments[0];
+    if (stages_.erase(name) == 0) {
+      Problem("'missing " + name + "' is not possible: it leads the others");
+      return false;
+    }
+    missing_[name] = milliseconds(command.arguments.size() < 2 ? -1 : int(NumberOf(command.arguments[1])));
+    screen_.Event(JoinWords(command.words) + ": not started");
+    return true;
+  };
+  return std::all_of(drive_.before.begin(), drive_.before.end(), read);
+}
+
+bool Director::StartRoles() {
+  for (const auto& [name, stage] : stages_) {
+    if (name != MetadataMgrName() && !StartRole(name)) return false;
+  }
+  if (ReceiveUntil(startEnd_, [this] { return MustEnd() || RolesStarted(); })) return !MustEnd();
+  Problem("the servers do not start");
+  return false;
+}
+
+void Director::StartLateOnes() {
+  for (auto late = lateStarts_.begin(); late != lateStarts_.end();) {
+    if (Clock::now() < late->second) {
+      ++late;
+      continue;
+    }
+    const std::string name = late->first;
+    late = lateStarts_.erase(late);
+    screen_.Event("starting " + name);
+    (void)StartRole(name);
+  }
+}
+
+bool Director::StartRole(const std::string& name) {
+  return StartChild(name, {program_, "role", name});
 }
 
 bool Director::StartStateMgr() {
@@ -142,7 +189,9 @@ bool Director::StartChild(const std::string& name, const std::vector<std::string
 
 void Director::Play() {
   screen_.BeginDrive();
+  driveBegin_ = Clock::now();
   driving_ = true;
+  for (const auto& [name, stage] : stages_) TellDriveBegins(name);
   for (const DriveLine& line : drive_.lines) {
     if (ReceiveUntil(screen_.WhenDue(line.at), [this] { return MustEnd(); })) break;
     ++linesPlayed_;
@@ -153,12 +202,19 @@ void Director::Play() {
   driveSeconds_ = screen_.DriveSeconds();
 }
 
+// To readings the time of the drive is what counts.
+void Director::TellDriveBegins(const std::string& process) {
+  const auto begin = std::chrono::duration_cast<std::chrono::microseconds>(driveBegin_.time_since_epoch());
+  const std::string text = std::to_string(begin.count()) + " " + std::to_string(options_.speed);
+  if (process != MetadataMgrName()) (void)SendMessage(ipc_, process, BenchMsg_DriveBegins, text);
+}
+
 Outcome Director::Execute(const Words& words, const std::string& from) {
   const std::string stamp = screen_.Stamp();
   Command command;
   Outcome outcome{false, {}};
   if (ParseCommand(words, command, outcome.text)) {
-    const std::string performer = command.verb->performer;
+    const std::string performer = PerformerOf(command);
     outcome = performer == kBenchName ? Perform(actions_, words) : Ask(ipc_, performer, words);
   }
   const std::string what = JoinWords(words) + (from.empty() ? "" : " (" + from + ")");
@@ -178,12 +234,18 @@ bool Director::ReceiveUntil(const Clock::time_point& end, Done done) {
     if (left.count() <= 0) return false;
     (void)ipc_.Receive(static_cast<int>(std::min(left, kLook).count()), 0, LinxIpc::emptyString, nullptr);
     LookAfterChildren();
+    StartLateOnes();
   }
   return true;
 }
 
 void Director::LookAfterChildren() {
   while (const Child* child = children_.NextEnded()) {
+    if (killed_.contains(child->name)) {
+      stages_.erase(child->name);
+      (void)SendMessage(ipc_, StateMgrName(), BenchMsg_Died, child->name);
+      continue;
+    }
     const std::string text = child->name + " ended with " + child->HowItEnded() + Log(child->name);
     if (!stopping_) {
       broken_ = true;
@@ -194,10 +256,43 @@ void Director::LookAfterChildren() {
   }
 }
 
+// ---- What happens to a server
+
+bool Director::IsRunning(const std::string& server) const {
+  const Child* child = children_.Find(server);
+  return child != nullptr && !child->ended;
+}
+
+Outcome Director::Kill(const std::string& server) {
+  if (!stages_.contains(server)) return {false, server + " leads the others, or does not run"};
+  killed_.insert(server);
+  children_.Signal(server, SIGKILL);
+  const bool ended = ReceiveUntil(Clock::now() + kEndTimeout, [&] { return !IsRunning(server); });
+  return {ended, ended ? "dead" : "does not die"};
+}
+
+Outcome Director::Start(const std::string& server) {
+  if (IsRunning(server)) return {false, "it runs"};
+  killed_.erase(server);
+  lateStarts_.erase(server);
+  if (!StartRole(server)) return {false, "it cannot be started"};
+  const auto atFullRun = [&] { return stages_.contains(server) && stages_[server] == Stage::kFullRun; };
+  if (ReceiveUntil(Clock::now() + milliseconds(kAnswerTimeoutMs), atFullRun)) return {true, "at full run"};
+  return {false, "does not come to full run"};
+}
+
+Outcome Director::Signal(const std::string& server, int signal) {
+  if (!IsRunning(server)) return {false, "it does not run"};
+  children_.Signal(server, signal);
+  return {true, signal == SIGSTOP ? "stopped" : "goes on"};
+}
+
 // ---- Shut-down
 
 void Director::StopAll() {
   stopping_ = true;
+  lateStarts_.clear();
+  (void)children_.SignalAll(SIGCONT);
   screen_.EndDrive();
   if (const Child* metadataMgr = children_.Find(MetadataMgrName())) {
     peakMemoryKb_ = PeakMemoryKb(metadataMgr->id);
@@ -259,7 +354,7 @@ void Director::TakeNews(News news, const std::string& process, const std::string
         startEnd_ = Clock::now() + FromSeconds(options_.startDeadlineSeconds);
       }
       stages_[process] = Stage::kStarted;
-      screen_.Event(text + SinceStartOf(process));
+      if (IsWorthALine(process)) screen_.Event(text + SinceStartOf(process));
       break;
     case News::kFullRun:
       TakeFullRun(process, text);
@@ -269,7 +364,11 @@ void Director::TakeNews(News news, const std::string& process, const std::string
       Problem(text + Log(process));
       break;
     case News::kStopped:
-      screen_.Event(text);
+      if (IsWorthALine(process)) {
+        screen_.Event(text);
+      } else {
+        ++othersStopped_;
+      }
       break;
     case News::kSilent: {
       const Child* child = children_.Find(process);
@@ -278,13 +377,15 @@ void Director::TakeNews(News news, const std::string& process, const std::string
     }
     case News::kAllStopped:
       allStopped_ = true;
+      screen_.Event(std::to_string(othersStopped_) + " others answered the shut-down");
       break;
   }
 }
 
 void Director::TakeFullRun(const std::string& process, const std::string& text) {
-  screen_.Event(text + SinceStartOf(process));
+  if (IsWorthALine(process)) screen_.Event(text + SinceStartOf(process));
   stages_[process] = Stage::kFullRun;
+  if (driving_) TellDriveBegins(process);
   if (process != MetadataMgrName()) return;
   toFullRun_ = SinceStartOf(process);
   const Outcome subscribed = SubscribeToBookmarks(ipc_, BookmarkHandler, this);
@@ -318,9 +419,30 @@ bool Director::MustEndWell(const std::string& process) const {
   return stage == stages_.end() || stage->second == Stage::kFullRun;
 }
 
-bool Director::AllAtFullRun() const {
+bool Director::AllAt(Stage stage) const {
   return std::all_of(stages_.begin(), stages_.end(),
-                     [](const auto& process) { return process.second == Stage::kFullRun; });
+                     [stage](const auto& process) { return process.second >= stage; });
+}
+
+// The others wait for these.
+std::string Director::LastOnes() const {
+  Stage last = Stage::kFullRun;
+  for (const auto& [name, stage] : stages_) last = std::min(last, stage);
+  std::string names;
+  for (const auto& [name, stage] : stages_) {
+    if (stage == last) names += " " + name;
+  }
+  return names;
+}
+
+bool Director::RolesStarted() const {
+  return std::all_of(stages_.begin(), stages_.end(), [](const auto& process) {
+    return process.first == MetadataMgrName() || process.second >= Stage::kStarted;
+  });
+}
+
+bool Director::IsWorthALine(const std::string& process) const {
+  return driving_ || process == MetadataMgrName();
 }
 
 std::string Director::SinceStartOf(const std::string& process) const {

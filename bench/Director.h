@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,12 @@ class Director {
 
   bool Open();
   bool StartAll();
+  bool ReadMissing();
   bool StartStateMgr();
+  bool StartRoles();
+  void StartLateOnes();
   bool StartMetadataMgr();
+  bool StartRole(const std::string& name);
   bool StartChild(const std::string& name, const std::vector<std::string>& arguments);
   void Play();
   void StopAll();
@@ -56,9 +61,22 @@ class Director {
   static void BookmarkHandler(LinxIpc* ipc, void* self);
   void TakeNews(News news, const std::string& process, const std::string& text);
   void TakeFullRun(const std::string& process, const std::string& text);
+  void TellDriveBegins(const std::string& process);
   Outcome Execute(const Words& words, const std::string& from);
 
-  bool AllAtFullRun() const;
+  // What happens to one of the servers.
+  Outcome Kill(const std::string& server);
+  Outcome Start(const std::string& server);
+  Outcome Signal(const std::string& server, int signal);
+  bool IsRunning(const std::string& server) const;
+
+  enum class Stage { kAbsent, kStarted, kFullRun };
+
+  bool AllAt(Stage stage) const;
+  bool RolesStarted() const;
+  std::string LastOnes() const;
+  // The steps of the others are news only when they come alone.
+  bool IsWorthALine(const std::string& process) const;
   // One that is stopped on its way to full run ends with failure, as it should.
   bool MustEndWell(const std::string& process) const;
   std::string SinceStartOf(const std::string& process) const;
@@ -75,9 +93,12 @@ class Director {
   Actions actions_;
   Children children_;
 
-  enum class Stage { kAbsent, kStarted, kFullRun };
-
-  std::map<std::string, Stage> stages_;  // of every process but the state manager
+  std::map<std::string, Stage> stages_;  // of every process but the state manager, dead ones and missing ones
+  std::map<std::string, std::chrono::milliseconds> missing_;  // how long; negative: for good
+  std::map<std::string, Clock::time_point> lateStarts_;
+  std::set<std::string> killed_;
+  unsigned int othersStopped_ = 0;
+  Clock::time_point driveBegin_;
   std::map<std::string, Clock::time_point> startTimes_;
   Clock::time_point startEnd_;
   bool stateMgrReady_ = false;

@@ -48,16 +48,26 @@ Words WordsBeforeComment(std::string_view line) {
 }
 
 // The error, or nothing and the line added.
+std::string AddBefore(const Command& command, Drive& drive) {
+  if (!drive.lines.empty()) return "'before' comes after a time";
+  if (NameOf(*command.verb) == "quit") return "'quit' is only possible after the start";
+  drive.before.push_back(command);
+  return {};
+}
+
 std::string AddLine(const Words& words, Drive& drive) {
   constexpr std::size_t kMaxBytes = 1000;
   DriveLine line{};
   std::string error;
-  if (!ReadTime(words[0], line.at)) {
+  const bool before = words[0] == "before";
+  if (!before && !ReadTime(words[0], line.at)) {
     return Quoted(words[0]) + " is not a time: seconds with up to three decimals";
   }
   if (JoinWords(words).size() > kMaxBytes) return Quoted(words.back()) + " makes the line too long";
   if (words.size() == 1) return Quoted(words[0]) + " must be followed by a verb";
   if (!ParseCommand({words.begin() + 1, words.end()}, line.command, error)) return error;
+  if (before) return AddBefore(line.command, drive);
+  if (NameOf(*line.command.verb) == "missing") return Quoted(words[1]) + " is only possible before the start";
   if (!drive.lines.empty()) {
     const DriveLine& last = drive.lines.back();
     if (line.at < last.at) return Quoted(words[0]) + " is earlier than the line before";
@@ -71,7 +81,7 @@ std::string AddLine(const Words& words, Drive& drive) {
 
 std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive) {
   std::vector<std::string> errors;
-  drive = {name, {}};
+  drive = {name, {}, {}};
   for (unsigned int number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const Words words = WordsBeforeComment(text.substr(0, end));

@@ -11,6 +11,8 @@
 // came to full run, with up to three decimals, then the words of a command. Times never go back.
 // "#" at the beginning of a word begins a comment; blank lines are passed over. After "quit"
 // nothing follows; a drive without "quit" goes on until it is ended from outside.
+//
+// Lines with "before" in place of the time stand first: they are done before MetadataMgr starts.
 
 struct DriveLine {
   std::chrono::milliseconds at;
@@ -19,6 +21,7 @@ struct DriveLine {
 
 struct Drive {
   std::string name;
+  std::vector<Command> before;
   std::vector<DriveLine> lines;
 };
 

@@ -27,7 +27,8 @@ struct Options {
 constexpr const char* kDriveHelp =
     "A drive is a text file of timed lines, \"SECONDS VERB ARGUMENTS\", the seconds counted from\n"
     "full run; \"#\" begins a comment:\n"
-    "  2.0 record start\n  3.5 bookmark\n  9.0 loglevel 255\n  18 quit\n\n";
+    "  before gps fix 42.3601 -71.0589 0 40 12\n  0 gps rate 5\n  2.0 record start\n  3.5 bookmark\n"
+    "  9.0 loglevel 255\n  18 quit\n\n";
 
 int ReportErrors(const std::vector<std::string>& errors) {
   for (const std::string& error : errors) (void)std::fprintf(stderr, "%s\n", error.c_str());
@@ -68,7 +69,7 @@ int Send(const Options& options) {
 }
 
 void AddOut(CLI::App* command, Options& options) {
-  command->add_option("--out", options.out, "directory of the bench (log/, mnt/, ipc/)")
+  command->add_option("--out", options.out, "directory of the bench (log/, mnt/, ipc/, sent/)")
       ->type_name("DIR")
       ->capture_default_str();
 }
@@ -99,7 +100,7 @@ CLI::App* AddRun(CLI::App& app, Options& options) {
   run->footer(
       "Exit status: 0 all went well, 1 something failed, 2 wrong usage or a wrong drive.\n"
       "Environment variables that are set already (METADATA_ROOT, METADATA_SHM, LINX_IPC_DIR,\n"
-      "LOG_TARGET) are used as they are.");
+      "LOG_TARGET, BENCH_SENT) are used as they are.");
   return run;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Misc/ControlHandlers.h"
 #include "Processes.h"
+#include "SentLog.h"
 #include "clients/SubscribeClient.h"
 #include "items/BoolItem.h"
 #include "system/BigEndian.h"
@@ -34,7 +35,8 @@ Outcome Ping(LinxIpc& ipc) {
 Outcome Bookmark(LinxIpc& ipc) {
   IpcMessage bookmark;
   IpcMessage notice;
-  AllocateTick(bookmark, MetadataMgrMsg_Bookmark);
+  const std::uint32_t tick = AllocateTick(bookmark, MetadataMgrMsg_Bookmark);
+  LogSent(kBenchName, "bookmark " + std::to_string(tick));
   Outcome asked = RequestMetadataMgr(ipc, bookmark, kBookmarkNotice, notice);
   if (!asked.ok) return {false, "no bookmark notice: " + asked.text};
   BoolItem taken;
@@ -79,10 +81,12 @@ Outcome LastTick(LinxIpc& ipc) {
 
 }  // namespace
 
-void AllocateTick(IpcMessage& message, unsigned int type, int flag) {
+std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag) {
+  const std::uint32_t tick = Systick().SystemTick();
   (void)message.Allocate(type, kFieldSize + (flag < 0 ? 0 : 1), nullptr);
-  PutU32(message.DataPtr(), Systick().SystemTick());
+  PutU32(message.DataPtr(), tick);
   if (flag >= 0) message.DataPtr()[kFieldSize] = static_cast<unsigned char>(flag);
+  return tick;
 }
 
 Actions MetadataMgrActions(LinxIpc& ipc) {

@@ -22,6 +22,10 @@ class Role {
 
   bool Stopped() const { return stop_; }
 
+  // For the loop: how long it may wait for messages, -1: for ever; and what is due then.
+  virtual int WaitMs() const { return -1; }
+  virtual void DoDueWork() {}
+
  protected:
   Role() = default;
 

@@ -8,10 +8,11 @@
 #include "Words.h"
 #include "system/Process.h"
 
-// The processes of the bench vehicle. A further one is a row here and rows among the verbs.
+// The processes of the bench vehicle but the state manager. A further one is a row here and rows
+// among the verbs; a further server is rows of Publications.cpp besides.
 struct RoleRow {
   e_Process process;
-  std::unique_ptr<Role> (*make)();
+  std::unique_ptr<Role> (*make)(e_Process process);
 };
 
 std::span<const RoleRow> Roles();

@@ -27,11 +27,18 @@ std::string MsSince(Clock::time_point begin) {
 
 StateMgr::StateMgr(const Words& expected) : ipc_(ProcessName(e_Process_StateMgr)) {
   for (const std::string& name : expected) processes_.push_back({name, Phase::kAbsent});
-  actions_ = {
-      {"died", [this](const Words& words) { return TellOthers(LinxIpc::kProcessDiedNotice, words[0]); }},
-      {"restarted",
-       [this](const Words& words) { return TellOthers(StateMgrProcessMsg_Restarted, words[0]); }},
+  const auto telling = [this](unsigned int type) {
+    return [this, type](const Words& words) {
+      std::uint32_t number = 0;
+      (void)ReadProcess(words[0], number);
+      return TellOthers(type, number);
+    };
   };
+  actions_ = {
+      {"died", telling(LinxIpc::kProcessDiedNotice)},
+      {"restarted", telling(StateMgrProcessMsg_Restarted)},
+  };
+  publisher_.AddActions(actions_);
 }
 
 int StateMgr::Run() {
@@ -40,9 +47,11 @@ int StateMgr::Run() {
   ipc_.RegisterHandler(StateMgrProcessMsg_Started, StartedHandler, this);
   ipc_.RegisterHandler(StateMgrProcessMsg_Subscribed, SubscribedHandler, this);
   ipc_.RegisterHandler(StateMgrProcessMsg_FailedStart, FailedStartHandler, this);
+  ipc_.RegisterHandler(BenchMsg_Died, DiedHandler, this);
   ipc_.RegisterHandler(BenchMsg_StopSystem, StopSystemHandler, this);
   ipc_.RegisterShutdown(QuitHandler, this);
   ServeActions(ipc_, actions_);
+  publisher_.Open(ipc_);
   Tell(News::kReady, ProcessName(e_Process_StateMgr), "ready");
   while (!stop_) (void)ipc_.Receive(-1, 0, LinxIpc::emptyString, nullptr);
   return 0;
@@ -55,16 +64,21 @@ void StateMgr::StartedHandler(LinxIpc* /*ipc*/, void* self) {
 }
 
 void StateMgr::Started() {
+  const IpcMessage& notice = ipc_.CurrentMessage();
+  const std::uint32_t number =
+      notice.Size() < ProcessPayload::kSize ? 0 : std::uint32_t{ProcessPayload::Read(notice.DataPtr())};
+  const bool ownName = !ProcessName(number).empty() && ProcessName(number) == notice.GetSender();
+  if (ownName && Find(ProcessName(number)) == nullptr) processes_.push_back({ProcessName(number)});
   Process* process = Sender();
   if (process == nullptr) return;
-  const IpcMessage& notice = ipc_.CurrentMessage();
-  if (notice.Size() < ProcessPayload::kSize ||
-      ProcessName(ProcessPayload::Read(notice.DataPtr())) != process->name) {
+  if (!ownName) {
     Fail(*process, "sent a started notice of another process");
     return;
   }
+  const bool again = process->phase == Phase::kDead;
   process->phase = Phase::kStarted;
   Tell(News::kStep, process->name, "started");
+  if (again) (void)TellOthers(StateMgrProcessMsg_Restarted, number);
   Advance();
 }
 
@@ -88,11 +102,15 @@ void StateMgr::FailedStartHandler(LinxIpc* /*ipc*/, void* self) {
   if (process != nullptr) stateMgr.Fail(*process, "reports that its start failed");
 }
 
+StateMgr::Process* StateMgr::Find(const std::string& name) {
+  const auto found = std::find_if(processes_.begin(), processes_.end(),
+                                  [&name](const Process& process) { return process.name == name; });
+  return found == processes_.end() ? nullptr : &*found;
+}
+
 StateMgr::Process* StateMgr::Sender() {
   const std::string& sender = ipc_.CurrentMessage().GetSender();
-  const auto found = std::find_if(processes_.begin(), processes_.end(),
-                                  [&sender](const Process& process) { return process.name == sender; });
-  if (found != processes_.end()) return &*found;
+  if (Process* process = Find(sender)) return process;
   log(kLogMalformed, "Message ", ipc_.CurrentMessage().MsgType(), " from ", sender,
       ", which is not expected");
   return nullptr;
@@ -129,20 +147,33 @@ void StateMgr::Send(Process& process, unsigned int type, const std::string& payl
 
 // ---- Deaths and restarts
 
-Outcome StateMgr::TellOthers(unsigned int type, const std::string& word) {
+// None waits for one that is dead.
+void StateMgr::DiedHandler(LinxIpc* ipc, void* self) {
+  auto& stateMgr = *static_cast<StateMgr*>(self);
   std::uint32_t number = 0;
-  if (!ReadProcess(word, number)) return {false, word + " is no process"};
+  const std::string name = TextOf(ipc->CurrentMessage());
+  Process* process = stateMgr.Find(name);
+  if (process == nullptr || !ReadProcess(name, number)) return;
+  process->phase = Phase::kDead;
+  (void)stateMgr.TellOthers(LinxIpc::kProcessDiedNotice, number);
+  stateMgr.Advance();
+}
+
+Outcome StateMgr::TellOthers(unsigned int type, std::uint32_t number) {
   ProcessPayload notice(static_cast<e_Process>(number));
   const std::string payload(notice.Bytes(), ProcessPayload::kSize);
-  std::string told;
+  unsigned int told = 0;
   std::string missed;
   for (const Process& process : processes_) {
     if (process.phase != Phase::kFullRun || process.name == ProcessName(number)) continue;
-    const bool sent = SendMessage(ipc_, process.name, type, payload) == 0;
-    (sent ? told : missed) += " " + process.name;
+    if (SendMessage(ipc_, process.name, type, payload) == 0) {
+      ++told;
+    } else {
+      missed += " " + process.name;
+    }
   }
   if (!missed.empty()) return {false, "cannot tell" + missed};
-  return {true, "told" + (told.empty() ? " nobody" : told)};
+  return {true, "told " + std::to_string(told) + " processes"};
 }
 
 // ---- Shut-down

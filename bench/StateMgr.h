@@ -4,13 +4,15 @@
 #include <vector>
 
 #include "BenchMessages.h"
+#include "Publisher.h"
 #include "ipc/LinxIpc.h"
 
 // The state manager of the bench vehicle: leads the processes that it expects to full run, tells
-// them of deaths and restarts, and shuts them down. What happens it tells the director.
+// them of deaths and restarts, publishes its own events, and shuts all down. What happens it tells
+// the director.
 //
 // When all have started, each is asked to subscribe to its servers; when all have, each is told
-// full run. One that starts again later goes the same way alone.
+// full run. One that starts later, for the first time or again, goes the same way alone.
 class StateMgr {
  public:
   explicit StateMgr(const Words& expected);
@@ -22,7 +24,7 @@ class StateMgr {
 
  private:
   // In this order a process goes through them; one that failed or is absent holds the others up.
-  enum class Phase { kFailed, kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kStopped };
+  enum class Phase { kFailed, kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kStopped, kDead };
   struct Process {
     std::string name;
     Phase phase = Phase::kAbsent;
@@ -31,15 +33,18 @@ class StateMgr {
   static void StartedHandler(LinxIpc* ipc, void* self);
   static void SubscribedHandler(LinxIpc* ipc, void* self);
   static void FailedStartHandler(LinxIpc* ipc, void* self);
+  static void DiedHandler(LinxIpc* ipc, void* self);
   static void StopSystemHandler(LinxIpc* ipc, void* self);
   static void QuitHandler(LinxIpc* ipc, void* self);
 
+  // Null when there is none of that name.
+  Process* Find(const std::string& name);
   // The sender of the current message where it is expected, else null.
   Process* Sender();
   void Started();
   void Advance();
   void Send(Process& process, unsigned int type, const std::string& payload, Phase next);
-  Outcome TellOthers(unsigned int type, const std::string& word);
+  Outcome TellOthers(unsigned int type, std::uint32_t number);
 
   void StopSystem(int timeoutMs);
   void Stop(std::vector<Process*> processes, int timeoutMs);
@@ -49,6 +54,7 @@ class StateMgr {
 
   LinxIpc ipc_;
   Actions actions_;
+  Publisher publisher_{e_Process_StateMgr};
   std::vector<Process> processes_;
   bool stop_ = false;
 };

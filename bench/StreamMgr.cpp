@@ -2,18 +2,39 @@
 
 #include "MetadataMgrMessages.h"
 #include "Processes.h"
+#include "SentLog.h"
 #include "clients/StreamMgrApi.h"
 #include "items/StringItem.h"
 
 StreamMgr::StreamMgr() {
   actions_ = {
-      {"record start", [this](const Words& arguments) { return Start(arguments); }},
-      {"record stop", [this](const Words&) { return Stop(); }},
+      {"direct record start", [this](const Words& arguments) { return Start(arguments); }},
+      {"direct record stop", [this](const Words&) { return Stop(); }},
   };
 }
 
 void StreamMgr::Prepare(LinxIpc& ipc) {
   ipc.RegisterHandler(StreamMgrApi::kGetRecording, GetRecordingHandler, this);
+}
+
+bool StreamMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
+  constexpr unsigned int kStarted = 30752;
+  constexpr unsigned int kStopped = 30753;
+  if (!stateMgr_) stateMgr_ = std::make_unique<StateMgrClient>(ipc);
+  return stateMgr_->SubscribeForRecordStart(kStarted, RecordStartHandler, this) &&
+         stateMgr_->SubscribeForRecordStop(kStopped, RecordStopHandler, this);
+}
+
+void StreamMgr::ProcessRestarted(LinxIpc& /*ipc*/, e_Process process) {
+  if (process == e_Process_StateMgr && stateMgr_) (void)stateMgr_->Resubscribe();
+}
+
+void StreamMgr::RecordStartHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<StreamMgr*>(self)->Begin({});
+}
+
+void StreamMgr::RecordStopHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<StreamMgr*>(self)->recording_.clear();
 }
 
 void StreamMgr::GetRecordingHandler(LinxIpc* ipc, void* self) {
@@ -25,9 +46,13 @@ void StreamMgr::GetRecordingHandler(LinxIpc* ipc, void* self) {
   (void)ipc->Notify(asker, message, true);
 }
 
-Outcome StreamMgr::Start(const Words& arguments) {
+void StreamMgr::Begin(const std::string& id) {
   ++recordings_;
-  recording_ = arguments.empty() ? "bench-" + std::to_string(recordings_) : arguments[0];
+  recording_ = id.empty() ? "bench-" + std::to_string(recordings_) : id;
+}
+
+Outcome StreamMgr::Start(const Words& arguments) {
+  Begin(arguments.empty() ? std::string() : arguments[0]);
   return Tell(true, "recording event " + recording_);
 }
 
@@ -39,7 +64,11 @@ Outcome StreamMgr::Stop() {
 
 Outcome StreamMgr::Tell(bool start, const std::string& text) {
   IpcMessage message;
-  AllocateTick(message, MetadataMgrMsg_RecordStartStop, start ? 1 : 0);
-  if (Ipc().Notify(ProcessName(e_Process_MetadataMgr), message, true) == 0) return {true, text};
-  return {false, text + ", but MetadataMgr cannot be told"};
+  const std::uint32_t tick = AllocateTick(message, MetadataMgrMsg_RecordStartStop, start ? 1 : 0);
+  if (Ipc().Notify(ProcessName(e_Process_MetadataMgr), message, true) != 0) {
+    return {false, text + ", but MetadataMgr cannot be told"};
+  }
+  const std::string event = start ? "direct-record-start " : "direct-record-stop ";
+  LogSent(ProcessName(e_Process_StreamMgr), event + std::to_string(tick));
+  return {true, text};
 }

@@ -1,23 +1,32 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "Role.h"
+#include "clients/StateMgrClient.h"
 
-// The process that writes the video: knows which recording event is being written, tells
-// MetadataMgr when one starts or stops, and answers who asks for it.
+// The process that writes the video: records when the state manager says so, knows which recording
+// event is being written, and answers who asks for it. On command it tells MetadataMgr of a start or
+// stop directly.
 class StreamMgr : public Role {
  public:
   StreamMgr();
 
  private:
   void Prepare(LinxIpc& ipc) override;
+  bool SubscribeToServers(LinxIpc& ipc, bool flag) override;
+  void ProcessRestarted(LinxIpc& ipc, e_Process process) override;
   static void GetRecordingHandler(LinxIpc* ipc, void* self);
+  static void RecordStartHandler(LinxIpc* ipc, void* self);
+  static void RecordStopHandler(LinxIpc* ipc, void* self);
 
+  void Begin(const std::string& id);
   Outcome Start(const Words& arguments);
   Outcome Stop();
   Outcome Tell(bool start, const std::string& text);
 
+  std::unique_ptr<StateMgrClient> stateMgr_;
   std::string recording_;  // empty: none
   unsigned int recordings_ = 0;
 };

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "SentLog.h"
 #include "system/KvGetenv.h"
 
 namespace fs = std::filesystem;
@@ -72,6 +73,7 @@ bool Surroundings::Prepare(std::string& error) {
   SetWhereMissing("METADATA_ROOT", directory_ + "/mnt");
   SetWhereMissing("METADATA_SHM", sharedRecord_);
   SetWhereMissing("LOG_TARGET", "stderr");
+  SetWhereMissing(kSentDirectoryVariable, directory_ + "/sent");
   return true;
 }
 
@@ -102,6 +104,12 @@ bool Surroundings::PrepareEndpoints(std::string& error) {
   endpointLink_ = wanted;
   SetWhereMissing("LINX_IPC_DIR", temporary_);
   return true;
+}
+
+void Surroundings::BeginSentLists() const {
+  std::error_code ignored;
+  fs::remove_all(directory_ + "/sent", ignored);
+  fs::create_directory(directory_ + "/sent", ignored);
 }
 
 void Surroundings::UseEndpoints() const {

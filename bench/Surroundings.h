@@ -6,6 +6,7 @@
 //   DIR/mnt  what is /mnt/hd in the car      METADATA_ROOT
 //   DIR/ipc  the endpoints                   LINX_IPC_DIR
 //   DIR/log  what each process logs          LOG_TARGET=stderr
+//   DIR/sent what was sent to MetadataMgr    BENCH_SENT, of this run only
 // and a shared record of its own (METADATA_SHM). Variables that are set already win; what they
 // name is then neither created nor removed.
 //
@@ -21,6 +22,9 @@ class Surroundings {
 
   // Creates what is needed and sets the variables. False and why not.
   bool Prepare(std::string& error);
+
+  // Empties DIR/sent.
+  void BeginSentLists() const;
 
   // Sets LINX_IPC_DIR to where a bench that runs in this directory has its endpoints.
   void UseEndpoints() const;

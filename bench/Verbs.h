@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -10,12 +11,15 @@
 
 struct Verb {
   // Small words stand for themselves, capital ones for arguments (ArgumentType), in brackets those
-  // that may be left out: "record start [ID]".
+  // that may be left out: "record start [ID]". With "..." at the end all arguments may come again.
   const char* pattern;
-  // The endpoint name of the process that performs it.
+  // The endpoint name of the process that performs it, or kNamedServer.
   const char* performer;
   const char* help;
 };
+
+// The performer is the server that the first argument names.
+constexpr const char* kNamedServer = "SERVER";
 
 struct ArgumentType {
   const char* name;
@@ -39,6 +43,12 @@ struct Command {
 // False when the words are not a command; `error` then names the word that is wrong, and `command`
 // is unchanged.
 bool ParseCommand(const Words& words, Command& command, std::string& error);
+
+// The endpoint name of the process that performs a command.
+std::string PerformerOf(const Command& command);
+
+// The bit of a vehicle input by its name ("lights"); 0 when there is none.
+std::uint32_t InputBit(const std::string& word);
 
 // The verbs and argument types, for people.
 std::string VerbHelp();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace {
 
@@ -49,4 +50,25 @@ bool ReadNumber(std::string_view word, std::uint32_t& value) {
   if (error != std::errc() || rest != end) return false;
   value = number;
   return true;
+}
+
+bool ReadDecimal(std::string_view word, double& value) {
+  double number = 0;
+  const char* end = word.data() + word.size();
+  const auto [rest, error] = std::from_chars(word.data(), end, number, std::chars_format::fixed);
+  if (error != std::errc() || rest != end || !std::isfinite(number)) return false;
+  value = number;
+  return true;
+}
+
+std::uint32_t NumberOf(std::string_view word) {
+  std::uint32_t number = 0;
+  (void)ReadNumber(word, number);
+  return number;
+}
+
+double DecimalOf(std::string_view word) {
+  double number = 0;
+  (void)ReadDecimal(word, number);
+  return number;
 }

@@ -20,3 +20,10 @@ std::string Quoted(std::string_view word);
 // A number of 32 bits, decimal or with "0x" hexadecimal. False when the word is none; `value` is
 // then unchanged.
 bool ReadNumber(std::string_view word, std::uint32_t& value);
+
+// The same for a decimal number, which may be negative and have decimals: "-71.05".
+bool ReadDecimal(std::string_view word, double& value);
+
+// The number that a word is known to be.
+std::uint32_t NumberOf(std::string_view word);
+double DecimalOf(std::string_view word);

@@ -30,7 +30,7 @@ TEST(BenchRun, PlaysTheDefaultDriveToTheRealMetadataMgr) {
   EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
   EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
   EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
-  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("BookmarkHandler"));
+  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("GpsStatusEventHandler"));
   EXPECT_TRUE(Exists(bench.Path("mnt/metadata")));
   EXPECT_FALSE(Exists("/dev/shm/metadata-bench-" + std::to_string(id)));
 }
@@ -39,7 +39,8 @@ TEST(BenchRun, TellsEachStepInItsOrder) {
   BenchRun bench("good");
   bench.Drive(
       "0 ping\n0.01 loglevel\n0.01 loglevel 0x10\n0.02 bookmark\n0.03 lasttick\n"
-      "0.04 record start night-1\n0.05 record stop\n0.06 died GpsHal\n0.07 restarted 5\n0.08 quit\n");
+      "0.04 direct record start night-1\n0.05 direct record stop\n0.06 died GpsHal\n0.07 restarted 5\n0.08 "
+      "quit\n");
   ASSERT_EQ(bench.Run(), 0) << bench.Output();
   EXPECT_THAT(bench.Output(),
               MatchesRegex("Drive .*/test.drive, speed 1, in .*/out\n"
@@ -52,13 +53,13 @@ TEST(BenchRun, TellsEachStepInItsOrder) {
                            " +0\\.[0-9]+  loglevel 0x10: level now 0x10.*"
                            " +0\\.[0-9]+  bookmark: bookmark notice received after .*"
                            " +0\\.[0-9]+  lasttick: tick 7, .*"
-                           "  record start night-1: recording event night-1\n.*"
-                           "  record stop: end of recording event night-1\n.*"
-                           "  died GpsHal: told MetadataMgr StreamMgr\n.*"
-                           "  restarted 5: told MetadataMgr StreamMgr\n.*"
+                           "  direct record start night-1: recording event night-1\n.*"
+                           "  direct record stop: end of recording event night-1\n.*"
+                           "  died GpsHal: told 10 processes\n.*"
+                           "  restarted 5: told 1[01] processes\n.*"
                            "  quit: shutting down\n"
                            "    stop  MetadataMgr answered the shut-down after .*"
-                           "    stop  StreamMgr answered the shut-down after .*"
+                           "    stop  10 others answered the shut-down\n"
                            "MetadataMgr: exit status 0, peak memory .*"
                            "Good: 10 of 10 lines in .* s of the drive; start to full run .*\n"));
   EXPECT_LT(bench.Output().rfind(" subscribed after"), bench.Output().find("told full run"));
@@ -98,7 +99,7 @@ TEST(BenchRun, LeavesNoProcessBehindWhenItIsKilled) {
   ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
   bench.Signal(SIGKILL);
   EXPECT_EQ(bench.Finish(), 128 + SIGKILL);
-  for (const char* process : {"StateMgr", "StreamMgr", "MetadataMgr"}) {
+  for (const char* process : {"StateMgr", "StreamMgr", "GpsHal", "MetadataMgr"}) {
     const int lock = open(bench.Path(std::string("ipc/") + process + ".lock").c_str(), O_RDWR);
     EXPECT_TRUE(Eventually([lock] { return flock(lock, LOCK_EX | LOCK_NB) == 0; })) << process;
     close(lock);

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "StreamingLvsStateItem.h"
+#include "items/Item.h"
+#include "items/MicStatusResponse.h"
+#include "items/RecordItem.h"
+#include "items/SystickItem.h"
+
+// The values of an item in the order in which they travel, each after a blank. Texts have "_" in
+// place of blanks, and nothing else is left of an empty one.
+
+template <field::Number T>
+std::string Describe(const T& value) {
+  return " " + std::to_string(static_cast<std::int64_t>(value));
+}
+
+inline std::string Describe(const field::Text& text) {
+  std::string word = text.empty() ? "_" : text;
+  for (char& c : word) c = c == ' ' ? '_' : c;
+  return " " + word;
+}
+
+template <typename T>
+concept HasFields = requires {
+  T::Fields();
+};
+
+template <HasFields T>
+std::string Describe(const T& record);
+
+template <typename T, std::size_t N>
+std::string Describe(const std::array<T, N>& elements) {
+  std::string text;
+  for (const T& element : elements) text += Describe(element);
+  return text;
+}
+
+template <HasFields T>
+std::string Describe(const T& record) {
+  return std::apply([&](auto... member) { return (std::string() + ... + Describe(record.*member)); },
+                    T::Fields());
+}
+
+inline std::string Describe(const SystickItem& item) {
+  return Describe(item.Tick());
+}
+
+// Entries, and the tick behind them.
+inline std::string Describe(const MicStatusResponse& status) {
+  std::string text;
+  for (const MicStatusResponse::Entry& entry : status) text += Describe(entry);
+  return text + Describe(status.tick);
+}
+
+inline std::string Describe(const ExternalMgrApi::StreamingLvsStateItem& item) {
+  return Describe(item.enabled.Value()) + Describe(item.highQuality.Value()) + Describe(item.camera.Value()) +
+         Describe(item.address.Value()) + Describe(item.port.Value());
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "BenchMessages.h"
+#include "Publications.h"
+#include "clients/SubscribeServer.h"
+
+// One of the servers around MetadataMgr, out of the tables: holds its values, answers who asks for
+// them, changes and sends them on command, and readings at their rate.
+class Publisher {
+ public:
+  explicit Publisher(e_Process server);
+
+  // Adds what can be asked of it. The actions are used when it is open.
+  void AddActions(Actions& actions);
+
+  // From now on it serves.
+  void Open(LinxIpc& ipc);
+
+  // For the loop: how long it may wait for messages, -1: for ever; and what is due then.
+  int MsToNextReading() const;
+  void SendReadings();
+
+ private:
+  class Server;
+  using Clock = std::chrono::steady_clock;
+
+  struct Value {
+    const Publication* publication;
+    std::unique_ptr<Item> item;
+  };
+  struct Source {  // of readings
+    const Reading* reading;
+    double perSecond = 0;  // of the drive; 0: none
+    double nextSecond = 0;
+  };
+
+  static void DriveBeginsHandler(LinxIpc* ipc, void* self);
+
+  Value* Find(Publication::Kind kind, unsigned int id);
+  void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType);
+  Outcome Send(Value& value);
+  Outcome SetRate(Source& source, double perSecond);
+  void Align(Source& source) const;
+  double DriveSeconds() const;
+
+  const e_Process process_;
+  LinxIpc* ipc_ = nullptr;
+  std::unique_ptr<SubscribeServer> server_;
+  std::vector<Value> values_;
+  std::vector<Source> sources_;
+  std::set<unsigned int> refused_;  // items
+  int lateMs_ = 0;
+  bool driving_ = false;
+  Clock::time_point begin_;  // of the drive
+  double speed_ = 1;
+};

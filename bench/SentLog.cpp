@@ -1,0 +1,13 @@
+#include "SentLog.h"
+
+#include <fstream>
+
+#include "system/KvGetenv.h"
+
+// Whole lines at once, so that a process that is killed leaves none in part.
+void LogSent(const std::string& process, const std::string& line) {
+  const char* directory = KvGetenv(kSentDirectoryVariable);
+  if (directory == nullptr) return;
+  std::ofstream file(std::string(directory) + "/" + process + ".log", std::ios::app);
+  file << line + "\n";
+}
