@@ -88,7 +88,7 @@ const WirePacket& WireDocument::Packet(const std::string& name, const std::strin
 std::vector<std::string> WireDocument::NotPlayed() const {
   std::vector<std::string> names;
   for (const auto& [name, entry] : packets_) {
-    if (!entry.played) names.push_back(name);
+    if (!entry.played && entry.direction != "item") names.push_back(name);
   }
   return names;
 }

@@ -20,7 +20,7 @@ class WirePacket {
   std::vector<int> bytes_;
 };
 
-// The packets of the document's blocks marked "wire", by name.
+// The packets and items of the document's blocks marked "wire", by name.
 class WireDocument {
  public:
   explicit WireDocument(const std::string& path);
@@ -29,9 +29,10 @@ class WireDocument {
   const std::vector<std::string>& Faults() const { return faults_; }
   std::size_t Size() const { return packets_.size(); }
 
-  // The packet of that name and direction ("A > B"); fails the test and gives an empty one when
+  // The packet of that name and direction ("A > B", or "item"); fails the test and gives an empty one when
   // there is none. What was asked for counts as played.
   const WirePacket& Packet(const std::string& name, const std::string& direction);
+  // Those that travel and were not asked for.
   std::vector<std::string> NotPlayed() const;
 
  private:

@@ -16,6 +16,10 @@
 
 namespace {
 
+// The last bytes of a subscription's item and notification id.
+constexpr std::size_t kItemByte = 7;
+constexpr std::size_t kIdByte = 11;
+
 class WireTest : public testing::Test {
  protected:
   WireTest() {
@@ -23,6 +27,10 @@ class WireTest : public testing::Test {
     setenv("METADATA_SHM", sharedName_.c_str(), 1);
     unsetenv("NOTIFY_SOCKET");
     unsetenv("RUN_WITHOUT_STATEMGR");
+    for (const char* server :
+         {"CONFIGMGR", "FPGA", "GPSHAL", "RADARHAL", "MICMGR", "VIDEOMGR", "ACCELHAL", "TEMPHAL"}) {
+      setenv((std::string("NO_") + server).c_str(), "", 1);
+    }
   }
   ~WireTest() override { shm_unlink(sharedName_.c_str()); }
 
@@ -37,6 +45,32 @@ class WireTest : public testing::Test {
     SCOPED_TRACE(name);
     const std::string packet = peer.Receive().value_or("");
     EXPECT_TRUE(document_.Packet(name, "MetadataMgr > " + to).Matches(packet)) << ToHex(packet);
+  }
+  // So many subscriptions, of which the document shows the first: item and id grow by one.
+  void AnswerSubscriptions(const RawPeer& server, const std::string& name, const std::string& request,
+                           const std::string& answer, int count) {
+    std::string wanted = document_.Packet(request, "MetadataMgr > " + name).Bytes();
+    std::string reply = document_.Packet(answer, name + " > MetadataMgr").Bytes();
+    ASSERT_GT(wanted.size(), kIdByte);
+    ASSERT_GT(reply.size(), kIdByte);
+    for (int i = 0; i < count; ++i) {
+      EXPECT_EQ(ToHex(server.Receive().value_or("")), ToHex(wanted));
+      ASSERT_EQ(server.Send(reply), 0);
+      for (const std::size_t byte : {kItemByte, kIdByte}) {
+        ++wanted[byte];
+        ++reply[byte];
+      }
+    }
+  }
+  // So many subscriptions ended, in the same manner.
+  void ExpectLeaving(const RawPeer& server, const std::string& name, const std::string& request, int count) {
+    std::string wanted = document_.Packet(request, "MetadataMgr > " + name).Bytes();
+    ASSERT_GT(wanted.size(), kIdByte);
+    for (int i = 0; i < count; ++i) {
+      EXPECT_EQ(ToHex(server.Receive().value_or("")), ToHex(wanted));
+      ++wanted[kItemByte];
+      ++wanted[kIdByte];
+    }
   }
   void Start() {
     ASSERT_EQ(document_.Faults(), std::vector<std::string>());
@@ -53,10 +87,15 @@ class WireTest : public testing::Test {
 
 TEST_F(WireTest, PlaysTheWholeDocument) {
   const RawListener streamMgrListener("StreamMgr");
+  const RawListener externalMgrListener("ExternalMgr");
   Child process({METADATAMGR});
   Start();
   Expect(stateMgr_, "StateMgr", "started");
   Send(stateMgr_, "StateMgr", "subscribe-to-servers");
+  AnswerSubscriptions(stateMgr_, "StateMgr", "follow-record-start", "record-start-followed", 4);
+  const RawPeer externalMgr = externalMgrListener.Accept();
+  Expect(externalMgr, "ExternalMgr", "external-hello");
+  AnswerSubscriptions(externalMgr, "ExternalMgr", "follow-live-stream", "live-stream-followed", 6);
   const RawPeer streamMgr = streamMgrListener.Accept();
   Expect(streamMgr, "StreamMgr", "stream-hello");
   Expect(streamMgr, "StreamMgr", "get-recording");
@@ -81,6 +120,8 @@ TEST_F(WireTest, PlaysTheWholeDocument) {
     Send(viewer, "Viewer", exchange.request);
     Expect(viewer, "Viewer", exchange.answer);
   }
+  Send(stateMgr_, "StateMgr", "record-started");
+  Send(externalMgr, "ExternalMgr", "live-stream-on");
   for (const char* packet : {"stop-following", "bookmark", "record-start", "record-stop", "stream-state",
                              "camera-state", "microphone-state", "ping"}) {
     Send(viewer, "Viewer", packet);
@@ -88,10 +129,12 @@ TEST_F(WireTest, PlaysTheWholeDocument) {
   Expect(viewer, "Viewer", "ping-answer");  // and no notice of the second bookmark before it
 
   Send(stateMgr_, "StateMgr", "quit");
+  ExpectLeaving(stateMgr_, "StateMgr", "leave-record-start", 4);
   Expect(stateMgr_, "StateMgr", "shut-down");
   EXPECT_EQ(process.Wait(), 0);
   EXPECT_EQ(log_.Lines("ReportBookmark"), 2);
-  EXPECT_EQ(log_.Lines("recordStart = 1"), 1);
+  EXPECT_EQ(log_.Lines("recordStart = 1"), 2);
+  EXPECT_EQ(log_.Lines("LVSStateChangeHandler"), 1);
   EXPECT_EQ(log_.Lines("recordStart = 0"), 1);
   for (const char* complaint : {"too short", "No handler", "Invalid", "malformed", "Dropped", "Refused"}) {
     EXPECT_EQ(log_.Lines(complaint), 0) << log_.Text();
