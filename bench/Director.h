@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -8,7 +10,8 @@
 #include "BenchMessages.h"
 #include "Children.h"
 #include "Drive.h"
-#include "Screen.h"
+#include "Report.h"
+#include "Stages.h"
 #include "Surroundings.h"
 #include "ipc/LinxIpc.h"
 
@@ -32,6 +35,13 @@ class Director {
 
  private:
   using Clock = Screen::Clock;
+  using Stage = Stages::Stage;
+
+  static constexpr std::chrono::milliseconds kEndTimeout{2000};  // from an answer, or a signal, to the end
+
+  static std::chrono::milliseconds FromSeconds(double seconds) {
+    return std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+  }
 
   bool Open();
   bool StartAll();
@@ -46,12 +56,9 @@ class Director {
   void StopAll();
   void EndUnannounced();
   void EndLeftovers();
-  void SayHowMetadataMgrWent() const;
-  void SayHowItWent() const;
 
   // Receives until `done` holds; false when it does not by `end`, which may move meanwhile.
-  template <typename Done>
-  bool ReceiveUntil(const Clock::time_point& end, Done done);
+  bool ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done);
   void LookAfterChildren();
   bool MustEnd() const { return quit_ || broken_; }
 
@@ -70,30 +77,22 @@ class Director {
   Outcome Signal(const std::string& server, int signal);
   bool IsRunning(const std::string& server) const;
 
-  enum class Stage { kAbsent, kStarted, kFullRun };
-
-  bool AllAt(Stage stage) const;
-  bool RolesStarted() const;
-  std::string LastOnes() const;
   // The steps of the others are news only when they come alone.
   bool IsWorthALine(const std::string& process) const;
-  // One that is stopped on its way to full run ends with failure, as it should.
   bool MustEndWell(const std::string& process) const;
   std::string SinceStartOf(const std::string& process) const;
   std::string Log(const std::string& process) const;
-  void Problem(const std::string& text);
-  void Problem(const std::string& stamp, const std::string& text);
 
   const RunOptions& options_;
   const Drive& drive_;
   const Surroundings& surroundings_;
   const std::string program_;  // this one
-  Screen screen_;
+  Report report_;
   LinxIpc ipc_;
   Actions actions_;
   Children children_;
 
-  std::map<std::string, Stage> stages_;  // of every process but the state manager, dead ones and missing ones
+  Stages stages_;
   std::map<std::string, std::chrono::milliseconds> missing_;  // how long; negative: for good
   std::map<std::string, Clock::time_point> lateStarts_;
   std::set<std::string> killed_;
@@ -113,8 +112,6 @@ class Director {
   std::string toFullRun_;
   double driveSeconds_ = 0;
   unsigned long peakMemoryKb_ = 0;
-  unsigned int problems_ = 0;
-  std::string firstProblem_;
 };
 
 // The path of the running program.

@@ -21,7 +21,7 @@ Outcome TooShort() {
 }
 
 Outcome RequestMetadataMgr(LinxIpc& ipc, IpcMessage& request, unsigned int answerType, IpcMessage& answer) {
-  return Request(ipc, ProcessName(e_Process_MetadataMgr), request, answerType, answer);
+  return Request(ipc, MetadataMgrName(), request, answerType, answer);
 }
 
 Outcome Ping(LinxIpc& ipc) {
@@ -99,7 +99,7 @@ Actions MetadataMgrActions(LinxIpc& ipc) {
 }
 
 Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context) {
-  SubscribeClient client(ipc, ProcessName(e_Process_MetadataMgr), kAnswerTimeoutMs);
+  SubscribeClient client(ipc, MetadataMgrName(), kAnswerTimeoutMs);
   BoolItem value;
   const int error = client.Subscribe(kBookmarkItem, kBookmarkNotice, value, handler, context);
   if (error == 0) return {true, "subscribed to the bookmark item"};

@@ -2,11 +2,20 @@
 
 #include "Words.h"
 #include "ipc/LinxServerNameList.h"
+#include "system/Process.h"
 
 const std::string kBenchName = "Bench";
 
 const std::string& ProcessName(std::uint32_t process) {
   return LinxServerNameList::Instance().Name(process);
+}
+
+const std::string& MetadataMgrName() {
+  return ProcessName(e_Process_MetadataMgr);
+}
+
+const std::string& StateMgrName() {
+  return ProcessName(e_Process_StateMgr);
 }
 
 bool ReadProcess(const std::string& word, std::uint32_t& process) {

@@ -88,7 +88,7 @@ Outcome Publisher::Send(Value& value) {
     IpcMessage message;
     (void)message.Allocate(publication.id, value.item->Size(), nullptr);
     (void)value.item->EncodeMsg(message);
-    if (ipc_->Notify(ProcessName(e_Process_MetadataMgr), message, true) != 0) {
+    if (ipc_->Notify(MetadataMgrName(), message, true) != 0) {
       return {false, "MetadataMgr cannot be told"};
     }
   } else {

@@ -47,7 +47,7 @@ std::span<const RoleRow> Roles() {
 }
 
 int RunRole(const std::string& name, const Words& expected) {
-  gStateMgrName = ProcessName(e_Process_StateMgr);
+  gStateMgrName = StateMgrName();
   if (name == gStateMgrName) return StateMgr(expected).Run();
   const auto row = std::find_if(std::begin(kRoles), std::end(kRoles),
                                 [&name](const RoleRow& known) { return ProcessName(known.process) == name; });

@@ -25,7 +25,7 @@ std::string MsSince(Clock::time_point begin) {
 
 }  // namespace
 
-StateMgr::StateMgr(const Words& expected) : ipc_(ProcessName(e_Process_StateMgr)) {
+StateMgr::StateMgr(const Words& expected) : ipc_(StateMgrName()) {
   for (const std::string& name : expected) processes_.push_back({name, Phase::kAbsent});
   const auto telling = [this](unsigned int type) {
     return [this, type](const Words& words) {
@@ -42,7 +42,7 @@ StateMgr::StateMgr(const Words& expected) : ipc_(ProcessName(e_Process_StateMgr)
 }
 
 int StateMgr::Run() {
-  LogClient::Instance().ProcessName(ProcessName(e_Process_StateMgr));
+  LogClient::Instance().ProcessName(StateMgrName());
   if (ipc_.Init() != 0) return 1;
   ipc_.RegisterHandler(StateMgrProcessMsg_Started, StartedHandler, this);
   ipc_.RegisterHandler(StateMgrProcessMsg_Subscribed, SubscribedHandler, this);
@@ -52,7 +52,7 @@ int StateMgr::Run() {
   ipc_.RegisterShutdown(QuitHandler, this);
   ServeActions(ipc_, actions_);
   publisher_.Open(ipc_);
-  Tell(News::kReady, ProcessName(e_Process_StateMgr), "ready");
+  Tell(News::kReady, StateMgrName(), "ready");
   while (!stop_) (void)ipc_.Receive(-1, 0, LinxIpc::emptyString, nullptr);
   return 0;
 }
@@ -192,11 +192,11 @@ void StateMgr::StopSystem(int timeoutMs) {
   for (Process& process : processes_) {
     const bool runs = process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
     if (!runs) continue;
-    (process.name == ProcessName(e_Process_MetadataMgr) ? recorder : others).push_back(&process);
+    (process.name == MetadataMgrName() ? recorder : others).push_back(&process);
   }
   Stop(recorder, timeoutMs);
   Stop(others, timeoutMs);
-  Tell(News::kAllStopped, ProcessName(e_Process_StateMgr), "is done");
+  Tell(News::kAllStopped, StateMgrName(), "is done");
 }
 
 void StateMgr::Stop(std::vector<Process*> processes, int timeoutMs) {

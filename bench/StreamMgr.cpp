@@ -65,7 +65,7 @@ Outcome StreamMgr::Stop() {
 Outcome StreamMgr::Tell(bool start, const std::string& text) {
   IpcMessage message;
   const std::uint32_t tick = AllocateTick(message, MetadataMgrMsg_RecordStartStop, start ? 1 : 0);
-  if (Ipc().Notify(ProcessName(e_Process_MetadataMgr), message, true) != 0) {
+  if (Ipc().Notify(MetadataMgrName(), message, true) != 0) {
     return {false, text + ", but MetadataMgr cannot be told"};
   }
   const std::string event = start ? "direct-record-start " : "direct-record-stop ";

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+// How far each process of the bench, but the state manager, is on its way to full run. Processes
+// are those that take part: one that was killed, or is missing for now, is none.
+class Stages {
+ public:
+  enum class Stage { kAbsent, kStarted, kFullRun };
+  using Map = std::map<std::string, Stage>;
+
+  void Set(const std::string& process, Stage stage) { stages_[process] = stage; }
+  // False when it took no part.
+  bool Remove(const std::string& process) { return stages_.erase(process) > 0; }
+
+  bool Contains(const std::string& process) const { return stages_.contains(process); }
+  bool IsAt(const std::string& process, Stage stage) const;
+  bool AllAt(Stage stage) const;
+  // All but this process.
+  bool OthersAt(const std::string& process, Stage stage) const;
+  // Those for which the others wait, each after a blank.
+  std::string LastOnes() const;
+
+  Map::const_iterator begin() const { return stages_.begin(); }
+  Map::const_iterator end() const { return stages_.end(); }
+
+ private:
+  Map stages_;
+};
