@@ -13,26 +13,11 @@
 
 namespace {
 
-using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
-using testing::Not;
 
 bool Exists(const std::string& path) {
   return std::filesystem::exists(path);
-}
-
-TEST(BenchRun, PlaysTheDefaultDriveToTheRealMetadataMgr) {
-  BenchRun bench;
-  bench.Start({"--speed", "10"});
-  const pid_t id = bench.Id();
-  ASSERT_EQ(bench.Finish(), 0) << bench.Output();
-  EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
-  EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
-  EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
-  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("GpsStatusEventHandler"));
-  EXPECT_TRUE(Exists(bench.Path("mnt/metadata")));
-  EXPECT_FALSE(Exists("/dev/shm/metadata-bench-" + std::to_string(id)));
 }
 
 TEST(BenchRun, TellsEachStepInItsOrder) {

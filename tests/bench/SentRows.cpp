@@ -1,0 +1,182 @@
+#include "SentRows.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+// One kind of record. Both queries give, before the values, two numbers by which the rows are ordered; that
+// of what was sent reads `event`: the sent lines (id, source, f), f being the values, of these sources.
+// Tables `part` (k: 0 to 8) and `input` (k, bit, signal) are there to make several rows of one event.
+struct Kind {
+  const char* sources;  // a glob pattern
+  const char* recorded;
+  const char* sent;
+};
+
+const Kind kKinds[] = {
+    {"bookmark", "SELECT seq, 0, sender_tick FROM bookmark", "SELECT id, 0, f->>0 FROM event"},
+    // from two processes, so that only the ticks give an order
+    {"*record-*", "SELECT sender_tick, 0, active FROM state WHERE event=1 AND signal=70",
+     "SELECT f->>0+0, 0, source GLOB '*start' FROM event"},
+    {"covert-*", "SELECT seq, 0, active, sender_tick FROM state WHERE event=1 AND signal=58",
+     "SELECT id, 0, source='covert-on', f->>0 FROM event"},
+    {"input",
+     "SELECT seq, 0, signal, active, sender_tick FROM state WHERE event=1 AND signal IN (52,54,56,60,62,68)",
+     "SELECT id, k, signal, (f->>1 & bit)<>0, f->>3 FROM event, input WHERE f->>0 & bit"},
+    // the value at the subscription counts as an event too
+    {"crash",
+     "SELECT seq, 0, active, sender_tick FROM state WHERE event=1 AND signal=66 ORDER BY 1 LIMIT -1 OFFSET 1",
+     "SELECT id, 0, f->>0, f->>1 FROM event"},
+    {"", "SELECT seq, 0, signal FROM state WHERE event=1 AND signal NOT IN (52,54,56,58,60,62,64,66,68,70)",
+     nullptr},
+    {"", "SELECT seq, 0, text FROM string", nullptr},
+    {"", "SELECT seq, 0, lost_table, count FROM loss", nullptr},
+
+    {"gps", "SELECT seq, 0, valid FROM gps_state WHERE event=1",
+     "SELECT id, 0, f->>13+0 NOT IN (0,7) FROM event"},
+    {"gps",
+     "SELECT seq, 0, latitude_e4min, longitude_e4min, altitude_dm, speed_deci_kmh, speed_deci_knots, "
+     "course_deci_deg, quality, fix_dimensions, satellites_used, satellites_in_view, signal_db, utc_date, "
+     "utc_time_ms, valid, sender_tick FROM gps WHERE event=1",
+     "SELECT id, 0, (f->>0*600000 + f->>1*10000 + f->>2) * iif(f->>3+0=1,1,-1), "
+     "(f->>4*600000 + f->>5*10000 + f->>6) * iif(f->>7+0=1,1,-1), f->>15, f->>9, f->>10, f->>11, f->>13, "
+     "f->>14, f->>16, f->>12, f->>17, f->>8, f->>18, f->>19, f->>20 FROM event WHERE f->>13+0 NOT IN (0,7)"},
+    {"gps", "SELECT seq, 0, speed, tag, sender_tick FROM speed WHERE event=1 AND source=1",
+     "SELECT id, 0, f->>9/10, 0, f->>20 FROM event WHERE f->>13+0 NOT IN (0,7)"},
+    {"gps", "SELECT seq, 0, valid FROM speed_valid WHERE event=1 AND source=1",
+     "SELECT id, 0, 0 FROM event WHERE f->>13+0 IN (0,7)"},
+
+    {"radar", "SELECT seq, 0, radar, valid FROM radar_state WHERE event=1",
+     "SELECT id, 0, 1, f->>0 & 128 = 0 FROM event"},
+    {"radar",
+     "SELECT seq, 0, radar, speed1, speed2, speed3, direction, tag, sender_tick FROM radar WHERE event=1",
+     "SELECT id, 0, 1, f->>2, f->>3, f->>4, 0, 0, f->>5 FROM event WHERE f->>0 & 128 = 0"},
+    {"radar", "SELECT seq, 0, speed, tag, sender_tick FROM speed WHERE event=1 AND source<>1",
+     "SELECT id, 0, f->>1, 0, f->>5 FROM event WHERE f->>0 & 128 = 0"},
+    {"radar", "SELECT seq, 0, source, valid FROM speed_valid WHERE event=1 AND source<>1",
+     "SELECT id, 0, 2, 0 FROM event WHERE f->>0 & 128"},
+
+    {"mic*", "SELECT seq, 0, mic, present, sender_tick FROM mic_present WHERE event=1",
+     "SELECT id, k, f->>(3*k), f->>(3*k+1), f->>12 FROM event, part WHERE source='mic' AND k<4 UNION ALL "
+     "SELECT id, 0, f->>1, f->>2, f->>0 FROM event WHERE source='mic-message'"},
+    {"mic*", "SELECT seq, 0, mic, active, sender_tick FROM mic_active WHERE event=1",
+     "SELECT id, k, f->>(3*k), f->>(3*k+2), f->>12 FROM event, part WHERE source='mic' AND k<4 UNION ALL "
+     "SELECT id, 0, f->>1, f->>3, f->>0 FROM event WHERE source='mic-message'"},
+    // the item holds sensors 3 to 0; 3 is told first, then 0 to 2
+    {"temp", "SELECT seq, 0, sensor, temperature, sender_tick FROM temperature WHERE event=1",
+     "SELECT id, (k+1)%4, k, f->>(3-k), f->>4 FROM event, part WHERE k<4"},
+    {"camera*", "SELECT seq, 0, camera, state, sender_tick FROM camera WHERE event=1",
+     "SELECT id, k, k, f->>(iif(k<3,k,coalesce((SELECT max(e.k) FROM part e WHERE e.k>4 AND f->>e.k+0 IN "
+     "(1,2)),3))), f->>9 FROM event, part WHERE source='camera-entries' AND k<4 UNION ALL "
+     "SELECT id, 0, f->>1, f->>2, f->>0 FROM event WHERE source='camera'"},
+    {"stream", "SELECT seq, 0, stream, state, sender_tick FROM video_stream WHERE event=1",
+     "SELECT id, 0, f->>1, f->>2, f->>0 FROM event"},
+    {"quality",
+     "SELECT seq, 0, stream, width, height, frames_per_second, bit_rate_kbps, sender_tick "
+     "FROM stream_quality WHERE event=1",
+     "SELECT id, k, k, f->>(4*k), f->>(4*k+1), f->>(4*k+2), f->>(4*k+3), f->>16 FROM event, part WHERE k<4"},
+    // the item has no tick
+    {"live-*",
+     "SELECT seq, 0, stream, enabled, high_quality, camera, printf('%d.%d.%d.%d', address>>24, "
+     "address>>16 & 255, address>>8 & 255, address & 255), port FROM live_stream WHERE event=1",
+     "SELECT id, 0, substr(source,6), f->>0, f->>1, f->>2 & 255, f->>3, f->>4 FROM event"},
+
+    {"vehicle", "SELECT seq, 0, unit_id, license_plate FROM vehicle WHERE event=1",
+     "SELECT id, 0, f->>0, f->>1 FROM event"},
+    {"system", "SELECT seq, 0, device_name, software_version FROM system_info WHERE event=1",
+     "SELECT id, 0, f->>0, f->>1 FROM event"},
+    {"department", "SELECT seq, 0, name, division FROM department WHERE event=1",
+     "SELECT id, 0, f->>0, f->>1 FROM event"},
+    {"officer", "SELECT seq, 0, name, badge_number FROM officer WHERE event=1",
+     "SELECT id, 0, f->>0, f->>1 FROM event"},
+    {"recording",
+     "SELECT seq, 0, pre_event_s, post_event_s, width, height, frames_per_second, bit_rate_kbps "
+     "FROM recording_settings WHERE event=1",
+     "SELECT id, 0, f->>0, f->>1, f->>2, f->>3, f->>4, f->>5 FROM event"},
+};
+
+// The sent lists as a table, beside the recording.
+class Tables {
+ public:
+  Tables(const std::string& sentDirectory, const std::string& recording) {
+    EXPECT_EQ(sqlite3_open_v2(":memory:", &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr), 0);
+    (void)Rows("ATTACH 'file:" + recording + "?mode=ro' AS recording");
+    (void)Rows(
+        "CREATE TABLE part AS WITH t(k) AS (VALUES (0),(1),(2),(3),(4),(5),(6),(7),(8)) SELECT * FROM t");
+    (void)Rows(
+        "CREATE TABLE input AS WITH t(k,bit,signal) AS (VALUES (0,0x8000,52),(1,0x10000,56),(2,0x20000,54),"
+        "(3,0x4000,60),(4,0x80000,62),(5,0x2000,68)) SELECT * FROM t");
+    (void)Rows("CREATE TABLE sent(id INTEGER PRIMARY KEY, source TEXT, f TEXT)");
+    for (const auto& list : std::filesystem::directory_iterator(sentDirectory)) {
+      std::ifstream lines(list.path());
+      for (std::string line; std::getline(lines, line);) Add(line);
+    }
+  }
+  ~Tables() { sqlite3_close(database_); }
+  Tables(const Tables&) = delete;
+  Tables& operator=(const Tables&) = delete;
+
+  // The rows of a query, without their first columns.
+  std::vector<std::string> Rows(const std::string& sql, int without = 0) {
+    std::vector<std::string> rows;
+    sqlite3_stmt* statement = nullptr;
+    EXPECT_EQ(sqlite3_prepare_v2(database_, sql.c_str(), -1, &statement, nullptr), SQLITE_OK) << sql;
+    int result = 0;
+    while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
+      std::string row;
+      for (int column = without; column < sqlite3_column_count(statement); ++column) {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+        row.append(row.empty() ? "" : " ").append(text == nullptr ? "NULL" : text);
+      }
+      rows.push_back(row);
+    }
+    EXPECT_EQ(result, SQLITE_DONE) << sqlite3_errmsg(database_) << ": " << sql;
+    sqlite3_finalize(statement);
+    return rows;
+  }
+
+ private:
+  // "_" stands for a blank.
+  void Add(const std::string& line) {
+    std::istringstream words(line);
+    std::string source;
+    std::string values;
+    words >> source;
+    for (std::string word; words >> word;) {
+      for (char& c : word) c = c == '_' ? ' ' : c;
+      values.append(values.empty() ? "\"" : ",\"").append(word).append("\"");
+    }
+    (void)Rows("INSERT INTO sent(source, f) VALUES ('" + source + "', '[" + values + "]')");
+  }
+
+  sqlite3* database_ = nullptr;
+};
+
+}  // namespace
+
+std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory,
+                                              const std::string& recording) {
+  Tables tables(sentDirectory, recording);
+  std::vector<Compared> all;
+  std::string unknown = "SELECT DISTINCT source FROM sent WHERE 1";
+  for (const Kind& kind : kKinds) {
+    const std::string sources = std::string("source GLOB '") + kind.sources + "'";
+    const std::string sent = "WITH event AS (SELECT * FROM sent WHERE " + sources + ") ";
+    unknown.append(" AND NOT ").append(sources);
+    const auto rows = [&](const std::string& sql) {
+      return tables.Rows("SELECT * FROM (" + sql + ") ORDER BY 1, 2", 2);
+    };
+    if (kind.sent == nullptr) {
+      all.push_back({kind.recorded, false, {}, rows(kind.recorded)});
+    } else {
+      all.push_back({kind.recorded, true, rows(sent + kind.sent), rows(kind.recorded)});
+    }
+  }
+  all.push_back({"sources that no kind of record has", false, tables.Rows(unknown), {}});
+  return all;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// Two lists that should be the same.
+struct Compared {
+  std::string what;
+  bool expected;  // rows: the drive has such events
+  std::vector<std::string> sent;
+  std::vector<std::string> recorded;
+};
+
+// Compares the events in a recording with the lists of what the bench sent (DIR/sent): for each kind of
+// record, its values and the sender's tick, in order. A recording that is under way may be read.
+std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory, const std::string& recording);
