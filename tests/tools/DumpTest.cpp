@@ -1,0 +1,178 @@
+#include "ReaderFixture.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+std::size_t Lines(const std::string& text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+TEST_F(ReaderTest, TextSaysWhatTheTimelineViewSays) {
+  Open();
+  Drive();
+  clock_.utcMs += 5000;  // the wall clock is set
+  After(1000);
+  Brakes(true);
+  Store().WriteFullState(true);
+  Store().ReportShutdownData();
+  Close();
+  const Ran ran = Dump({});
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_THAT(ran.said, IsEmpty());
+  EXPECT_EQ(ran.out, Rows("SELECT utc||'  '||substr(source||'                ',1,16)||'  '||"
+                          "replace(replace(text,char(10),'?'),char(27),'?')||"
+                          "iif(event='event','',' ('||event||')') FROM timeline"));
+}
+
+struct RangeCase {
+  const char* name;
+  std::vector<std::string> options;
+  const char* seqs;
+};
+
+class DumpRange : public ReaderTest, public testing::WithParamInterface<RangeCase> {};
+
+// 1 clock, 2 record start, 3 brakes, 4 speed, 5 camera, 6 text, 7 bookmark, 8 temperature, 9 brakes,
+// 10 record stop, 11 bookmark; ticks 10000, 10100, 11100, 12100.
+const RangeCase kRanges[] = {
+    {"Tick", {"--from", "11100", "--to", "11100"}, "7 8 9 "},
+    {"Utc", {"--from", "2024-05-01T12:00:01.1Z", "--to", "2024-05-01 12:00:02"}, "8 9 "},
+    {"UtcOfTheSender", {"--to", "2024-05-01T12:00:00.080"}, "1 4 "},
+    {"Event", {"--from", "record-start", "--to", "bookmark"}, "2 3 4 5 6 7 "},
+    {"SecondEventAndDistance", {"--from", "bookmark:2-1s"}, "7 8 9 10 11 "},
+    {"SignalBySource", {"--source", "brakes"}, "3 9 "},
+    {"TableGroupAndNumber", {"--source", "bookmark,inputs,camera-2,speed-gps"}, "3 4 5 7 9 11 "},
+    {"AllOfAKind", {"--source", "camera,temperature-1"}, "5 "},
+    {"Both", {"--source", "events", "--from", "record-stop"}, "10 11 "},
+};
+
+TEST_P(DumpRange, HasTheRecordsOfTheRange) {
+  Open();
+  Drive();
+  Close();
+  std::vector<std::string> options = GetParam().options;
+  options.insert(options.end(), {"--format", "jsonl"});
+  const Ran ran = Dump(options);
+  EXPECT_EQ(ran.status, 0) << ran.said;
+  std::string seqs;
+  for (std::size_t at = 0; (at = ran.out.find("\"seq\":", at)) != std::string::npos; at += 6)
+    seqs += ran.out.substr(at + 6, ran.out.find(',', at) - at - 6) + " ";
+  EXPECT_EQ(seqs, GetParam().seqs);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ranges, DumpRange, testing::ValuesIn(kRanges),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_F(ReaderTest, CsvIsReadByTheDatabaseShell) {
+  if (!IsInstalled("sqlite3")) GTEST_SKIP() << "sqlite3 is not installed";
+  Open();
+  Drive();
+  Close();
+  const std::string csv = dir_.Write("all.csv", Dump({"--format", "csv"}).out);
+  const Ran ran =
+      RunProgram({"sqlite3", ":memory:", ".mode csv", ".import " + csv + " c", ".mode list",
+                  "ATTACH '" + File(1) + "' AS r",
+                  "SELECT seq, utc, tick, sender_tick, event, source, text, speed FROM c "
+                  "WHERE seq IN (4,6)",
+                  "SELECT count(*) FROM c JOIN r.timeline AS t USING (seq, utc, tick, event, source)"
+                  " WHERE c.utc_from=t.utc_from AND coalesce(t.sender_tick,'')=c.sender_tick"});
+  EXPECT_EQ(ran.out,
+            "4|2024-05-01T12:00:00.080Z|10100|10080|event|speed gps||50\n"
+            "6|2024-05-01T12:00:00.100Z|10100||event|filler|a \"quoted\", cut\nline \xC3\xA9\x1B[2J|\n"
+            "11\n")
+      << ran.said;
+}
+
+TEST_F(ReaderTest, JsonLinesAreReadByJq) {
+  if (!IsInstalled("jq")) GTEST_SKIP() << "jq is not installed";
+  Open();
+  Drive();
+  Close();
+  const std::string lines = dir_.Write("all.jsonl", Dump({"--format", "jsonl"}).out);
+  const Ran ran =
+      RunProgram({"jq", "-r", R"([.seq,.source,.text,.temperature,.speed_source,.active]|@json)", lines});
+  EXPECT_EQ(Lines(ran.out), 11U) << ran.said;
+  EXPECT_THAT(
+      ran.out,
+      HasSubstr("[6,\"filler\",\"a \\\"quoted\\\", cut\\nline \xC3\xA9\\u001b[2J\",null,null,null]\n"));
+  EXPECT_THAT(ran.out,
+              HasSubstr("[8,\"temperature 0\",null,-40,null,null]\n[9,\"brakes\",null,null,null,0]\n"));
+}
+
+TEST_F(ReaderTest, ALiveRecordingIsReadAndLeftAlone) {
+  Open();
+  Drive();
+  After(500);
+  EXPECT_EQ(Lines(Dump({}).out), 11U);
+  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(PASSIVE)").substr(0, 2), "0|") << "nobody holds the log";
+  Close();
+  EXPECT_FALSE(std::filesystem::exists(File(1) + "-wal"));
+}
+
+TEST_F(ReaderTest, ARecordingWithALogIsReadThroughACopyAndNotChanged) {
+  Open();
+  Drive();
+  After(500);
+  CopyFilesTo("crashed/metadata");
+  Close();
+  const std::string crashed = "crashed/metadata.000001.db";
+  const std::string file = dir_.Read(crashed);
+  const std::string walLog = dir_.Read(crashed + "-wal");
+  const Ran ran = Metadata({"dump", dir_.Path("crashed")});
+  EXPECT_EQ(ran.status, 0) << ran.said;
+  EXPECT_EQ(Lines(ran.out), 11U);
+  EXPECT_EQ(dir_.Read(crashed), file);
+  EXPECT_EQ(dir_.Read(crashed + "-wal"), walLog);
+  EXPECT_FALSE(std::filesystem::exists(dir_.Path(crashed + "-shm")));
+}
+
+TEST_F(ReaderTest, FilesOfARunAreJoinedAndRunsAreCounted) {
+  options_.maxFileBytes = 131'072;
+  Open();
+  for (short i = 0; !Exists(2); ++i) {
+    Temperature(i);
+    if (i % 20 == 0) After(500);
+  }
+  Close();
+  Open();
+  Brakes(true);
+  Close();
+  ASSERT_TRUE(Exists(3));
+  const Ran ran = Metadata({"dump", dir_.Path(""), "--format", "csv", "--source", "clock,brakes"});
+  EXPECT_THAT(ran.out, MatchesRegex("run,seq,.*\n1,1,.*\n1,[1-9][0-9]+,.*\n2,1,.*\n2,2,.*,brakes,.*\n"));
+  EXPECT_THAT(ran.said, IsEmpty());
+}
+
+struct UsageCase {
+  std::vector<std::string> arguments;
+  int status;
+  const char* said;
+};
+
+TEST_F(ReaderTest, WrongUsageAndWhatIsNotThereAreSaid) {
+  Open();
+  Close();
+  const std::string text = dir_.Write("text.db", std::string(2000, 'x'));
+  const UsageCase cases[] = {
+      {{}, 2, "A subcommand is required"},
+      {{"dump", "--from", "noon"}, 2, "'noon' is no time: a tick, a UTC time"},
+      {{"dump", "--to", "bookmark:0"}, 2, "'bookmark:0' is no time"},
+      {{"dump", "--from", "2024-02-30"}, 2, "'2024-02-30' is no time"},
+      {{"dump", "--source", "gps,brake"}, 2, "'brake' is no source; "},
+      {{"dump", "--format", "xml"}, 2, "--format: xml not in {"},
+      {{"dump", dir_.Path("none")}, 1, "none: no such file"},
+      {{"dump", text}, 1, "text.db: file is not a database"},
+      {{"dump", File(1), "--from", "crash:2-1s"}, 1, "no crash:2-1s is recorded: there are 0"},
+  };
+  for (const UsageCase& c : cases) {
+    const Ran ran = Metadata(c.arguments);
+    EXPECT_EQ(ran.status, c.status) << c.said;
+    EXPECT_THAT(ran.said, HasSubstr(c.said));
+  }
+}
+
+}  // namespace

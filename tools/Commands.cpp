@@ -1,0 +1,34 @@
+#include "Commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include "Declarations.h"
+#include "system/KvGetenv.h"
+
+namespace {
+
+constexpr Command kCommands[] = {
+    {"info", "Tells runs, sources, gaps and losses", DeclareInfo},
+    {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
+};
+
+}  // namespace
+
+std::span<const Command> Commands() {
+  return kCommands;
+}
+
+std::string RecordingsOfThisMachine() {
+  const char* root = KvGetenv("METADATA_ROOT");
+  return std::string(root == nullptr || *root == '\0' ? "/mnt/hd" : root) + "/metadata";
+}
+
+std::vector<Run> Recordings::Find(Messages& messages) const {
+  return FindRuns(FindFiles(paths.empty() ? std::vector{RecordingsOfThisMachine()} : paths, messages),
+                  messages);
+}
+
+void AddRecordings(CLI::App& app, Recordings& recordings) {
+  app.add_option("RECORDING", recordings.paths,
+                 "files, or directories with recordings [" + RecordingsOfThisMachine() + "]");
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "Commands.h"
+
+// The declare functions of all commands; each stands in the source of its command.
+Action DeclareInfo(CLI::App& app);
+Action DeclareDump(CLI::App& app);

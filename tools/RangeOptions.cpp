@@ -1,0 +1,30 @@
+#include "RangeOptions.h"
+
+#include <CLI/CLI.hpp>
+
+void AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
+                const std::string& help) {
+  const auto read = [&instant](const std::string& text) {
+    std::string error;
+    if (ReadInstant(text, instant.emplace(), error)) return;
+    throw CLI::ValidationError(error);
+  };
+  app.add_option_function<std::string>(name, read, help)->type_name("T");
+}
+
+void RangeOptions::Declare(CLI::App& app) {
+  AddInstant(app, "--from", from_, "only records at T and later");
+  AddInstant(app, "--to", to_, "only records up to T");
+  const auto read = [this](const std::string& text) {
+    std::string error;
+    if (!selection_.emplace().Read(text, error)) throw CLI::ValidationError(error);
+  };
+  app.add_option_function<std::string>("--source", read, "only these, separated by commas")
+      ->type_name("SOURCES");
+  app.footer("T is " + InstantHelp() + ".\nSOURCES: " + SelectionHelp() + ".");
+}
+
+bool RangeOptions::Find(const std::vector<Run>& runs, Range& range, Messages& messages) const {
+  if (from_ && !(range.from = Resolve(*from_, runs, messages))) return false;
+  return !to_ || (range.to = Resolve(*to_, runs, messages));
+}

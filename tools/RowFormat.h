@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Catalogue.h"
+#include "Row.h"
+#include "Selection.h"
+
+// A form in which records are written, one line each.
+class RowFormat {
+ public:
+  virtual ~RowFormat() = default;
+  virtual bool WantsText() const { return false; }
+  virtual void Begin(std::string& /*out*/) {}
+  virtual void Append(const Row& row, std::string& out) = 0;
+};
+
+// "text", "csv" or "jsonl". The columns of CSV are those of the tables in which what is selected may
+// stand; a null selection selects everything.
+std::unique_ptr<RowFormat> MakeRowFormat(const std::string& name, const Selection* selection);
+
+const char* EventName(EventKind event);
+
+// A number; a text in JSON quotes, what is no UTF-8 replaced.
+void AppendNumber(std::int64_t number, std::string& out);
+void AppendJson(std::string_view text, std::string& out);

@@ -1,0 +1,113 @@
+#include "TableCursor.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kHeaderColumns = 4;  // seq, tick, sender_tick, event
+
+// A file that is not damaged has some dozens.
+constexpr std::size_t kMaxSources = 4096;
+
+}  // namespace
+
+TableCursor::TableCursor(sqlite3* database, const RecordTable& table, const Selection* selection,
+                         bool withText)
+    : database_(database), table_(table), selection_(selection), withText_(withText) {
+  for (std::size_t i = 0; i < table.columns.size(); ++i) names_.push_back(FieldName(table, i));
+  fields_.resize(names_.size());
+  for (std::size_t i = 0; i < names_.size(); ++i) {
+    fields_[i].name = names_[i];
+    fields_[i].isText = table.columns[i].isText;
+  }
+}
+
+bool TableCursor::Prepare() {
+  if (rows_.Prepared()) return true;
+  std::string columns = "seq, tick, sender_tick, event";
+  for (const RecordColumn& column : table_.columns) columns += ", \"" + column.name + "\"";
+  const std::string rest = " FROM \"" + table_.name + "\" WHERE seq > ?1 ORDER BY seq";
+  if (withText_ && !table_.textSql.empty() &&
+      rows_.Prepare(database_, "SELECT " + columns + ", " + table_.textSql + rest) == SQLITE_OK) {
+    return true;
+  }
+  withText_ = false;
+  return rows_.Prepare(database_, "SELECT " + columns + rest) == SQLITE_OK;
+}
+
+int TableCursor::Begin(std::int64_t afterSeq) {
+  seq_ = std::max(seq_, afterSeq);
+  if (!Prepare()) return sqlite3_errcode(database_);
+  rows_.Reset();
+  rows_.Bind(1, afterSeq);
+  return NextSelected(rows_.Step());
+}
+
+int TableCursor::Next() {
+  return NextSelected(rows_.Step());
+}
+
+int TableCursor::NextSelected(int rc) {
+  for (; rc == SQLITE_ROW; rc = rows_.Step()) {
+    seq_ = rows_.Integer(0);
+    if (SourceHere().selected) return rc;
+    if (!table_.numbered) return SQLITE_DONE;
+  }
+  return rc;
+}
+
+int TableCursor::SkipDamage(std::int64_t lastSeq) {
+  const std::int64_t from = seq_;
+  int rc = SQLITE_CORRUPT;
+  for (std::int64_t step = 1; rc != SQLITE_ROW && rc != SQLITE_DONE && from + step <= lastSeq; step *= 2) {
+    rc = Begin(from + step);
+  }
+  return rc;
+}
+
+const TableCursor::Source& TableCursor::SourceHere() {
+  const std::int64_t number = table_.numbered ? rows_.Integer(kHeaderColumns) : 0;
+  if (source_ != nullptr && number == sourceNumber_) return *source_;
+  if (sources_.size() >= kMaxSources) sources_.clear();
+  auto found = sources_.find(number);
+  if (found == sources_.end()) {
+    Source source{SourceName()};
+    source.selected = selection_ == nullptr || selection_->Selects(table_.name, source.name);
+    found = sources_.emplace(number, source).first;
+  }
+  sourceNumber_ = number;
+  source_ = &found->second;
+  return *source_;
+}
+
+std::string TableCursor::SourceName() {
+  Statement source;
+  if (!table_.sourceSql.empty() &&
+      source.Prepare(database_, "SELECT " + table_.sourceSql + " FROM \"" + table_.name +
+                                    "\" WHERE seq=?1") == SQLITE_OK) {
+    source.Bind(1, seq_);
+    if (source.Step() == SQLITE_ROW) return std::string(source.Text(0));
+  }
+  return table_.numbered ? table_.name + " " + std::to_string(rows_.Integer(kHeaderColumns)) : table_.name;
+}
+
+void TableCursor::Fill(Row& row) {
+  row.seq = seq_;
+  row.tick = rows_.Integer(1);
+  row.hasSenderTick = !rows_.IsNull(2);
+  row.senderTick = row.hasSenderTick ? rows_.Integer(2) : 0;
+  row.event = static_cast<EventKind>(rows_.Integer(3));
+  row.table = table_.name;
+  row.source = source_->name;
+  int column = kHeaderColumns;
+  for (Field& field : fields_) {
+    if (field.isText) {
+      field.text = rows_.Text(column);
+    } else {
+      field.number = rows_.Integer(column);
+    }
+    ++column;
+  }
+  row.text = withText_ ? rows_.Text(column) : std::string_view();
+  row.fields = fields_;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Catalogue.h"
+#include "Row.h"
+#include "Selection.h"
+#include "Sqlite.h"
+
+// The records of one table by their sequence numbers.
+class TableCursor {
+ public:
+  // What is referred to must outlive the cursor; a null selection selects everything.
+  TableCursor(sqlite3* database, const RecordTable& table, const Selection* selection, bool withText);
+
+  // The first record after a sequence number that is selected. SQLITE_ROW, SQLITE_DONE or an error.
+  int Begin(std::int64_t afterSeq);
+  int Next();
+  // After an error: goes on behind what cannot be read, up to `lastSeq`. The result as of Begin.
+  int SkipDamage(std::int64_t lastSeq);
+
+  const RecordTable& Table() const { return table_; }
+  std::int64_t Seq() const { return seq_; }  // of the record on which it stands, or stood
+  // All but run and UTC.
+  void Fill(Row& row);
+
+ private:
+  struct Source {
+    std::string name;
+    bool selected = true;
+  };
+
+  bool Prepare();
+  int NextSelected(int rc);
+  const Source& SourceHere();
+  std::string SourceName();
+
+  sqlite3* database_;
+  const RecordTable& table_;
+  const Selection* selection_;
+  bool withText_;
+  Statement rows_;
+  std::int64_t seq_ = 0;
+  std::vector<std::string> names_;
+  std::vector<Field> fields_;
+  std::unordered_map<std::int64_t, Source> sources_;
+  std::int64_t sourceNumber_ = 0;  // of the one below
+  const Source* source_ = nullptr;
+};
