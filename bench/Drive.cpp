@@ -1,12 +1,11 @@
 #include "Drive.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
-#include <fstream>
 
 #include "DefaultDrive.h"
+#include "TextFile.h"
 
 namespace {
 
@@ -95,13 +94,8 @@ std::vector<std::string> ParseDrive(const std::string& name, std::string_view te
 }
 
 std::vector<std::string> ReadDrive(const std::string& path, Drive& drive) {
-  std::ifstream file(path);
   std::string text;
-  std::array<char, 4096> block;
-  while (file.read(block.data(), block.size()), file.gcount() > 0) {
-    text.append(block.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  if (!file.is_open() || file.bad()) return {path + ": cannot be read"};
+  if (!ReadTextFile(path, text)) return {path + ": cannot be read"};
   return ParseDrive(path, text, drive);
 }
 

@@ -1,11 +1,15 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string>
 #include <vector>
 
 #include "Director.h"
 #include "Drive.h"
+#include "GpsdConnection.h"
+#include "NmeaLog.h"
+#include "Receiver.h"
 #include "Roles.h"
 #include "Send.h"
 #include "Surroundings.h"
@@ -20,6 +24,8 @@ struct Options {
   RunOptions run;
   std::string out = "out";
   std::string drive;
+  std::string nmea;
+  std::string gpsd;
   Words words;
   std::string role;
 };
@@ -35,14 +41,45 @@ int ReportErrors(const std::vector<std::string>& errors) {
   return errors.empty() ? kGood : kUsage;
 }
 
+// Has the GPS process follow a receiver where one was asked for; it learns from the environment which.
+bool PrepareReceiver(const Options& options, std::string& error) {
+  unsetenv(kNmeaVariable);
+  unsetenv(kNmeaEndsDriveVariable);
+  unsetenv(kGpsdVariable);
+  if (!options.gpsd.empty()) {
+    std::string peer;
+    if (!ResolveGpsd(options.gpsd, peer, error)) return false;
+    (void)setenv(kGpsdVariable, peer.c_str(), 1);
+  }
+  if (options.nmea.empty()) return true;
+  NmeaLog log;
+  if (!ReadNmea(options.nmea, log) || log.readings.empty()) {
+    error = options.nmea + ": cannot be read, or tells no place";
+    return false;
+  }
+  (void)std::printf("Log %s: %s\n", options.nmea.c_str(), log.Summary().c_str());
+  (void)std::fflush(stdout);
+  (void)setenv(kNmeaVariable, options.nmea.c_str(), 1);
+  if (options.drive.empty()) (void)setenv(kNmeaEndsDriveVariable, "1", 1);
+  return true;
+}
+
+// With a receiver to follow the drive has no lines of its own, unless one was asked for.
+std::vector<std::string> PrepareDrive(const Options& options, Drive& drive) {
+  const std::string& receiver = options.nmea.empty() ? options.gpsd : options.nmea;
+  if (!options.drive.empty()) return ReadDrive(options.drive, drive);
+  return receiver.empty() ? ReadDefaultDrive(drive) : ParseDrive(receiver, "", drive);
+}
+
 // The director says everything itself; what its libraries log would stand between its lines.
 int Run(const Options& options) {
   LogClient::Instance().Level(0);
   Drive drive;
-  const auto errors = options.drive.empty() ? ReadDefaultDrive(drive) : ReadDrive(options.drive, drive);
+  const auto errors = PrepareDrive(options, drive);
   if (!errors.empty()) return ReportErrors(errors);
-  Surroundings surroundings(options.out);
   std::string error;
+  if (!PrepareReceiver(options, error)) return ReportErrors({error});
+  Surroundings surroundings(options.out);
   if (!surroundings.Prepare(error)) {
     (void)ReportErrors({error});
     return kFailed;
@@ -79,6 +116,13 @@ CLI::App* AddRun(CLI::App& app, Options& options) {
       "run", "Starts the processes, plays a drive, shuts everything down and says how it went");
   run->add_option("--drive", options.drive, "file to play instead of the built-in drive of 20 seconds")
       ->type_name("FILE");
+  CLI::Option* nmea = run->add_option(
+      "--nmea", options.nmea, "GPS readings from this NMEA 0183 log; without --drive its end is the drive's");
+  nmea->type_name("FILE");
+  run->add_option("--gpsd", options.gpsd,
+                  "GPS readings from this gpsd, as they come; without --drive until Ctrl-C")
+      ->type_name("HOST:PORT")
+      ->excludes(nmea);
   run->add_option("--speed", options.run.speed, "play so many times faster")
       ->type_name("N")
       ->check(CLI::Range(0.01, 1000.0))

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "Describe.h"
+#include "GpsItem.h"
 #include "MetadataMgrMessages.h"
 #include "StreamingLvsStateItem.h"
 #include "Track.h"
@@ -109,14 +110,8 @@ void SetGpsFix(GpsStatusItem& item, const Words& words) {
   PutUtc(item);
 }
 
-// Place and motion stay as they were, as a receiver does that has lost its satellites.
 void LoseGps(GpsStatusItem& item, const Words& /*words*/) {
-  item.quality = 0;
-  item.fixDimensions = 0;
-  item.satellitesUsed = 0;
-  item.altitudeDeciMetres = GpsStatusItem::kNoAltitude;
-  item.signalDecibels = GpsStatusItem::kNoSignal;
-  item.valid = 0;
+  LoseFix(item);
 }
 
 void SetRadar(RadarItem& item, const Words& words) {

@@ -72,6 +72,16 @@ Publisher::Value* Publisher::Find(Publication::Kind kind, unsigned int id) {
   return found == values_.end() ? nullptr : &*found;
 }
 
+Item* Publisher::ItemOf(unsigned int itemId) {
+  Value* value = Find(Publication::kItem, itemId);
+  return value == nullptr ? nullptr : value->item.get();
+}
+
+Outcome Publisher::SendItem(unsigned int itemId) {
+  Value* value = Find(Publication::kItem, itemId);
+  return value == nullptr ? Outcome{false, "there is no such item"} : Send(*value);
+}
+
 void Publisher::GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType) {
   if (lateMs_ > 0) (void)poll(nullptr, 0, lateMs_);
   const Value* value = Find(Publication::kItem, itemId);
@@ -79,7 +89,7 @@ void Publisher::GetItem(unsigned int itemId, IpcMessage& reply, unsigned int mes
   if (reply.Allocate(messageType, value->item->Size(), nullptr) == 0) (void)value->item->EncodeMsg(reply);
 }
 
-// What nobody has subscribed to is not sent, and so not in the list of what was.
+// What nobody has subscribed to, or the subscriber is too slow for, is not in the list of what was sent.
 Outcome Publisher::Send(Value& value) {
   const Publication& publication = *value.publication;
   const std::uint32_t tick = Systick().SystemTick();
@@ -93,7 +103,9 @@ Outcome Publisher::Send(Value& value) {
     }
   } else {
     if (server_->Subscriptions() == 0) return {true, "nobody has subscribed"};
+    const std::uint64_t lost = server_->LostNotices();
     server_->NotifySubscribers(publication.id, *value.item);
+    if (server_->LostNotices() != lost) return {false, "the subscriber is too slow"};
   }
   LogSent(ProcessName(process_), publication.source + publication.describe(*value.item));
   return {true, "sent at tick " + std::to_string(tick)};

@@ -21,6 +21,17 @@ class Publisher {
   // From now on it serves.
   void Open(LinxIpc& ipc);
 
+  // One of its items, and the sending of it; null and no success where it has none of that number.
+  Item* ItemOf(unsigned int itemId);
+  Outcome SendItem(unsigned int itemId);
+
+  // The drive: its time in seconds, and how many times faster it runs; valid while it is driving.
+  bool Driving() const { return driving_; }
+  double DriveSeconds() const;
+  double Speed() const { return speed_; }
+  // It had begun when this process did.
+  bool JoinedLate() const { return begin_ < made_; }
+
   // For the loop: how long it may wait for messages, -1: for ever; and what is due then.
   int MsToNextReading() const;
   void SendReadings();
@@ -46,7 +57,6 @@ class Publisher {
   Outcome Send(Value& value);
   Outcome SetRate(Source& source, double perSecond);
   void Align(Source& source) const;
-  double DriveSeconds() const;
 
   const e_Process process_;
   LinxIpc* ipc_ = nullptr;
@@ -55,6 +65,7 @@ class Publisher {
   std::vector<Source> sources_;
   std::set<unsigned int> refused_;  // items
   int lateMs_ = 0;
+  const Clock::time_point made_ = Clock::now();
   bool driving_ = false;
   Clock::time_point begin_;  // of the drive
   double speed_ = 1;

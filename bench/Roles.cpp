@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "GpsHal.h"
 #include "Misc/ProcessInitializer.h"
 #include "Processes.h"
 #include "Server.h"
@@ -23,7 +24,7 @@ std::unique_ptr<Role> Make(e_Process process) {
 
 constexpr RoleRow kRoles[] = {
     {e_Process_StreamMgr, Make<StreamMgr>}, {e_Process_ConfigMgr, Make<Server>},
-    {e_Process_Fpga, Make<Server>},         {e_Process_GpsHal, Make<Server>},
+    {e_Process_Fpga, Make<Server>},         {e_Process_GpsHal, Make<GpsHal>},
     {e_Process_RadarHal, Make<Server>},     {e_Process_MicMgr, Make<Server>},
     {e_Process_VideoMgr, Make<Server>},     {e_Process_AccelHal, Make<Server>},
     {e_Process_TempHal, Make<Server>},      {e_Process_ExternalMgr, Make<Server>},

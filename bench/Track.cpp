@@ -5,6 +5,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "GpsItem.h"
+
 namespace {
 
 constexpr double kStepsPerSecond = 100;
@@ -23,18 +25,6 @@ constexpr Corner kLap[] = {{0, 0, 0},    {5, 54, 0},    {7, 54, 0},     {8, 40, 
 
 double Between(double from, double to, double share) {
   return from + (to - from) * share;
-}
-
-// Degrees, minutes and ten-thousandths of a minute, rounded as one number so that it carries.
-void PutAngle(double angle, std::uint16_t& degrees, std::uint16_t& minutes, std::uint32_t& fraction,
-              std::uint32_t& hemisphere) {
-  constexpr std::int64_t kPerMinute = 10000;
-  constexpr std::int64_t kPerDegree = 60 * kPerMinute;
-  const std::int64_t total = std::llround(std::abs(angle) * kPerDegree);
-  degrees = static_cast<std::uint16_t>(total / kPerDegree);
-  minutes = static_cast<std::uint16_t>(total % kPerDegree / kPerMinute);
-  fraction = static_cast<std::uint32_t>(total % kPerMinute);
-  hemisphere = angle < 0 ? 0 : GpsStatusItem::kNorthOrEast;
 }
 
 std::uint16_t Tenths(double value) {
@@ -67,10 +57,7 @@ const Track::Point& Track::At(double seconds) {
 }
 
 void PutPoint(GpsStatusItem& item, const Track::Point& point) {
-  PutAngle(point.latitude, item.latitudeDegrees, item.latitudeMinutes, item.latitudeMinuteFraction,
-           item.latitudeHemisphere);
-  PutAngle(point.longitude, item.longitudeDegrees, item.longitudeMinutes, item.longitudeMinuteFraction,
-           item.longitudeHemisphere);
+  PutPlaceDegrees(item, point.latitude, point.longitude);
   constexpr double kKmhPerKnot = 1.852;
   item.speedDeciKmh = Tenths(point.speedKmh);
   item.speedDeciKnots = Tenths(point.speedKmh / kKmhPerKnot);
