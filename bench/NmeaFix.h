@@ -11,11 +11,11 @@
 
 // What the sentences of a receiver tell, put together for each moment that they tell of (an epoch).
 //
-// GGA, RMC and GLL each tell a place and whether it is good. The fix counts only when none of them
-// says no. The rest comes from the best source of the epoch: the place from GGA, else RMC, else GLL;
-// quality, altitude and satellites used from GGA; speed, course and date from RMC, speed and course
-// else from VTG. What GSA and GSV tell holds until they tell again. Nothing told is filled in: no
-// course is 0, no altitude kNoAltitude, no date 0.
+// GGA, RMC and GLL each tell a place and whether it is good. An RMC or GLL that says no outweighs the
+// others; of the GGAs of several systems the best counts. The rest comes from the best source of the epoch:
+// the place from GGA, else RMC, else GLL; quality, altitude and satellites used from GGA; speed, course and
+// date from RMC, speed and course else from VTG. What GSA and GSV tell holds until they tell again. Nothing
+// told is filled in: no course is 0, no altitude kNoAltitude, no date 0.
 class NmeaFix {
  public:
   enum class Taken { kNo, kYes, kMalformed };

@@ -1,7 +1,6 @@
 #include "NmeaReceiver.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "log/LogLine.h"
 
@@ -23,7 +22,7 @@ int NmeaReceiver::MsToNext(double driveSeconds, double speed) const {
   constexpr double kLongestMs = 1000;
   if (AtEnd()) return -1;
   const double ms = std::max(0.0, SecondsOfNext() - driveSeconds) * 1000 / speed;
-  return static_cast<int>(std::ceil(std::min(ms, kLongestMs)));
+  return static_cast<int>(std::min(ms, kLongestMs)) + 1;
 }
 
 bool NmeaReceiver::Next(double driveSeconds, GpsStatusItem& item) {

@@ -1,0 +1,149 @@
+// What is understood of gpsd's reports, and of a gpsd that comes and goes.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "GpsItem.h"
+#include "GpsdReceiver.h"
+#include "Tracks.h"
+#include "support/Eventually.h"
+
+namespace {
+
+const std::string kSky =
+    R"({"class":"SKY","satellites":[{"PRN":7,"ss":41.4,"used":true},{"PRN":8,"ss":0,"used":false},3,{"ss":"x"}]})";
+const std::string kFix =
+    R"({"class":"TPV","mode":3,"status":2,"time":"2026-06-10T09:00:01.250Z","lat":-33.99999999,"lon":-60.00000001,)"
+    R"("altHAE":99.0,"altMSL":34.26,"speed":10.5,"track":359.96})";
+const std::string kFixRow = "-20400000 -36000000 343 378 204 0 2 3 1 3 41 20260610 32401250 1";
+
+struct Report {
+  const char* name;
+  std::string line;
+  std::string row;
+};
+const Report kReports[] = {
+    {"Fix", kFix, kFixRow},
+    {"PlainFix", R"({"class":"TPV","mode":2,"lat":1.5,"lon":2})",
+     "900000 1200000 134217727 0 0 0 1 2 1 3 41 0 0 1"},
+    {"OlderAltitude", R"({"class":"TPV","mode":3,"lat":0,"lon":0,"alt":-1.04})",
+     "0 0 -10 0 0 0 1 3 1 3 41 0 0 1"},
+    {"RtkFloat", R"({"class":"TPV","mode":3,"status":4,"lat":0,"lon":0,"speed":1e300})",
+     "0 0 134217727 65535 65535 0 5 3 1 3 41 0 0 1"},
+    {"NoFix", R"({"class":"TPV","mode":1,"lat":1.5,"lon":2})", "no fix"},
+    {"NoMode", R"({"class":"TPV","lat":1.5,"lon":2})", "no fix"},
+    {"SurveyedIn", R"({"class":"TPV","mode":3,"status":7,"lat":1.5,"lon":2})", "no fix"},
+    {"NoPlace", R"({"class":"TPV","mode":3,"lat":1.5})", "no fix"},
+    {"PlaceOfText", R"({"class":"TPV","mode":3,"lat":"1.5","lon":[2]})", "no fix"},
+    {"BeyondThePole", R"({"class":"TPV","mode":3,"lat":90.1,"lon":2})", "no fix"},
+    {"TimeOfText", R"({"class":"TPV","mode":2,"lat":1.5,"lon":2,"time":"2026-06-10Tnoon, or so Z"})",
+     "900000 1200000 134217727 0 0 0 1 2 1 3 41 0 0 1"},
+    {"OtherReport", R"({"class":"DEVICE","mode":3,"lat":1.5,"lon":2})", "nothing"},
+    {"NoObject", "[1,2", "nothing"},
+    {"Garbage", "\xff\xfe{{{{", "nothing"},
+    {"Deep", std::string(60000, '['), "nothing"},
+};
+
+TEST(Gpsd, ReportsAreTakenAsTheyAre) {
+  for (const Report& report : kReports) {
+    GpsdReports reports;
+    GpsStatusItem item = NoFix();
+    EXPECT_EQ(reports.Take(kSky, item), GpsdReport::kOther);
+    const bool reading = reports.Take(report.line, item) == GpsdReport::kReading;
+    EXPECT_EQ(reading ? RowOf(item) : "nothing", report.row) << report.name;
+  }
+}
+
+// A gpsd of the test's own.
+class FakeGpsd {
+ public:
+  FakeGpsd() { Listen(0); }
+  ~FakeGpsd() { Stop(); }
+
+  std::string Peer() const { return std::to_string(ntohs(address_.sin_port)) + " 127.0.0.1"; }
+  void Stop() {
+    if (listener_ >= 0) close(listener_);
+    if (client_ >= 0) close(client_);
+    listener_ = client_ = -1;
+  }
+  void StartAgain() { Listen(address_.sin_port); }
+  bool HasClient() {
+    if (client_ < 0) client_ = accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK);
+    char request[256] = {};
+    if (client_ >= 0 && recv(client_, request, sizeof request - 1, 0) > 0) asked_ += request;
+    return asked_ == "?WATCH={\"enable\":true,\"json\":true};\n";
+  }
+  void Report(const std::string& text) {
+    EXPECT_EQ(send(client_, text.data(), text.size(), 0), ssize_t(text.size()));
+  }
+
+ private:
+  void Listen(in_port_t port) {
+    asked_.clear();
+    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
+    const int on = 1;
+    setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    address_ = {};
+    address_.sin_family = AF_INET;
+    address_.sin_port = port;
+    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address_;
+    ASSERT_EQ(bind(listener_, reinterpret_cast<sockaddr*>(&address_), size), 0);
+    ASSERT_EQ(listen(listener_, 1), 0);
+    getsockname(listener_, reinterpret_cast<sockaddr*>(&address_), &size);
+  }
+
+  sockaddr_in address_{};
+  int listener_ = -1;
+  int client_ = -1;
+  std::string asked_;
+};
+
+TEST(Gpsd, IsFollowedAgainWhenItComesBackAndItsFixIsLostMeanwhile) {
+  FakeGpsd gpsd;
+  GpsdReceiver receiver(gpsd.Peer());
+  GpsStatusItem item = NoFix();
+  const auto next = [&] {
+    return Eventually([&] { return receiver.Next(0, item); }) ? RowOf(item) : "nothing";
+  };
+  const auto follows = [&] { return Eventually([&] { return receiver.Next(0, item) || gpsd.HasClient(); }); };
+  ASSERT_TRUE(follows());
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.Report(kSky + "\r\n" + kFix.substr(0, 50));
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.Report(kFix.substr(50) + "\n" + kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
+  EXPECT_EQ(next(), kFixRow);
+  EXPECT_FALSE(receiver.Next(0, item));
+
+  gpsd.Stop();
+  EXPECT_EQ(next(), "no fix");
+  EXPECT_EQ(PlaceOf(item), "-20400000 -36000000");
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.StartAgain();
+  ASSERT_TRUE(follows());
+  gpsd.Report(kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
+
+  gpsd.Report(std::string(100'000, 'x'));  // no line is that long
+  gpsd.Report("x\n" + kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
+}
+
+TEST(Gpsd, AddressIsAHostAndAPort) {
+  std::string peer;
+  std::string error;
+  EXPECT_TRUE(ResolveGpsd("127.0.0.1:2947", peer, error));
+  EXPECT_EQ(peer, "2947 127.0.0.1");
+  EXPECT_TRUE(ResolveGpsd("[::1]:1", peer, error));
+  EXPECT_EQ(peer, "1 ::1");
+  for (const char* wrong :
+       {"", "localhost", ":2947", "localhost:", "localhost:0", "localhost:65536", "127.0.0.1:x"}) {
+    EXPECT_FALSE(ResolveGpsd(wrong, peer, error)) << wrong;
+    EXPECT_EQ(error, "'" + std::string(wrong) + "' is not HOST:PORT");
+  }
+}
+
+}  // namespace

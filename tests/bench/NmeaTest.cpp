@@ -1,0 +1,156 @@
+// What is read out of the log of a receiver, and what is not.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "NmeaLog.h"
+#include "Tracks.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> RowsOf(const NmeaLog& log) {
+  std::vector<std::string> rows;
+  for (const NmeaReading& reading : log.readings) {
+    rows.push_back(std::to_string(reading.atMs) + ": " + RowOf(reading.item));
+  }
+  return rows;
+}
+
+std::string Sentence(const std::string& body) {
+  int sum = 0;
+  for (const char c : body) sum ^= c;
+  char tail[8];
+  (void)std::snprintf(tail, sizeof tail, "*%02X\r\n", static_cast<unsigned>(sum));
+  return "$" + body + tail;
+}
+
+TEST(Nmea, IsReadAsTheReceiverGaveIt) {
+  const NmeaLog log = ParseNmea(TextOfFile(OwnTrack("harbour.nmea")));
+  EXPECT_THAT(
+      RowsOf(log),
+      ElementsAre("0: -20399999 -35100000 -33 8 4 0 4 3 12 3 47 20261231 86398000 1",
+                  "1500: -20400000 -36000000 20 235 127 0 5 3 11 3 47 20261231 86399500 1",
+                  "3000: -20400001 -36000001 134217727 93 50 900 1 3 9 3 47 20270101 1000 1", "4000: no fix",
+                  "5000: no fix", "6000: -20400003 -36000002 20 184 99 2700 1 3 12 3 47 20270101 60000 1"));
+  EXPECT_EQ(log.Summary(),
+            "6 readings, 4 with a fix, in 6 s; sentences: 17 used, 1 of other types, 2 malformed, 1 with a "
+            "wrong checksum, 1 cut short, 2 lines of garbage");
+  // Without a fix the place stays, and satellites that are seen are told.
+  EXPECT_EQ(PlaceOf(log.readings[4].item), "-20400001 -36000001");
+  EXPECT_EQ(log.readings[4].item.satellitesInView, 3U);
+}
+
+struct Case {
+  const char* name;
+  std::string text;
+  std::string row;  // of the last reading
+};
+std::ostream& operator<<(std::ostream& out, const Case& one) {
+  return out << one.name;
+}
+class NmeaCase : public testing::TestWithParam<Case> {};
+
+TEST_P(NmeaCase, TellsWhatItSaysAndNoMore) {
+  const NmeaLog log = ParseNmea(GetParam().text);
+  EXPECT_EQ(log.readings.empty() ? "nothing" : RowOf(log.readings.back().item), GetParam().row);
+}
+
+const std::string kPlace = "4807.0380,N,01131.0000,E";
+const Case kCases[] = {
+    {"RmcAlone", Sentence("GPRMC,120000,A," + kPlace + ",022.4,084.4,230326,003.1,W"),
+     "28870380 6910000 134217727 415 224 844 1 2 0 0 -32 20260323 43200000 1"},
+    {"GllAlone", Sentence("GPGLL," + kPlace + ",120000,A,D"),
+     "28870380 6910000 134217727 0 0 0 2 2 0 0 -32 0 43200000 1"},
+    {"QualityOfTheMode", Sentence("GNRMC,120000,A," + kPlace + ",0,,230326,,,E"),
+     "28870380 6910000 134217727 0 0 0 6 2 0 0 -32 20260323 43200000 1"},
+    {"FlatFix",
+     Sentence("GPGGA,120000," + kPlace + ",1,03,2.0,5.0,M,,M,,") +
+         Sentence("GPGSA,A,2,04,05,09,,,,,,,,,,2.2,2.0,1.0"),
+     "28870380 6910000 50 0 0 0 1 2 3 0 -32 0 43200000 1"},
+    {"SpeedBeyondTheField", Sentence("GPRMC,120000,A," + kPlace + ",99999.9,0,230326,,"),
+     "28870380 6910000 134217727 65535 65535 0 1 2 0 0 -32 20260323 43200000 1"},
+    {"NoFixOfAnyKind", Sentence("GPGGA,120000," + kPlace + ",0,03,2.0,5.0,M,,M,,"), "no fix"},
+    {"ManualInput", Sentence("GPGGA,120000," + kPlace + ",7,00,,5.0,M,,M,,"), "no fix"},
+    {"ModeSaysNo", Sentence("GPRMC,120000,A," + kPlace + ",0,0,230326,,,N"), "no fix"},
+    {"FixWithoutPlace", Sentence("GPGGA,120000,,,,,1,08,1.0,5.0,M,,M,,"), "no fix"},
+    {"HalfAPlace", Sentence("GPGGA,120000,4807.038,N,,,1,08,1.0,5.0,M,,M,,"), "nothing"},
+    {"NorthAndEastOnly", Sentence("GPGLL,4807.038,X,01131.000,E,120000,A"), "nothing"},
+    {"BeyondThePole", Sentence("GPGLL,9000.00005,N,01131.000,E,120000,A"), "nothing"},
+    {"SixtyMinutes", Sentence("GPGLL,4860.000,N,01131.000,E,120000,A"), "nothing"},
+    {"NoSuchTime", Sentence("GPGLL," + kPlace + ",240000,A"), "nothing"},
+    {"NoSuchDate", Sentence("GPRMC,120000,A," + kPlace + ",0,0,310226,,"), "nothing"},
+    {"NoSuchQuality", Sentence("GPGGA,120000," + kPlace + ",9,08,1.0,5.0,M,,M,,"), "nothing"},
+    {"AltitudeOfNoVehicle", Sentence("GPGGA,120000," + kPlace + ",1,08,1.0,999999999,M,,M,,"), "nothing"},
+    {"OnlySatellites", Sentence("GPGSV,1,1,01,07,60,100,41"), "nothing"},
+    {"NoChecksum", "$GPGLL," + kPlace + ",120000,A\n", "nothing"},
+    {"LongerThanAnySentence", Sentence("GPGLL," + kPlace + ",120000,A," + std::string(300, 'A')), "nothing"},
+    {"NoTalker", Sentence("GLL," + kPlace + ",120000,A"),
+     "28870380 6910000 134217727 0 0 0 1 2 0 0 -32 0 43200000 1"},
+    {"Nothing", "", "nothing"},
+};
+INSTANTIATE_TEST_SUITE_P(All, NmeaCase, testing::ValuesIn(kCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Nmea, NoCutAndNoSpoiltByteInventsAPlace) {
+  const std::string whole = TextOfFile(OwnTrack("town.nmea"));
+  std::set<std::string> told;
+  const auto key = [](const NmeaReading& reading) {
+    return PlaceOf(reading.item) + " " + std::to_string(reading.item.utcTimeOfDayMs);
+  };
+  for (const NmeaReading& reading : ParseNmea(whole).readings) told.insert(key(reading));
+  ASSERT_EQ(told.size(), 40U);
+  const auto inventsNothing = [&](const std::string& text) {
+    for (const NmeaReading& reading : ParseNmea(text).readings) {
+      if (reading.item.HasFix() && !told.contains(key(reading))) return false;
+    }
+    return true;
+  };
+  for (std::size_t at = 0; at < whole.size(); at += 61) {
+    std::string spoilt = whole;
+    for (const char with : {'\0', '$', ',', '\n', '1'}) {
+      spoilt[at] = with;
+      EXPECT_TRUE(inventsNothing(spoilt)) << at << ' ' << int{with};
+    }
+    EXPECT_TRUE(inventsNothing(whole.substr(0, at))) << at;
+    EXPECT_TRUE(inventsNothing(whole.substr(at))) << at;
+  }
+}
+
+struct RealLog {
+  const char* name;
+  std::size_t readings;
+  std::size_t fixes;
+  std::size_t skipped;  // sentences and lines
+};
+std::ostream& operator<<(std::ostream& out, const RealLog& log) {
+  return out << log.name;
+}
+class RealReceiver : public testing::TestWithParam<RealLog> {};
+
+TEST_P(RealReceiver, IsUnderstood) {
+  const std::string path = RealTrack(GetParam().name) + ".log";
+  NmeaLog log;
+  if (!ReadNmea(path, log)) GTEST_SKIP() << "no " << path;
+  EXPECT_EQ(log.readings.size(), GetParam().readings);
+  EXPECT_EQ(log.Fixes(), GetParam().fixes);
+  const NmeaCounts& counts = log.counts;
+  EXPECT_EQ(counts.malformed + counts.badChecksum + counts.cutShort + counts.garbage, GetParam().skipped);
+}
+
+INSTANTIATE_TEST_SUITE_P(Logs, RealReceiver,
+                         testing::Values(RealLog{"bu353s4", 25, 25, 0}, RealLog{"bundg_zeus_9", 149, 149, 0},
+                                         RealLog{"haicom-305N", 74, 68, 0}, RealLog{"iTrek", 37, 35, 1},
+                                         RealLog{"motorola-t805", 25, 16, 0},
+                                         RealLog{"nmea-rtk", 122, 122, 0}, RealLog{"rx210", 62, 40, 0},
+                                         RealLog{"sirfstarv-nmea", 59, 59, 0},
+                                         RealLog{"telit-he910", 224, 187, 0}),
+                         [](const auto& test) {
+                           std::string name = test.param.name;
+                           for (char& c : name) c = c == '-' ? '_' : c;
+                           return name;
+                         });
+
+}  // namespace

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "items/GpsStatusItem.h"
+#include "support/TempDir.h"
+
+// Logs of GPS receivers: those of our own making lie beside the tests, those of real receivers beside
+// the project or where MM_NMEA_LOGS says; nobody needs to have them.
+inline std::string OwnTrack(const std::string& name) {
+  return std::string(OWN_TRACKS) + "/" + name;
+}
+inline std::string RealTrack(const std::string& name) {
+  const char* where = std::getenv("MM_NMEA_LOGS");
+  return std::string(where != nullptr ? where : REAL_TRACKS) + "/" + name;
+}
+
+inline std::string TextOfFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A place as the table `gps` has it: ten-thousandths of a minute.
+inline std::string PlaceOf(const GpsStatusItem& item) {
+  const auto signedMinutes = [](unsigned degrees, unsigned minutes, unsigned fraction, bool positive) {
+    const long total = (degrees * 60L + minutes) * 10000 + static_cast<long>(fraction);
+    return std::to_string(positive ? total : -total);
+  };
+  return signedMinutes(item.latitudeDegrees, item.latitudeMinutes, item.latitudeMinuteFraction,
+                       item.latitudeHemisphere == GpsStatusItem::kNorthOrEast) +
+         " " +
+         signedMinutes(item.longitudeDegrees, item.longitudeMinutes, item.longitudeMinuteFraction,
+                       item.longitudeHemisphere == GpsStatusItem::kNorthOrEast);
+}
+
+// A reading in the order of the columns of that table, without ticks; "no fix" where it has none.
+inline std::string RowOf(const GpsStatusItem& item) {
+  if (!item.HasFix()) return "no fix";
+  std::string row = PlaceOf(item);
+  for (const long value :
+       {long{item.altitudeDeciMetres}, long{item.speedDeciKmh}, long{item.speedDeciKnots},
+        long{item.courseDeciDegrees}, static_cast<long>(item.quality), static_cast<long>(item.fixDimensions),
+        static_cast<long>(item.satellitesUsed), long{item.satellitesInView}, long{item.signalDecibels},
+        static_cast<long>(item.utcDate), static_cast<long>(item.utcTimeOfDayMs), long{item.valid}}) {
+    row += " " + std::to_string(value);
+  }
+  return row;
+}
