@@ -1,16 +1,13 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
 #include "SharedRecord.h"
+#include "SpeedSources.h"
 #include "items/GpsStatusItem.h"
 #include "items/RadarItem.h"
 
 namespace {
 
 constexpr const LogSource& log = kManagerLog;
-
-constexpr unsigned char kSourceGps = 1;
-constexpr unsigned char kSourceRadar = 2;
-constexpr unsigned char kRadarNumber = 1;
 
 }  // namespace
 
@@ -25,8 +22,7 @@ void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {
     dataStore_.ReportGpsState(false, report);
     dataStore_.ReportValidSpeed(kSourceGps, false);
   }
-  unsigned char* items = sharedMem_.MetadataItems(true);
-  if (items != nullptr) sharedrecord::WriteGps(items, item);
+  sharedrecord::WriteGps(sharedMem_.MetadataItems(true), item);
 }
 
 void MetadataMgr::ReportRadarEvent(const RadarItem& item, bool report) {
@@ -40,8 +36,7 @@ void MetadataMgr::ReportRadarEvent(const RadarItem& item, bool report) {
     dataStore_.ReportRadarState(kRadarNumber, false, report);
     dataStore_.ReportValidSpeed(kSourceRadar, false);
   }
-  unsigned char* items = sharedMem_.MetadataItems(true);
-  if (items != nullptr) sharedrecord::WriteRadar(items, item);
+  sharedrecord::WriteRadar(sharedMem_.MetadataItems(true), item);
 }
 
 void MetadataMgr::GpsStatusEventHandler(LinxIpc* ipc, void* context) {

@@ -58,8 +58,7 @@ MetadataMgr::MetadataMgr() : watchdog_(e_Process_MetadataMgr, e_ThreadIds_Main),
 }
 
 MetadataMgr::~MetadataMgr() {
-  unsigned char* items = sharedMem_.MetadataItems(true);
-  if (items != nullptr) sharedrecord::MarkEnded(items);
+  sharedrecord::MarkEnded(sharedMem_.MetadataItems(true));
 }
 
 bool MetadataMgr::PreInit(LinxIpc& ipc) {

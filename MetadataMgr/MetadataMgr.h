@@ -70,6 +70,12 @@ class MetadataMgr {
   // The tick that the store holds as current; 0xFFFFFFFF when it has none.
   unsigned int GetLastSystemTick() { return dataStore_.GetCurrentSystemTick(); }
 
+  // --- SimulateData.cpp ---
+
+  // Invents what the vehicle did since the last call and reports it; in radar-only mode only what
+  // the radar showed.
+  void SimulateData();
+
   // --- Subscriptions.cpp ---
 
   // Subscribes to all servers, in their fixed order, and reports the value that each gives; then

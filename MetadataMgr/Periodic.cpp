@@ -12,4 +12,5 @@ void MetadataMgr::PeriodicProcessing() {
     (void)std::snprintf(text.data(), text.size(), "Test string for filler %u", systick_.SystemTick());
     dataStore_.ReportStringData(e_Tag_Filler, text.data());
   }
+  if (gSimulatorMode) SimulateData();
 }

@@ -11,11 +11,7 @@ constexpr unsigned int kVersionOffset = 0;
 constexpr std::uint16_t kKept = 0x0100;
 constexpr std::uint16_t kEnded = 0x0001;
 
-struct Field {
-  unsigned int offset;
-  unsigned int bits;
-  std::uint32_t value;
-};
+using sharedrecord::Field;
 
 // In the order of their offsets. Bytes that are not listed stay as they are.
 constexpr Field kInitialFields[] = {
@@ -53,13 +49,17 @@ void Put(unsigned char* items, const Field& field) {
 
 }  // namespace
 
-void sharedrecord::Reset(unsigned char* items) {
+void sharedrecord::Write(unsigned char* items, std::span<const Field> fields) {
+  if (items == nullptr) return;
   const MetadataSharedMem::Writing writing(items);
-  for (const Field& field : kInitialFields) Put(items, field);
+  for (const Field& field : fields) Put(items, field);
+}
+
+void sharedrecord::Reset(unsigned char* items) {
+  Write(items, kInitialFields);
 }
 
 void sharedrecord::WriteGps(unsigned char* items, const GpsStatusItem& gps) {
-  const MetadataSharedMem::Writing writing(items);
   const auto north = gps.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
   const auto east = gps.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
   const Field fields[] = {
@@ -84,19 +84,18 @@ void sharedrecord::WriteGps(unsigned char* items, const GpsStatusItem& gps) {
       {0x44, 32, gps.utcTimeOfDayMs},
       {0x48, 32, gps.utcDate},
   };
-  for (const Field& field : fields) Put(items, field);
+  Write(items, fields);
 }
 
 void sharedrecord::WriteRadar(unsigned char* items, const RadarItem& radar) {
-  const MetadataSharedMem::Writing writing(items);
   const Field fields[] = {
       {0x4C, 16, radar.status},          {0x4E, 16, radar.patrolSpeedKmh}, {0x50, 16, radar.targetSpeedKmh},
       {0x52, 16, radar.fastestSpeedKmh}, {0x54, 16, radar.lockedSpeedKmh},
   };
-  for (const Field& field : fields) Put(items, field);
+  Write(items, fields);
 }
 
 void sharedrecord::MarkEnded(unsigned char* items) {
-  const MetadataSharedMem::Writing writing(items);
-  PutU16(items + kVersionOffset, kEnded);
+  const Field fields[] = {{kVersionOffset, 16, kEnded}};
+  Write(items, fields);
 }

@@ -1,12 +1,25 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
+
 class GpsStatusItem;
 class RadarItem;
 
 // The shared record as this process writes it; byte offsets are part of the system's interface.
+// `items` is the record's first byte, or null: then nothing is done. Each call is one change.
 namespace sharedrecord {
 
-// Writes what the record holds before the first event. `items` is its first byte.
+// What is written to one field. Of `value` the low bits count.
+struct Field {
+  unsigned int offset;
+  unsigned int bits;  // 8, 16 or 32
+  std::uint32_t value;
+};
+
+void Write(unsigned char* items, std::span<const Field> fields);
+
+// Writes what the record holds before the first event.
 void Reset(unsigned char* items);
 
 // Copies the fields of a reading, whether it is valid or not.

@@ -81,7 +81,9 @@ void DataStoreNormal::ReportGpsState(bool valid, bool report) {
   Keep("GpsState", valid, Flag(report));
 }
 void DataStoreNormal::ReportGps(const GpsStatusItem& position, unsigned int tick, bool report) {
-  Keep("Gps", position.latitudeDegrees, position.latitudeMinutes, position.quality, Flag(report), tick);
+  Keep("Gps", position.latitudeDegrees, position.latitudeMinutes, position.latitudeMinuteFraction,
+       position.longitudeDegrees, position.longitudeMinutes, position.longitudeMinuteFraction,
+       position.quality, Flag(report), tick);
 }
 void DataStoreNormal::ReportSpeed(unsigned char source, unsigned short speed, bool report, unsigned int tick,
                                   e_Tag tag) {

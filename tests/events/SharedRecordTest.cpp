@@ -1,16 +1,8 @@
 // The bytes of the shared record after each kind of reading.
 
-#include <sys/mman.h>
+#include "SharedRecordTest.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <vector>
-
-#include "Events.h"
-#include "ProcessState.h"
-#include "sharedmem/MetadataSharedMem.h"
 #include "support/Hex.h"
-#include "support/TempDir.h"
 
 namespace {
 
@@ -18,24 +10,6 @@ namespace {
 std::string Hex(const char* digits) {
   return ToHex(FromHex(digits));
 }
-
-class SharedRecordTest : public EventsTest {
- protected:
-  SharedRecordTest() {
-    setenv("METADATA_SHM", "/metadata-events-test", 1);
-    gMetadataDir = directory_.Path("metadata");
-    EXPECT_TRUE(manager_.PreInit(ipc_));
-    record_ = reader_.MetadataItems(false);
-    std::fill_n(record_ + 2, 86, static_cast<unsigned char>(0xEE));
-  }
-  ~SharedRecordTest() override { shm_unlink("/metadata-events-test"); }
-
-  std::string Record() const { return ToHex({reinterpret_cast<const char*>(record_), 88}); }
-
-  TempDir directory_;
-  MetadataSharedMem reader_;
-  unsigned char* record_ = nullptr;
-};
 
 TEST_F(SharedRecordTest, HoldsEveryFieldOfAGpsReading) {
   GpsStatusItem item;

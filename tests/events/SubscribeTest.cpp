@@ -33,7 +33,7 @@ Texts Inputs(const char* siren, const char* tick) {
   }
   return calls;
 }
-const Texts kGpsCalls = {"GpsState 1 initial", "Gps 0 0 1 initial 102", "Speed 1 0 initial 102 0"};
+const Texts kGpsCalls = {"GpsState 1 initial", "Gps 0 0 0 0 0 0 1 initial 102", "Speed 1 0 initial 102 0"};
 const Texts kRadarCalls = {"RadarState 1 1 initial", "Radar 1 0 0 0 0 initial 104 0",
                            "Speed 2 0 initial 104 0"};
 const Texts kMicCalls = {"MicPresent 1 1 initial 105", "MicState 1 0 initial 105"};

@@ -1,4 +1,5 @@
 #include <csignal>
+#include <set>
 
 #include "Car.h"
 #include "support/Eventually.h"
@@ -143,6 +144,27 @@ TEST(Event, FillersAreWrittenOnEachPassWhereForced) {
   const Lines fillers = car.Records("source='filler' AND event='event'");
   ASSERT_FALSE(fillers.empty());
   EXPECT_GT(std::stoul(fillers[0].substr(std::string("filler Test string for filler ").size())), 0U);
+}
+
+TEST(Event, IsInventedWhereSimulated) {
+  const struct {
+    Arguments arguments;
+    std::set<std::string> sources;
+  } table[] = {
+      {{"-s"}, {"aux", "brakes", "doorOpen", "gps", "ignition", "lights", "microphone", "radar", "siren"}},
+      {{"-s", "-r"}, {"radar"}},
+      {{"-r"}, {}},
+  };
+  for (const auto& row : table) {
+    Car car;
+    car.Run(row.arguments);
+    EXPECT_EQ(car.Quit(), 0);
+    std::set<std::string> sources;
+    for (const std::string& line : car.Events()) sources.insert(line.substr(0, line.find(' ')));
+    sources.erase("bookmark");  // by chance
+    EXPECT_EQ(sources, row.sources);
+    EXPECT_EQ(car.Log(), Lines{});
+  }
 }
 
 TEST(Bookmark, ReachesEverySubscriber) {

@@ -1,0 +1,106 @@
+#include "MetadataMgr.h"
+#include "ProcessState.h"
+#include "SharedRecord.h"
+#include "Simulator.h"
+#include "SpeedSources.h"
+
+namespace {
+
+using sharedrecord::Field;
+
+// In the order in which the store receives them; the tag of an input that is off is one higher.
+constexpr std::array kInputTags = {e_Tag_LightsOn, e_Tag_BrakesOn, e_Tag_SirenOn,
+                                   e_Tag_AuxOn,    e_Tag_DoorOpen, e_Tag_IgnitionOn};
+
+constexpr Field kStandingStill[] = {{0x28, 16, 0}, {0x40, 16, 0}};
+
+void ReportInputs(DataStore& store, unsigned int tick) {
+  for (std::size_t i = 0; i < kInputTags.size(); ++i) {
+    const bool on = gSimulator.inputs[i];
+    store.ReportStateData(static_cast<e_Tag>(kInputTags[i] + (on ? 0U : 1U)), true, tick);
+  }
+}
+
+// The longitude's minutes are not in the record; its fraction stands twice.
+void WritePosition(unsigned char* record, const GpsStatusItem& position, std::uint16_t speed) {
+  const auto north = position.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  const auto east = position.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
+  const Field fields[] = {
+      {0x04, 8, 1},
+      {0x08, 8, static_cast<std::uint32_t>(north ? 'N' : 'S')},
+      {0x0C, 32, position.latitudeDegrees},
+      {0x10, 16, position.latitudeMinutes},
+      {0x14, 32, position.latitudeMinuteFraction},
+      {0x18, 8, static_cast<std::uint32_t>(east ? 'E' : 'W')},
+      {0x1C, 32, position.longitudeDegrees},
+      {0x20, 16, position.longitudeMinuteFraction},
+      {0x24, 32, position.longitudeMinuteFraction},
+      {0x28, 16, speed},
+      {0x2C, 32, 1},
+      {0x30, 32, 2},
+      {0x34, 32, 0},
+      {0x38, 32, 5},
+      {0x3C, 32, 21},
+      {0x40, 16, speed},
+  };
+  sharedrecord::Write(record, fields);
+}
+
+// The speed is reported as it is, though that of a real reading is divided by ten.
+void ReportGps(DataStore& store, unsigned char* record, unsigned int tick) {
+  if (gSimulator.gpsFix) {
+    const auto speed = static_cast<std::uint16_t>(gSimulator.speed.value);
+    store.ReportGpsState(true, true);
+    store.ReportGps(*gSimulator.position, tick, true);
+    store.ReportSpeed(kSourceGps, speed, true, tick, e_Tag_None);
+    WritePosition(record, *gSimulator.position, speed);
+  } else {
+    store.ReportGpsState(false, true);
+    store.ReportValidSpeed(kSourceGps, false);
+    sharedrecord::Write(record, kStandingStill);
+  }
+}
+
+void ReportMicrophones(MetadataMgr& manager, unsigned int tick) {
+  for (unsigned int i = 0; i < gSimulator.microphonesActive.size(); ++i) {
+    manager.ReportMicState(e_MicrophonePosition{i}, true, gSimulator.microphonesActive[i], tick, true);
+  }
+}
+
+// Unlike a real reading: no tick, and the vehicle's own speed only in the record.
+void ReportRadar(DataStore& store, unsigned char* record) {
+  if (!gSimulator.radarActive) {
+    store.ReportRadarState(kRadarNumber, false, true);
+    store.ReportValidSpeed(kSourceRadar, false);
+    return;
+  }
+  const auto speed = [](std::size_t i) {
+    return static_cast<std::uint16_t>(gSimulator.radarSpeeds[i].value);
+  };
+  const std::uint16_t fastest = speed(0);
+  const std::uint16_t patrol = speed(1);
+  const std::uint16_t target = speed(2);
+  const std::uint16_t locked = speed(3);
+  store.ReportRadarState(kRadarNumber, true, true);
+  store.ReportRadar(kRadarNumber, target, fastest, locked, e_RADAR_DIRECTION_Unknown, true, 0, e_Tag_None);
+  const Field fields[] = {{0x4E, 16, patrol}, {0x50, 16, target}, {0x52, 16, fastest}, {0x54, 16, locked}};
+  sharedrecord::Write(record, fields);
+}
+
+}  // namespace
+
+void MetadataMgr::SimulateData() {
+  const unsigned int tick = systick_.SystemTick();
+  unsigned char* record = sharedMem_.MetadataItems(true);
+  if (!gRadarOnlyMode) {
+    gSimulator.StepInputs();
+    ReportInputs(dataStore_, tick);
+    gSimulator.StepGps(record);
+    ReportGps(dataStore_, record, tick);
+    gSimulator.StepMicrophones();
+    ReportMicrophones(*this, tick);
+    if (gSimulator.DrawBookmark()) dataStore_.ReportBookmark(tick);
+  }
+  gSimulator.StepRadar(record);
+  ReportRadar(dataStore_, record);
+}

@@ -1,0 +1,141 @@
+#include "Simulator.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "SharedRecord.h"
+#include "items/RadarItem.h"
+
+Simulator gSimulator;
+
+namespace {
+
+using sharedrecord::Field;
+
+// The tables' rows stand for the numbers up to `last`, above those of the row before.
+
+struct GpsRow {
+  int last;
+  std::optional<bool> fix;  // nothing: as it is
+  bool drives;
+};
+constexpr GpsRow kGpsRows[] = {{39, true, false}, {80, {}, false}, {90, {}, true}, {100, false, true}};
+
+struct MicrophoneRow {
+  int last;
+  std::size_t microphone;
+};
+constexpr MicrophoneRow kMicrophoneRows[] = {{4, 0}, {9, 1}, {14, 2}, {19, 3}};
+
+constexpr std::uint16_t kUnchanged = 0;
+constexpr std::uint16_t kReading = 1;
+constexpr std::uint16_t kDegraded = 8;
+constexpr std::uint16_t kNoReading = RadarItem::kStatusInvalid;
+
+struct RadarRow {
+  int last;
+  std::uint16_t status;       // without a reading the radar is not active
+  std::array<bool, 4> moves;  // of the speeds
+};
+constexpr RadarRow kRadarRows[] = {
+    {4, kNoReading, {false, false, false, false}}, {20, kDegraded, {false, false, false, false}},
+    {24, kDegraded, {false, true, false, true}},   {40, kUnchanged, {false, true, false, true}},
+    {50, kUnchanged, {false, true, true, true}},   {60, kUnchanged, {true, true, true, true}},
+    {100, kReading, {true, true, true, true}},
+};
+
+// Quality, dimensions, altitude, satellites used, signal; at the start also satellites in view.
+constexpr Field kStartFields[] = {{0x2C, 32, 1}, {0x30, 32, 2},  {0x34, 32, 0},
+                                  {0x38, 32, 5}, {0x3C, 32, 21}, {0x2A, 16, 5}};
+constexpr Field kFixLostFields[] = {{0x2C, 32, 0},
+                                    {0x30, 32, 0},
+                                    {0x34, 32, GpsStatusItem::kNoAltitude},
+                                    {0x38, 32, 0},
+                                    {0x3C, 32, static_cast<std::uint32_t>(GpsStatusItem::kNoSignal)}};
+
+// The row that a number from 1 on belongs to; the table's end when it is above all.
+template <typename Row, std::size_t N>
+const Row* Find(const Row (&rows)[N], int number) {
+  return std::find_if(std::begin(rows), std::end(rows),
+                      [number](const Row& row) { return number <= row.last; });
+}
+
+GpsStatusItem StartPosition() {
+  GpsStatusItem position;
+  position.latitudeDegrees = 10;
+  position.latitudeMinutes = 20;
+  position.latitudeHemisphere = GpsStatusItem::kNorthOrEast;
+  position.longitudeDegrees = 15;
+  position.longitudeMinutes = 25;
+  position.longitudeHemisphere = GpsStatusItem::kNorthOrEast;
+  return position;
+}
+
+// Carries the fraction at 50, as if it were seconds in tens: a simulated track leaps.
+void Advance(std::uint16_t& degrees, std::uint16_t& minutes, std::uint32_t& fraction) {
+  fraction += 10;
+  if (fraction <= 50) return;
+  fraction = 0;
+  ++minutes;
+  if (minutes <= 59) return;
+  minutes = 0;
+  ++degrees;
+}
+
+}  // namespace
+
+int RandomSource::Draw(int limit) const {
+  seed(static_cast<unsigned int>(now(nullptr)));
+  return next() % limit;
+}
+
+void Ramp::Move() {
+  value += rising ? step : -step;
+  if (value > top) {
+    rising = false;
+  } else if (value < 1) {
+    rising = true;
+  }
+}
+
+void Simulator::StepInputs() {
+  const auto drawn = static_cast<std::size_t>(random.Draw(30));
+  if (drawn < inputs.size()) inputs[drawn] = !inputs[drawn];
+}
+
+void Simulator::StepGps(unsigned char* record) {
+  const GpsRow& row = *Find(kGpsRows, random.Draw(100) + 1);
+  if (!position) {
+    position = StartPosition();
+    sharedrecord::Write(record, kStartFields);
+  }
+  if (row.fix) gpsFix = *row.fix;
+  if (row.fix == false) sharedrecord::Write(record, kFixLostFields);
+  if (!row.drives) return;
+  speed.Move();
+  Advance(position->latitudeDegrees, position->latitudeMinutes, position->latitudeMinuteFraction);
+  Advance(position->longitudeDegrees, position->longitudeMinutes, position->longitudeMinuteFraction);
+}
+
+void Simulator::StepMicrophones() {
+  const MicrophoneRow* row = Find(kMicrophoneRows, random.Draw(100) + 1);
+  if (row == std::end(kMicrophoneRows)) return;
+  bool& active = microphonesActive[row->microphone];
+  active = !active;
+}
+
+bool Simulator::DrawBookmark() const {
+  return random.Draw(100) > 89;
+}
+
+void Simulator::StepRadar(unsigned char* record) {
+  const RadarRow& row = *Find(kRadarRows, random.Draw(100) + 1);
+  if (row.status != kUnchanged) {
+    radarActive = row.status != kNoReading;
+    const Field status[] = {{0x4C, 16, row.status}};
+    sharedrecord::Write(record, status);
+  }
+  for (std::size_t i = 0; i < radarSpeeds.size(); ++i) {
+    if (row.moves[i]) radarSpeeds[i].Move();
+  }
+}
