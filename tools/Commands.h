@@ -9,7 +9,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 enum ExitStatus { kGood = 0, kFinding = 1, kUsage = 2 };
 

@@ -5,3 +5,4 @@
 // The declare functions of all commands; each stands in the source of its command.
 Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
+Action DeclareState(CLI::App& app);

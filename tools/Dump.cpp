@@ -20,6 +20,7 @@ int Dump(const DumpOptions& options) {
   if (!options.range.Find(runs, range, messages)) return kFinding;
   const auto format = MakeRowFormat(options.format, options.range.Selected());
   RunReader reader(runs, options.range.Selected(), format->WantsText(), messages);
+  reader.ShowProgress(false);
   Output out;
   out.BeforeWriting([&reader] { reader.Pause(); });
   format->Begin(out.Text());

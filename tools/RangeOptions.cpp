@@ -2,14 +2,14 @@
 
 #include <CLI/CLI.hpp>
 
-void AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
-                const std::string& help) {
+CLI::Option* AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
+                        const std::string& help) {
   const auto read = [&instant](const std::string& text) {
     std::string error;
     if (ReadInstant(text, instant.emplace(), error)) return;
     throw CLI::ValidationError(error);
   };
-  app.add_option_function<std::string>(name, read, help)->type_name("T");
+  return app.add_option_function<std::string>(name, read, help)->type_name("T");
 }
 
 void RangeOptions::Declare(CLI::App& app) {

@@ -23,5 +23,5 @@ class RangeOptions {
 };
 
 // An option that takes an instant.
-void AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
-                const std::string& help);
+CLI::Option* AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
+                        const std::string& help);

@@ -131,6 +131,7 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
     }
     runs.back().files.push_back(path);
     runs.back().live = span.live;
+    runs.back().records += span.lastSeq - span.firstSeq + 1;
     before = span;
     baseBefore = base;
   }
@@ -138,7 +139,9 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
 }
 
 RunReader::RunReader(std::vector<Run> runs, const Selection* selection, bool text, Messages& messages)
-    : runs_(std::move(runs)), selection_(selection), text_(text), messages_(messages) {}
+    : runs_(std::move(runs)), selection_(selection), text_(text), messages_(messages) {
+  for (const Run& run : runs_) total_ += run.records;
+}
 
 bool RunReader::NextFile() {
   reader_.reset();
@@ -157,6 +160,7 @@ bool RunReader::Next(Row& row) {
   for (;;) {
     if (reader_ != nullptr && reader_->Next(row)) {
       row.run = runs_[run_].number;
+      if (progress_) progress_->Tell(++done_, total_);
       return true;
     }
     if (!NextFile()) return false;

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "Progress.h"
 #include "RecordReader.h"
 
 // One run of the process: its files, in their order.
@@ -11,6 +14,7 @@ struct Run {
   std::vector<std::string> files;
   bool beginIsMissing = false;  // the first file follows another one
   bool live = false;            // its last file is being written
+  std::int64_t records = 0;     // about how many
 };
 
 // The files that the paths name: a directory stands for every recording in it ("<name>.NNNNNN.db").
@@ -28,6 +32,8 @@ class RunReader {
 
   bool Next(Row& row);
   void Pause();  // as RecordReader
+  // Shows how far it is; `beside` as Progress.
+  void ShowProgress(bool beside) { progress_.emplace(beside); }
 
  private:
   bool NextFile();
@@ -39,4 +45,7 @@ class RunReader {
   std::size_t run_ = 0;
   std::size_t file_ = 0;
   std::unique_ptr<RecordReader> reader_;
+  std::optional<Progress> progress_;
+  std::int64_t done_ = 0;
+  std::int64_t total_ = 0;
 };

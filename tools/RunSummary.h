@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Intervals.h"
+#include "Row.h"
+#include "Runs.h"
+
+// The records of one source in one table; those that restate are not counted.
+struct SourceSummary {
+  std::int64_t records = 0;
+  std::int64_t firstUtcMs = kNoUtc;
+  std::int64_t lastUtcMs = kNoUtc;
+  bool periodic = false;  // reports at regular times as long as all is well
+  Intervals intervals;
+};
+
+// What one run is about.
+struct RunSummary {
+  using Source = std::pair<std::string, std::string>;  // table, source
+
+  std::int64_t records = 0;
+  std::int64_t firstTick = 0;
+  std::int64_t lastTick = 0;
+  std::int64_t firstUtcMs = kNoUtc;
+  std::int64_t lastUtcMs = kNoUtc;
+  bool cleanEnd = false;
+  std::vector<Source> order;  // in which the sources came
+  std::map<Source, SourceSummary> sources;
+  std::vector<std::pair<std::string, std::string>> facts;  // of device, vehicle, software: name, last value
+  std::vector<std::string> losses;
+  std::int64_t lost = 0;
+
+  std::int64_t DurationMs() const { return lastTick - firstTick; }
+};
+
+RunSummary Summarize(const Run& run, Messages& messages);
