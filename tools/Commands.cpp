@@ -11,6 +11,7 @@ constexpr Command kCommands[] = {
     {"info", "Tells runs, sources, gaps and losses", DeclareInfo},
     {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
     {"state", "Tells every source's value at an instant", DeclareState},
+    {"check", "Checks recordings", DeclareCheck},
 };
 
 }  // namespace

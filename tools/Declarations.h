@@ -6,3 +6,4 @@
 Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
 Action DeclareState(CLI::App& app);
+Action DeclareCheck(CLI::App& app);

@@ -1,17 +1,23 @@
 #include "Messages.h"
 
 #include <cstdio>
-#include <memory>
-#include <set>
+#include <utility>
 
-Messages::Messages() {
-  auto said = std::make_shared<std::set<std::string>>();
-  sink_ = [said](const std::string& text) {
-    if (said->insert(text).second) (void)std::fprintf(stderr, "metadata: %s\n", text.c_str());
-  };
-}
+Messages::Messages(std::function<void(const std::string&)> sink) : sink_(std::move(sink)) {}
 
 void Messages::Problem(const std::string& text) {
   ++problems_;
-  sink_(text);
+  if (sink_) {
+    sink_(text);
+  } else {
+    Say(text);
+  }
+}
+
+void Messages::Note(const std::string& text) {
+  Say(text);
+}
+
+void Messages::Say(const std::string& text) {
+  if (said_.insert(text).second) (void)std::fprintf(stderr, "metadata: %s\n", text.c_str());
 }

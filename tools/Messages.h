@@ -1,22 +1,27 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 
 // What a command says beside its output.
 class Messages {
  public:
-  // By default to standard error, each once.
-  Messages();
-  explicit Messages(std::function<void(const std::string& text)> sink) : sink_(std::move(sink)) {}
+  // To standard error, each once.
+  Messages() = default;
+  // Problems to `sink`, notes to standard error.
+  explicit Messages(std::function<void(const std::string& text)> sink);
 
   // Something that is not as it should be; the exit status becomes 1.
   void Problem(const std::string& text);
-  void Note(const std::string& text) { sink_(text); }
+  // Something worth knowing.
+  void Note(const std::string& text);
   int Status() const { return problems_ == 0 ? 0 : 1; }
-  int Problems() const { return problems_; }
 
  private:
+  void Say(const std::string& text);
+
   std::function<void(const std::string&)> sink_;
+  std::set<std::string> said_;
   int problems_ = 0;
 };

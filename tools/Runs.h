@@ -32,6 +32,8 @@ class RunReader {
 
   bool Next(Row& row);
   void Pause();  // as RecordReader
+  // The file that the row read last is from.
+  const std::string& File() const { return runs_[run_].files[file_ - 1]; }
   // Shows how far it is; `beside` as Progress.
   void ShowProgress(bool beside) { progress_.emplace(beside); }
 

@@ -49,7 +49,9 @@ int TableCursor::Next() {
 
 int TableCursor::NextSelected(int rc) {
   for (; rc == SQLITE_ROW; rc = rows_.Step()) {
-    seq_ = rows_.Integer(0);
+    const std::int64_t seq = rows_.Integer(0);
+    if (seq <= seq_) return SQLITE_CORRUPT;  // a page that is not what it was
+    seq_ = seq;
     if (SourceHere().selected) return rc;
     if (!table_.numbered) return SQLITE_DONE;
   }

@@ -1,0 +1,51 @@
+#include "CheckFile.h"
+
+#include <algorithm>
+
+#include "Recording.h"
+
+namespace {
+
+// What SQLite itself says about pages, rows and types; the first of it.
+void CheckIntegrity(Recording& file, Findings& findings) {
+  Statement check;
+  int rc = check.Prepare(file.Sql().Handle(), "PRAGMA integrity_check(1)");
+  if (rc == SQLITE_OK) rc = check.Step();
+  if (rc == SQLITE_ROW && check.Text(0) == "ok") return;
+  std::string text = rc == SQLITE_ROW ? std::string(check.Text(0)) : file.Sql().Error();
+  constexpr std::string_view kHeading = "*** in database main ***\n";
+  if (text.starts_with(kHeading)) text.erase(0, kHeading.size());
+  findings.Add(file.Path(), "integrity", "damaged: " + text);
+}
+
+std::int64_t HighestSeq(Recording& file) {
+  std::int64_t highest = 0;
+  for (const RecordTable& table : file.Tables().tables) {
+    highest = std::max(highest, file.Sql().Integer("SELECT max(seq) FROM \"" + table.name + "\"", 0));
+  }
+  return highest;
+}
+
+}  // namespace
+
+void CheckFile(const std::string& path, FileEnds& ends, Findings& findings) {
+  Recording file;
+  std::string error;
+  if (!file.Open(path, error)) return;  // who looked for runs has said so
+  CheckIntegrity(file, findings);
+  (void)file.Sql().Execute("BEGIN");  // one moment of a live file
+  FileEnd end;
+  end.lastSeq = file.Sql().Integer("SELECT last_seq FROM progress", -1);
+  end.lastTick = file.Sql().Integer("SELECT last_tick FROM progress", -1);
+  end.clean = file.Sql().Integer("SELECT count(*) FROM run_end", 0) != 0;
+  const std::int64_t highest = HighestSeq(file);
+  (void)file.Sql().Execute("COMMIT");
+  ends[file.Name()] = end;
+  if (end.lastSeq < 0) {
+    findings.Add(path, "progress", "table progress has no row");
+  } else if (end.lastSeq != highest) {
+    findings.Add(path, "progress",
+                 "table progress says that record " + std::to_string(end.lastSeq) +
+                     " is the last, but the last is " + std::to_string(highest));
+  }
+}

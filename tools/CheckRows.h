@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "CheckFile.h"
+#include "Row.h"
+#include "Runs.h"
+
+// Checks the records of one run in their order: that none is missing without a recorded loss, that ticks
+// do not go back, and that what they refer to is there.
+class CheckRows {
+ public:
+  CheckRows(const FileEnds& ends, Findings& findings) : ends_(ends), findings_(findings) {}
+
+  void Take(const Row& row, const std::string& file);
+  // After the last one.
+  void End();
+
+ private:
+  void Add(const Row& row, const char* kind, const std::string& text);
+  void CheckLedger(const Row& row);
+  void CheckOrder(const Row& row);
+  void CheckValues(const Row& row);
+  void CheckPreviousRun(const Row& row);
+
+  const FileEnds& ends_;
+  Findings& findings_;
+  std::string file_;
+  std::string tableBefore_;
+  std::int64_t seqBefore_ = 0;
+  std::int64_t tickBefore_ = 0;
+  bool ended_ = false;
+  std::int64_t missing_ = 0;
+  std::int64_t lost_ = 0;
+  std::string firstMissing_;  // and the file in which that shows
+  std::string fileOfMissing_;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+// What a check found: of each kind the first, and how many more.
+class Findings {
+ public:
+  // `where` is a file, or a file and a table. Findings with the same kind and place are counted.
+  void Add(const std::string& where, const char* kind, const std::string& text);
+  bool Empty() const { return found_.empty(); }
+  std::size_t Count() const { return found_.size(); }
+  // One line each, in the order in which they were found.
+  std::string Text() const;
+
+ private:
+  struct Finding {
+    std::string where;
+    std::string text;
+    std::int64_t more = 0;
+  };
+  std::vector<Finding> found_;
+  std::map<std::pair<std::string, std::string>, std::size_t> places_;
+};
