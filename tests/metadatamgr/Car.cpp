@@ -9,22 +9,32 @@
 #include <csignal>
 #include <filesystem>
 
+namespace {
+
+constexpr const char* kSwitches[] = {"NO_CONFIGMGR", "NO_FPGA",     "NO_GPSHAL",   "NO_RADARHAL",
+                                     "NO_MICMGR",    "NO_VIDEOMGR", "NO_ACCELHAL", "NO_TEMPHAL"};
+
+}  // namespace
+
 Car::Car() {
   environment = {{"LOG_TARGET", "stderr"},
                  {"METADATA_ROOT", Path("disk")},
                  {"METADATA_SHM", "/metadata-test-" + std::to_string(getpid())},
                  {"MFG_FILE", Path("serial")},
                  {"VERSION_FILE", Path("versions")}};
-  for (const char* server :
-       {"CONFIGMGR", "FPGA", "GPSHAL", "RADARHAL", "MICMGR", "VIDEOMGR", "ACCELHAL", "TEMPHAL"}) {
-    environment[std::string("NO_") + server] = "";
-  }
+  for (const char* variable : kSwitches) environment[variable] = "";
   Write("disk/present", "");
 }
 
 Car::~Car() {
   program.reset();
   shm_unlink(environment["METADATA_SHM"].c_str());
+}
+
+void Car::UseServers() {
+  servers = std::make_unique<FakeServers>(
+      std::map<std::string, Behaviour>{{"StateMgr", {.absent = true}}, {"ExternalMgr", {.absent = true}}});
+  for (const char* variable : kSwitches) environment.erase(variable);
 }
 
 void Car::Start(const Arguments& arguments, int out) {

@@ -7,6 +7,7 @@
 
 #include "Peer.h"
 #include "Program.h"
+#include "events/FakeServers.h"
 #include "support/IpcDir.h"
 #include "support/LogText.h"
 #include "support/TempDir.h"
@@ -35,7 +36,8 @@ inline std::string By(const std::string& source, std::string line) {
 }
 
 // A car with nothing running in it but the state manager and the external manager, which the test
-// plays (the other servers are switched off), and a disk, a shared record and a log of its own.
+// plays (the other servers are switched off unless UseServers is called), and a disk, a shared record
+// and a log of its own.
 class Car {
   IpcDir ipcDirectory_;
   TempDir directory_;
@@ -48,6 +50,8 @@ class Car {
   Peer stateMgr{"StateMgr"};
   Peer externalMgr{"ExternalMgr"};
 
+  // From now on the other eight servers are there, too.
+  void UseServers();
   // Starts MetadataMgr.
   void Start(const Arguments& arguments = {}, int out = -1);
   // Starts it and leads it up to its main loop.
@@ -89,5 +93,6 @@ class Car {
   // The fields of the shared record.
   std::string SharedRecord() const;
 
+  std::unique_ptr<FakeServers> servers;
   std::unique_ptr<Program> program;
 };

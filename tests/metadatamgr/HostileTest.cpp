@@ -10,49 +10,6 @@ namespace {
 
 const std::string kName = "MetadataMgr";
 
-// Every message that has a length of its own, and who says when it is too short.
-const struct {
-  unsigned int type;
-  unsigned int bytes;
-  std::string who;
-} kMessages[] = {
-    {kRecordStartStop, 5, kManager + "RecordStartStopHandler"},
-    {kBookmark, 4, kManager + "BookmarkHandler"},
-    {kStreamState, 12, kManager + "VideoStreamStateChangeHandler"},
-    {kCameraState, 12, kManager + "CliCameraStateChangedHandler"},
-    {kMicState, 10, kManager + "MicStateChangedHandler"},
-    {kLogLevelSet, 4, kInitializer + "HandleLogLevel"},
-    {kLogLevelGet, 4, kInitializer + "HandleLogLevel"},
-    {kDied, 4, kInitializer + "Process notice"},
-    {kRestarted, 4, kInitializer + "Process notice"},
-};
-
-TEST(Hostile, MessagesCutAtAnyLengthAreDroppedWithOneLine) {
-  Car car;
-  car.Run();
-  for (const auto& message : kMessages) {
-    for (unsigned int bytes = 1; bytes < message.bytes; ++bytes) {
-      const std::string payload = ToHex(std::string(bytes, '\xff'));
-      EXPECT_EQ(car.LogAfter(message.type, payload), Lines{"2 " + message.who + ": payload is too short"})
-          << message.type << ' ' << bytes;
-    }
-  }
-  EXPECT_EQ(car.stateMgr.Ask(kLogLevelGet, "00000000", kLogLevel), "00 00 00 07");
-  EXPECT_EQ(car.Quit(), 0);
-  EXPECT_EQ(car.Events(), Lines{});
-}
-
-TEST(Hostile, MessagesOfTheGreatestLengthAreReadAsFarAsTheyAreKnown) {
-  Car car;
-  car.Run();
-  const std::string longest = ToHex(std::string(IpcMessage::kMaxPayload, '\x02'));
-  for (const auto& message : kMessages) {
-    EXPECT_LE(car.LogAfter(message.type, longest).size(), 1U) << message.type;
-  }
-  EXPECT_EQ(car.Quit(), 0);
-  EXPECT_EQ(car.Events(), (Lines{"recording started event 33686018", "bookmark set event 33686018"}));
-}
-
 TEST(Hostile, UnknownMessagesAreIgnoredWithOneLine) {
   Car car;
   Peer tool("Tool");
