@@ -165,7 +165,7 @@ Outcome StateMgr::TellOthers(unsigned int type, std::uint32_t number) {
   unsigned int told = 0;
   std::string missed;
   for (const Process& process : processes_) {
-    if (process.phase != Phase::kFullRun || process.name == ProcessName(number)) continue;
+    if (!Runs(process) || process.name == ProcessName(number)) continue;
     if (SendMessage(ipc_, process.name, type, payload) == 0) {
       ++told;
     } else {
@@ -190,8 +190,7 @@ void StateMgr::StopSystem(int timeoutMs) {
   std::vector<Process*> recorder;
   std::vector<Process*> others;
   for (Process& process : processes_) {
-    const bool runs = process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
-    if (!runs) continue;
+    if (!Runs(process)) continue;
     (process.name == MetadataMgrName() ? recorder : others).push_back(&process);
   }
   Stop(recorder, timeoutMs);

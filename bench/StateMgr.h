@@ -37,6 +37,10 @@ class StateMgr {
   static void StopSystemHandler(LinxIpc* ipc, void* self);
   static void QuitHandler(LinxIpc* ipc, void* self);
 
+  // It has announced itself and is not on its way out.
+  static bool Runs(const Process& process) {
+    return process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
+  }
   // Null when there is none of that name.
   Process* Find(const std::string& name);
   // The sender of the current message where it is expected, else null.

@@ -2,9 +2,12 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <functional>
 #include <sstream>
 
@@ -22,6 +25,7 @@
 #include "items/TempStatus.h"
 #include "items/VideoMgrCameraItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
+#include "log/LogClient.h"
 
 namespace {
 
@@ -113,14 +117,48 @@ class FakeServer : public SubscribeServer {
   unsigned int floods_ = 0;
 };
 
+// ---- The state manager as the leader of a process
+
+void Tell(LinxIpc& ipc, unsigned int type, std::string payload = {}) {
+  IpcMessage message;
+  const std::string process = ipc.CurrentMessage().GetSender();
+  (void)message.Allocate(type, static_cast<unsigned int>(payload.size()), payload.data());
+  (void)ipc.Notify(process, message, true);
+}
+
+void Lead(LinxIpc& ipc) {
+  constexpr unsigned int kStarted = 13232, kSubscribe = 13233, kSubscribed = 13234, kFullRun = 13235;
+  const auto started = [](LinxIpc* me, void*) { Tell(*me, kSubscribe, "1"); };
+  const auto subscribed = [](LinxIpc* me, void*) {
+    if (me->CurrentMessage().Size() == 0 || me->CurrentMessage().DataPtr()[0] == 0) return;
+    Tell(*me, kFullRun);
+    Tell(*me, LinxIpc::kShutdownNotice);
+  };
+  ipc.RegisterHandler(kStarted, started, nullptr);
+  ipc.RegisterHandler(kSubscribed, subscribed, nullptr);
+}
+
 int Serve(const std::string& name, const Behaviour& behaviour, int askedFd) {
+  LogClient::Instance().Level(0);  // what is logged is the process's under test
   LinxIpc ipc(name);
   if (ipc.Init() != 0) return 1;
+  if (name == "StateMgr") Lead(ipc);
   FakeServer server(ipc, name, behaviour, askedFd);
   for (;;) {
     (void)ipc.Receive(server.Flooding() ? 0 : -1, 0, LinxIpc::emptyString, nullptr);
     if (server.Flooding()) server.Flood();
   }
+}
+
+// None of its lives outlasts the process that waits for its death.
+int ServeTwice(const std::string& name, const Behaviour& behaviour, int askedFd) {
+  const pid_t first = fork();
+  if (first == 0) {
+    (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
+    _exit(Serve(name, behaviour, askedFd));
+  }
+  (void)waitpid(first, nullptr, 0);
+  return Serve(name, {}, askedFd);
 }
 
 }  // namespace
@@ -143,7 +181,9 @@ FakeServers::~FakeServers() {
 void FakeServers::Start(const std::string& name, const Behaviour& behaviour) {
   if (behaviour.absent) return;
   const int askedFd = pipe_[1];
-  children_.try_emplace(name, [=] { return Serve(name, behaviour, askedFd); });
+  children_.try_emplace(name, [=] {
+    return behaviour.returns ? ServeTwice(name, behaviour, askedFd) : Serve(name, behaviour, askedFd);
+  });
 }
 
 std::vector<std::string> FakeServers::Asked() {

@@ -16,10 +16,13 @@ struct Behaviour {
   std::map<unsigned int, When> when = {};  // by item
   // Sends notices of this item as fast as it can, from its subscription on; -1: none.
   int floods = -1;
+  // When it dies it is started again, with default behaviour.
+  bool returns = false;
 };
 
 // The ten servers of the vehicle, each a process of its own with its real endpoint name. Items have
-// telling values: their tick is 100 and more.
+// telling values: their tick is 100 and more. The state manager also leads a process that announces
+// itself: lets it subscribe, then run, then quit.
 class FakeServers {
  public:
   explicit FakeServers(const std::map<std::string, Behaviour>& behaviours = {});

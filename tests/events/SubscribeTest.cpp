@@ -1,5 +1,5 @@
 // Start-up and restart with the ten servers: who is asked in which order, what is reported, and
-// what happens when one of them is switched off, refuses, is missing, late, mute or dies.
+// what happens when one of them is switched off, floods, or dies and comes back.
 
 #include <algorithm>
 #include <cstdlib>
@@ -186,87 +186,6 @@ TEST_F(SubscribeTest, SwitchedOffServersAreSaidExactly) {
   ASSERT_EQ(lines.size(), std::size(rows));
   for (std::size_t i = 0; i < lines.size(); ++i)
     EXPECT_EQ(lines[i], std::string("32 MetadataMgr: ") + rows[i].second);
-}
-
-// ---- Refusals
-
-struct Refusal {
-  const char* server;
-  unsigned int item;
-  Texts errors;
-};
-
-TEST_F(SubscribeTest, ARefusalEndsTheStartWithTwoLines) {
-  const std::string config = "MetadataMgr - Failed to subscribe to ConfigMgr";
-  const std::string stateMgr = "MetadataMgr - Failed to subscribe to StateMgr Events";
-  const std::string video = "MetadataMgr - Failed to subscribe to VideoMgr Events";
-  const std::string lvs = "MetadataMgr - Failed to subscribe to LVS state changes";
-  const std::string lvsStream = "Failed to subscribe to ExternalMgr LVS state changes";
-  const Refusal rows[] = {
-      {"ConfigMgr", 10, {"MetadataMgr - Failed to subscribe to VehicleInfo", config}},
-      {"ConfigMgr", 7, {"MetadataMgr - Failed to subscribe to SystemInfo", config}},
-      {"ConfigMgr", 11, {"MetadataMgr - Failed to subscribe to DepartmentInfo", config}},
-      {"ConfigMgr", 12, {"MetadataMgr - Failed to subscribe to Officer", config}},
-      {"ConfigMgr", 13, {"MetadataMgr - Failed to subscribe to VideoRecording", config}},
-      {"Fpga",
-       17,
-       {"MetadataMgr - Failed to subscribe to External Events",
-        "MetadataMgr - Failed to subscribe to External Events"}},
-      {"GpsHal",
-       1,
-       {"MetadataMgr - Failed to subscribe to GpsStatus Events",
-        "MetadataMgr - Failed to subscribe to Gps Events"}},
-      {"StateMgr", 1, {"MetadataMgr - Failed to subscribe to StateMgr Record Start Event", stateMgr}},
-      {"StateMgr", 2, {"MetadataMgr - Failed to subscribe to StateMgr Record Stop Event", stateMgr}},
-      {"StateMgr", 3, {"MetadataMgr - Failed to subscribe to StateMgr Enter Covert Mode Event", stateMgr}},
-      {"StateMgr", 4, {"MetadataMgr - Failed to subscribe to StateMgr Exit Cover Mode Event", stateMgr}},
-      {"RadarHal",
-       1,
-       {"MetadataMgr - Failed to subscribe to RadarHal Events",
-        "MetadataMgr - Failed to subscribe to RadarHal Events"}},
-      {"MicMgr",
-       0,
-       {"Failed to subscribe to Mic Mgr Events", "MetadataMgr - Failed to subscribe to MicMgr Events"}},
-      {"VideoMgr", 0, {"Failed to subscribe to Video Mgr Events", video}},
-      {"VideoMgr", 1, {"Failed to subscribe to Video Mgr Events", video}},
-      {"AccelHal",
-       1,
-       {"Failed to subscribe to Mic Mgr Events",
-        "MetadataMgr - Failed to subscribe to Accelerometer Events"}},
-      {"TempHal",
-       0,
-       {"Failed to subscribe to TempHal Events",
-        "MetadataMgr::SubscribeToServers - Failed to subscribe to TempHal Events"}},
-      {"ExternalMgr", 16, {lvsStream, lvs}},
-      {"ExternalMgr", 19, {lvsStream, lvs}},
-      {"ExternalMgr", 21, {lvsStream, lvs}},
-  };
-  for (const Refusal& row : rows) {
-    SCOPED_TRACE(std::string(row.server) + " " + std::to_string(row.item));
-    EXPECT_FALSE(Subscribe({{row.server, {.when = {{row.item, When::kRefuses}}}}}));
-    EXPECT_EQ(errors_, row.errors);
-    const std::string last = std::string(row.server) + " " + std::to_string(row.item);
-    const Texts asked(kAllAsked.begin(), std::find(kAllAsked.begin(), kAllAsked.end(), last) + 1);
-    EXPECT_EQ(servers_->Asked(), asked);
-    const Texts& calls = StoreCalls();
-    EXPECT_EQ(std::count(calls.begin(), calls.end(), "FullState 1"), 0);
-    EXPECT_EQ(std::count(calls.begin(), calls.end(), "Camera 0 0 initial 106"),
-              std::find(asked.begin(), asked.end(), "AccelHal 1") == asked.end() ? 0 : 1);
-  }
-  EXPECT_TRUE(Subscribe());  // the next start works
-}
-
-TEST_F(SubscribeTest, AMissingOrMuteServerIsARefusalAfterItsTime) {
-  EXPECT_FALSE(Subscribe({{"ExternalMgr", {.absent = true}}}));
-  EXPECT_EQ(errors_.front(), "Failed to subscribe to ExternalMgr LVS state changes");
-  EXPECT_FALSE(Subscribe({{"ExternalMgr", {.when = {{18, When::kIsMute}}}}}));
-  EXPECT_EQ(servers_->Asked().back(), "ExternalMgr 18");
-}
-
-TEST_F(SubscribeTest, ALateServerIsWaitedFor) {
-  EXPECT_TRUE(Subscribe(
-      {{"GpsHal", {.when = {{1, When::kIsLate}}}}, {"ExternalMgr", {.when = {{21, When::kIsLate}}}}}));
-  EXPECT_EQ(StoreCalls().back(), "FullState 1");
 }
 
 TEST_F(SubscribeTest, ServerThatNotifiesAtFullRateWhileItIsSubscribedToDoesNotLockUp) {

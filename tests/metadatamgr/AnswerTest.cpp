@@ -78,6 +78,27 @@ TEST_F(AnswerTest, SaysThatThereIsNoTickBeforeTheFirst) {
   EXPECT_EQ(script.happened.back(), "send Tool 13499 ff ff ff ff 00 00 00 00");
 }
 
+TEST_F(AnswerTest, ServersAreReleasedInTheirOwnOrderAndWithoutWaiting) {
+  script.acceptsSubscriptions = true;
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(manager_.SubscribeToServers(ipc_, true));
+  script.happened.clear();
+  manager_.Cleanup();
+  EXPECT_EQ(LogText(testing::internal::GetCapturedStderr()), Lines{});
+  Lines released;
+  for (const std::string& what : script.happened) {
+    if (what.find(" 1858 ") == std::string::npos) continue;
+    const std::string server = what.substr(0, what.find(" 1858 "));
+    if (released.empty() || released.back() != server) released.push_back(server);
+  }
+  Lines expected;
+  for (const char* server : {"ConfigMgr", "Fpga", "GpsHal", "RadarHal", "VideoMgr", "TempHal", "AccelHal",
+                             "MicMgr", "ExternalMgr", "StateMgr"}) {
+    expected.push_back(std::string("hasty send ") + server);
+  }
+  EXPECT_EQ(released, expected);
+}
+
 TEST_F(AnswerTest, LeavesTheReplyAloneWhereThereIsNoItem) {
   IpcMessage reply;
   MetadataMgrServer server(ipc_);

@@ -135,6 +135,19 @@ TEST(Event, IsOnDiskSoonThoughNothingElseHappens) {
   EXPECT_TRUE(Eventually([&] { return car.Events() == Lines{"camera 2 state 3 event 1"}; }));
 }
 
+TEST(Event, LiveStreamsAreOfHighQualityWhereForced) {
+  Car car;
+  car.environment["LVS_FORCE_HQ"] = "";
+  car.Run();
+  car.externalMgr.Send(18957, "01 00 0002 000c" + ToHex("192.168.1.20") + "022a");
+  EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
+  EXPECT_EQ(car.Quit(), 0);
+  const Lines events = car.Events();
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].rfind("live stream 5 on camera 2 high quality to 192.168.1.20:554 event ", 0), 0U)
+      << events[0];
+}
+
 TEST(Event, FillersAreWrittenOnEachPassWhereForced) {
   Car car;
   car.environment["FORCE_METADATA"] = "";

@@ -25,6 +25,7 @@ class Program {
   void AwaitExec() const;
   // Waits for the end: the exit status, or 128 plus the number of the signal.
   int End() { return child_.Wait(); }
+  bool Ended() const { return child_.Ended(); }
 
   std::string Out() const;
   std::string Err() const;

@@ -56,12 +56,25 @@ class Endpoint {
     return arrival.result;
   }
 
+  // Waits for the answer to the last subscription.
+  int Accept(unsigned int type, const std::string& server, IpcMessage& answer) {
+    constexpr unsigned int kAnswer = 1857;
+    constexpr std::size_t kRequestSize = 8, kLongestItem = 300;
+    if (!script.acceptsSubscriptions || type != kAnswer) return ETIMEDOUT;
+    std::memcpy(answer.buffer_.get(), request.data(), kRequestSize);
+    answer.Received(kAnswer, kRequestSize + sizeof(std::uint32_t) + kLongestItem);
+    std::memset(answer.buffer_.get() + kRequestSize, 0, sizeof(std::uint32_t) + kLongestItem);
+    answer.sender_ = server;
+    return 0;
+  }
+
   struct Registered {
     LinxIpc::Handler function;
     void* context;
   };
   std::map<unsigned int, Registered> handlers;  // of the two notices too
   IpcMessage current;
+  std::string request;  // the payload last sent
 };
 
 LinxIpc::LinxIpc(const std::string& /*name*/) : endpoint_(std::make_unique<Endpoint>()) {}
@@ -72,7 +85,8 @@ int LinxIpc::Init() {
 }
 
 int LinxIpc::Receive(int timeoutMs, unsigned int type, const std::string& sender, IpcMessage* message) {
-  if (timeoutMs != -1 || type != 0 || !sender.empty() || message != nullptr) return EINVAL;
+  if (message != nullptr) return endpoint_->Accept(type, sender, *message);
+  if (timeoutMs != -1 || type != 0 || !sender.empty()) return EINVAL;
   return endpoint_->Receive(this);
 }
 
@@ -80,6 +94,8 @@ int LinxIpc::Notify(const std::string& destination, IpcMessage& message, bool wa
   if (message.MsgType() == script.cannotSend) return ECONNREFUSED;
   Happened((wait ? "" : "hasty ") +
            Describe(destination, message.MsgType(), message.DataPtr(), message.Size()));
+  if (message.DataPtr() != nullptr)
+    endpoint_->request.assign(message.DataPtr(), message.DataPtr() + message.Size());
   return 0;
 }
 

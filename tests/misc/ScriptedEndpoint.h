@@ -21,6 +21,7 @@ struct Script {
   std::deque<Arrival> arrivals;
   unsigned int cannotAllocate = 0;  // messages of this type
   unsigned int cannotSend = 0;
+  bool acceptsSubscriptions = false;  // with items that are zero in every byte
 
   // In order: "send StateMgr 13232 00000013", "register 1872", "deregister shutdown", ...
   Lines happened = {};

@@ -34,9 +34,14 @@ void Child::Signal(int signal) const {
   if (id_ > 0) (void)kill(id_, signal);
 }
 
-int Child::Wait() {
+bool Child::Ended() const {
+  siginfo_t info = {};
+  return waitid(P_PID, static_cast<id_t>(id_), &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid != 0;
+}
+
+int Child::Wait(std::chrono::seconds within) {
   int status = 0;
-  if (id_ <= 0 || !Eventually([&] { return waitpid(id_, &status, WNOHANG) != 0; })) return -1;
+  if (id_ <= 0 || !Eventually([&] { return waitpid(id_, &status, WNOHANG) != 0; }, within)) return -1;
   id_ = 0;
   return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }

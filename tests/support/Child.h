@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,8 +22,10 @@ class Child {
   pid_t Id() const { return id_; }
   void Signal(int signal) const;
   // Waits for its end: the exit status, 128 plus the signal that ended it, or -1 when it still ran
-  // after 20 seconds and was killed.
-  int Wait();
+  // after that time and was killed.
+  int Wait(std::chrono::seconds within = std::chrono::seconds(20));
+  // Does not wait.
+  bool Ended() const;
 
  private:
   pid_t id_;

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "Program.h"
+#include "support/IpcDir.h"
+#include "support/LogText.h"
+#include "support/TempDir.h"
+
+constexpr unsigned int kTrouble = 1 | 2 | 16;
+
+// The sources of log lines.
+const std::string kManager = "MetadataMgr: ";
+const std::string kInitializer = "Common/Misc/ProcessInitializer: ";
+
+// "64 PreInit" as the source logs it: "64 MetadataMgr: PreInit".
+inline std::string By(const std::string& source, std::string line) {
+  return line.insert(line.find(' ') + 1, source);
+}
+
+// A MetadataMgr with endpoints, a disk, a shared record and a log of its own.
+class Recorder {
+  IpcDir ipcDirectory_;
+  TempDir directory_;
+
+ public:
+  Recorder();
+  ~Recorder();
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+
+  // Starts MetadataMgr.
+  void Start(const Arguments& arguments = {}, int out = -1);
+  // Another one in the same car.
+  std::unique_ptr<Program> StartAnother() const;
+  // Waits for the end: the exit status, or 128 plus the number of the signal.
+  int End() { return program->End(); }
+
+  // The lines logged so far, of these masks.
+  Lines Log(unsigned int masks = 255) const { return LogOf(*program, masks); }
+  static Lines LogOf(const Program& program, unsigned int masks = 255);
+  bool Logged(const std::string& line) const;
+
+  // Records of the latest recording, oldest first: "SOURCE TEXT KIND SENDER'S-TICK".
+  Lines Records(const std::string& where = "1") const;
+  // The events that came from outside.
+  Lines Events() const {
+    return Records("event='event' AND source NOT IN ('clock','system','run') AND source NOT LIKE 'speed%'");
+  }
+
+  std::string IpcDirectory() const { return ipcDirectory_.Beside("ipc"); }
+  std::string Path(const std::string& name) const { return directory_.Path(name); }
+  void Write(const std::string& name, const std::string& content) const { directory_.Write(name, content); }
+
+  // The fields of the shared record.
+  std::string SharedRecord() const;
+
+  Environment environment;
+  std::unique_ptr<Program> program;
+};
