@@ -3,30 +3,16 @@
 
 #include <csignal>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 
 #include "OwnRecord.h"
 #include "support/Child.h"
+#include "support/WholeRecord.h"
 #include "system/BigEndian.h"
 
 namespace {
 
 constexpr std::size_t kFields = MetadataSharedMem::kChangeCounterOffset;
-
-// A copy of the fields that no writer was at work on, as the header tells readers to take it.
-std::optional<std::string> ReadWhole(const unsigned char* record) {
-  const auto* counter = reinterpret_cast<const std::uint32_t*>(record + kFields);
-  std::string copy(kFields, '\0');
-  const std::uint32_t before = __atomic_load_n(counter, __ATOMIC_ACQUIRE);
-  std::memcpy(copy.data(), record, kFields);
-  __atomic_thread_fence(__ATOMIC_ACQUIRE);
-  const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
-  unsigned char bytes[sizeof before];
-  std::memcpy(bytes, &before, sizeof before);
-  if (before != after || (bytes[3] & 1) != 0) return {};
-  return copy;
-}
 
 class ChangeCounter : public OwnRecord {
  protected:

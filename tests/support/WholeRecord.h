@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "sharedmem/MetadataSharedMem.h"
+
+// A copy of the shared record's fields that no writer was at work on, taken as the record's header
+// tells readers to.
+inline std::optional<std::string> ReadWhole(const unsigned char* record) {
+  constexpr std::size_t kFields = MetadataSharedMem::kChangeCounterOffset;
+  const auto* counter = reinterpret_cast<const std::uint32_t*>(record + kFields);
+  std::string copy(kFields, '\0');
+  const std::uint32_t before = __atomic_load_n(counter, __ATOMIC_ACQUIRE);
+  std::memcpy(copy.data(), record, kFields);
+  __atomic_thread_fence(__ATOMIC_ACQUIRE);
+  const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
+  unsigned char bytes[sizeof before];
+  std::memcpy(bytes, &before, sizeof before);
+  if (before != after || (bytes[3] & 1) != 0) return {};
+  return copy;
+}
