@@ -5,8 +5,9 @@ declare -A packages=(
   [build]="cmake ninja-build g++ libsqlite3-dev libcli11-dev nlohmann-json3-dev"
   [run]="sqlite3"
   [bench]="libbenchmark-dev"
-  [test]="libgtest-dev libgmock-dev sqlite3 jq gpsd gpsd-clients"
+  [test]="libgtest-dev libgmock-dev sqlite3 jq gpsd gpsd-clients systemd"
   [ppc]="g++-powerpc-linux-gnu qemu-user googletest tcl dpkg-dev make"
+  [package]="dpkg-dev"
   [clang]="clang libbenchmark-dev"
   [lint]="clang-format clang-tidy shellcheck git"
 )

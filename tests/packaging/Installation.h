@@ -1,0 +1,30 @@
+#pragma once
+
+#include <set>
+#include <string>
+
+#include "support/TempDir.h"
+
+// What `cmake --install` makes, in a scratch root of its own.
+class Installation {
+ public:
+  Installation();
+
+  std::string Path(const std::string& path) const { return root_.Path("root" + path); }
+  std::string Read(const std::string& path) const { return root_.Read("root" + path); }
+  const std::string& Problem() const { return problem_; }
+
+  // The paths of all files, each begins with "/".
+  std::set<std::string> Files() const;
+  // The value of a setting in the unit; of several, the first.
+  std::string Unit(const std::string& setting) const;
+
+ private:
+  TempDir root_;
+  std::string problem_;
+};
+
+// Runs a command of the shell; its exit status. `output` gets what it says.
+int Shell(const std::string& command, std::string& output);
+// Whether there is such a program.
+bool HasProgram(const std::string& name);

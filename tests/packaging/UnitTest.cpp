@@ -1,0 +1,100 @@
+// What is installed, and what the service manager's own tools say of it.
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "Installation.h"
+
+namespace {
+
+constexpr const char* kUnit = "/usr/lib/systemd/system/metadatamgr.service";
+constexpr const char* kUsers = "/usr/lib/sysusers.d/metadatamgr.conf";
+constexpr const char* kDirectories = "/usr/lib/tmpfiles.d/metadatamgr.conf";
+
+class InstallTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(installation_.Problem(), ""); }
+
+  // A command in whose text "@" is the scratch root: it succeeds and has nothing to say.
+  void ExpectSilence(std::string command) {
+    for (std::size_t at = 0; (at = command.find('@')) != std::string::npos;) {
+      command.replace(at, 1, installation_.Path(""));
+    }
+    std::string output;
+    EXPECT_EQ(Shell(command + " 2>&1", output), 0) << command;
+    EXPECT_EQ(output, "") << command;
+  }
+
+  const Installation installation_;
+};
+
+TEST_F(InstallTest, HoldsTheServiceAndTheContractAndNothingElse) {
+  const std::set<std::string> files = installation_.Files();
+  for (const char* file : {"/usr/sbin/MetadataMgr", "/usr/share/man/man8/MetadataMgr.8", kUnit, kUsers,
+                           kDirectories, "/usr/include/metadatamgr/store/DataStore.h"}) {
+    EXPECT_TRUE(files.contains(file)) << file;
+  }
+  for (const std::string& file : files) {
+    EXPECT_EQ(file.find("bench"), std::string::npos) << "never ships: " << file;
+    struct stat status {};
+    ASSERT_EQ(stat(installation_.Path(file).c_str(), &status), 0);
+    const bool program = file.find("bin/") != std::string::npos;
+    EXPECT_EQ(status.st_mode & 07777, program ? 0755U : 0644U) << file;
+  }
+}
+
+TEST_F(InstallTest, HasHeadersThatStandAlone) {
+  std::string all;
+  for (const std::string& file : installation_.Files()) {
+    if (file.ends_with(".h")) all += "#include \"" + installation_.Path(file) + "\"\n";
+  }
+  EXPECT_GE(std::count(all.begin(), all.end(), '\n'), 40);
+  const TempDir directory;
+  directory.Write("all.cpp", all);
+  ExpectSilence(COMPILER " -std=c++20 -fsyntax-only -I@/usr/include/metadatamgr " +
+                directory.Path("all.cpp"));
+}
+
+// The rest of a machine is borrowed from this one: the targets, and the programs that the unit calls.
+TEST_F(InstallTest, HasAUnitThatTheServiceManagerTakes) {
+  if (!HasProgram("systemd-analyze")) GTEST_SKIP() << "systemd-analyze is not installed";
+  ExpectSilence("mkdir -p @/usr/bin && cp /usr/bin/install /usr/bin/tail @/usr/bin/");
+  ExpectSilence(
+      "cp /usr/lib/systemd/system/*.target /usr/lib/systemd/system/*.slice @/usr/lib/systemd/system/");
+  ExpectSilence("systemd-analyze verify --man=no --root=@ metadatamgr.service");
+  std::string table;
+  EXPECT_EQ(
+      Shell("systemd-analyze security --no-pager --offline=true --threshold=10 " + installation_.Path(kUnit),
+            table),
+      0)
+      << table;
+}
+
+TEST_F(InstallTest, MakesItsUserAndTheDirectoryOfTheEndpoints) {
+  if (!HasProgram("systemd-sysusers") || getuid() != 0) GTEST_SKIP() << "needs systemd-sysusers, and root";
+  ExpectSilence("mkdir -p @/etc @/run");
+  std::string output;
+  ASSERT_EQ(Shell("systemd-sysusers --root=" + installation_.Path("") + " 2>&1", output), 0) << output;
+  ExpectSilence("systemd-tmpfiles --create --root=@ --prefix=/run/linx");
+  const std::string user = installation_.Unit("User");
+  const std::string peers = installation_.Unit("SupplementaryGroups");
+  for (const std::string& entry :
+       {"/etc/passwd:" + user, "/etc/group:" + installation_.Unit("Group"), "/etc/group:" + peers}) {
+    const std::size_t colon = entry.find(':');
+    EXPECT_NE(("\n" + installation_.Read(entry.substr(0, colon))).find("\n" + entry.substr(colon + 1) + ":"),
+              std::string::npos)
+        << entry;
+  }
+  EXPECT_NE(installation_.Read("/etc/group").find(":" + user + "\n"), std::string::npos)
+      << "a member of " << peers;
+  struct stat status {};
+  ASSERT_EQ(stat(installation_.Path("/run/linx").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode, S_IFDIR | 02750U);
+  EXPECT_NE(status.st_uid, 0U);
+  EXPECT_NE(status.st_gid, 0U);
+}
+
+}  // namespace
