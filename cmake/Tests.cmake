@@ -4,14 +4,11 @@ find_package(GTest REQUIRED)
 
 # mm_test(name SOURCES file... [USES target...] [LABELS label...] [OWN_MAIN])
 # Sees its own folder and tests/ (for "support/X.h").
-#   LABELS   native-only: neither built nor run for the emulated target (it starts other programs,
-#            is too slow there, or shows nothing that depends on the machine).
+#   LABELS   native-only: for the emulated target it is not built with the others, and listed as disabled (it
+#            starts other programs, is too slow there, or shows nothing that depends on the machine).
 #   OWN_MAIN the sources bring their own main.
 function(mm_test name)
   cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;USES;LABELS" ${ARGN})
-  if(CMAKE_CROSSCOMPILING AND "native-only" IN_LIST ARG_LABELS)
-    return()
-  endif()
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE mm_options ${ARG_USES} GTest::gtest)
@@ -24,4 +21,8 @@ function(mm_test name)
     TIMEOUT 120
     LABELS "${ARG_LABELS}"
     FAIL_REGULAR_EXPRESSION "Running 0 tests")
+  if(CMAKE_CROSSCOMPILING AND "native-only" IN_LIST ARG_LABELS)
+    set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
+    set_tests_properties(${name} PROPERTIES DISABLED ON)
+  endif()
 endfunction()

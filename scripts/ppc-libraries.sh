@@ -1,5 +1,6 @@
 #!/bin/bash
-# Builds SQLite and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root.
+# Builds SQLite and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root, and puts the
+# libraries that consist of headers beside them.
 # Says and does nothing when that was done before, from the same versions.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -7,7 +8,8 @@ cd "$(dirname "$0")/.."
 
 cache=$PWD/.cache/ppc
 stamp=$(cat "$0" cmake/toolchain-ppc.cmake cmake/ppc-libraries/CMakeLists.txt | sha256sum
-  dpkg-query -W -f '${Package} ${Version}\n' libsqlite3-dev googletest g++-powerpc-linux-gnu)
+  dpkg-query -W -f '${Package} ${Version}\n' libsqlite3-dev googletest libcli11-dev nlohmann-json3-dev \
+    g++-powerpc-linux-gnu)
 if [ "$(cat "$cache/stamp" 2>/dev/null || true)" = "$stamp" ]; then
   exit
 fi
