@@ -28,7 +28,7 @@ Director::Director(const RunOptions& options, const Drive& drive, const Surround
       program_(OwnProgram()),
       report_(options.speed),
       ipc_(kBenchName),
-      actions_(MetadataMgrActions(ipc_)) {
+      actions_(MetadataMgrActions(ipc_, options.speed)) {
   actions_["quit"] = [this](const Words&) {
     quit_ = true;
     return Outcome{true, "shutting down"};
@@ -72,6 +72,7 @@ void Director::Play() {
   report_.BeginDrive();
   driveBegin_ = Clock::now();
   driving_ = true;
+  TellDriveBegins(StateMgrName());
   for (const auto& [name, stage] : stages_) TellDriveBegins(name);
   for (const DriveLine& line : drive_.lines) {
     if (ReceiveUntil(report_.WhenDue(line.at), [this] { return MustEnd(); })) break;

@@ -21,17 +21,15 @@ void GpsHal::Prepare(LinxIpc& ipc) {
 }
 
 int GpsHal::WaitMs() const {
-  if (receiver_ == nullptr) return publisher_.MsToNextReading();
+  const int waitMs = publisher_.WaitMs();
+  if (receiver_ == nullptr || waitMs >= 0) return waitMs;
   return begun_ ? receiver_->MsToNext(publisher_.DriveSeconds(), publisher_.Speed())
                 : receiver_->MsToNext(-1, 1);
 }
 
 void GpsHal::DoDueWork() {
-  if (receiver_ == nullptr) {
-    publisher_.SendReadings();
-  } else {
-    Follow();
-  }
+  publisher_.DoDueWork();
+  if (receiver_ != nullptr) Follow();
 }
 
 void GpsHal::Follow() {

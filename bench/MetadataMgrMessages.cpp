@@ -1,6 +1,9 @@
 #include "MetadataMgrMessages.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <vector>
 
 #include "Misc/ControlHandlers.h"
 #include "Processes.h"
@@ -30,6 +33,31 @@ Outcome Ping(LinxIpc& ipc) {
   (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
   Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
   return asked.ok ? Outcome{true, "answered in " + asked.text} : asked;
+}
+
+// At most one each 5 ms.
+Outcome Pings(LinxIpc& ipc, double seconds) {
+  using Clock = std::chrono::steady_clock;
+  constexpr int kPauseMs = 5;
+  const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+  std::vector<double> ms;
+  IpcMessage request;
+  IpcMessage answer;
+  (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
+  while (Clock::now() < end) {
+    const auto asked = Clock::now();
+    const Outcome outcome = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
+    if (!outcome.ok) return outcome;
+    ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - asked).count());
+    (void)ipc.Receive(kPauseMs, MetadataMgrMsg_PingResponse, MetadataMgrName(), &answer);
+  }
+  if (ms.empty()) return {true, "none"};
+  std::sort(ms.begin(), ms.end());
+  const auto within = [&ms](std::size_t percent) {
+    return Milliseconds(ms[(ms.size() - 1) * percent / 100]);
+  };
+  return {true, std::to_string(ms.size()) + " answered, half of them within " + within(50) + ", 90 % " +
+                    within(90) + ", 99 % " + within(99) + ", longest " + within(100)};
 }
 
 Outcome Bookmark(LinxIpc& ipc) {
@@ -89,12 +117,14 @@ std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag) {
   return tick;
 }
 
-Actions MetadataMgrActions(LinxIpc& ipc) {
+Actions MetadataMgrActions(LinxIpc& ipc, double speed) {
   return {
       {"bookmark", [&ipc](const Words&) { return Bookmark(ipc); }},
       {"lasttick", [&ipc](const Words&) { return LastTick(ipc); }},
       {"loglevel", [&ipc](const Words& arguments) { return LogLevel(ipc, arguments); }},
       {"ping", [&ipc](const Words&) { return Ping(ipc); }},
+      {"pings",
+       [&ipc, speed](const Words& arguments) { return Pings(ipc, DecimalOf(arguments[0]) / speed); }},
   };
 }
 

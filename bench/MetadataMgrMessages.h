@@ -27,8 +27,8 @@ constexpr unsigned int kBookmarkNotice = 30736;
 std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag = -1);
 
 // The verbs with which the director asks MetadataMgr. They wait for the answer, up to
-// kAnswerTimeoutMs.
-Actions MetadataMgrActions(LinxIpc& ipc);
+// kAnswerTimeoutMs. Times are those of a drive that runs so many times faster.
+Actions MetadataMgrActions(LinxIpc& ipc, double speed);
 
 // Subscribes to the bookmark item; a notice that no action waits for is handled by `handler`.
 Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context);

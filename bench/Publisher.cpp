@@ -49,6 +49,7 @@ void Publisher::AddActions(Actions& actions) {
       return SetRate(source, DecimalOf(words[0]));
     };
   }
+  actions["flood"] = [this](const Words& words) { return BeginFlood(words[1], DecimalOf(words[2])); };
   actions["refuse"] = [this](const Words& words) {
     refused_.insert(NumberOf(words[1]));
     return Outcome{true, "refused from now on"};
@@ -91,6 +92,17 @@ void Publisher::GetItem(unsigned int itemId, IpcMessage& reply, unsigned int mes
 
 // What nobody has subscribed to, or the subscriber is too slow for, is not in the list of what was sent.
 Outcome Publisher::Send(Value& value) {
+  if (value.publication->kind == Publication::kItem && server_->Subscriptions() == 0) {
+    return {true, "nobody has subscribed"};
+  }
+  Outcome outcome = Transmit(value);
+  if (outcome.ok) {
+    LogSent(ProcessName(process_), value.publication->source + value.publication->describe(*value.item));
+  }
+  return outcome;
+}
+
+Outcome Publisher::Transmit(Value& value) {
   const Publication& publication = *value.publication;
   const std::uint32_t tick = Systick().SystemTick();
   publication.stamp(*value.item, tick);
@@ -102,12 +114,10 @@ Outcome Publisher::Send(Value& value) {
       return {false, "MetadataMgr cannot be told"};
     }
   } else {
-    if (server_->Subscriptions() == 0) return {true, "nobody has subscribed"};
     const std::uint64_t lost = server_->LostNotices();
     server_->NotifySubscribers(publication.id, *value.item);
     if (server_->LostNotices() != lost) return {false, "the subscriber is too slow"};
   }
-  LogSent(ProcessName(process_), publication.source + publication.describe(*value.item));
   return {true, "sent at tick " + std::to_string(tick)};
 }
 
@@ -164,4 +174,45 @@ void Publisher::SendReadings() {
       source.nextSecond += 1 / source.perSecond;
     }
   }
+}
+
+// ---- A flood
+
+Outcome Publisher::BeginFlood(const std::string& source, double seconds) {
+  for (Value& value : values_) {
+    if (value.publication->source != source) continue;
+    const std::chrono::duration<double> length(seconds / speed_);
+    flood_ = {&value, Clock::now() + std::chrono::duration_cast<Clock::duration>(length)};
+    return {true, "begins"};
+  }
+  return {false, "it has no such value"};
+}
+
+// Sends until the peer takes no more, or others have to have their turn. Then the loop sends what is
+// queued, as the peer drains it.
+void Publisher::GoOnFlooding() {
+  constexpr int kTurn = 64;
+  constexpr std::size_t kMostWaiting = 64UL * 1024;
+  Flood& flood = *flood_;
+  flood.waits = false;
+  for (int i = 0; i < kTurn && !flood.waits; ++i) {
+    flood.waits = server_->WaitingBytes() > kMostWaiting || !Transmit(*flood.value).ok;
+    ++(flood.waits ? flood.pushedBack : flood.sent);
+  }
+  if (Clock::now() < flood.end) return;
+  LogSent(ProcessName(process_), std::string("flood ") + flood.value->publication->source + " " +
+                                     std::to_string(flood.sent) + " " + std::to_string(flood.pushedBack));
+  flood_.reset();
+}
+
+// ---- The loop
+
+int Publisher::WaitMs() const {
+  if (flood_) return flood_->waits ? 1 : 0;
+  return MsToNextReading();
+}
+
+void Publisher::DoDueWork() {
+  SendReadings();
+  if (flood_) GoOnFlooding();
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -33,8 +34,8 @@ class Publisher {
   bool JoinedLate() const { return begin_ < made_; }
 
   // For the loop: how long it may wait for messages, -1: for ever; and what is due then.
-  int MsToNextReading() const;
-  void SendReadings();
+  int WaitMs() const;
+  void DoDueWork();
 
  private:
   class Server;
@@ -50,11 +51,24 @@ class Publisher {
     double nextSecond = 0;
   };
 
+  struct Flood {
+    Value* value;
+    Clock::time_point end;
+    std::uint64_t sent = 0;
+    std::uint64_t pushedBack = 0;  // turns that ended because the peer took no more
+    bool waits = false;
+  };
+
   static void DriveBeginsHandler(LinxIpc* ipc, void* self);
 
   Value* Find(Publication::Kind kind, unsigned int id);
   void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType);
   Outcome Send(Value& value);
+  Outcome Transmit(Value& value);
+  int MsToNextReading() const;
+  void SendReadings();
+  Outcome BeginFlood(const std::string& source, double seconds);
+  void GoOnFlooding();
   Outcome SetRate(Source& source, double perSecond);
   void Align(Source& source) const;
 
@@ -65,6 +79,7 @@ class Publisher {
   std::vector<Source> sources_;
   std::set<unsigned int> refused_;  // items
   int lateMs_ = 0;
+  std::optional<Flood> flood_;
   const Clock::time_point made_ = Clock::now();
   bool driving_ = false;
   Clock::time_point begin_;  // of the drive

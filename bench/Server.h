@@ -8,8 +8,8 @@ class Server : public Role {
  public:
   explicit Server(e_Process process) : publisher_(process) { publisher_.AddActions(actions_); }
 
-  int WaitMs() const override { return publisher_.MsToNextReading(); }
-  void DoDueWork() override { publisher_.SendReadings(); }
+  int WaitMs() const override { return publisher_.WaitMs(); }
+  void DoDueWork() override { publisher_.DoDueWork(); }
 
  private:
   void Prepare(LinxIpc& ipc) override { publisher_.Open(ipc); }

@@ -53,7 +53,10 @@ int StateMgr::Run() {
   ServeActions(ipc_, actions_);
   publisher_.Open(ipc_);
   Tell(News::kReady, StateMgrName(), "ready");
-  while (!stop_) (void)ipc_.Receive(-1, 0, LinxIpc::emptyString, nullptr);
+  while (!stop_) {
+    (void)ipc_.Receive(publisher_.WaitMs(), 0, LinxIpc::emptyString, nullptr);
+    publisher_.DoDueWork();
+  }
   return 0;
 }
 

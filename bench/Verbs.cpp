@@ -28,6 +28,8 @@ constexpr Verb kVerbs[] = {
     {"died PROCESS", "StateMgr", "Tells all processes but this one that it died."},
     {"direct record start [ID]", "StreamMgr", "Tells MetadataMgr of a recording event; without an id it gets one."},
     {"direct record stop", "StreamMgr", "Tells it of the end."},
+    {"flood SERVER SOURCE SECONDS", kNamedServer,
+     "It publishes one value so long, as fast as MetadataMgr takes it."},
     {"gps fix LATITUDE LONGITUDE KMH COURSE METRES", "GpsHal", "Publishes a place."},
     {"gps none", "GpsHal", "Publishes that the fix is lost, until the next gps fix."},
     {"gps rate RATE", "GpsHal", "Publishes the track that the vehicle drives, so often."},
@@ -43,6 +45,7 @@ constexpr Verb kVerbs[] = {
     {"missing SERVER [MS]", "Bench", "Only before the start: it is not started, or so long after the others."},
     {"mute SERVER", "Bench", "Stops it: it answers no more, but is there."},
     {"ping", "Bench", "Asks MetadataMgr whether it is there."},
+    {"pings SECONDS", "Bench", "Asks MetadataMgr so long, each 5 ms, whether it is there."},
     {"quality STREAM RESOLUTION FPS KBPS", "VideoMgr", "Publishes the quality of the streams, of which this one changed."},
     {"quit", "Bench", "Ends the drive: shuts all processes down."},
     {"radar SPEED SPEED SPEED SPEED", "RadarHal", "Publishes patrol, target, fastest and locked speed."},
@@ -105,6 +108,12 @@ bool IsServer(const std::string& word) {
                      [&word](const Publication& row) { return ProcessName(row.server) == word; });
 }
 
+bool IsSource(const std::string& word) {
+  const auto publications = Publications();
+  return std::any_of(publications.begin(), publications.end(),
+                     [&word](const Publication& row) { return row.source == word; });
+}
+
 bool IsText(const std::string& word) {
   constexpr std::size_t kMaxBytes = 255;
   return !word.empty() && word.size() <= kMaxBytes;
@@ -155,6 +164,7 @@ constexpr ArgumentType kArgumentTypes[] = {
     {"SECONDS", IsShort, "seconds"},
     {"SENSOR", IsUpTo<3>, "a temperature sensor, 0 to 3"},
     {"SERVER", IsServer, "a server around MetadataMgr by name (GpsHal, ...)"},
+    {"SOURCE", IsSource, "a value by its name in the list of what was sent (gps, temp, ...)"},
     {"SPEED", IsShort, "whole kilometres an hour"},
     {"STATE", IsMask, "a number; cameras in state 1 and 2 are active"},
     {"STREAM", IsUpTo<3>, "a video stream, 0 to 3"},

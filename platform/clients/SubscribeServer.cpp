@@ -100,6 +100,14 @@ void SubscribeServer::NotifySubscribers(unsigned int itemId, Item& item) {
   }
 }
 
+std::size_t SubscribeServer::WaitingBytes() const {
+  std::size_t most = 0;
+  for (const Subscription& subscription : subscriptions_) {
+    most = std::max(most, PostedBytes(ipc_, subscription.subscriber));
+  }
+  return most;
+}
+
 void SubscribeServer::Publish(Subscription& subscription, const IpcMessage& notice) {
   const int error = PostToPeer(ipc_, subscription.subscriber, subscription.notificationId, notice.DataPtr(),
                                notice.Size(), kMaxPostedNoticeBytes);

@@ -52,6 +52,7 @@ class Connection {
   // Sends what is queued as far as the peer takes it.
   void Flush();
   bool HasQueued() const { return !queue_.empty(); }
+  std::size_t QueuedBytes() const { return queuedBytes_; }
 
   // The events that the endpoint waits for on this connection, as it last told the system; kept
   // here for the endpoint.

@@ -286,6 +286,11 @@ int Endpoint::Post(const std::string& peer, unsigned int type, const unsigned ch
   return ENOTCONN;
 }
 
+std::size_t Endpoint::PostedTo(const std::string& peer) const {
+  const Connection* connection = connections_.Find(peer);
+  return connection != nullptr ? connection->QueuedBytes() : 0;
+}
+
 std::uint64_t Endpoint::ConnectionTo(const std::string& peer) const {
   const Connection* connection = connections_.Find(peer);
   return connection != nullptr ? connection->number() : 0;

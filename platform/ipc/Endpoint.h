@@ -32,6 +32,8 @@ class Endpoint {
 
   int Post(const std::string& peer, unsigned int type, const unsigned char* payload, std::size_t size,
            std::size_t maxQueuedBytes);
+  // Bytes queued for a peer.
+  std::size_t PostedTo(const std::string& peer) const;
   // The number of the connection over which a peer is sent to, 0 when there is none.
   std::uint64_t ConnectionTo(const std::string& peer) const;
   void OnPeerGone(PeerGoneFunction function, void* context);

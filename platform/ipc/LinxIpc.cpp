@@ -58,6 +58,10 @@ int PostToPeer(LinxIpc& ipc, const std::string& peer, unsigned int type, const u
   return EndpointOf(ipc).Post(peer, type, payload, size, maxQueuedBytes);
 }
 
+std::size_t PostedBytes(LinxIpc& ipc, const std::string& peer) {
+  return EndpointOf(ipc).PostedTo(peer);
+}
+
 std::uint64_t PeerConnection(LinxIpc& ipc, const std::string& peer) {
   return EndpointOf(ipc).ConnectionTo(peer);
 }

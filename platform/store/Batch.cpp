@@ -50,6 +50,7 @@ std::size_t CellBytes(TableId table, int columns, const unsigned char* cells) {
 void Batch::Append(const void* data, std::size_t size) {
   const auto* bytes = static_cast<const unsigned char*>(data);
   bytes_.insert(bytes_.end(), bytes, bytes + size);
+  mostBytes_ = std::max(mostBytes_, bytes_.size());
 }
 
 RecordView Batch::Add(RecordHeader header, std::initializer_list<Value> values) {

@@ -55,6 +55,9 @@ class Batch {
   void RemoveUpTo(std::int64_t seq);
   void Clear() { bytes_.clear(); }
 
+  // The most bytes that there have been at a time.
+  std::size_t MostBytes() const { return mostBytes_; }
+
   // What went since the last call.
   Losses TakeLosses();
   bool HasLosses() const { return hasLosses_; }
@@ -67,6 +70,7 @@ class Batch {
 
   std::size_t maxBytes_;
   std::vector<unsigned char> bytes_;
+  std::size_t mostBytes_ = 0;
   Losses losses_;
   bool hasLosses_ = false;
 };

@@ -46,6 +46,7 @@ void DataStoreNormal::Store::Close() {
   (void)Commit();
   if (!batch_.Empty())
     log(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
+  log(kLogDetail, "The longest batch had ", static_cast<long long>(batch_.MostBytes()), " bytes");
   batch_.Clear();
   recorder_.Close();
 }

@@ -37,6 +37,8 @@ class SubscribeServer {
   // Notices that subscribers were too slow for.
   std::uint64_t LostNotices() const { return lostNotices_; }
   std::size_t Subscriptions() const { return subscriptions_.size(); }
+  // Bytes that wait for the subscriber that is slowest; who must not lose any sends when there are few.
+  std::size_t WaitingBytes() const;
 
  private:
   struct Subscription {

@@ -19,6 +19,9 @@ constexpr std::size_t kMaxPostedAnswerBytes = 320UL * 1024;
 int PostToPeer(LinxIpc& ipc, const std::string& peer, unsigned int type, const unsigned char* payload,
                std::size_t size, std::size_t maxQueuedBytes);
 
+// How many bytes wait for it now.
+std::size_t PostedBytes(LinxIpc& ipc, const std::string& peer);
+
 // The number of the connection over which that peer is sent to, 0 when there is none. A number is
 // never used again: another one tells that the peer, or its connection, is another.
 std::uint64_t PeerConnection(LinxIpc& ipc, const std::string& peer);
