@@ -28,10 +28,28 @@ std::string Statement::Text(int column) {
 }
 
 int Database::Open(const std::string& path) {
+  return Open(path, SQLITE_OPEN_READWRITE);
+}
+
+int Database::OpenToRead(const std::string& path) {
+  const int rc = Open(path, SQLITE_OPEN_READONLY);
+  return rc == SQLITE_OK ? KeepLogs() : rc;
+}
+
+int Database::OpenForAttaching(const std::string& path) {
+  const int rc = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI);
+  return rc == SQLITE_OK ? KeepLogs() : rc;
+}
+
+int Database::Open(const std::string& path, int flags) {
   sqlite3* handle = nullptr;
-  const int rc = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int rc = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   handle_.reset(handle);
   return rc;
+}
+
+int Database::KeepLogs() {
+  return sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
 void Database::LimitWork() {

@@ -39,6 +39,10 @@ class Statement {
 class Database {
  public:
   int Open(const std::string& path);
+  // A file that others may be writing: neither it nor its log is changed.
+  int OpenToRead(const std::string& path);
+  // A file that others are to be attached to, under URIs.
+  int OpenForAttaching(const std::string& path);
   // Statements must be gone before.
   void Close() { handle_.reset(); }
 
@@ -54,6 +58,9 @@ class Database {
   int Query(const std::string& sql, std::int64_t& result);
 
  private:
+  int Open(const std::string& path, int flags);
+  int KeepLogs();  // those of files whose last user this connection is
+
   struct CloseHandle {
     void operator()(sqlite3* handle) const { (void)sqlite3_close(handle); }
   };

@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
-#include <string_view>
 
 namespace store {
 namespace {
@@ -22,7 +21,7 @@ constexpr std::size_t kMinDigits = 6;
 constexpr std::size_t kMaxDigits = 9;
 constexpr mode_t kMode = 0640;
 
-// The number that the name begins with, and what follows it; 0 where there is none.
+// The number that the name begins with, which is taken away; 0 where there is none.
 std::uint32_t TakeNumber(std::string_view& name) {
   std::size_t digits = 0;
   while (digits < name.size() && name[digits] >= '0' && name[digits] <= '9') ++digits;
@@ -56,17 +55,32 @@ bool FileNames::List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest
   numbers.clear();
   highest = 0;
   while (const dirent* entry = readdir(directory.get())) {
-    std::string_view name = entry->d_name;
-    if (!name.starts_with(prefix_)) continue;
-    name.remove_prefix(prefix_.size());
-    const std::uint32_t number = TakeNumber(name);
-    const bool isRecording = name == kSuffix;
-    if (number == 0 || !(isRecording || name.starts_with(kSuffixOfLogs))) continue;
+    bool isRecording = false;
+    const std::uint32_t number = NumberOf(entry->d_name, isRecording);
     highest = std::max(highest, number);
     if (isRecording) numbers.push_back(number);
   }
   std::sort(numbers.begin(), numbers.end(), std::greater<>());
   return true;
+}
+
+// 0 for a name that is none of a file or its log.
+std::uint32_t FileNames::NumberOf(std::string_view name, bool& isRecording) const {
+  isRecording = false;
+  if (!name.starts_with(prefix_)) return 0;
+  name.remove_prefix(prefix_.size());
+  const std::uint32_t number = TakeNumber(name);
+  isRecording = number != 0 && name == kSuffix;
+  return isRecording || name.starts_with(kSuffixOfLogs) ? number : 0;
+}
+
+bool FileNames::IsOneOf(const std::string& path) const {
+  bool isRecording = false;
+  if (NumberOf(NameOf(path), isRecording) == 0) return false;
+  FileIdentity ours;
+  FileIdentity its;
+  return Identify(directory_, ours) != 0 || Identify(path.substr(0, path.rfind('/') + 1), its) != 0 ||
+         ours.SameFile(its);
 }
 
 int CreateNewFile(const std::string& path) {

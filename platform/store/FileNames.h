@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace store {
@@ -17,7 +18,12 @@ class FileNames {
   // if only by a log that was left over (0 for none). False when the directory cannot be read.
   bool List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const;
 
+  // Whether the path, which contains a "/", is that of a file of the store or its log, there or not.
+  bool IsOneOf(const std::string& path) const;
+
  private:
+  std::uint32_t NumberOf(std::string_view name, bool& isRecording) const;
+
   std::string base_;
   std::string directory_;
   std::string prefix_;  // of the names in the directory

@@ -1,6 +1,49 @@
 #include "store/MetadataReader.h"
 
-bool MetadataReader::ReadToNewFile(const std::string&, const std::string&, unsigned int, unsigned int,
-                                   Watchdog*) {
-  return false;
+#include "CopyFile.h"
+#include "CopyWriter.h"
+#include "OpenStores.h"
+#include "log/LogLine.h"
+#include "system/Watchdog.h"
+
+using store::CopyFile;
+using store::CopyWriter;
+using store::RunFiles;
+using store::TickRange;
+
+namespace {
+
+constexpr LogSource log{"MetadataReader"};
+
+}  // namespace
+
+bool MetadataReader::ReadToNewFile(const std::string& source, const std::string& destination,
+                                   unsigned int first, unsigned int last, Watchdog* watchdog) {
+  const auto pet = [watchdog] {
+    if (watchdog != nullptr) watchdog->PetWatchdog();
+  };
+  store::OpenStore* const recording = store::FindOpenStore(source);
+  if (recording == nullptr) return false;
+  const store::FileNames names(source);
+  CopyFile file;
+  if (!file.Create(destination, names)) return false;
+
+  store::CurrentRun current;
+  RunFiles run;
+  if (!recording->Settle(current) || !run.Look(names, current)) return false;
+  const TickRange range = store::RangeOf(first, last, run.files.front().firstTick, current.now);
+  if (range.Empty()) return false;
+  CopyWriter writer(run, range, [&] {
+    pet();
+    file.WriteBack();
+  });
+  int rc = writer.Begin(file.PartialPath());
+  if (rc == SQLITE_OK) rc = writer.AddOrigin(source, first, last);
+  if (rc == SQLITE_OK) rc = writer.CopyRun();
+  if (rc == SQLITE_OK) rc = writer.End();
+  const char* trouble = rc != SQLITE_OK ? sqlite3_errstr(rc) : nullptr;
+  if (trouble == nullptr && !file.Publish()) trouble = "it cannot be put in its place";
+  pet();
+  if (trouble != nullptr) log(kLogError, "Copy to ", destination, " failed: ", trouble);
+  return trouble == nullptr;
 }

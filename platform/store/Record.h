@@ -38,6 +38,7 @@ enum TableId : unsigned char {
   kClockTable,
   kLossTable,
   kLogPinnedTable,
+  kCopyTable,
   kTableCount
 };
 

@@ -24,6 +24,7 @@ bool Recorder::Begin() {
     const std::uint32_t number = std::max(highest, number_) + 1;
     if (next->Create(names_.PathOf(number))) {
       number_ = number;
+      if (file_ == nullptr) firstNumber_ = number;
       file_ = std::move(next);
       fullAt_ = maxFileBytes_;
       spoiled_ = inDoubt_ = logPinned_ = false;

@@ -36,6 +36,8 @@ class Recorder {
   bool LogPinned() const { return logPinned_; }
   RecordingFile& File() { return *file_; }
   const FileNames& Names() const { return names_; }
+  std::uint32_t FirstNumber() const { return firstNumber_; }  // since the last Close
+  std::uint32_t Number() const { return number_; }
 
  private:
   static constexpr std::uint64_t kMinFileBytes = std::uint64_t{128} << 10;  // its beginning takes 50
@@ -50,6 +52,7 @@ class Recorder {
   std::uint64_t maxFileBytes_;
   std::uint64_t fullAt_;
   std::unique_ptr<RecordingFile> file_;
+  std::uint32_t firstNumber_ = 0;
   std::uint32_t number_ = 0;
   bool spoiled_ = false;    // damaged: not to be written any more
   bool failing_ = false;    // the last attempt failed

@@ -45,7 +45,7 @@ std::string CreateRecordView() {
 // A sender's tick counts where it is one (0 and 4294967295 are not) and is near; a restated record
 // has the time at which it was restated. Records before the first anchor that can be trusted take that
 // one: the first by GPS, else the first since a date at which there was this system (2024-01-01).
-constexpr const char* kCreateTimeline = R"(
+constexpr const char* kTimelineUpToTrust = R"(
 CREATE VIEW timeline AS
 WITH shifted AS (
   SELECT seq, tick, sender_tick, event, source, text,
@@ -56,7 +56,8 @@ timed AS (
       (SELECT utc_ms-clock.tick FROM clock
        WHERE clock.seq<=max(shifted.seq, (SELECT coalesce(
            (SELECT min(seq) FROM clock WHERE clock_source='gps'),
-           (SELECT min(seq) FROM clock WHERE utc_ms>=1704067200000),
+           (SELECT min(seq) FROM clock WHERE utc_ms>=)";
+constexpr const char* kTimelineFromTrust = R"(),
            (SELECT min(seq) FROM clock))))
        ORDER BY clock.seq DESC LIMIT 1) AS utc_ms
   FROM shifted)
@@ -69,6 +70,17 @@ SELECT seq,
 FROM timed ORDER BY seq;
 )";
 
+std::string SelectOneOfEach(const char* order) {
+  std::string sql;
+  const char* separator = "";
+  for (const Table& table : kTables) {
+    sql += std::string(separator) + "SELECT * FROM (SELECT seq, tick FROM " + table.name + " ORDER BY seq " +
+           order + " LIMIT 1)";
+    separator = " UNION ALL ";
+  }
+  return sql;
+}
+
 constexpr const char* kCreateProgress =
     "CREATE TABLE progress(last_seq INTEGER NOT NULL, last_tick INTEGER NOT NULL) STRICT;\n"
     "INSERT INTO progress VALUES(0,0);\n";
@@ -78,7 +90,16 @@ constexpr const char* kCreateProgress =
 std::string CreateSchema() {
   std::string sql = "BEGIN IMMEDIATE;\n";
   for (const Table& table : kTables) sql += CreateTable(table);
-  return sql + CreateTagNames() + CreateRecordView() + kCreateTimeline + kCreateProgress + "COMMIT;\n";
+  return sql + CreateTagNames() + CreateRecordView() + kTimelineUpToTrust + kTrustedFromUtcMs +
+         kTimelineFromTrust + kCreateProgress + "COMMIT;\n";
+}
+
+std::string SelectFirstRecords() {
+  return SelectOneOfEach("ASC");
+}
+
+std::string SelectLastRecords() {
+  return SelectOneOfEach("DESC");
 }
 
 std::string InsertInto(TableId table) {

@@ -23,7 +23,8 @@ constexpr bool IsNear(std::int64_t distanceMs) {
 }  // namespace
 
 DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& options)
-    : options_(options),
+    : OpenStore(path),
+      options_(options),
       clock_(options.clock != nullptr ? *options.clock : store::SystemClock()),
       recorder_(path, options.maxFileBytes),
       batch_(options.maxPendingBytes) {}
@@ -60,6 +61,12 @@ void DataStoreNormal::Store::TimerTick(unsigned int tick) {
   // Without a tick nothing grows older: nothing is kept waiting then.
   const bool timeless = tick == store::ArrivalTick::kNone && !batch_.Empty();
   if (timeless || CommitDue()) (void)Commit();
+}
+
+bool DataStoreNormal::Store::Settle(store::CurrentRun& run) {
+  if (!recorder_.IsOpen() || !Commit()) return false;
+  run = {recorder_.FirstNumber(), recorder_.Number(), arrival_.Now()};
+  return true;
 }
 
 void DataStoreNormal::Store::Add(TableId table, Event event, std::int64_t senderTick,

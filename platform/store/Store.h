@@ -7,6 +7,7 @@
 #include "Batch.h"
 #include "ClockAnchors.h"
 #include "FullState.h"
+#include "OpenStores.h"
 #include "PreviousRun.h"
 #include "Recorder.h"
 #include "store/DataStoreNormal.h"
@@ -19,7 +20,7 @@
 //   - when a lot of them wait;
 //   - with each turn while there is no tick.
 // While writing fails, attempts are that far apart too.
-class DataStoreNormal::Store {
+class DataStoreNormal::Store : public store::OpenStore {
  public:
   static constexpr std::int64_t kCommitAfterMs = 500;
   static constexpr std::int64_t kCriticalGapMs = 50;
@@ -29,6 +30,7 @@ class DataStoreNormal::Store {
   bool Open();
   void Close();
   void TimerTick(unsigned int tick);
+  bool Settle(store::CurrentRun& run) override;
   unsigned int LastTick() const { return arrival_.Last(); }
 
   // One record; nothing unless open. The values are those of the table's columns.

@@ -172,6 +172,20 @@ constexpr std::array<Table, kTableCount> kAll{{
      "'store'",
      "iif(pinned,'a reader makes the log grow','the log is short again')||': '||log_bytes||' bytes'",
      {{{"pinned"}, {"log_bytes"}}}},
+    {kCopyTable,
+     "copy",
+     kNoState,  //
+     "'copy'",
+     "'of '||store||', '||first_file||' to '||last_file||', ticks '||from_tick||' to '||to_tick||"
+     "iif(missing_files=0,'',', '||missing_files||' files are missing')",
+     {{{"store", kText},
+       {"first_file", kText},
+       {"last_file", kText},
+       {"missing_files"},
+       {"first_asked"},
+       {"last_asked"},
+       {"from_tick"},
+       {"to_tick"}}}},
 }};
 #undef TAG_NAME
 

@@ -1,0 +1,87 @@
+#include "CopyFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <string_view>
+
+namespace store {
+namespace {
+
+constexpr mode_t kMode = 0640;
+constexpr off_t kWriteBackBytes = off_t{4} << 20;
+
+// Also when it cannot be told.
+bool IsThere(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+// A log that belongs to something else would be taken for the file's own.
+bool IsFree(const std::string& path) {
+  for (const char* suffix : {"", "-wal", "-journal"}) {
+    if (IsThere(path + suffix)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+CopyFile::~CopyFile() {
+  if (fd_ < 0) return;
+  (void)close(fd_);
+  (void)unlink(partial_.c_str());
+}
+
+bool CopyFile::Create(const std::string& destination, const FileNames& recordings) {
+  if (!destination.starts_with('/') || destination.ends_with('/')) return false;
+  if (!IsFree(destination) || recordings.IsOneOf(destination)) return false;
+  destination_ = destination;
+  partial_ = destination + ".partial";
+  (void)unlink(partial_.c_str());
+  fd_ = open(partial_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, kMode);
+  return fd_ >= 0;
+}
+
+void CopyFile::WriteBack() {
+  struct stat status {};
+  if (fstat(fd_, &status) != 0 || status.st_size < writtenBack_ + kWriteBackBytes) return;
+  writtenBack_ = status.st_size;
+  // What fails is told by the sync at the end.
+  (void)sync_file_range(fd_, 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
+}
+
+bool CopyFile::Publish() {
+  if (fsync(fd_) != 0 || !Link()) return false;
+  if (!SyncDirectory()) {
+    (void)unlink(destination_.c_str());
+    return false;
+  }
+  (void)close(fd_);
+  fd_ = -1;
+  return true;
+}
+
+bool CopyFile::Link() const {
+  if (renameat2(AT_FDCWD, partial_.c_str(), AT_FDCWD, destination_.c_str(), RENAME_NOREPLACE) == 0)
+    return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;  // these: the file system, or the kernel, cannot
+  if (link(partial_.c_str(), destination_.c_str()) != 0) return false;
+  (void)unlink(partial_.c_str());
+  return true;
+}
+
+bool CopyFile::SyncDirectory() const {
+  const std::string directory = destination_.substr(0, destination_.rfind('/') + 1);
+  const int fd = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  // A directory that may be written, but not read, cannot be synced.
+  if (fd < 0) return errno == EACCES;
+  const bool synced = fsync(fd) == 0 || errno == EINVAL;
+  (void)close(fd);
+  return synced;
+}
+
+}  // namespace store

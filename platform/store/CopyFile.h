@@ -1,0 +1,44 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+#include "FileNames.h"
+
+namespace store {
+
+// A new file that shows under its name only when it is complete. Until then it stands beside it as
+// "NAME.partial"; one that a power cut or the like has left there goes. What is not published is
+// removed at the end.
+class CopyFile {
+ public:
+  CopyFile() = default;
+  ~CopyFile();
+  CopyFile(const CopyFile&) = delete;
+  CopyFile& operator=(const CopyFile&) = delete;
+
+  // False when `destination` is no absolute path, something stands there, no file can be made there,
+  // or the name is one of the recordings' own.
+  bool Create(const std::string& destination, const FileNames& recordings);
+
+  const std::string& PartialPath() const { return partial_; }
+
+  // Lets the medium write what has come since the last call, and waits for what came before that, so
+  // that the end has not much to wait for. To be called often; does nothing for less than 4 MB.
+  void WriteBack();
+
+  // Durable under its name when this is true; nothing that has come there meanwhile is replaced.
+  bool Publish();
+
+ private:
+  bool Link() const;
+  bool SyncDirectory() const;
+
+  std::string destination_;
+  std::string partial_;
+  int fd_ = -1;
+  off_t writtenBack_ = 0;
+};
+
+}  // namespace store

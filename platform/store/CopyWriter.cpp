@@ -1,0 +1,167 @@
+#include "CopyWriter.h"
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+
+#include "CopyStatements.h"
+#include "Schema.h"
+#include "Tables.h"
+
+namespace store {
+namespace {
+
+// Nobody sees the file before it is complete, and what fails is thrown away.
+constexpr const char* kSettings =
+    "PRAGMA page_size=4096; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-2000; "
+    "PRAGMA mmap_size=0";
+
+constexpr int kPaceSteps = 10'000;  // of SQLite's machine: a millisecond or so
+
+constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
+
+std::string UriOf(const std::string& path) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  std::string uri = "file:";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (std::isalnum(byte) != 0 || c == '/' || c == '.' || c == '-' || c == '_') {
+      uri += c;
+    } else {
+      uri.append({'%', kHex[byte >> 4], kHex[byte & 15]});
+    }
+  }
+  return uri + "?mode=ro";
+}
+
+}  // namespace
+
+CopyWriter::CopyWriter(const RunFiles& run, const TickRange& range, std::function<void()> pace)
+    : run_(run), range_(range), pace_(std::move(pace)) {
+  for (std::size_t i = 1; i < run.files.size(); ++i) {
+    if (run.files[i].firstTick < range.from) firstFile_ = i;
+    if (run.files[i].firstTick <= range.to) lastFile_ = i;
+  }
+}
+
+int CopyWriter::Begin(const std::string& path) {
+  if (const int rc = database_.OpenForAttaching(path); rc != SQLITE_OK) return rc;
+  const auto callPace = [](void* writer) {
+    static_cast<CopyWriter*>(writer)->pace_();
+    return 0;
+  };
+  sqlite3_progress_handler(database_.Handle(), kPaceSteps, callPace, this);
+  const std::string mark = "PRAGMA application_id=" + std::to_string(kApplicationId) +
+                           "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + ";";
+  int rc = database_.Execute(kSettings);
+  if (rc == SQLITE_OK) rc = database_.Execute(mark);
+  return rc == SQLITE_OK ? database_.Execute(CreateSchema()) : rc;
+}
+
+// Before all records: sequence numbers begin with 1.
+int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
+  Statement insert;
+  if (const int rc = insert.Prepare(database_.Handle(), InsertInto(kCopyTable)); rc != SQLITE_OK) return rc;
+  const std::string firstName = NameOf(run_.files[firstFile_].path);
+  const std::string lastName = NameOf(run_.files[lastFile_].path);
+  const std::int64_t from = std::max(range_.from, run_.files.front().firstTick);
+  const std::int64_t to = std::min(range_.to, run_.files.back().lastTick);
+  int index = 0;
+  insert.Bind(++index, std::int64_t{0});
+  insert.Bind(++index, from);
+  insert.BindNull(++index);
+  insert.Bind(++index, static_cast<std::int64_t>(Event::kChange));
+  insert.Bind(++index, store);
+  insert.Bind(++index, firstName);
+  insert.Bind(++index, lastName);
+  insert.Bind(++index, std::int64_t{run_.missing});
+  insert.Bind(++index, std::int64_t{firstAsked});
+  insert.Bind(++index, std::int64_t{lastAsked});
+  insert.Bind(++index, from);
+  insert.Bind(++index, to);
+  return insert.Run();
+}
+
+int CopyWriter::CopyRun() {
+  for (std::size_t i = firstFile_; i < run_.files.size(); ++i) {
+    if (const int rc = CopyFrom(run_.files[i], i == firstFile_); rc != SQLITE_OK) return rc;
+  }
+  return SQLITE_OK;
+}
+
+int CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
+  int rc = database_.Execute("ATTACH '" + UriOf(file.path) + "' AS source");
+  if (rc == SQLITE_OK) rc = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
+  if (rc == SQLITE_OK && isFirst && file.firstTick < range_.from) rc = RestateBegin();
+  if (rc == SQLITE_OK && file.firstTick <= range_.to) rc = CopyRecords(file);
+  if (rc == SQLITE_OK && file.lastTick > range_.to) rc = RestateLater();
+  return rc == SQLITE_OK ? database_.Execute("COMMIT; DETACH source") : rc;
+}
+
+int CopyWriter::CopyRecords(const RunFile& file) {
+  const bool all = file.firstTick >= range_.from && file.lastTick <= range_.to;
+  int rc = SQLITE_OK;
+  for (const Table& table : kTables) {
+    if (rc == SQLITE_OK) rc = Run(all ? CopyAll(table.id) : CopyBetween(table.id), range_.from, range_.to);
+  }
+  return rc;
+}
+
+int CopyWriter::RestateBegin() {
+  int rc = Run(RestateLast(kClockTable), range_.from);
+  for (const Table& table : kTables) {
+    if (rc != SQLITE_OK) break;
+    if (table.keyColumns == 0) rc = Run(RestateLast(table.id), range_.from);
+    if (table.keyColumns == 1) rc = RestateSources(table.id);
+  }
+  return rc;
+}
+
+int CopyWriter::RestateSources(TableId table) {
+  Statement select;
+  if (const int rc = select.Prepare(database_.Handle(), SelectSources(table)); rc != SQLITE_OK) return rc;
+  select.Bind(1, range_.from);
+  std::map<std::string, std::int64_t> lastOfEach;
+  int rc = SQLITE_OK;
+  while ((rc = select.Step()) == SQLITE_ROW) {
+    const std::string source = select.Text(1);
+    const auto known = lastOfEach.find(source);
+    if (known != lastOfEach.end()) {
+      known->second = select.Integer(0);
+    } else if (lastOfEach.size() < kMaxSources) {
+      lastOfEach.emplace(source, select.Integer(0));
+    }
+  }
+  if (rc != SQLITE_DONE) return rc;
+  for (const auto& [source, seq] : lastOfEach) {
+    if (rc = Run(RestateOne(table), range_.from, seq); rc != SQLITE_OK) return rc;
+  }
+  return SQLITE_OK;
+}
+
+int CopyWriter::RestateLater() {
+  int rc = Run(RestateFirstGps(), range_.to);
+  if (rc == SQLITE_OK) rc = Run(RestateFirstTrusted(), range_.to);
+  if (rc == SQLITE_OK) rc = Run(RestateLosses(), range_.to, range_.from);
+  for (const TableId fact : kFacts) {
+    if (rc == SQLITE_OK) rc = Run(RestateFacts(fact), range_.to);
+  }
+  return rc;
+}
+
+int CopyWriter::End() {
+  const std::string last = "(SELECT seq, tick FROM (" + SelectLastRecords() + ") ORDER BY seq DESC LIMIT 1)";
+  const int rc = Run("UPDATE progress SET (last_seq, last_tick) = " + last);
+  database_.Close();
+  return rc;
+}
+
+int CopyWriter::Run(const std::string& sql, std::int64_t first, std::int64_t second) {
+  Statement statement;
+  if (const int rc = statement.Prepare(database_.Handle(), sql); rc != SQLITE_OK) return rc;
+  statement.Bind(1, first);
+  statement.Bind(2, second);
+  return statement.Run();
+}
+
+}  // namespace store

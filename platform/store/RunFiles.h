@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "FileNames.h"
+#include "OpenStores.h"
+
+namespace store {
+
+struct RunFile {
+  std::string path;
+  std::int64_t firstTick = 0;
+  std::int64_t lastTick = 0;  // that of the next file's begin
+};
+
+// The files of a run that are there and have records, oldest first.
+struct RunFiles {
+  std::vector<RunFile> files;
+  std::uint32_t missing = 0;  // files that the run had, and that are gone
+
+  // False, and logged, when one of them cannot be read.
+  bool Look(const FileNames& names, const CurrentRun& run);
+};
+
+}  // namespace store

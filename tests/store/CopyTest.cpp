@@ -1,0 +1,245 @@
+// What a copy of a recording holds.
+#include "CopyFixture.h"
+#include "items/ConfigurationItems.h"
+#include "items/GpsStatusItem.h"
+
+namespace {
+
+constexpr const char* kTemperatures = "SELECT group_concat(temperature,' ') FROM temperature WHERE event=1";
+
+struct RangeCase {
+  unsigned int first;
+  unsigned int last;
+  const char* temperatures;
+};
+
+TEST_F(CopyTest, TakesTheNewestStretchThatTheTicksMean) {
+  // Two wraps, of which the last is 300 s ago.
+  const unsigned int ticks[] = {3'000'000'000, 4'200'000'000, 100'000, 2'000'000'000,
+                                4'100'000'000, 150'000,       300'000};
+  clock_.tick = ticks[0];
+  Open();
+  for (short i = 0; i < 7; ++i) {
+    At(ticks[i]);
+    Temperature(static_cast<short>(i + 1));
+  }
+  const RangeCase cases[] = {
+      {kFromBeginning, kToEnd, "1 2 3 4 5 6 7\n"},
+      {kFromBeginning, 150'000, "1 2 3 4 5 6\n"},
+      {kFromBeginning, 4'200'000'000, "1 2 3 4 5\n"},
+      {kFromBeginning, 149'999, "1 2 3 4 5\n"},
+      {150'000, kToEnd, "6 7\n"},
+      {150'001, kToEnd, "7\n"},
+      {4'200'000'000, kToEnd, "6 7\n"},
+      {100'000, 150'000, "6\n"},
+      {300'000, 300'000, "7\n"},
+      {2'000'000'000, 4'100'000'000, "4 5\n"},
+      {2'000'000'000, 4'099'999'999, "4\n"},
+      {4'000'000'000, 200'000, "5 6\n"},
+      {2'500'000'000, 2'000'000'000, "5 6 7\n"},
+      {200'000, 250'000, "NULL\n"},
+  };
+  for (const RangeCase& row : cases) {
+    EXPECT_EQ(CopyAndRead(row.first, row.last, kTemperatures), row.temperatures)
+        << row.first << ' ' << row.last;
+  }
+}
+
+TEST_F(CopyTest, KnowsTicksThatTheRunNeverSaw) {
+  Open();  // at 10,000
+  for (short i = 1; i <= 3; ++i, After(1000)) Temperature(i);
+  const RangeCase cases[] = {
+      {kFromBeginning, 9'999, "not copied"},
+      {kFromBeginning, 20'000, "1 2 3\n"},
+      {9'000, 11'000, "1 2\n"},
+      {4'294'900'000, kToEnd, "1 2 3\n"},
+      {4'294'900'000, 11'000, "1 2\n"},
+      {12'500, kToEnd, "NULL\n"},
+      {13'000, 14'000, "NULL\n"},
+      {13'001, kToEnd, "not copied"},
+      {13'001, 14'000, "not copied"},
+      {8'000, 9'999, "not copied"},
+      {4'294'900'000, 9'999, "not copied"},
+      {1, kToEnd, "1 2 3\n"},
+      {1, 4'294'967'294, "1 2 3\n"},
+      {11'001, 11'000, "3\n"},
+  };
+  for (const RangeCase& row : cases) {
+    EXPECT_EQ(CopyAndRead(row.first, row.last, kTemperatures), row.temperatures)
+        << row.first << ' ' << row.last;
+  }
+  Close();
+  EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, ""), "not copied") << "no run is current";
+}
+
+TEST_F(CopyTest, IsARecordingThatStandsAlone) {
+  Open();
+  unsigned char mac[] = {0, 1, 2, 3, 4, 5};
+  Store().ReportMac(mac, true);
+  Store().ReportSystemSerialNum("SN-1");
+  Store().ReportConfiguration(true);
+  Store().ReportShutdownDataAtStartup();
+  Brakes(true);
+  Store().ReportTemp(e_TempSensors{1}, 11, true, 7);
+  Store().ReportTemp(e_TempSensors{2}, 12, false, 8);
+  After(1000);
+  Store().ReportTemp(e_TempSensors{1}, 21, true, 9);
+  At(20'000);
+  Brakes(false);
+  After(1000);
+  Store().ReportBookmark(1);
+  Temperature(30);  // and nothing has committed it yet
+  ASSERT_TRUE(Copy(15'000));
+
+  EXPECT_EQ(Names().count("copy.db-wal") + Names().count("copy.db-shm") + Names().count("copy.db.partial"),
+            0U);
+  EXPECT_EQ(InCopy("PRAGMA integrity_check; PRAGMA application_id; PRAGMA user_version; PRAGMA journal_mode"),
+            "ok\n1296909378\n1\ndelete\n");
+  const char* const schema = "SELECT type, name, sql FROM sqlite_master ORDER BY name";
+  EXPECT_EQ(InCopy(schema), Rows(schema));
+  EXPECT_EQ(InCopy("SELECT * FROM tag_name"), Rows("SELECT * FROM tag_name"));
+
+  const char* const state =
+      "SELECT tick||' '||coalesce(sender_tick,'')||' '||source||' '||text FROM timeline WHERE "
+      "event='restated' "
+      "AND source NOT IN ('store','previous run') ORDER BY seq";
+  EXPECT_EQ(InCopy(state),
+            "15000  clock set by system\n15000  device hardware address 00:01:02:03:04:05\n"
+            "15000  device serial number SN-1\n15000 10000 brakes on\n15000 8 temperature 2 12\n"
+            "15000 9 temperature 1 21\n");
+  const char* const records = "SELECT * FROM timeline WHERE tick>=15000 AND event<>'restated' AND seq>0";
+  EXPECT_EQ(InCopy(records), Rows(records));
+  EXPECT_EQ(InCopy("SELECT max(text) FROM timeline WHERE source='temperature 0'"), "30\n");
+  const char* const facts =
+      "SELECT name, value FROM configuration UNION ALL SELECT ended, file FROM previous_run";
+  EXPECT_EQ(InCopy(facts), Rows(facts));
+
+  EXPECT_EQ(InCopy("SELECT last_seq-(SELECT max(seq) FROM temperature), last_tick FROM progress"),
+            "0|21000\n");
+  EXPECT_EQ(
+      InCopy("SELECT seq, tick, sender_tick, first_file, last_file, missing_files, first_asked, last_asked, "
+             "from_tick, to_tick FROM copy"),
+      "0|15000|NULL|metadata.000001.db|metadata.000001.db|0|15000|4294967295|15000|21000\n");
+  EXPECT_EQ(InCopy("SELECT utc, text FROM timeline WHERE source='copy'"),
+            "2024-05-01T12:00:05.000Z|of " + dir_.Path("metadata") +
+                ", metadata.000001.db to metadata.000001.db, ticks 15000 to 21000\n");
+}
+
+TEST_F(CopyTest, TellsTheFactsThatWereRecordedLater) {
+  Open();
+  Temperature(1);
+  After(1000);
+  Store().ReportSystemSerialNum("SN-1");
+  Store().ReportVersion(e_COMPONENT_Build, "2.0");
+  EXPECT_EQ(
+      CopyAndRead(kFromBeginning, 10'500,
+                  "SELECT seq, tick, event, serial FROM serial; SELECT tick, event, version FROM version"),
+      "3|10500|2|SN-1\n10500|2|2.0\n");
+}
+
+class CopyOverFiles : public CopyTest {
+ protected:
+  // Four files and more, with a record each 100 ms.
+  void RecordFiles() {
+    options_.maxFileBytes = 1;
+    Open();
+    Store().ReportTemp(e_TempSensors{7}, 77, true, 1);
+    for (short i = 1; !Exists(4); ++i, After(100)) {
+      for (int n = 0; n < 20; ++n) Temperature(i);
+    }
+    After(1000);
+  }
+  std::int64_t BeginOf(int number) const { return std::stoll(Rows("SELECT min(tick) FROM clock", number)); }
+};
+
+TEST_F(CopyOverFiles, TakesFromAllThatTheRangeTouches) {
+  RecordFiles();
+  const auto first = static_cast<unsigned int>(BeginOf(2) + 150);
+  const auto last = static_cast<unsigned int>(BeginOf(4));
+  ASSERT_TRUE(Copy(first, last));
+  std::string expected;
+  const std::string select =
+      "SELECT seq, tick, temperature FROM temperature WHERE event<2 AND tick BETWEEN " +
+      std::to_string(first) + " AND " + std::to_string(last) + " ORDER BY seq";
+  for (int number = 1; number <= 4; ++number) expected += Rows(select, number);
+  EXPECT_EQ(InCopy(select), expected);
+  EXPECT_EQ(
+      InCopy("SELECT count(DISTINCT tick) > 10 FROM temperature; SELECT first_file, last_file FROM copy"),
+      "1\nmetadata.000002.db|metadata.000004.db\n");
+  EXPECT_EQ(InCopy("SELECT tick, temperature FROM temperature WHERE sensor=7 LIMIT 1"),
+            std::to_string(first) + "|77\n");
+
+  EXPECT_EQ(
+      CopyAndRead(kFromBeginning, kToEnd, "SELECT count(DISTINCT seq)=max(seq) FROM record WHERE seq>0"),
+      "1\n")
+      << "each once";
+}
+
+TEST_F(CopyOverFiles, SaysWhatIsMissing) {
+  RecordFiles();
+  std::filesystem::remove(File(2));
+  EXPECT_EQ(
+      CopyAndRead(kFromBeginning, kToEnd,
+                  "SELECT first_file, last_file, missing_files FROM copy; SELECT text LIKE '%, 1 files are "
+                  "missing' FROM timeline WHERE source='copy'"),
+      "metadata.000001.db|metadata.000004.db|1\n1\n");
+  dir_.Write("metadata.000002.db", "something else");
+  EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, ""), "not copied");
+  EXPECT_EQ(Names().count("copy.db.partial"), 0U);
+}
+
+TEST_F(CopyOverFiles, LeavesEarlierRunsOut) {
+  RecordFiles();
+  Close();
+  Open();
+  Temperature(5);
+  EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, kTemperatures), "5\n");
+}
+
+TEST_F(CopyTest, HasTheTimesOfTheRecording) {
+  clock_.utcMs = 0;  // 1970
+  Open();
+  Brakes(true);
+  At(20'000);
+  Brakes(false);
+  At(30'000);
+  GpsStatusItem reading;
+  reading.quality = 1;
+  reading.valid = 1;
+  reading.utcDate = 20240501;
+  reading.utcTimeOfDayMs = 43'200'000;
+  Store().ReportGps(reading, 30'000, true);
+  At(100'000);
+  Brakes(true);
+  const std::string times =
+      "SELECT tick, utc, text FROM timeline WHERE source='brakes' AND event='event' AND tick ";
+  const RangeCase cases[] = {{15'000, 25'000, ""}, {15'000, 35'000, ""}, {90'000, kToEnd, ""}};
+  for (const RangeCase& row : cases) {
+    const std::string range = "BETWEEN " + std::to_string(row.first) + " AND " + std::to_string(row.last);
+    const std::string expected = Rows(times + range);
+    EXPECT_NE(expected.find("|2024-05-01T1"), std::string::npos) << expected;
+    EXPECT_EQ(CopyAndRead(row.first, row.last, times + range), expected);
+  }
+}
+
+TEST_F(CopyTest, HasTheLossesWithin) {
+  options_.maxPendingBytes = 4096;
+  Open();
+  Connection other(File(1));
+  At(12'000);
+  ASSERT_EQ(other.Rows("BEGIN IMMEDIATE"), "");
+  EXPECT_FALSE([&] {
+    Temperature(1);
+    return Copy();
+  }()) << "what was reported could not be in it";
+  for (short i = 0; i < 1000; ++i) Temperature(i);
+  At(20'000);
+  ASSERT_EQ(other.Rows("ROLLBACK"), "");
+  At(22'000);
+  const char* const losses = "SELECT tick, event, lost_table, from_tick, to_tick FROM loss";
+  EXPECT_EQ(CopyAndRead(11'000, 15'000, losses), "15000|2|temperature|12000|12000\n") << "recorded later";
+  EXPECT_EQ(CopyAndRead(19'000, kToEnd, losses), "22000|1|temperature|12000|12000\n");
+  EXPECT_EQ(CopyAndRead(kFromBeginning, 11'000, losses), "");
+}
+
+}  // namespace

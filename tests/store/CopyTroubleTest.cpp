@@ -1,0 +1,149 @@
+// Copies that cannot be made, and what making one does to the process and the recording.
+#include <sys/resource.h>
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+
+#include "CopyFixture.h"
+#include "system/Watchdog.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Pets {
+  int count = 0;
+  Clock::time_point last;
+  Clock::duration longestGap{};
+} pets;
+
+}  // namespace
+
+// In place of the platform's: when it was petted.
+Watchdog::Watchdog(e_Process /*process*/, e_ThreadIds /*thread*/) {}
+Watchdog::~Watchdog() = default;
+void Watchdog::PetWatchdog() {
+  ++pets.count;
+  pets.longestGap = std::max(pets.longestGap, Clock::now() - pets.last);
+  pets.last = Clock::now();
+}
+
+namespace {
+
+TEST_F(CopyTest, IsMadeOnlyWhereNothingStands) {
+  Open();
+  Temperature(1);
+  std::filesystem::create_directory(dir_.Path("directory"));
+  std::filesystem::create_symlink("nowhere", dir_.Path("link"));
+  dir_.Write("file", "content");
+  dir_.Write("logged.db-wal", "a log");
+  dir_.Write("journaled.db-journal", "a journal");
+  After(1000);
+  const auto before = Names();
+  const std::string destinations[] = {"",
+                                      "copy.db",
+                                      "./copy.db",
+                                      "/",
+                                      dir_.Path("directory"),
+                                      dir_.Path("new/"),
+                                      dir_.Path("nowhere/copy.db"),
+                                      dir_.Path("file/copy.db"),
+                                      dir_.Path("file"),
+                                      dir_.Path("link"),
+                                      dir_.Path("logged.db"),
+                                      dir_.Path("journaled.db"),
+                                      dir_.Path(std::string(250, 'n')),
+                                      dir_.Path("metadata.000001.db"),
+                                      dir_.Path("metadata.000002.db"),
+                                      dir_.Path("directory/../metadata.000002.db-wal"),
+                                      "/proc/copy.db"};
+  for (const std::string& destination : destinations) {
+    EXPECT_FALSE(
+        MetadataReader().ReadToNewFile(dir_.Path("metadata"), destination, kFromBeginning, kToEnd, nullptr))
+        << destination;
+    EXPECT_EQ(Names(), before) << destination;
+  }
+  EXPECT_FALSE(std::filesystem::exists("copy.db"));
+  EXPECT_EQ(dir_.Read("file"), "content");
+
+  dir_.Write("copy.db.partial", "left by a power cut");
+  EXPECT_TRUE(Copy());
+  EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "directory/metadata.000002.db")) << "another directory's";
+  EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "a copy of 100%, isn't it?.db"));
+  EXPECT_EQ(InCopy("SELECT temperature FROM temperature"), "1\n");
+}
+
+// While it lives, files of this process cannot grow beyond these bytes: as on a full medium.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t bytes) {
+    (void)std::signal(SIGXFSZ, SIG_IGN);
+    (void)getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    (void)setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileLimit() { (void)setrlimit(RLIMIT_FSIZE, &before_); }
+  FileLimit(const FileLimit&) = delete;
+  FileLimit& operator=(const FileLimit&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {
+  Open();
+  Fill(20'000);
+  Temperature(1);
+  After(1000);
+  const auto before = Names();
+  const LogLines log;
+  for (rlim_t bytes = 0; bytes < 400'000; bytes += 40'000) {
+    const FileLimit limit(bytes);
+    EXPECT_FALSE(Copy()) << bytes;
+    EXPECT_EQ(Names(), before) << bytes;
+  }
+  EXPECT_TRUE(Copy());
+  EXPECT_EQ(InCopy("SELECT count(*) FROM temperature"), "20001\n");
+}
+
+TEST_F(CopyTest, DoesNotDisturbTheRecording) {
+  Open();
+  Temperature(1);
+  After(500);
+  const auto bytesOf = [](const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  Temperature(2);
+  ASSERT_TRUE(Copy());
+  const std::string log = bytesOf(File(1) + "-wal");
+  const std::string file = bytesOf(File(1));
+  ASSERT_TRUE(Copy(11'000, kToEnd, "second.db") || Copy(kFromBeginning, kToEnd, "second.db"));
+  EXPECT_EQ(bytesOf(File(1) + "-wal"), log) << "nothing was folded in";
+  EXPECT_EQ(bytesOf(File(1)), file);
+  Temperature(3);
+  After(500);
+  EXPECT_EQ(Temperatures(), "1\n2\n3\n");
+  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
+}
+
+TEST_F(CopyTest, KeepsTheWatchdogQuietAndTheMemoryFlat) {
+  Open();
+  Temperature(1);
+  After(1000);
+  std::int64_t used[2];
+  for (int turn = 0; turn < 2; ++turn) {
+    if (turn == 1) Fill(400'000);
+    Watchdog watchdog(e_Process_MetadataMgr, e_ThreadIds{});
+    pets = {0, Clock::now(), {}};
+    (void)sqlite3_memory_highwater(1);
+    ASSERT_TRUE(Copy(kFromBeginning, kToEnd, turn == 0 ? "short.db" : "long.db", &watchdog));
+    used[turn] = sqlite3_memory_highwater(0);
+  }
+  EXPECT_GT(pets.count, 100);
+  EXPECT_LT(pets.longestGap, std::chrono::seconds(1));
+  EXPECT_LT(used[1] - used[0], 3'000'000) << "the caches of the two files";
+}
+
+}  // namespace
