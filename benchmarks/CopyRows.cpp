@@ -1,7 +1,7 @@
 // What a copy of a long recording costs, beside bare INSERT ... SELECT statements that move the same rows
 // between the same files, and how much memory it takes.
 //
-//   CopyRows [ROWS]     default 2,000,000
+//   CopyRows [ROWS]     default 10,000,000
 //
 // Elapsed times, in turns, on the medium of the current directory, each with a sync at its end. The floor
 // runs in a process of its own, so that the peak of this one's memory ("VmHWM") is that of recording and
@@ -154,7 +154,7 @@ int main(int argc, char** argv) {
   if (argc > 2 && std::string(argv[1]) == "--floor") {
     return CopyBare(fs::absolute(argv[2]), {argv + 3, argv + argc});
   }
-  const long rows = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 2'000'000;
+  const long rows = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 10'000'000;
   std::string directory = "copy-rows-XXXXXX";
   if (rows <= 0 || mkdtemp(directory.data()) == nullptr) {
     std::fprintf(stderr, "usage: CopyRows [ROWS]\n");
