@@ -104,6 +104,12 @@ void Record(DataStoreNormal& store, TurnedClock& clock, long rows) {
   store.WriteFullState(true);
 }
 
+void Copy(const std::string& recordings, const std::string& destination, unsigned int first) {
+  if (!MetadataReader().ReadToNewFile(recordings + "/metadata", destination, first, 0xFFFFFFFFU, nullptr)) {
+    Fail("copy");
+  }
+}
+
 long PeakKilobytes() {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;) {
@@ -145,6 +151,10 @@ void Measure(const std::string& directory, long rows) {
               static_cast<std::uintmax_t>(fs::file_size(copy)));
   std::printf("floor %.2f s, ours %.2f s: %.2f times its floor\n", Median(floor), Median(ours),
               Median(ours) / Median(floor));
+  fs::remove(copy);
+  const double end = SecondsOf([&] { Copy(recordings, copy, clock.tick - 1000); });
+  std::printf("the last second of ticks alone: %.2f s, %ju bytes\n", end,
+              static_cast<std::uintmax_t>(fs::file_size(copy)));
   std::printf("peak of resident memory: %ld kB\n", PeakKilobytes());
 }
 

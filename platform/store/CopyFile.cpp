@@ -12,7 +12,7 @@ namespace store {
 namespace {
 
 constexpr mode_t kMode = 0640;
-constexpr off_t kWriteBackBytes = off_t{4} << 20;
+constexpr off_t kWriteBackBytes = off_t{1} << 20;
 
 // Also when it cannot be told.
 bool IsThere(const std::string& path) {

@@ -25,7 +25,7 @@ class CopyFile {
   const std::string& PartialPath() const { return partial_; }
 
   // Lets the medium write what has come since the last call, and waits for what came before that, so
-  // that the end has not much to wait for. To be called often; does nothing for less than 4 MB.
+  // that the end has not much to wait for. To be called often; does nothing for less than 1 MB.
   void WriteBack();
 
   // Durable under its name when this is true; nothing that has come there meanwhile is replaced.

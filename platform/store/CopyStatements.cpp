@@ -34,6 +34,11 @@ std::string RestateFirstAnchor(const std::string& condition) {
 
 }  // namespace
 
+std::string CountDifferences() {
+  const std::string select = "SELECT type, name, sql FROM ";
+  return "SELECT count(*) FROM (" + select + "main.sqlite_master EXCEPT " + select + "source.sqlite_master)";
+}
+
 std::string CopyAll(TableId table) {
   return InsertFrom(table, "*");
 }

@@ -9,6 +9,9 @@ namespace store {
 // Statements that copy records from the attached database "source" into "main". Restated records keep
 // their sequence numbers; ?1 is the tick at which they are restated.
 
+// How many tables and views of "main" are not the same in "source".
+std::string CountDifferences();
+
 // All of a table; or those from tick ?1 to ?2.
 std::string CopyAll(TableId table);
 std::string CopyBetween(TableId table);

@@ -90,12 +90,20 @@ int CopyWriter::CopyRun() {
 }
 
 int CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
-  int rc = database_.Execute("ATTACH '" + UriOf(file.path) + "' AS source");
-  if (rc == SQLITE_OK) rc = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
+  int rc = Attach(file);
   if (rc == SQLITE_OK && isFirst && file.firstTick < range_.from) rc = RestateBegin();
   if (rc == SQLITE_OK && file.firstTick <= range_.to) rc = CopyRecords(file);
   if (rc == SQLITE_OK && file.lastTick > range_.to) rc = RestateLater();
   return rc == SQLITE_OK ? database_.Execute("COMMIT; DETACH source") : rc;
+}
+
+// A table that is something else, say an endless view, is not read.
+int CopyWriter::Attach(const RunFile& file) {
+  int rc = database_.Execute("ATTACH '" + UriOf(file.path) + "' AS source");
+  if (rc == SQLITE_OK) rc = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
+  std::int64_t differences = 0;
+  if (rc == SQLITE_OK) rc = database_.Query(CountDifferences(), differences);
+  return rc == SQLITE_OK && differences != 0 ? SQLITE_NOTADB : rc;
 }
 
 int CopyWriter::CopyRecords(const RunFile& file) {

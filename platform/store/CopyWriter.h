@@ -25,6 +25,7 @@ class CopyWriter {
 
  private:
   int CopyFrom(const RunFile& file, bool isFirst);
+  int Attach(const RunFile& file);
   int CopyRecords(const RunFile& file);
   int RestateBegin();
   int RestateSources(TableId table);

@@ -15,6 +15,19 @@ namespace {
 
 constexpr LogSource log{"MetadataReader"};
 
+struct Asked {
+  std::string source;
+  unsigned int first;
+  unsigned int last;
+};
+
+int WriteCopy(CopyWriter& writer, const std::string& path, const Asked& asked) {
+  int rc = writer.Begin(path);
+  if (rc == SQLITE_OK) rc = writer.AddOrigin(asked.source, asked.first, asked.last);
+  if (rc == SQLITE_OK) rc = writer.CopyRun();
+  return rc == SQLITE_OK ? writer.End() : rc;
+}
+
 }  // namespace
 
 bool MetadataReader::ReadToNewFile(const std::string& source, const std::string& destination,
@@ -30,18 +43,16 @@ bool MetadataReader::ReadToNewFile(const std::string& source, const std::string&
 
   store::CurrentRun current;
   RunFiles run;
-  if (!recording->Settle(current) || !run.Look(names, current)) return false;
+  if (!recording->Settle(current) || !run.Look(names, current, pet)) return false;
   const TickRange range = store::RangeOf(first, last, run.files.front().firstTick, current.now);
   if (range.Empty()) return false;
   CopyWriter writer(run, range, [&] {
     pet();
     file.WriteBack();
   });
-  int rc = writer.Begin(file.PartialPath());
-  if (rc == SQLITE_OK) rc = writer.AddOrigin(source, first, last);
-  if (rc == SQLITE_OK) rc = writer.CopyRun();
-  if (rc == SQLITE_OK) rc = writer.End();
+  const int rc = WriteCopy(writer, file.PartialPath(), {source, first, last});
   const char* trouble = rc != SQLITE_OK ? sqlite3_errstr(rc) : nullptr;
+  pet();
   if (trouble == nullptr && !file.Publish()) trouble = "it cannot be put in its place";
   pet();
   if (trouble != nullptr) log(kLogError, "Copy to ", destination, " failed: ", trouble);

@@ -11,12 +11,13 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-// A file of another kind, or of another schema, is none of the run's.
+// What is no recording of this schema has come in the place of one.
 int ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& firstTick) {
   Database database;
   std::int64_t id = 0;
   std::int64_t version = 0;
   int rc = database.OpenToRead(path);
+  if (rc == SQLITE_OK) database.LimitWork();
   if (rc == SQLITE_OK) rc = database.Query("PRAGMA application_id", id);
   if (rc == SQLITE_OK) rc = database.Query("PRAGMA user_version", version);
   if (rc == SQLITE_OK && (id != kApplicationId || version != kSchemaVersion)) rc = SQLITE_NOTADB;
@@ -29,8 +30,9 @@ int ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& 
 
 }  // namespace
 
-bool RunFiles::Look(const FileNames& names, const CurrentRun& run) {
+bool RunFiles::Look(const FileNames& names, const CurrentRun& run, const std::function<void()>& pace) {
   for (std::uint32_t number = run.firstFile; number <= run.lastFile; ++number) {
+    pace();
     RunFile file;
     file.path = names.PathOf(number);
     file.lastTick = run.now;

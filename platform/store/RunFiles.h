@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,8 @@ struct RunFiles {
   std::vector<RunFile> files;
   std::uint32_t missing = 0;  // files that the run had, and that are gone
 
-  // False, and logged, when one of them cannot be read.
-  bool Look(const FileNames& names, const CurrentRun& run);
+  // False, and logged, when one of them cannot be read. `pace` is called for each.
+  bool Look(const FileNames& names, const CurrentRun& run, const std::function<void()>& pace);
 };
 
 }  // namespace store

@@ -2,6 +2,7 @@
 // sent, once, in order, with its tick and values, and nothing else.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -11,6 +12,7 @@
 
 #include "BenchRun.h"
 #include "SentRows.h"
+#include "ipc/LinxIpc.h"
 #include "support/Eventually.h"
 
 namespace {
@@ -42,16 +44,8 @@ std::vector<Compared> Compare(const BenchRun& bench) {
   return CompareSentWithRecorded(bench.Path("sent"), files.at(0));
 }
 
-class Rows : public testing::TestWithParam<const char*> {};
-
 // Ended only when everything has arrived: an end overtakes what others still say.
-TEST_P(Rows, HoldEveryEventOnceInOrder) {
-  BenchRun bench;
-  bench.Drive(DriveWithoutItsEnd());
-  std::vector<std::string> options{"--speed", GetParam()};
-  if (const char* program = std::getenv("METADATAMGR")) options.insert(options.end(), {"--program", program});
-  bench.Start(options);
-  const pid_t id = bench.Id();
+void EndWhenAllIsRecorded(BenchRun& bench) {
   ASSERT_TRUE(Eventually([&] { return Count(bench.Output(), "bookmark notice received") == 2; },
                          std::chrono::seconds(60)))
       << bench.Output();
@@ -66,10 +60,82 @@ TEST_P(Rows, HoldEveryEventOnceInOrder) {
   for (const Compared& compared : Compare(bench))
     EXPECT_EQ(compared.sent, compared.recorded) << compared.what;
   EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
+}
+
+class Rows : public testing::TestWithParam<const char*> {};
+
+TEST_P(Rows, HoldEveryEventOnceInOrder) {
+  BenchRun bench;
+  bench.Drive(DriveWithoutItsEnd());
+  std::vector<std::string> options{"--speed", GetParam()};
+  if (const char* program = std::getenv("METADATAMGR")) options.insert(options.end(), {"--program", program});
+  bench.Start(options);
+  const pid_t id = bench.Id();
+  EndWhenAllIsRecorded(bench);
   EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
   EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
   EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("GpsStatusEventHandler"));
   EXPECT_FALSE(std::filesystem::exists("/dev/shm/metadata-bench-" + std::to_string(id)));
+}
+
+// Adds to a recording what makes a copy of it long: first values, which no event is compared with.
+void Lengthen(const std::string& recording) {
+  sqlite3* file = nullptr;
+  EXPECT_EQ(sqlite3_open(recording.c_str(), &file), SQLITE_OK);
+  (void)sqlite3_busy_timeout(file, 20'000);
+  EXPECT_EQ(sqlite3_exec(file,
+                         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<1500000) "
+                         "INSERT INTO temperature SELECT -i, 1, NULL, 0, 0, i%100 FROM n",
+                         nullptr, nullptr, nullptr),
+            SQLITE_OK)
+      << sqlite3_errmsg(file);
+  sqlite3_close(file);
+}
+
+// The byte that is answered: 1 for a copy.
+int AskForCopy(const BenchRun& bench) {
+  setenv("LINX_IPC_DIR", bench.Path("ipc").c_str(), 1);
+  LinxIpc ipc("Test");
+  EXPECT_EQ(ipc.Init(), 0);
+  std::string request = bench.Path("copy.db");
+  request.resize(1028, '\0');
+  request.append(4, '\xff');
+  IpcMessage message;
+  (void)message.Allocate(13490, static_cast<unsigned int>(request.size()), request.data());
+  EXPECT_EQ(ipc.Notify("MetadataMgr", message, true), 0);
+  IpcMessage answer;
+  EXPECT_EQ(ipc.Receive(60'000, 13491, "MetadataMgr", &answer), 0);
+  unsetenv("LINX_IPC_DIR");
+  return answer.Size() == 1 ? *answer.DataPtr() : -1;
+}
+
+std::size_t SentLines(const BenchRun& bench) {
+  std::size_t lines = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(bench.Path("sent"))) {
+    std::ostringstream text;
+    text << std::ifstream(entry.path()).rdbuf();
+    lines += Count(text.str(), "\n");
+  }
+  return lines;
+}
+
+// Events follow each other by hundredths of a second; the copy takes most of one.
+TEST(RowsBesideACopy, HoldEveryEventOnceInOrder) {
+  BenchRun bench;
+  bench.Drive(DriveWithoutItsEnd());
+  bench.Start({"--speed", "2"});
+  ASSERT_TRUE(bench.Said("record start: sent")) << bench.Output();
+  Lengthen(bench.Path("mnt/metadata/metadata.000001.db"));
+  ASSERT_TRUE(bench.Said("direct record start evening-2")) << bench.Output();
+  const std::size_t sentBefore = SentLines(bench);
+  ASSERT_EQ(AskForCopy(bench), 1);
+  EXPECT_GT(SentLines(bench), sentBefore + 3) << "while the copy was made";
+  for (const Compared& compared : CompareSentWithRecorded(bench.Path("sent"), bench.Path("copy.db"))) {
+    EXPECT_LE(compared.recorded.size(), compared.sent.size());
+    EXPECT_TRUE(std::equal(compared.recorded.begin(), compared.recorded.end(), compared.sent.begin()))
+        << compared.what;
+  }
+  EndWhenAllIsRecorded(bench);
 }
 
 INSTANTIATE_TEST_SUITE_P(AtSpeed, Rows, testing::Values("10", "1"),

@@ -185,6 +185,15 @@ TEST_F(CopyOverFiles, SaysWhatIsMissing) {
       "metadata.000001.db|metadata.000004.db|1\n1\n");
   dir_.Write("metadata.000002.db", "something else");
   EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, ""), "not copied");
+  std::filesystem::copy_file(File(3), File(2), std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(
+      Rows("DROP TABLE copy; CREATE VIEW copy AS WITH RECURSIVE n(seq) AS (SELECT 1 UNION ALL SELECT seq "
+           "FROM n) SELECT seq, 1 AS tick FROM n",
+           2),
+      "");
+  EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, ""), "not copied") << "a table without an end";
+  EXPECT_EQ(Rows("DROP VIEW copy; CREATE TABLE copy(seq INTEGER, tick INTEGER)", 2), "");
+  EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd, ""), "not copied") << "other columns";
   EXPECT_EQ(Names().count("copy.db.partial"), 0U);
 }
 
