@@ -85,6 +85,7 @@ void RunFloor(const std::string& destination, const std::string& directory) {
   std::vector<std::string> words = {"CopyRows", "--floor", destination};
   for (const std::string& path : RecordingsIn(directory)) words.push_back(path);
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   pid_t child = 0;

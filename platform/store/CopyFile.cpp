@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <iterator>
 #include <string_view>
 
 namespace store {
@@ -22,10 +24,9 @@ bool IsThere(const std::string& path) {
 
 // A log that belongs to something else would be taken for the file's own.
 bool IsFree(const std::string& path) {
-  for (const char* suffix : {"", "-wal", "-journal"}) {
-    if (IsThere(path + suffix)) return false;
-  }
-  return true;
+  constexpr const char* kSuffixes[] = {"", "-wal", "-journal"};
+  return std::none_of(std::begin(kSuffixes), std::end(kSuffixes),
+                      [&path](const char* suffix) { return IsThere(path + suffix); });
 }
 
 }  // namespace

@@ -22,7 +22,9 @@ struct Pets {
 
 // In place of the platform's: when it was petted.
 Watchdog::Watchdog(e_Process /*process*/, e_ThreadIds /*thread*/) {}
-Watchdog::~Watchdog() = default;
+Watchdog::~Watchdog() {
+  fd_ = -1;
+}
 void Watchdog::PetWatchdog() {
   ++pets.count;
   pets.longestGap = std::max(pets.longestGap, Clock::now() - pets.last);
