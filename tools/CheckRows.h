@@ -30,6 +30,7 @@ class CheckRows {
   std::int64_t seqBefore_ = 0;
   std::int64_t tickBefore_ = 0;
   bool ended_ = false;
+  bool isCopy_ = false;  // of a stretch: what is before and behind it is missing
   std::int64_t missing_ = 0;
   std::int64_t lost_ = 0;
   std::string firstMissing_;  // and the file in which that shows

@@ -12,6 +12,7 @@ constexpr Command kCommands[] = {
     {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
+    {"ask", "Asks the running MetadataMgr", DeclareAsk},
 };
 
 }  // namespace

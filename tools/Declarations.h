@@ -7,3 +7,4 @@ Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
 Action DeclareState(CLI::App& app);
 Action DeclareCheck(CLI::App& app);
+Action DeclareAsk(CLI::App& app);

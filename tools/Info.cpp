@@ -12,6 +12,7 @@ namespace {
 
 const char* HowItEnded(const Run& run, const RunSummary& summary) {
   if (summary.cleanEnd) return "clean end";
+  if (summary.isCopy) return "a copy of a stretch";
   if (run.live) return "being recorded";
   return "cut off";
 }

@@ -18,7 +18,7 @@ class RecordReader {
   struct Wanted {
     const Selection* selection = nullptr;  // null: everything; else must outlive the reader
     bool text = false;                     // Row::text
-    std::int64_t afterSeq = 0;             // only later ones
+    std::int64_t afterSeq = -1;            // only later ones
   };
 
   RecordReader(std::string path, Wanted wanted, Messages& messages);
@@ -52,6 +52,6 @@ class RecordReader {
   std::vector<TableCursor*> heap_;  // the one with the lowest sequence number first
   bool advanceFirst_ = false;
   bool paused_ = false;
-  std::int64_t lastSeq_ = 0;     // of the row read last
+  std::int64_t lastSeq_ = -1;    // of the row read last
   std::int64_t highestSeq_ = 0;  // of the file; looked for when there is damage
 };

@@ -84,6 +84,7 @@ RunSummary Summarize(const Run& run, Messages& messages) {
     summary.lastTick = row.tick;
     summary.lastUtcMs = row.utcMs;
     summary.cleanEnd = row.table == "run_end";
+    summary.isCopy = summary.isCopy || row.table == "copy";
     if (row.table == "loss") TakeLoss(row, summary);
     TakeFact(row, summary);
     if (row.event != EventKind::kRestated) TakeSource(row, summary);

@@ -28,6 +28,7 @@ struct RunSummary {
   std::int64_t firstUtcMs = kNoUtc;
   std::int64_t lastUtcMs = kNoUtc;
   bool cleanEnd = false;
+  bool isCopy = false;        // a stretch of a run, made on request
   std::vector<Source> order;  // in which the sources came
   std::map<Source, SourceSummary> sources;
   std::vector<std::pair<std::string, std::string>> facts;  // of device, vehicle, software: name, last value

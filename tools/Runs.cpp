@@ -56,8 +56,9 @@ void SaySchema(const Recording& file, Messages& messages) {
 
 // What tells how files belong together.
 struct Span {
+  static constexpr std::int64_t kNone = -1;
   bool live = false;
-  std::int64_t firstSeq = 0;
+  std::int64_t firstSeq = kNone;
   std::int64_t lastSeq = 0;
   std::int64_t lastTick = 0;
   std::int64_t firstTick = 0;
@@ -80,7 +81,7 @@ bool LookAt(const std::string& path, Span& span, Messages& messages) {
         first.Step() != SQLITE_ROW) {
       continue;
     }
-    if (span.firstSeq != 0 && first.Integer(0) >= span.firstSeq) continue;
+    if (span.firstSeq != Span::kNone && first.Integer(0) >= span.firstSeq) continue;
     span.firstSeq = first.Integer(0);
     span.firstTick = first.Integer(1);
   }
@@ -117,7 +118,7 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
   for (const std::string& path : files) {
     Span span;
     if (!LookAt(path, span, messages)) continue;
-    if (span.firstSeq == 0) {
+    if (span.firstSeq == Span::kNone) {
       messages.Note(path + ": nothing was recorded in it");
       continue;
     }
@@ -151,7 +152,7 @@ bool RunReader::NextFile() {
   }
   if (run_ == runs_.size()) return false;
   reader_ = std::make_unique<RecordReader>(runs_[run_].files[file_++],
-                                           RecordReader::Wanted{selection_, text_, 0}, messages_);
+                                           RecordReader::Wanted{selection_, text_, -1}, messages_);
   if (!reader_->Open()) reader_.reset();
   return true;
 }

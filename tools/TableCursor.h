@@ -42,7 +42,7 @@ class TableCursor {
   const Selection* selection_;
   bool withText_;
   Statement rows_;
-  std::int64_t seq_ = 0;
+  std::int64_t seq_ = -1;
   std::vector<std::string> names_;
   std::vector<Field> fields_;
   std::unordered_map<std::int64_t, Source> sources_;
