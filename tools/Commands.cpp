@@ -13,6 +13,8 @@ constexpr Command kCommands[] = {
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
     {"ask", "Asks the running MetadataMgr", DeclareAsk},
+    {"follow", "Prints records as they arrive", DeclareFollow},
+    {"live", "Shows the shared record of current values", DeclareLive},
 };
 
 }  // namespace
@@ -26,12 +28,15 @@ std::string RecordingsOfThisMachine() {
   return std::string(root == nullptr || *root == '\0' ? "/mnt/hd" : root) + "/metadata";
 }
 
+std::vector<std::string> Recordings::Paths() const {
+  return given.empty() ? std::vector{RecordingsOfThisMachine()} : given;
+}
+
 std::vector<Run> Recordings::Find(Messages& messages) const {
-  return FindRuns(FindFiles(paths.empty() ? std::vector{RecordingsOfThisMachine()} : paths, messages),
-                  messages);
+  return FindRuns(FindFiles(Paths(), messages), messages);
 }
 
 void AddRecordings(CLI::App& app, Recordings& recordings) {
-  app.add_option("RECORDING", recordings.paths,
+  app.add_option("RECORDING", recordings.given,
                  "files, or directories with recordings [" + RecordingsOfThisMachine() + "]");
 }

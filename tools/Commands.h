@@ -30,8 +30,9 @@ std::span<const Command> Commands();
 
 // The recordings that a command is to read. Default: the directory in which this machine's are.
 struct Recordings {
-  std::vector<std::string> paths;
+  std::vector<std::string> given;
 
+  std::vector<std::string> Paths() const;
   // The files, joined to runs. What is not as it should be is said.
   std::vector<Run> Find(Messages& messages) const;
 };

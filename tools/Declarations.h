@@ -8,3 +8,5 @@ Action DeclareDump(CLI::App& app);
 Action DeclareState(CLI::App& app);
 Action DeclareCheck(CLI::App& app);
 Action DeclareAsk(CLI::App& app);
+Action DeclareFollow(CLI::App& app);
+Action DeclareLive(CLI::App& app);

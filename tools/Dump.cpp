@@ -10,7 +10,8 @@ namespace {
 struct DumpOptions {
   Recordings recordings;
   RangeOptions range;
-  std::string format = "text";
+  SourceOption source;
+  FormatOption format;
 };
 
 int Dump(const DumpOptions& options) {
@@ -18,8 +19,8 @@ int Dump(const DumpOptions& options) {
   const std::vector<Run> runs = options.recordings.Find(messages);
   Range range;
   if (!options.range.Find(runs, range, messages)) return kFinding;
-  const auto format = MakeRowFormat(options.format, options.range.Selected());
-  RunReader reader(runs, options.range.Selected(), format->WantsText(), messages);
+  const auto format = MakeRowFormat(options.format.Name(), options.source.Selected());
+  RunReader reader(runs, options.source.Selected(), format->WantsText(), messages);
   reader.ShowProgress(false);
   Output out;
   out.BeforeWriting([&reader] { reader.Pause(); });
@@ -39,8 +40,8 @@ Action DeclareDump(CLI::App& app) {
   auto options = std::make_shared<DumpOptions>();
   AddRecordings(app, options->recordings);
   options->range.Declare(app);
-  app.add_option("--format", options->format, "text, csv or jsonl")
-      ->check(CLI::IsMember({"text", "csv", "jsonl"}))
-      ->capture_default_str();
+  options->source.Declare(app);
+  options->format.Declare(app);
+  app.footer("T is " + InstantHelp() + ".\nSOURCES: " + SelectionHelp() + ".");
   return [options] { return Dump(*options); };
 }

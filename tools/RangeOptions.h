@@ -7,19 +7,39 @@
 #include "Instant.h"
 #include "Selection.h"
 
-// --from, --to and --source.
-class RangeOptions {
+// Options that several commands have.
+
+// --source
+class SourceOption {
  public:
   void Declare(CLI::App& app);
   // Null for everything.
   const Selection* Selected() const { return selection_ ? &*selection_ : nullptr; }
+
+ private:
+  std::optional<Selection> selection_;
+};
+
+// --from and --to
+class RangeOptions {
+ public:
+  void Declare(CLI::App& app);
   // False, after a problem was said, when there is no such event.
   bool Find(const std::vector<Run>& runs, Range& range, Messages& messages) const;
 
  private:
   std::optional<Instant> from_;
   std::optional<Instant> to_;
-  std::optional<Selection> selection_;
+};
+
+// --format of rows
+class FormatOption {
+ public:
+  void Declare(CLI::App& app);
+  const std::string& Name() const { return name_; }
+
+ private:
+  std::string name_ = "text";
 };
 
 // An option that takes an instant.

@@ -132,6 +132,7 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
     }
     runs.back().files.push_back(path);
     runs.back().live = span.live;
+    runs.back().lastSeq = span.lastSeq;
     runs.back().records += span.lastSeq - span.firstSeq + 1;
     before = span;
     baseBefore = base;

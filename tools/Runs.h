@@ -15,6 +15,7 @@ struct Run {
   bool beginIsMissing = false;  // the first file follows another one
   bool live = false;            // its last file is being written
   std::int64_t records = 0;     // about how many
+  std::int64_t lastSeq = 0;     // of the last one
 };
 
 // The files that the paths name: a directory stands for every recording in it ("<name>.NNNNNN.db").

@@ -10,20 +10,14 @@
 #include <cstring>
 #include <string>
 
+#include "RecordName.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
-#include "system/KvGetenv.h"
 
 namespace {
 
 constexpr LogSource log{"MetadataSharedMem"};
 constexpr mode_t kMode = 0640;
-
-std::string RecordName() {
-  const char* name = KvGetenv("METADATA_SHM");
-  if (!name) return "/metadata";
-  return name[0] == '/' ? name : std::string("/") + name;
-}
 
 // The descriptor of the record, or -1.
 int OpenRecord(const std::string& name) {
@@ -61,7 +55,7 @@ unsigned char* Map(int fd) {
 }
 
 unsigned char* Attach() {
-  const std::string name = RecordName();
+  const std::string name = SharedRecordName();
   const int fd = OpenRecord(name);
   unsigned char* items = fd >= 0 && Reserve(fd) ? Map(fd) : nullptr;
   if (!items) log(kLogError, "cannot attach ", name, ": ", std::strerror(errno));

@@ -1,0 +1,49 @@
+#include "sharedmem/MetadataSharedMemReader.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+
+#include "RecordName.h"
+
+MetadataSharedMemReader::~MetadataSharedMemReader() {
+  if (items_ != nullptr) munmap(const_cast<unsigned char*>(items_), MetadataSharedMem::kSize);
+}
+
+int MetadataSharedMemReader::Attach() {
+  if (items_ != nullptr) return 0;
+  const int fd = shm_open(SharedRecordName().c_str(), O_RDONLY, 0);
+  if (fd < 0) return errno;
+  struct stat status {};
+  const bool whole =
+      fstat(fd, &status) == 0 && status.st_size >= static_cast<off_t>(MetadataSharedMem::kSize);
+  void* address = whole ? mmap(nullptr, MetadataSharedMem::kSize, PROT_READ, MAP_SHARED, fd, 0) : MAP_FAILED;
+  const int error = whole ? errno : EINVAL;
+  (void)close(fd);
+  if (address == MAP_FAILED) return error;
+  items_ = static_cast<const unsigned char*>(address);
+  return 0;
+}
+
+bool MetadataSharedMemReader::Read(Fields& fields) const {
+  constexpr int kTries = 1000;
+  if (items_ == nullptr) return false;
+  const auto* counter = reinterpret_cast<const std::uint32_t*>(items_ + fields.size());
+  for (int i = 0; i < kTries; ++i) {
+    const std::uint32_t before = __atomic_load_n(counter, __ATOMIC_ACQUIRE);
+    std::memcpy(fields.data(), items_, fields.size());
+    __atomic_thread_fence(__ATOMIC_ACQUIRE);
+    const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
+    unsigned char bytes[sizeof before];
+    std::memcpy(bytes, &before, sizeof before);
+    if (before == after && (bytes[sizeof before - 1] & 1) == 0) return true;
+    (void)sched_yield();
+  }
+  return false;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "system/KvGetenv.h"
+
+// The name of the shared record in force.
+inline std::string SharedRecordName() {
+  const char* name = KvGetenv("METADATA_SHM");
+  if (!name) return "/metadata";
+  return name[0] == '/' ? name : std::string("/") + name;
+}
