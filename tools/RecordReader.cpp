@@ -37,8 +37,8 @@ bool RecordReader::Stands(TableCursor& cursor, int rc) {
     if (highestSeq_ == 0) highestSeq_ = recording_->Sql().Integer("SELECT last_seq FROM progress", kMaxGuess);
     rc = cursor.SkipDamage(highestSeq_);
     const bool goesOn = rc == SQLITE_ROW;
-    messages_.Problem(path_ + ": table " + cursor.Table().name + " cannot be read after record " +
-                      std::to_string(before) +
+    messages_.Problem(path_ + ": table " + cursor.Table().name + " cannot be read" +
+                      (before < 0 ? "" : " after record " + std::to_string(before)) +
                       (goesOn ? " up to record " + std::to_string(cursor.Seq() - 1) : "") + ": " + why);
     if (!goesOn) return false;
   }

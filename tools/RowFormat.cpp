@@ -38,11 +38,6 @@ class TextFormat : public RowFormat {
       AppendNumber(field.number, out);
     }
   }
-  // What a terminal would obey is none of its business.
-  static void AppendPrintable(std::string_view text, std::string& out) {
-    for (const char c : text) out += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
-  }
-
   UtcWriter utc_;
 };
 
@@ -204,6 +199,10 @@ const char* EventName(EventKind event) {
       return "restated";
   }
   return "unknown";
+}
+
+void AppendPrintable(std::string_view text, std::string& out) {
+  for (const char c : text) out += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
 }
 
 void AppendNumber(std::int64_t number, std::string& out) {

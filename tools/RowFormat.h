@@ -23,6 +23,9 @@ std::unique_ptr<RowFormat> MakeRowFormat(const std::string& name, const Selectio
 
 const char* EventName(EventKind event);
 
+// A text without what a terminal would obey.
+void AppendPrintable(std::string_view text, std::string& out);
+
 // A number; a text in JSON quotes, what is no UTF-8 replaced.
 void AppendNumber(std::int64_t number, std::string& out);
 void AppendJson(std::string_view text, std::string& out);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "RowFormat.h"
+
 namespace {
 
 constexpr std::array<std::string_view, 4> kPeriodic{"gps", "speed", "radar", "temperature"};
@@ -20,7 +22,11 @@ std::string ValuesOf(const Row& row, std::size_t first) {
   std::string text;
   for (const Field& field : row.fields.subspan(std::min(first, row.fields.size()))) {
     if (!text.empty()) text += ", ";
-    text += field.isText ? std::string(field.text) : std::to_string(field.number);
+    if (field.isText) {
+      AppendPrintable(field.text, text);
+    } else {
+      AppendNumber(field.number, text);
+    }
   }
   return text;
 }

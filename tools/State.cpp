@@ -6,6 +6,7 @@
 #include "Output.h"
 #include "Print.h"
 #include "RangeOptions.h"
+#include "RowFormat.h"
 #include "Utc.h"
 
 namespace {
@@ -42,13 +43,14 @@ class Snapshot {
       return ageMs > -kDisorderMs && at_.by != Position::By::kSeq;
     }
     if (row.table == "configuration") return true;
-    if (row.utcMs != kNoUtc) utcMs_ = row.utcMs + ageMs;
+    if (UtcOfInstant(row)) utcMs_ = row.utcMs + ageMs;
     Key key(row.table, row.source);
     if (row.table == "version") key.first += std::to_string(row.Number("component"));
     const auto [place, isNew] = values_.try_emplace(key);
     if (isNew) order_.push_back(key);
     if (row.event == EventKind::kRestated && !isNew) return true;
-    place->second = {std::string(row.text), ageMs, row.event == EventKind::kRestated};
+    place->second = {{}, ageMs, row.event == EventKind::kRestated};
+    AppendPrintable(row.text, place->second.text);
     return true;
   }
 
@@ -67,6 +69,20 @@ class Snapshot {
   }
 
  private:
+  // Whether the row can tell it. The senders' times differ from those by which rows are counted.
+  bool UtcOfInstant(const Row& row) const {
+    if (row.utcMs == kNoUtc) return false;
+    switch (at_.by) {
+      case Position::By::kTick:
+        return !row.utcBySender;
+      case Position::By::kUtc:
+        return true;
+      case Position::By::kSeq:
+        return at_.Compare(row) == 0;
+    }
+    return false;
+  }
+
   // Records stand in the order of their arrival; the senders' times differ from it by up to this.
   static constexpr std::int64_t kDisorderMs = 60'000;
   using Key = std::pair<std::string, std::string>;  // table, source

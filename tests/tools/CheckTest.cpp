@@ -105,15 +105,13 @@ TEST_F(CheckRuns, DamageIsSaidAndTheRestIsRead) {
   dir_.Write(name, bytes.replace(page * 1024, 1024, 1024, '\xFF'));
   const Ran ran = Check();
   EXPECT_EQ(ran.status, 1);
-  EXPECT_THAT(
-      ran.out,
-      AllOf(HasSubstr("000001.db: damaged: "),
-            HasSubstr("table speed cannot be read after record 0: database disk image is malformed\n"),
-            HasSubstr(": 1 record is missing: 5; losses of 0 are recorded\n"),
-            HasSubstr("findings; what can be read: 2 runs, 2 files, 25 records\n")));
+  EXPECT_THAT(ran.out, AllOf(HasSubstr("000001.db: damaged: "),
+                             HasSubstr("table speed cannot be read: database disk image is malformed\n"),
+                             HasSubstr(": 1 record is missing: 5; losses of 0 are recorded\n"),
+                             HasSubstr("findings; what can be read: 2 runs, 2 files, 25 records\n")));
   const Ran dump = Dump({});
   EXPECT_EQ(dump.status, 1);
-  EXPECT_THAT(dump.said, HasSubstr("table speed cannot be read after record 0"));
+  EXPECT_THAT(dump.said, HasSubstr("table speed cannot be read: "));
   EXPECT_EQ(std::count(dump.out.begin(), dump.out.end(), '\n'), 12);
 }
 

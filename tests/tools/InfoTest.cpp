@@ -1,0 +1,76 @@
+// `info` and `state`.
+#include "ReaderFixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST_F(ReaderTest, InfoTellsRunsSourcesGapsAndLosses) {
+  options_.maxPendingBytes = 4096;
+  Open();
+  Store().ReportSystemSerialNum("SN-1");
+  Store().ReportVersion(e_COMPONENT_Build, "2.1");
+  for (int i = 0; i < 100; ++i) {  // a reading each second, none from 40 to 49 and none after 89
+    if (i < 40 || (i >= 50 && i < 90)) Temperature(static_cast<short>(i));
+    After(1000);
+  }
+  Connection other(File(1));
+  other.Rows("BEGIN IMMEDIATE");
+  for (int i = 0; i < 200; ++i) Store().ReportStringData(e_Tag_Filler, "too much for the memory");
+  other.Rows("COMMIT");
+  After(1000);
+  Store().ReportShutdownData();
+  Close();
+  Open();
+  Brakes(true);
+  After(500);
+  CopyFilesTo("later/metadata");
+  Close();
+  const Ran ran = Metadata({"info", dir_.Path("later")});
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_THAT(
+      ran.out,
+      AllOf(HasSubstr("Run 1: 2024-05-01T12:00:00.000Z to 2024-05-01T12:01:41.000Z, 1 min 41 s, clean end\n"
+                      "  ticks 10000 to 111000, "),
+            HasSubstr("  serial             SN-1\n"), HasSubstr("  version 2          2.1\n"),
+            HasSubstr("  temperature 0      temperature               80  2024-05-01T12:00:00.000Z  "
+                      "2024-05-01T12:01:29.000Z\n"),
+            HasSubstr("  temperature 0      every 1.0 s, 78.2 % covered, 2 gaps, the longest:\n"
+                      "                       12.0 s from 2024-05-01T12:01:29.000Z\n"
+                      "                       11.0 s from 2024-05-01T12:00:39.000Z\n"),
+            ContainsRegex("  lost: [1-9][0-9]* records of string from tick 110000 to 110000\n"),
+            HasSubstr("\nRun 2: 2024-05-01T12:01:41.000Z to 2024-05-01T12:01:41.000Z, 0 ms, cut off\n"),
+            HasSubstr("  no recorded losses\n")));
+}
+
+TEST_F(ReaderTest, StateTellsTheLastValuesAndTheirAges) {
+  Open();
+  Temperature(20);
+  Drive();
+  Store().WriteFullState(true);
+  Close();
+  const auto at = [this](const std::string& instant) {
+    return Metadata({"state", File(1), "--at", instant});
+  };
+  EXPECT_THAT(at("bookmark").out,
+              AllOf(HasSubstr("Run 1 at 2024-05-01T12:00:00.800Z\n"),
+                    HasSubstr("         1.0 s  brakes               on\n"),
+                    HasSubstr("         1.0 s  speed gps            50\n"),
+                    HasSubstr("         1.1 s  temperature 0        20\n"), Not(HasSubstr("off\n"))));
+  EXPECT_THAT(at("11200").out, AllOf(HasSubstr("Run 1 at 2024-05-01T12:00:01.200Z\n"),
+                                     HasSubstr("        100 ms  brakes               off\n"),
+                                     HasSubstr("        100 ms  temperature 0        -40\n")));
+  const Ran behind = at("2024-05-01T12:00:10Z");
+  EXPECT_EQ(behind.status, 0);
+  EXPECT_THAT(behind.out, HasSubstr("         8.9 s  brakes               off\n"))
+      << "not since it was restated";
+  EXPECT_EQ(behind.said, "metadata: nothing is recorded behind 2024-05-01T12:00:10Z\n");
+  const Ran before = at("9999");
+  EXPECT_EQ(before.status, 1);
+  EXPECT_EQ(before.said, "metadata: nothing is recorded at or before 9999\n");
+}
+
+}  // namespace
