@@ -78,6 +78,14 @@ TEST_P(Rows, HoldEveryEventOnceInOrder) {
   EXPECT_FALSE(std::filesystem::exists("/dev/shm/metadata-bench-" + std::to_string(id)));
 }
 
+TEST(RowsOfAStalledDisk, HoldEveryEventOnceInOrder) {
+  BenchRun bench;
+  bench.Drive(DriveWithoutItsEnd());
+  bench.Start({"--program", STALLED_METADATAMGR});
+  EndWhenAllIsRecorded(bench);
+  EXPECT_EQ(Count(bench.Log("MetadataMgr"), "The disk stood still"), 1U);
+}
+
 // Adds to a recording what makes a copy of it long: first values, which no event is compared with.
 void Lengthen(const std::string& recording) {
   sqlite3* file = nullptr;

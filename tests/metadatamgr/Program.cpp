@@ -54,7 +54,7 @@ const std::string& Program::Path() {
 }
 
 Program::Program(const std::string& directory, const Arguments& arguments, const Environment& environment,
-                 int out)
+                 int out, int err)
     : files_(UnusedName(directory)),
       child_([&] {
         umask(0);
@@ -62,6 +62,7 @@ Program::Program(const std::string& directory, const Arguments& arguments, const
         Redirect(STDOUT_FILENO, files_ + ".out");
         Redirect(STDERR_FILENO, files_ + ".err");
         if (out >= 0) dup2(out, STDOUT_FILENO);
+        if (err >= 0) dup2(err, STDERR_FILENO);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
         return Execute(CommandLine(arguments));
       }),

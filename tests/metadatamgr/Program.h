@@ -13,9 +13,9 @@ using Environment = std::map<std::string, std::string>;
 // `directory`; what it writes goes to two files there. Ended by force, if need be, by the destructor.
 class Program {
  public:
-  // `out`: its standard output, where that is not to be a file.
+  // `out`, `err`: its standard output and error, where these are not to be files.
   Program(const std::string& directory, const Arguments& arguments, const Environment& environment,
-          int out = -1);
+          int out = -1, int err = -1);
 
   static const std::string& Path();  // as it stands in argv[0]
   pid_t Id() const { return id_; }

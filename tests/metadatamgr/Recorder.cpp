@@ -33,7 +33,7 @@ Recorder::~Recorder() {
 
 void Recorder::Start(const Arguments& arguments, int out) {
   program.reset();
-  program = std::make_unique<Program>(Path(""), arguments, environment, out);
+  program = std::make_unique<Program>(Path(""), arguments, environment, out, standardError);
 }
 
 std::unique_ptr<Program> Recorder::StartAnother() const {
