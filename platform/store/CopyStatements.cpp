@@ -12,24 +12,17 @@ std::string InsertFrom(TableId table, const std::string& columns) {
   return "INSERT INTO main." + name + " SELECT " + columns + " FROM source." + name;
 }
 
-// UTC goes with the ticks.
-std::string Restated(TableId table, const std::string& rest) {
-  std::string columns = "seq, ?1, sender_tick, " + std::to_string(static_cast<int>(Event::kRestated));
-  for (int i = 0; i < kTables[table].ColumnCount(); ++i) {
-    const std::string name = kTables[table].columns[static_cast<std::size_t>(i)].name;
-    columns += ", " + name;
-    if (name.ends_with("utc_ms") && table == kClockTable) columns += "+?1-tick";
-  }
-  return InsertFrom(table, columns) + rest;
+std::string SelectFrom(TableId table, const std::string& rest) {
+  return std::string("SELECT seq FROM source.") + kTables[table].name + rest;
 }
 
 std::string UnlessThere(const std::string& what) {
   return " AND NOT EXISTS(SELECT 1 FROM main." + what + ")";
 }
 
-std::string RestateFirstAnchor(const std::string& condition) {
-  return Restated(kClockTable, " WHERE tick>?1 AND " + condition + UnlessThere("clock WHERE " + condition) +
-                                   " ORDER BY seq LIMIT 1");
+std::string SelectFirstAnchor(const std::string& condition) {
+  return SelectFrom(kClockTable, " WHERE tick>?1 AND " + condition + UnlessThere("clock WHERE " + condition) +
+                                     " ORDER BY seq LIMIT 1");
 }
 
 }  // namespace
@@ -47,8 +40,8 @@ std::string CopyBetween(TableId table) {
   return InsertFrom(table, "*") + " WHERE tick BETWEEN ?1 AND ?2";
 }
 
-std::string RestateLast(TableId table) {
-  return Restated(table, " WHERE tick<?1 ORDER BY seq DESC LIMIT 1");
+std::string SelectLast(TableId table) {
+  return SelectFrom(table, " WHERE tick<?1 ORDER BY seq DESC LIMIT 1");
 }
 
 std::string SelectSources(TableId table) {
@@ -56,25 +49,31 @@ std::string SelectSources(TableId table) {
          kTables[table].name + " WHERE tick<?1 ORDER BY seq";
 }
 
-std::string RestateOne(TableId table) {
-  return Restated(table, " WHERE seq=?2");
+std::string SelectFacts(TableId table) {
+  return SelectFrom(table, " WHERE tick>?1 AND event<2" + UnlessThere(kTables[table].name) + " ORDER BY seq");
 }
 
-std::string RestateFacts(TableId table) {
-  return Restated(table, " WHERE tick>?1 AND event<" + std::to_string(static_cast<int>(Event::kRestated)) +
-                             UnlessThere(kTables[table].name));
+std::string SelectFirstGps() {
+  return SelectFirstAnchor("clock_source='gps'");
 }
 
-std::string RestateFirstGps() {
-  return RestateFirstAnchor("clock_source='gps'");
+std::string SelectFirstTrusted() {
+  return SelectFirstAnchor(std::string("utc_ms>=") + kTrustedFromUtcMs);
 }
 
-std::string RestateFirstTrusted() {
-  return RestateFirstAnchor(std::string("utc_ms>=") + kTrustedFromUtcMs);
+std::string SelectLosses() {
+  return SelectFrom(kLossTable, " WHERE tick>?1 AND from_tick<=?1 AND to_tick>=?2 ORDER BY seq");
 }
 
-std::string RestateLosses() {
-  return Restated(kLossTable, " WHERE tick>?1 AND from_tick<=?1 AND to_tick>=?2");
+// UTC goes with the ticks.
+std::string Restate(TableId table) {
+  std::string columns = "?2, ?3, sender_tick, 2";
+  for (int i = 0; i < kTables[table].ColumnCount(); ++i) {
+    const std::string name = kTables[table].columns[static_cast<std::size_t>(i)].name;
+    columns += ", " + name;
+    if (table == kClockTable && name.ends_with("utc_ms")) columns += "+?3-tick";
+  }
+  return InsertFrom(table, columns) + " WHERE seq=?1";
 }
 
 }  // namespace store

@@ -6,8 +6,7 @@
 
 namespace store {
 
-// Statements that copy records from the attached database "source" into "main". Restated records keep
-// their sequence numbers; ?1 is the tick at which they are restated.
+// Statements that copy records from the attached database "source" into "main".
 
 // How many tables and views of "main" are not the same in "source".
 std::string CountDifferences();
@@ -16,22 +15,26 @@ std::string CountDifferences();
 std::string CopyAll(TableId table);
 std::string CopyBetween(TableId table);
 
-// The last record before ?1 of a table that has one source, or that tells the clock.
-std::string RestateLast(TableId table);
-// Sequence number and source of each record before ?1, for a table with several; then one of them, ?2.
+// Sequence numbers of what came before tick ?1:
+//   - the last record of a table;
+//   - every record of a table that has several sources, with its source.
+std::string SelectLast(TableId table);
 std::string SelectSources(TableId table);
-std::string RestateOne(TableId table);
 
-// What came after the range's end, ?1, and yet tells about it; ?2 is the range's begin.
-//   - the device's facts, where none came before;
-//   - the first clock anchor by GPS, and the first that can be trusted at all, where none came before;
+// Sequence numbers of what came after tick ?1, the range's end, and yet tells about the range, which
+// begins at ?2:
+//   - facts of the device, and the first clock anchor by GPS or that can be trusted at all, where the
+//     copy has none yet;
 //   - losses.
-std::string RestateFacts(TableId table);
-std::string RestateFirstGps();
-std::string RestateFirstTrusted();
-std::string RestateLosses();
+std::string SelectFacts(TableId table);
+std::string SelectFirstGps();
+std::string SelectFirstTrusted();
+std::string SelectLosses();
 
 inline constexpr TableId kFacts[] = {kMacTable, kSerialTable, kVersionTable, kConfigurationTable,
                                      kPreviousRunTable};
+
+// Copies the record ?1 as restated, with the number ?2, at the tick ?3.
+std::string Restate(TableId table);
 
 }  // namespace store

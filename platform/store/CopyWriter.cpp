@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <map>
 
 #include "CopyStatements.h"
 #include "Schema.h"
@@ -17,8 +16,6 @@ constexpr const char* kSettings =
     "PRAGMA mmap_size=0";
 
 constexpr int kPaceSteps = 10'000;  // of SQLite's machine: a millisecond or so
-
-constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
 
 std::string UriOf(const std::string& path) {
   constexpr char kHex[] = "0123456789ABCDEF";
@@ -58,30 +55,6 @@ int CopyWriter::Begin(const std::string& path) {
   return rc == SQLITE_OK ? database_.Execute(CreateSchema()) : rc;
 }
 
-// Before all records: sequence numbers begin with 1.
-int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
-  Statement insert;
-  if (const int rc = insert.Prepare(database_.Handle(), InsertInto(kCopyTable)); rc != SQLITE_OK) return rc;
-  const std::string firstName = NameOf(run_.files[firstFile_].path);
-  const std::string lastName = NameOf(run_.files[lastFile_].path);
-  const std::int64_t from = std::max(range_.from, run_.files.front().firstTick);
-  const std::int64_t to = std::min(range_.to, run_.files.back().lastTick);
-  int index = 0;
-  insert.Bind(++index, std::int64_t{0});
-  insert.Bind(++index, from);
-  insert.BindNull(++index);
-  insert.Bind(++index, static_cast<std::int64_t>(Event::kChange));
-  insert.Bind(++index, store);
-  insert.Bind(++index, firstName);
-  insert.Bind(++index, lastName);
-  insert.Bind(++index, std::int64_t{run_.missing});
-  insert.Bind(++index, std::int64_t{firstAsked});
-  insert.Bind(++index, std::int64_t{lastAsked});
-  insert.Bind(++index, from);
-  insert.Bind(++index, to);
-  return insert.Run();
-}
-
 int CopyWriter::CopyRun() {
   for (std::size_t i = firstFile_; i < run_.files.size(); ++i) {
     if (const int rc = CopyFrom(run_.files[i], i == firstFile_); rc != SQLITE_OK) return rc;
@@ -110,65 +83,52 @@ int CopyWriter::CopyRecords(const RunFile& file) {
   const bool all = file.firstTick >= range_.from && file.lastTick <= range_.to;
   int rc = SQLITE_OK;
   for (const Table& table : kTables) {
-    if (rc == SQLITE_OK) rc = Run(all ? CopyAll(table.id) : CopyBetween(table.id), range_.from, range_.to);
+    if (rc == SQLITE_OK) rc = Run(all ? CopyAll(table.id) : CopyBetween(table.id), {range_.from, range_.to});
   }
   return rc;
 }
 
-int CopyWriter::RestateBegin() {
-  int rc = Run(RestateLast(kClockTable), range_.from);
-  for (const Table& table : kTables) {
-    if (rc != SQLITE_OK) break;
-    if (table.keyColumns == 0) rc = Run(RestateLast(table.id), range_.from);
-    if (table.keyColumns == 1) rc = RestateSources(table.id);
-  }
-  return rc;
+int CopyWriter::LastSeq(std::int64_t& seq) {
+  return database_.Query("SELECT max(seq) FROM (" + SelectLastRecords() + ")", seq);
 }
 
-int CopyWriter::RestateSources(TableId table) {
-  Statement select;
-  if (const int rc = select.Prepare(database_.Handle(), SelectSources(table)); rc != SQLITE_OK) return rc;
-  select.Bind(1, range_.from);
-  std::map<std::string, std::int64_t> lastOfEach;
-  int rc = SQLITE_OK;
-  while ((rc = select.Step()) == SQLITE_ROW) {
-    const std::string source = select.Text(1);
-    const auto known = lastOfEach.find(source);
-    if (known != lastOfEach.end()) {
-      known->second = select.Integer(0);
-    } else if (lastOfEach.size() < kMaxSources) {
-      lastOfEach.emplace(source, select.Integer(0));
-    }
-  }
-  if (rc != SQLITE_DONE) return rc;
-  for (const auto& [source, seq] : lastOfEach) {
-    if (rc = Run(RestateOne(table), range_.from, seq); rc != SQLITE_OK) return rc;
-  }
-  return SQLITE_OK;
+int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
+  std::int64_t lastSeq = 0;
+  Statement insert;
+  int rc = LastSeq(lastSeq);
+  if (rc == SQLITE_OK) rc = insert.Prepare(database_.Handle(), InsertInto(kCopyTable));
+  if (rc != SQLITE_OK) return rc;
+  const std::string firstName = NameOf(run_.files[firstFile_].path);
+  const std::string lastName = NameOf(run_.files[lastFile_].path);
+  const std::int64_t to = std::min(range_.to, run_.files.back().lastTick);
+  int index = 0;
+  insert.Bind(++index, lastSeq + 1);
+  insert.Bind(++index, to);
+  insert.BindNull(++index);
+  insert.Bind(++index, static_cast<std::int64_t>(Event::kChange));
+  insert.Bind(++index, store);
+  insert.Bind(++index, firstName);
+  insert.Bind(++index, lastName);
+  insert.Bind(++index, std::int64_t{run_.missing});
+  insert.Bind(++index, std::int64_t{firstAsked});
+  insert.Bind(++index, std::int64_t{lastAsked});
+  insert.Bind(++index, std::max(range_.from, run_.files.front().firstTick));
+  insert.Bind(++index, to);
+  return insert.Run();
 }
 
-int CopyWriter::RestateLater() {
-  int rc = Run(RestateFirstGps(), range_.to);
-  if (rc == SQLITE_OK) rc = Run(RestateFirstTrusted(), range_.to);
-  if (rc == SQLITE_OK) rc = Run(RestateLosses(), range_.to, range_.from);
-  for (const TableId fact : kFacts) {
-    if (rc == SQLITE_OK) rc = Run(RestateFacts(fact), range_.to);
-  }
-  return rc;
-}
-
-int CopyWriter::End() {
-  const std::string last = "(SELECT seq, tick FROM (" + SelectLastRecords() + ") ORDER BY seq DESC LIMIT 1)";
-  const int rc = Run("UPDATE progress SET (last_seq, last_tick) = " + last);
+int CopyWriter::End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
+  int rc = AddOrigin(store, firstAsked, lastAsked);
+  if (rc == SQLITE_OK) rc = Run("UPDATE progress SET (last_seq, last_tick) = (SELECT seq, tick FROM copy)");
   database_.Close();
   return rc;
 }
 
-int CopyWriter::Run(const std::string& sql, std::int64_t first, std::int64_t second) {
+int CopyWriter::Run(const std::string& sql, std::initializer_list<std::int64_t> values) {
   Statement statement;
   if (const int rc = statement.Prepare(database_.Handle(), sql); rc != SQLITE_OK) return rc;
-  statement.Bind(1, first);
-  statement.Bind(2, second);
+  int index = 0;
+  for (const std::int64_t value : values) statement.Bind(++index, value);
   return statement.Run();
 }
 

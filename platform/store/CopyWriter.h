@@ -1,7 +1,9 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "Database.h"
 #include "Record.h"
@@ -18,21 +20,34 @@ class CopyWriter {
   CopyWriter(const RunFiles& run, const TickRange& range, std::function<void()> pace);
 
   int Begin(const std::string& path);
-  // What the copy says about itself: whose it is, the ticks that were asked for, what that was.
-  int AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
   int CopyRun();
-  int End();
+  // Says what the copy is: whose, the ticks that were asked for, what they meant.
+  int End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
 
  private:
+  struct Pick {
+    TableId table;
+    std::int64_t seq;
+  };
+  using Picks = std::vector<Pick>;
+
   int CopyFrom(const RunFile& file, bool isFirst);
   int Attach(const RunFile& file);
   int CopyRecords(const RunFile& file);
-  int RestateBegin();
-  int RestateSources(TableId table);
-  int RestateLater();
+  int AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
+  int LastSeq(std::int64_t& seq);
 
-  // Runs a statement with the values as ?1 and ?2, as far as it has them.
-  int Run(const std::string& sql, std::int64_t first = 0, std::int64_t second = 0);
+  // CopyRestated.cpp: what makes the copy stand alone, numbered on from the records of the range to
+  // both sides.
+  int RestateBegin();
+  int RestateLater();
+  int PickSources(TableId table, Picks& picks);
+  int PickEach(TableId table, const std::string& select, std::int64_t tick, Picks& picks);
+  int LastSeqBefore(std::int64_t& seq);
+  int RestateAll(const Picks& picks, std::int64_t firstSeq, std::int64_t tick);
+
+  // Runs a statement with these values, as far as it has parameters for them.
+  int Run(const std::string& sql, std::initializer_list<std::int64_t> values = {});
 
   const RunFiles& run_;
   TickRange range_;

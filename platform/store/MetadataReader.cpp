@@ -23,9 +23,8 @@ struct Asked {
 
 int WriteCopy(CopyWriter& writer, const std::string& path, const Asked& asked) {
   int rc = writer.Begin(path);
-  if (rc == SQLITE_OK) rc = writer.AddOrigin(asked.source, asked.first, asked.last);
   if (rc == SQLITE_OK) rc = writer.CopyRun();
-  return rc == SQLITE_OK ? writer.End() : rc;
+  return rc == SQLITE_OK ? writer.End(asked.source, asked.first, asked.last) : rc;
 }
 
 }  // namespace
