@@ -1,13 +1,17 @@
 #include "Ratio.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <vector>
 
 namespace {
 
-// Prints as usual and keeps each benchmark's time.
+// Prints as usual, in colours only on a terminal, and keeps each benchmark's time.
 class KeepingReporter : public benchmark::ConsoleReporter {
  public:
+  KeepingReporter() : ConsoleReporter(isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular) {}
+
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {

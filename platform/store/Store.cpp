@@ -44,7 +44,8 @@ bool DataStoreNormal::Store::Open() {
 void DataStoreNormal::Store::Close() {
   if (!recorder_.IsOpen()) return;
   ending_ = true;
-  (void)Commit();
+  // Once more: one failure is not the end yet, and a commit can leave a record about the log.
+  if (!Commit() || !batch_.Empty()) (void)Commit();
   if (!batch_.Empty())
     log(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
   log(kLogDetail, "The longest batch had ", static_cast<long long>(batch_.MostBytes()), " bytes");

@@ -45,6 +45,8 @@ void Disk::Apply(const DiskOp& op) {
       nodes_.at(static_cast<std::size_t>(found->second))
           .pending.push_back({op.op == FileOp::kTruncate, op.offset, op.data});
       return;
+    case FileOp::kRead:
+      return;
     case FileOp::kSync:
       SyncNode(nodes_.at(static_cast<std::size_t>(found->second)));
       break;

@@ -5,31 +5,33 @@
 // What goes wrong.
 struct Fault {
   const char* name;
-  bool anyOp;  // not only this one
   FileOp op;
-  int code;      // of SQLite, for EIO or ENOSPC
-  bool half;     // half of the data is written nevertheless
-  bool forEver;  // this one and all that follow, until it heals
-  int turn = 0;  // of the faults that take turns, which; 0: this one does not
+  int code;            // of SQLite
+  bool half = false;   // half of the data is written nevertheless
+  bool anyOp = false;  // not only this one
+  int every = 1;       // only every so manieth is tried
 };
 
-// A medium on which the Nth operation of a kind fails.
+// A medium on which the Nth operation of a kind fails, and with `forEver` all that follow it.
 class FailingMedium : public FileWatch {
  public:
-  static constexpr int kNone = 0;
+  // Counts from 1.
+  FailingMedium(const Fault& fault, bool forEver, int nth) : fault_(fault), forEver_(forEver), nth_(nth) {}
 
-  // Counts from 1; kNone: nothing fails, operations are only counted.
-  FailingMedium(const Fault& fault, int nth) : fault_(fault), nth_(nth) {}
-
-  Verdict Before(const FileEvent& event) override;
+  Verdict Before(const FileEvent& event) override {
+    if (!fault_.anyOp && event.op != fault_.op) return {};
+    ++count_;
+    if (healed_ || (forEver_ ? count_ < nth_ : count_ != nth_)) return {};
+    return {fault_.code, fault_.half ? event.data.size() / 2 : 0};
+  }
   // Ends what has begun to fail.
   void Heal() { healed_ = Failed(); }
 
-  int Count() const { return count_; }
-  bool Failed() const { return nth_ != kNone && count_ >= nth_; }
+  bool Failed() const { return count_ >= nth_; }
 
  private:
   Fault fault_;
+  bool forEver_;
   int nth_;
   int count_ = 0;
   bool healed_ = false;

@@ -19,9 +19,9 @@ bool WriteLine(const char* path, const std::string& line) {
   return file.good();
 }
 
-// A file system of 1 MB on the directory, seen by this process only; needs no privileges where
-// namespaces are to be had.
-bool MountSmall(const std::string& directory) {
+// A small file system on the directory, seen by this process only; needs no privileges where namespaces
+// are to be had.
+bool MountSmall(const std::string& directory, const char* size) {
   const auto self = std::to_string(geteuid());
   const auto group = std::to_string(getegid());
   if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
@@ -29,13 +29,7 @@ bool MountSmall(const std::string& directory) {
   return WriteLine("/proc/self/uid_map", "0 " + self + " 1") &&
          WriteLine("/proc/self/gid_map", "0 " + group + " 1") &&
          mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-         mount("small", directory.c_str(), "tmpfs", 0, "size=1m") == 0;
-}
-
-int Count(const std::string& text, const std::string& part) {
-  int count = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
-  return count;
+         mount("small", directory.c_str(), "tmpfs", 0, size) == 0;
 }
 
 // Fills the medium while the store records, keeps it full until records are lost, frees it.
@@ -57,11 +51,11 @@ void FillAndFree(const TempDir& dir) {
     usage.Bookmark();
     usage.Turn(500);
   }
-  EXPECT_EQ(Count(log.Text(), " fails: "), 1) << log.Text();
-  EXPECT_EQ(Count(log.Text(), " works again"), 0);
+  EXPECT_EQ(log.Lines(" fails: "), 1) << log.Text();
+  EXPECT_EQ(log.Lines(" works again"), 0);
   std::filesystem::remove(dir.Path("filler"));
   usage.Turn(500);
-  EXPECT_EQ(Count(log.Text(), " works again"), 1) << log.Text();
+  EXPECT_EQ(log.Lines(" works again"), 1) << log.Text();
   {
     Recordings recordings(dir);
     EXPECT_EQ(recordings.Fault(), "");
@@ -78,16 +72,76 @@ void FillAndFree(const TempDir& dir) {
     EXPECT_EQ(recordings.Missing(usage.Reports(), table), recordings.Lost(table)) << table;
 }
 
-TEST(FullMediumTest, IsReportedSurvivedAndWhatItCostIsCounted) {
+// Takes all the files that the medium can hold but `spare`.
+void TakeFiles(const TempDir& dir, int spare) {
+  int count = 0;
+  while (std::ofstream(dir.Path("filler" + std::to_string(count)))) ++count;
+  ASSERT_GE(count, spare);
+  for (int i = 0; i < spare; ++i) std::filesystem::remove(dir.Path("filler" + std::to_string(i)));
+}
+
+void FreeFiles(const TempDir& dir) {
+  for (const auto& entry : std::filesystem::directory_iterator(dir.Path(""))) {
+    if (entry.path().filename().string().starts_with("filler")) std::filesystem::remove(entry.path());
+  }
+}
+
+// A recording needs three files, and the next one is due where there are fewer left.
+void TurnOverWithoutFiles(const TempDir& dir) {
+  for (int spare = 0; spare < 3; ++spare) {
+    SCOPED_TRACE(spare);
+    const LogCapture log;
+    StoreOptions options;
+    options.maxFileBytes = 1;  // the least there is
+    const std::string base = "metadata" + std::to_string(spare);
+    const auto exists = [&](int number) {
+      return std::filesystem::exists(dir.Path(base + ".00000" + std::to_string(number) + ".db"));
+    };
+    Usage usage(dir.Path(base), options);
+    ASSERT_TRUE(usage.Open());
+    TakeFiles(dir, spare);
+    EXPECT_FALSE(Usage(dir.Path("other"), options).Open());
+    for (int i = 0; i < 20; ++i) {
+      usage.Text(1000);
+      usage.Bookmark();
+      usage.Turn(500);
+    }
+    EXPECT_FALSE(exists(2)) << "nothing is left behind";
+    EXPECT_GE(log.Lines("No new file can be begun, recording goes on in "), 1);
+    FreeFiles(dir);
+    for (int i = 0; !exists(2) && i < 20; ++i) {
+      usage.Text(1000);
+      usage.Turn(500);
+    }
+    EXPECT_TRUE(exists(2));
+    usage.Close();
+    const Recordings recordings(dir);
+    EXPECT_EQ(recordings.Fault(), "");
+    EXPECT_EQ(recordings.Holes(), 0);
+    EXPECT_EQ(recordings.Lost(), 0);
+    for (int number = 1; exists(number); ++number)
+      std::filesystem::remove(dir.Path(base + ".00000" + std::to_string(number) + ".db"));
+  }
+}
+
+void OnSmallMedium(const char* size, void (*use)(const TempDir& dir)) {
   const TempDir dir;
-  Child child([&dir] {
-    if (!MountSmall(dir.Path(""))) return kSkipped;
-    FillAndFree(dir);
+  Child child([&] {
+    if (!MountSmall(dir.Path(""), size)) return kSkipped;
+    use(dir);
     return testing::Test::HasFailure() ? 1 : 0;
   });
   const int status = child.Wait();
   if (status == kSkipped) GTEST_SKIP() << "no file system of its own for an unprivileged process here";
   EXPECT_EQ(status, 0);
+}
+
+TEST(FullMediumTest, IsReportedSurvivedAndWhatItCostIsCounted) {
+  OnSmallMedium("size=1m", FillAndFree);
+}
+
+TEST(FullMediumTest, WithoutRoomForOneMoreFileRecordingGoesOnInTheOldOne) {
+  OnSmallMedium("size=4m,nr_inodes=20", TurnOverWithoutFiles);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <memory>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,21 +13,26 @@ class Recordings {
  public:
   explicit Recordings(const TempDir& dir, const std::string& exceptFor = "");
 
-  std::size_t Files() const { return files_.size(); }
+  std::size_t Files() const { return files_; }
 
   // Empty, or what is wrong: a file that is not sound, a record that is there twice.
-  std::string Fault();
+  const std::string& Fault() const { return fault_; }
 
   // How many numbers up to the last are neither recorded nor counted as lost.
-  long Holes();
+  long Holes() const { return last_ - static_cast<long>(seqs_.size()) - Lost(); }
   // Of those reported for a table the ones that are not recorded, and those counted as lost (which
   // can be restated ones, too).
-  long Missing(const std::vector<Report>& reports, const std::string& table);
-  long Lost(const std::string& table);
-  long Lost() { return Sum("SELECT coalesce(sum(count),0) FROM loss"); }
+  long Missing(const std::vector<Report>& reports, const std::string& table) const;
+  long Lost(const std::string& table) const;
+  long Lost() const;
 
  private:
-  long Sum(const std::string& sql);
+  void Read(const std::string& path);
 
-  std::vector<std::unique_ptr<Connection>> files_;
+  std::size_t files_ = 0;
+  std::string fault_;
+  long last_ = 0;
+  std::set<long> seqs_;
+  std::map<std::string, long> recorded_;  // by table, without the restated ones
+  std::map<std::string, long> lost_;      // by table
 };

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string_view>
 
-enum class FileOp { kOpen, kWrite, kSync, kTruncate, kDelete };
+enum class FileOp { kOpen, kRead, kWrite, kSync, kTruncate, kDelete };
 
-// What SQLite asks of the file system, as far as it changes what a medium holds.
+// What SQLite asks of the file system.
 struct FileEvent {
   FileOp op;
   std::string_view path;
@@ -23,7 +23,7 @@ struct Verdict {
   std::size_t written = 0;
 };
 
-// Sees every operation, before and after.
+// Sees every operation before, and after it has worked those that change what a medium holds.
 class FileWatch {
  public:
   virtual ~FileWatch() = default;

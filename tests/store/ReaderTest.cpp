@@ -61,6 +61,20 @@ TEST_F(ReaderTest, WhenTheReaderLetsGoTheLogIsShortAgain) {
   EXPECT_EQ(Count(), std::to_string(recorded_) + "\n");
 }
 
+TEST_F(ReaderTest, ThatTheLogIsShortAgainIsRecordedAtTheEndToo) {
+  RecordFor(60);
+  reader_.reset();
+  for (short i = 0; i < 2; ++i) {
+    Temperature(i);
+    After(500);
+  }
+  Temperature(2);
+  LogLines lines;
+  Close();
+  EXPECT_EQ(lines.Take(), "");
+  EXPECT_EQ(Rows("SELECT pinned FROM log_pinned ORDER BY seq"), "1\n0\n");
+}
+
 TEST_F(ReaderTest, AReaderThatStaysBeyondTheEndLeavesALogThatTheNextRunFoldsIn) {
   RecordFor(5);
   Store().ReportShutdownData();
