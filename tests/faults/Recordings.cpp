@@ -35,7 +35,9 @@ void Recordings::Read(const std::string& path) {
   Connection file(path, kPlainVfs);
   if (const std::string sound = file.Rows("PRAGMA integrity_check"); sound != "ok\n")
     fault_ = "not sound: " + sound;
-  last_ = std::max(last_, std::strtol(file.Rows("SELECT last_seq FROM progress").c_str(), nullptr, 10));
+  const long last = std::strtol(file.Rows("SELECT last_seq FROM progress").c_str(), nullptr, 10);
+  if (last == 0) fault_ = "only begun: " + path;
+  last_ = std::max(last_, last);
   std::string table;
   std::istringstream records(file.Rows(kAllRecords));
   for (long seq = 0, event = 0; records >> table >> seq >> event;) {

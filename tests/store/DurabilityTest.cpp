@@ -34,9 +34,6 @@ struct CriticalCase {
   void (*report)(DataStore& store);
   bool critical;
 };
-std::ostream& operator<<(std::ostream& out, const CriticalCase& c) {
-  return out << c.name;
-}
 
 class CriticalTest : public StoreTest, public testing::WithParamInterface<CriticalCase> {};
 
@@ -93,19 +90,6 @@ TEST_F(StoreTest, ALotOfRecordsIsCommittedWithoutWaiting) {
   Close();
   EXPECT_EQ(Rows("SELECT count(*) FROM temperature"), "1000\n");
   EXPECT_EQ(Rows("SELECT count(*) FROM loss"), "0\n");
-}
-
-TEST_F(StoreTest, CommittedRecordsOutliveTheProcess) {
-  Open();
-  for (short i = 1; i <= 3; ++i) {
-    Temperature(i);
-    After(500);
-  }
-  Temperature(4);
-  CopyFilesTo("cut/metadata");
-  Connection cut(dir_.Path("cut/metadata.000001.db"));
-  EXPECT_EQ(cut.Rows("PRAGMA integrity_check"), "ok\n");
-  EXPECT_EQ(cut.Rows("SELECT temperature FROM temperature ORDER BY seq"), "1\n2\n3\n");
 }
 
 }  // namespace

@@ -1,88 +1,8 @@
-#include <sys/resource.h>
-
-#include <csignal>
-
 #include "StoreFixture.h"
 
 namespace {
 
 // Another program that holds the write lock stands for every reason why writing fails.
-
-TEST_F(StoreTest, WhatCannotBeWrittenIsWrittenOnceWhenWritingWorksAgain) {
-  Open();
-  Connection other(File(1));
-  other.Rows("BEGIN IMMEDIATE");
-  for (short i = 1; i <= 5; ++i) {
-    Temperature(i);
-    Store().ReportBookmark(clock_.tick);
-    After(500);
-  }
-  EXPECT_EQ(Temperatures(), "");
-  other.Rows("COMMIT");
-  After(500);
-  EXPECT_EQ(Temperatures(), "1\n2\n3\n4\n5\n");
-  EXPECT_EQ(Rows("SELECT count(*) FROM bookmark"), "5\n");
-  EXPECT_EQ(Rows("SELECT count(*) FROM loss"), "0\n");
-}
-
-// The size to which this process may write files.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_{};
-};
-
-TEST_F(StoreTest, AFileThatCannotGrowKeepsTheRecordsWaiting) {
-  Open();
-  Store().ReportBookmark(0);
-  {
-    const FileSizeLimit limit(std::filesystem::file_size(File(1) + "-wal") + 2000);
-    for (unsigned int i = 1; i <= 2000; ++i) {
-      Store().ReportBookmark(i);
-      if (i % 20 == 0) After(100);
-    }
-    EXPECT_NE(Rows("SELECT max(sender_tick) FROM bookmark"), "2000\n");
-  }
-  After(500);
-  EXPECT_EQ(Rows("SELECT min(sender_tick), max(sender_tick), count(*) FROM bookmark"), "0|2000|2001\n");
-  EXPECT_EQ(Rows("SELECT count(*) FROM loss"), "0\n");
-  EXPECT_EQ(Rows("PRAGMA integrity_check"), "ok\n");
-}
-
-TEST_F(StoreTest, FailureAndRecoveryAreSaidOnceEach) {
-  Open();
-  Connection other(File(1));
-  other.Rows("BEGIN IMMEDIATE");
-  LogLines lines;
-  for (int i = 0; i < 5; ++i) {
-    Store().ReportBookmark(1);
-    After(1000);
-  }
-  const std::string failing = lines.Take();
-  EXPECT_NE(failing.find("DataStore:"), std::string::npos);
-  EXPECT_NE(failing.find(" fails: database is locked"), std::string::npos) << failing;
-  EXPECT_EQ(failing.find('\n'), failing.size() - 1) << failing;
-
-  other.Rows("COMMIT");
-  LogLines more;
-  for (int i = 0; i < 5; ++i) {
-    Store().ReportBookmark(1);
-    After(1000);
-  }
-  const std::string working = more.Take();
-  EXPECT_NE(working.find(" works again"), std::string::npos) << working;
-  EXPECT_EQ(working.find('\n'), working.size() - 1) << working;
-}
 
 TEST_F(StoreTest, ACriticalRecordThatCouldNotBeWrittenIsTriedAgainSoon) {
   Open();

@@ -128,9 +128,6 @@ struct IgnoredCase {
   const char* name;
   std::function<void(GpsStatusItem&)> change;
 };
-std::ostream& operator<<(std::ostream& out, const IgnoredCase& c) {
-  return out << c.name;
-}
 
 class IgnoredGpsTimeTest : public GpsClockTest, public testing::WithParamInterface<IgnoredCase> {};
 

@@ -101,9 +101,6 @@ struct DamageCase {
   const char* name;
   void (*damage)(const std::string& path);
 };
-std::ostream& operator<<(std::ostream& out, const DamageCase& c) {
-  return out << c.name;
-}
 
 void Overwrite(const std::string& path, std::streamoff offset, const std::string& bytes) {
   std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <algorithm>
 
 #include "StoreFixture.h"
@@ -105,49 +103,6 @@ TEST_F(StoreTest, AReaderCannotMakeTheLogGrowBeyondTheSizeOfAFile) {
   Close();
   EXPECT_EQ(Rows("SELECT text FROM string WHERE event=1", 2), "in the next one\n");
   EXPECT_EQ(Rows("SELECT count(*) FROM string"), std::to_string(recorded) + "\n");
-}
-
-// Gives up writing into a directory, also where the tests run as root.
-class ReadOnlyDirectory {
- public:
-  explicit ReadOnlyDirectory(const std::string& path) : path_(path) {
-    fs::permissions(path_, fs::perms{0555});
-    if (self_ == 0 && seteuid(kNobody) != 0) std::abort();
-  }
-  ~ReadOnlyDirectory() {
-    if (self_ == 0 && seteuid(self_) != 0) std::abort();
-    fs::permissions(path_, fs::perms::owner_all);
-  }
-  ReadOnlyDirectory(const ReadOnlyDirectory&) = delete;
-  ReadOnlyDirectory& operator=(const ReadOnlyDirectory&) = delete;
-
- private:
-  static constexpr uid_t kNobody = 65534;
-  std::string path_;
-  uid_t self_ = geteuid();
-};
-
-TEST_F(StoreTest, WhereNoFileCanBeBegunAnyMoreRecordingGoesOnInTheOldOne) {
-  options_.maxFileBytes = 131'072;
-  Open();
-  LogLines lines;
-  {
-    const ReadOnlyDirectory directory(dir_.Path(""));
-    for (short i = 1; i <= 2000; ++i) {
-      Temperature(i);
-      if (i % 20 == 0) After(500);
-    }
-  }
-  const std::string said = lines.Take();
-  EXPECT_NE(said.find("No new file can be begun, recording goes on in "), std::string::npos) << said;
-  EXPECT_LT(std::count(said.begin(), said.end(), '\n'), 100) << "not with each commit";
-  EXPECT_EQ(Rows("SELECT count(*), max(temperature) FROM temperature WHERE event=1"), "2000|2000\n");
-  EXPECT_FALSE(Exists(2));
-  for (short i = 1; !Exists(2) && i < 2000; ++i) {
-    Temperature(i);
-    After(500);
-  }
-  EXPECT_TRUE(Exists(2)) << "as soon as one can";
 }
 
 TEST_F(StoreTest, ACopyWithoutItsLogIsSoundAndLacksWhatTheLogHad) {

@@ -1,6 +1,8 @@
 #include <arpa/inet.h>
 
 #include "StoreFixture.h"
+#include "items/ConfigurationItems.h"
+#include "items/VideoMgrStreamQualityItem.h"
 
 namespace {
 
@@ -11,10 +13,6 @@ struct RecordCase {
   const char* row;   // sender_tick, event and the table's own columns
   const char* line;  // source, event and text in the timeline
 };
-
-std::ostream& operator<<(std::ostream& out, const RecordCase& c) {
-  return out << c.name;
-}
 
 const RecordCase kCases[] = {
     {"RecordingStarted", [](DataStore& s) { s.ReportStateData(e_Tag_RecordingStarted, true, 7); }, "state",
@@ -97,6 +95,51 @@ const RecordCase kCases[] = {
      "serial", "NULL|0|a?b?(??????????", "device|initial|serial number a?b?(??????????"},
     {"Version", [](DataStore& s) { s.ReportVersion(e_COMPONENT_Build, "2.7.1"); }, "version",
      "NULL|0|2|2.7.1", "device|initial|version of component 2: 2.7.1"},
+    {"Vehicle",
+     [](DataStore& s) {
+       VehicleInfo vehicle;
+       vehicle.unitId = "it's";
+       vehicle.licensePlate = "B-KV 42";
+       s.ReportVehicleInfo(vehicle, true);
+     },
+     "vehicle", "NULL|1|it's|B-KV 42", "vehicle|event|unit it's, plate B-KV 42"},
+    {"System",
+     [](DataStore& s) {
+       SystemInfo system;
+       system.deviceName = "recorder";
+       system.softwareVersion = "2.7.1";
+       s.ReportSystemInfo(system, false);
+     },
+     "system_info", "NULL|0|recorder|2.7.1", "system info|initial|recorder, software 2.7.1"},
+    {"Department",
+     [](DataStore& s) {
+       DepartmentInfo department;
+       department.name = "Police";
+       department.division = "North";
+       s.ReportDepartmentInfo(department, true);
+     },
+     "department", "NULL|1|Police|North", "department|event|Police, North"},
+    {"Officer",
+     [](DataStore& s) {
+       Officer officer;
+       officer.name = "Jo Miller";
+       officer.badgeNumber = "007";
+       s.ReportOfficerInfo(officer, true);
+     },
+     "officer", "NULL|1|Jo Miller|007", "officer|event|Jo Miller, badge 007"},
+    {"RecordingSettings",
+     [](DataStore& s) {
+       VideoRecordingSettings settings;
+       settings.preEventSeconds = 30;
+       settings.postEventSeconds = 60;
+       settings.widthPixels = 1280;
+       settings.heightPixels = 720;
+       settings.framesPerSecond = 25;
+       settings.bitRateKbps = 4000;
+       s.ReportVideoRecordingSettings(settings, true);
+     },
+     "recording_settings", "NULL|1|30|60|1280|720|25|4000",
+     "recording settings|event|30 s before, 60 s after, 1280x720 25 frames/s 4000 kbit/s"},
     {"CleanEnd", [](DataStore& s) { s.ReportShutdownData(); }, "run_end", "NULL|1", "run|event|clean end"},
 };
 
@@ -106,14 +149,20 @@ TEST_P(RecordTest, StandsInItsTableAndInTheTimeline) {
   const RecordCase& c = GetParam();
   Open();
   c.report(Store());
+  Store().WriteFullState(true);
   Close();
 
-  const std::string row = Rows(std::string("SELECT * FROM ") + c.table);
-  const std::string seqAndTick = Rows(std::string("SELECT seq,tick FROM ") + c.table);
+  const std::string table = c.table;
+  const std::string row = Rows("SELECT * FROM " + table + " WHERE event<2");
+  const std::string seqAndTick = Rows("SELECT seq,tick FROM " + table + " WHERE event<2");
   EXPECT_EQ(row, seqAndTick.substr(0, seqAndTick.size() - 1) + "|" + c.row + "\n");
-  EXPECT_EQ(Rows(std::string("SELECT source,event,text FROM timeline WHERE seq IN (SELECT seq FROM ") +
-                 c.table + ")"),
-            std::string(c.line) + "\n");
+  const std::string line = std::string(c.line) + "\n";
+  const std::string inTable = "seq IN (SELECT seq FROM " + table + ")";
+  EXPECT_EQ(Rows("SELECT source,event,text FROM timeline WHERE event<>'restated' AND " + inTable), line);
+  std::string restated = line;
+  restated.replace(line.find('|') + 1, line.rfind('|') - line.find('|') - 1, "restated");
+  if (table == "bookmark" || table == "run_end") restated.clear();  // no state
+  EXPECT_EQ(Rows("SELECT source,event,text FROM timeline WHERE event='restated' AND " + inTable), restated);
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, RecordTest, testing::ValuesIn(kCases),
@@ -144,6 +193,23 @@ TEST_F(StoreTest, RepeatedValuesAreAllKeptInTheOrderReported) {
   EXPECT_EQ(Rows("SELECT source,text FROM timeline WHERE source<>'clock'"),
             "brakes|on\nbrakes|on\ntemperature 0|20\nbrakes|off\n");
   EXPECT_EQ(Rows("SELECT count(DISTINCT seq), max(seq)-min(seq)+1 FROM timeline"), "5|5\n");
+}
+
+TEST_F(StoreTest, EachStreamsQualityIsARecordStampedWithTheItemsTick) {
+  Open();
+  VideoMgrStreamQualityItem item;
+  item.tick = 77;
+  item.streams[0] = {1920, 1080, 30, 6000};
+  item.streams[3] = {320, 240, 5, 65535};
+  Store().ReportStreamQualityItem(item, false);
+  item.streams[3].framesPerSecond = 10;
+  Store().ReportStreamQualityItem(item, true);
+  Store().WriteFullState(true);
+  EXPECT_EQ(Rows("SELECT sender_tick,event,stream,width,height,frames_per_second,bit_rate_kbps "
+                 "FROM stream_quality WHERE event=0"),
+            "77|0|0|1920|1080|30|6000\n77|0|1|0|0|0|0\n77|0|2|0|0|0|0\n77|0|3|320|240|5|65535\n");
+  EXPECT_EQ(Rows("SELECT event,text FROM timeline WHERE source='stream 3' AND event<>'initial'"),
+            "event|320x240 10 frames/s 65535 kbit/s\nrestated|320x240 10 frames/s 65535 kbit/s\n");
 }
 
 TEST_F(StoreTest, TheConfigurationNamesSoftwareAndSettingsInForce) {

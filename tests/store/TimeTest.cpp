@@ -19,9 +19,6 @@ struct TicksCase {
   std::vector<unsigned int> ticks;
   const char* arrivals;  // of one record after each tick
 };
-std::ostream& operator<<(std::ostream& out, const TicksCase& c) {
-  return out << c.name;
-}
 
 class ArrivalTest : public StoreTest, public testing::WithParamInterface<TicksCase> {};
 
@@ -68,9 +65,6 @@ struct UtcCase {
   unsigned int senderTick;
   const char* utc;
 };
-std::ostream& operator<<(std::ostream& out, const UtcCase& c) {
-  return out << c.name;
-}
 
 class UtcTest : public StoreTest, public testing::WithParamInterface<UtcCase> {};
 
