@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "StoreFixture.h"
 
 namespace {
@@ -29,42 +31,29 @@ TEST_F(StoreTest, RecordsFromBeforeAFirstTickThatIsLowerDoNotWaitForTheTicksToCa
   EXPECT_EQ(Connection(dir_.Path("metadata.000001.db")).Rows("SELECT temperature FROM temperature"), "1\n");
 }
 
-struct CriticalCase {
-  const char* name;
-  void (*report)(DataStore& store);
-  bool critical;
-};
-
-class CriticalTest : public StoreTest, public testing::WithParamInterface<CriticalCase> {};
-
-TEST_P(CriticalTest, IsCommittedWithAllBeforeItWhenItsReportReturns) {
+TEST_F(StoreTest, ACriticalRecordIsCommittedWithAllBeforeItWhenItsReportReturns) {
   Open();
-  Temperature(1);
-  GetParam().report(Store());
-  EXPECT_EQ(Temperatures(), GetParam().critical ? "1\n" : "");
+  short value = 0;
+  const auto commits = [&](const std::function<void()>& report) {
+    After(1000);  // after the one before
+    Temperature(++value);
+    report();
+    return Rows("SELECT max(temperature) FROM temperature") == std::to_string(value) + "\n";
+  };
+  const auto commitsState = [&](e_Tag tag) {
+    return commits([&] { Store().ReportStateData(tag, true, 1); });
+  };
+  for (const e_Tag tag : {e_Tag_RecordingStarted, e_Tag_RecordingStopped, e_Tag_CovertEntered,
+                          e_Tag_CovertLeft, e_Tag_CrashDetected, e_Tag_CrashCleared}) {
+    EXPECT_TRUE(commitsState(tag)) << tag;
+  }
+  for (const e_Tag tag : {e_Tag_BrakesOn, e_Tag_IgnitionOff, e_Tag_Started})
+    EXPECT_FALSE(commitsState(tag)) << tag;
+  EXPECT_FALSE(commits([&] { Store().ReportStringData(e_Tag_Filler, "x"); }));
+  EXPECT_TRUE(commits([&] { Store().ReportBookmark(1); }));
+  EXPECT_TRUE(commits([&] { Store().WriteFullState(true); }));
+  EXPECT_TRUE(commits([&] { Store().ReportShutdownData(); }));
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Records, CriticalTest,
-    testing::Values(
-        CriticalCase{"RecordingStarted",
-                     [](DataStore& s) { s.ReportStateData(e_Tag_RecordingStarted, true, 1); }, true},
-        CriticalCase{"RecordingStopped",
-                     [](DataStore& s) { s.ReportStateData(e_Tag_RecordingStopped, true, 1); }, true},
-        CriticalCase{"CovertEntered", [](DataStore& s) { s.ReportStateData(e_Tag_CovertEntered, true, 1); },
-                     true},
-        CriticalCase{"CovertLeft", [](DataStore& s) { s.ReportStateData(e_Tag_CovertLeft, true, 1); }, true},
-        CriticalCase{"CrashDetected", [](DataStore& s) { s.ReportStateData(e_Tag_CrashDetected, true, 1); },
-                     true},
-        CriticalCase{"CrashCleared", [](DataStore& s) { s.ReportStateData(e_Tag_CrashCleared, true, 1); },
-                     true},
-        CriticalCase{"Bookmark", [](DataStore& s) { s.ReportBookmark(1); }, true},
-        CriticalCase{"CleanEnd", [](DataStore& s) { s.ReportShutdownData(); }, true},
-        CriticalCase{"FullState", [](DataStore& s) { s.WriteFullState(true); }, true},
-        CriticalCase{"Brakes", [](DataStore& s) { s.ReportStateData(e_Tag_BrakesOn, true, 1); }, false},
-        CriticalCase{"Ignition", [](DataStore& s) { s.ReportStateData(e_Tag_IgnitionOff, true, 1); }, false},
-        CriticalCase{"Text", [](DataStore& s) { s.ReportStringData(e_Tag_Filler, "x"); }, false}),
-    [](const auto& param) { return std::string(param.param.name); });
 
 TEST_F(StoreTest, ACriticalRecordRightAfterAnotherJoinsTheNextCommit) {
   const auto bookmarks = [this] { return Rows("SELECT sender_tick FROM bookmark ORDER BY seq"); };

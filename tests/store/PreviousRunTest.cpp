@@ -36,12 +36,8 @@ TEST_F(PreviousRunTest, ItEndedCleanly) {
   Store().ReportShutdownData();
   Close();
   EXPECT_EQ(Told("metadata", 2), "clean|metadata.000001.db|12000\n");
-}
-
-TEST_F(PreviousRunTest, ItWasClosedWithoutSayingThatItEnds) {
-  Open();
-  Close();
-  EXPECT_EQ(Told("metadata", 2), "cut off|metadata.000001.db|10000\n");
+  EXPECT_EQ(Told("metadata", 3), "cut off|metadata.000002.db|12000\n")
+      << "closed without saying that it ends";
 }
 
 TEST_F(PreviousRunTest, ItWasCutOffAndItsLogIsFoldedIn) {
@@ -61,16 +57,8 @@ TEST_F(PreviousRunTest, ItWasCutOffAndItsLogIsFoldedIn) {
             "2|" + std::to_string(kNoonUtcMs) + "\n");
 }
 
-TEST_F(PreviousRunTest, AFileWithNothingInItIsPassedOver) {
-  Open();
-  Store().ReportShutdownData();
-  Close();
-  dir_.Write("metadata.000002.db", "");
-  EXPECT_EQ(Told("metadata", 3), "clean|metadata.000001.db|10000\n");
-}
-
-// What is left of a file when the run ends while it is being begun.
-TEST_F(PreviousRunTest, AFileThatWasOnlyBegunIsPassedOver) {
+// What is left of files when the run ends while they are being begun.
+TEST_F(PreviousRunTest, FilesThatWereOnlyBegunArePassedOver) {
   Open();
   Store().ReportShutdownData();
   Close();
@@ -80,7 +68,8 @@ TEST_F(PreviousRunTest, AFileThatWasOnlyBegunIsPassedOver) {
   for (const char* table : {"clock", "run_end"}) deletions += "DELETE FROM " + std::string(table) + ";";
   Connection(File(3)).Rows(deletions + "UPDATE progress SET last_seq=0, last_tick=0");
   LogLines lines;
-  EXPECT_EQ(Told("metadata", 4), "clean|metadata.000001.db|10000\n");
+  dir_.Write("metadata.000004.db", "");
+  EXPECT_EQ(Told("metadata", 5), "clean|metadata.000001.db|10000\n");
   EXPECT_EQ(lines.Take(), "");
 }
 

@@ -50,15 +50,6 @@ INSTANTIATE_TEST_SUITE_P(
                     TicksCase{"BeginsAnew", {10'000, 8'999, 9'100}, "10000\n4294976295\n4294976396\n"}),
     [](const auto& param) { return std::string(param.param.name); });
 
-TEST_F(StoreTest, BeforeTheFirstTickTheClockTellsTheTime) {
-  DataStoreNormal store(dir_.Path("metadata"), options_);
-  ASSERT_TRUE(store.Open());
-  store.ReportBookmark(10'000);
-  store.Close();
-  EXPECT_EQ(Connection(dir_.Path("metadata.000001.db")).Rows("SELECT utc,tick,source FROM timeline"),
-            "2024-05-01T12:00:00.000Z|10000|clock\n2024-05-01T12:00:00.000Z|10000|bookmark\n");
-}
-
 struct UtcCase {
   const char* name;
   unsigned int now;
@@ -138,15 +129,26 @@ TEST_F(StoreTest, AnAnchorWhoseReadingWasInterruptedIsReadAgain) {
   EXPECT_EQ(Rows("SELECT tick, utc_ms-1714564800000 FROM clock"), "10000|0\n");
 }
 
-TEST_F(StoreTest, UtcGoesOnWhenTheTicksBeginAnew) {
-  Open();
-  clock_.utcMs += 500;
-  clock_.tick = 42;
-  Store().TimerTick(clock_.tick);
-  Temperature(1);
-  After(500);
-  EXPECT_EQ(Rows("SELECT utc,utc_from,sender_tick FROM timeline WHERE source='temperature 0'"),
-            "2024-05-01T12:00:00.500Z|sender|42\n");
+TEST_F(StoreTest, UtcGoesOnWhenTheTicksWrapOrBeginAnew) {
+  struct Leap {
+    const char* base;
+    unsigned int from;
+    unsigned int to;
+  };
+  for (const Leap leap : {Leap{"wraps", 0xFFFFFFF0, 484}, Leap{"anew", 10'000, 42}}) {
+    clock_ = FakeClock();
+    clock_.tick = leap.from;
+    Open(leap.base);
+    clock_.utcMs += 500;
+    clock_.tick = leap.to;
+    Store().TimerTick(clock_.tick);
+    Temperature(1);
+    Store().ReportGpsState(true, true);
+    After(500);
+    EXPECT_EQ(Rows("SELECT utc,utc_from FROM timeline WHERE source<>'clock'"),
+              "2024-05-01T12:00:00.500Z|sender\n2024-05-01T12:00:00.500Z|arrival\n")
+        << leap.base;
+  }
 }
 
 TEST_F(StoreTest, WithoutATickRecordsAreStillCommittedAndLocksWaitedOut) {
@@ -193,17 +195,17 @@ TEST_F(StoreTest, AClockThatDidNotKnowTheDateDoesNotSpoilWhatWasRecordedBeforeIt
             "2024-05-01T11:58:30.000Z\n2024-05-01T12:00:00.000Z\n2024-05-01T12:00:01.000Z\n");
 }
 
-TEST_F(StoreTest, UtcFollowsTheAnchorThatWasInForce) {
+TEST_F(StoreTest, UtcFollowsAWallClockThatStepsBack) {
   Open();
   Temperature(1);
-  clock_.utcMs += 86'400'000;
+  clock_.utcMs -= 86'400'000;
   After(1000);
   Temperature(2);
   After(1000);
   Temperature(3);
   Close();
   EXPECT_EQ(Rows("SELECT utc,text FROM timeline WHERE source='temperature 0'"),
-            "2024-05-01T12:00:00.000Z|1\n2024-05-02T12:00:01.000Z|2\n2024-05-02T12:00:02.000Z|3\n");
+            "2024-05-01T12:00:00.000Z|1\n2024-04-30T12:00:01.000Z|2\n2024-04-30T12:00:02.000Z|3\n");
 }
 
 TEST_F(StoreTest, ARestatedRecordHasTheTimeOfItsRestating) {
