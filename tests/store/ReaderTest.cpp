@@ -98,7 +98,8 @@ TEST_F(StoreTest, AReaderCannotMakeTheLogGrowBeyondTheSizeOfAFile) {
 
 TEST_F(StoreTest, ACopyWithoutItsLogIsSoundAndLacksWhatTheLogHad) {
   Open();
-  const std::string copy = dir_.Path("copy.db");
+  fs::create_directory(dir_.Path("copy"));
+  const std::string copy = dir_.Path("copy/metadata.000001.db");
   Temperature(1);
   After(500);
   fs::copy_file(File(1), copy);
@@ -116,6 +117,10 @@ TEST_F(StoreTest, ACopyWithoutItsLogIsSoundAndLacksWhatTheLogHad) {
   EXPECT_EQ(later.Rows("SELECT count(*) BETWEEN 1 AND 2999, count(*)=max(temperature) FROM temperature"),
             "1|1\n")
       << "all up to a moment";
+  Open("copy/metadata");
+  Store().ReportShutdownDataAtStartup();
+  Close();
+  EXPECT_EQ(Rows("SELECT ended,file FROM previous_run", 2), "cut off|metadata.000001.db\n");
 }
 
 }  // namespace
