@@ -103,9 +103,15 @@ const Kind kKinds[] = {
 // The sent lists as a table, beside the recording.
 class Tables {
  public:
-  Tables(const std::string& sentDirectory, const std::string& recording) {
+  explicit Tables(const std::string& recording) {
     EXPECT_EQ(sqlite3_open_v2(":memory:", &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr), 0);
     (void)Rows("ATTACH 'file:" + recording + "?mode=ro' AS recording");
+  }
+  ~Tables() { sqlite3_close(database_); }
+  Tables(const Tables&) = delete;
+  Tables& operator=(const Tables&) = delete;
+
+  void AddSent(const std::string& sentDirectory) {
     (void)Rows(
         "CREATE TABLE part AS WITH t(k) AS (VALUES (0),(1),(2),(3),(4),(5),(6),(7),(8)) SELECT * FROM t");
     (void)Rows(
@@ -117,9 +123,6 @@ class Tables {
       for (std::string line; std::getline(lines, line);) Add(line);
     }
   }
-  ~Tables() { sqlite3_close(database_); }
-  Tables(const Tables&) = delete;
-  Tables& operator=(const Tables&) = delete;
 
   // The rows of a query, without their first columns.
   std::vector<std::string> Rows(const std::string& sql, int without = 0) {
@@ -161,7 +164,8 @@ class Tables {
 
 std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory,
                                               const std::string& recording) {
-  Tables tables(sentDirectory, recording);
+  Tables tables(recording);
+  tables.AddSent(sentDirectory);
   std::vector<Compared> all;
   std::string unknown = "SELECT DISTINCT source FROM sent WHERE 1";
   for (const Kind& kind : kKinds) {
@@ -179,4 +183,11 @@ std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory,
   }
   all.push_back({"sources that no kind of record has", false, tables.Rows(unknown), {}});
   return all;
+}
+
+std::vector<std::string> TimelineWithoutReadings(const std::string& recording) {
+  return Tables(recording).Rows(
+      "SELECT source, event, text FROM timeline WHERE source NOT IN ('clock','gps') AND source NOT LIKE "
+      "'speed %' AND source NOT LIKE 'radar %' AND source NOT LIKE 'temperature %' AND source NOT LIKE "
+      "'microphone %' ORDER BY source, seq");
 }

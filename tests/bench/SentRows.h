@@ -14,3 +14,7 @@ struct Compared {
 // Compares the events in a recording with the lists of what the bench sent (DIR/sent): for each kind of
 // record, its values and the sender's tick, in order. A recording that is under way may be read.
 std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory, const std::string& recording);
+
+// What a recording tells, without ticks and times, by source; without the sources whose readings depend
+// on the time at which they are taken.
+std::vector<std::string> TimelineWithoutReadings(const std::string& recording);
