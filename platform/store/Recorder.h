@@ -40,7 +40,7 @@ class Recorder {
   std::uint32_t Number() const { return number_; }
 
  private:
-  static constexpr std::uint64_t kMinFileBytes = std::uint64_t{128} << 10;  // its beginning takes some 60
+  static constexpr std::uint64_t kMinFileBytes = std::uint64_t{80} << 10;  // its beginning takes some 60
 
   bool SettleDoubt(Batch& batch);
   bool Fail(int code);

@@ -19,7 +19,7 @@ class StoreClock {
 // What tests and tools may choose; the defaults are the ones in use.
 struct StoreOptions {
   // Bytes of a recording file, with its log, at which the next one is begun. A smaller value means
-  // more files, each of which begins with a full state. At least 128 KiB, whatever is said.
+  // more files, each of which begins with a full state. At least 80 KiB, whatever is said.
   std::uint64_t maxFileBytes = std::uint64_t{256} << 20;
 
   // Bytes of records kept in memory while they cannot be written; beyond it the oldest go.
