@@ -92,7 +92,10 @@ void NmeaFix::TakeMoment(const NmeaSentence& sentence, std::optional<std::int64_
 }
 
 NmeaFix::Taken NmeaFix::TakeGga(const NmeaSentence& sentence) {
-  std::optional<std::int64_t> timeMs, quality, used, altitude;
+  std::optional<std::int64_t> timeMs;
+  std::optional<std::int64_t> quality;
+  std::optional<std::int64_t> used;
+  std::optional<std::int64_t> altitude;
   std::optional<Place> place;
   if (!ReadIfThere(sentence.Field(0), timeMs, ReadTimeOfDay) || !ReadPlace(sentence, 1, place) ||
       !ReadIfThere(sentence.Field(5), 0, quality) || !ReadIfThere(sentence.Field(6), 0, used) ||

@@ -70,11 +70,15 @@ class NmeaFix {
   std::set<std::string> seen_;  // "GPGGA"
   std::optional<std::int64_t> timeMs_;
   bool refused_ = false;  // one said that there is no fix
-  std::optional<Place> ggaPlace_, rmcPlace_, gllPlace_;
-  std::optional<std::uint32_t> ggaQuality_, rmcQuality_;
+  std::optional<Place> ggaPlace_;
+  std::optional<Place> rmcPlace_;
+  std::optional<Place> gllPlace_;
+  std::optional<std::uint32_t> ggaQuality_;
+  std::optional<std::uint32_t> rmcQuality_;
   std::optional<std::int64_t> altitudeDeciMetres_;
   std::map<std::string, std::uint32_t> used_;  // satellites of each system
-  Motion rmc_, vtg_;
+  Motion rmc_;
+  Motion vtg_;
 
   // Of this one or an earlier one
   std::uint32_t date_ = 0;

@@ -31,6 +31,7 @@ std::string Installed(const std::string& program) {
 
 int Exec(int in, const std::string& out, const std::vector<std::string>& arguments) {
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   const int file = open(out.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
@@ -90,13 +91,14 @@ Rows FixesIn(const std::string& reports) {
     const auto rounded = [&tpv](const char* name, double perUnit) {
       return " " + std::to_string(std::llround(tpv.value(name, 0.0) * perUnit));
     };
-    int hours = 0, minutes = 0;
+    int hours = 0;
+    int minutes = 0;
     double seconds = 0;
     const std::string time = tpv.value("time", "");
     if (!time.empty()) {
       EXPECT_EQ(std::sscanf(time.c_str(), "%*10sT%d:%d:%lfZ", &hours, &minutes, &seconds), 3) << time;
     }
-    const long ms = (hours * 60 + minutes) * 60'000 + std::lround(seconds * 1000);
+    const long ms = (hours * 60L + minutes) * 60'000 + std::lround(seconds * 1000);
     rows.push_back(std::to_string(ms) + rounded("lat", 600'000) + rounded("lon", 600'000) +
                    rounded("altMSL", 10) + rounded("speed", 36) + rounded("track", 10));
   }
