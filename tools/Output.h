@@ -3,10 +3,11 @@
 #include <functional>
 #include <string>
 
-// Standard output, in large pieces.
+// Standard output, or a descriptor that is open for writing, in large pieces.
 class Output {
  public:
   Output();
+  explicit Output(int fd);
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
@@ -24,6 +25,7 @@ class Output {
 
  private:
   static constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
+  int fd_;
   std::string text_;
   std::function<void()> beforeWriting_;
   bool good_ = true;

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cmath>
+
+#include "ReaderFixture.h"
+#include "items/GpsStatusItem.h"
+
+// Recordings with positions.
+class DriveTest : public ReaderTest {
+ protected:
+  // A position so many ten-thousandths of a minute from 42 36' N 71 3' W.
+  void Position(unsigned int north, unsigned int west, std::uint16_t deciKmh = 500) {
+    GpsStatusItem fix;
+    fix.latitudeDegrees = 42;
+    fix.latitudeMinutes = static_cast<std::uint16_t>(36 + north / 10'000);
+    fix.latitudeMinuteFraction = north % 10'000;
+    fix.latitudeHemisphere = GpsStatusItem::kNorthOrEast;
+    fix.longitudeDegrees = 71;
+    fix.longitudeMinutes = static_cast<std::uint16_t>(3 + west / 10'000);
+    fix.longitudeMinuteFraction = west % 10'000;
+    fix.speedDeciKmh = deciKmh;
+    fix.quality = 1;
+    fix.fixDimensions = 3;
+    fix.altitudeDeciMetres = 123;
+    fix.satellitesUsed = 9;
+    Store().ReportGps(fix, clock_.tick, true);
+  }
+
+  // A tunnel between two stretches of road, with a bookmark on each and one before any position.
+  void TunnelDrive() {
+    After(100);
+    Store().ReportBookmark(clock_.tick);
+    After(900);
+    Store().ReportGpsState(true, true);
+    Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
+    for (unsigned int i = 0; i < 10; ++i) Second(i);
+    Store().ReportBookmark(clock_.tick);
+    Store().ReportGpsState(false, true);
+    After(20'000);
+    Store().ReportGpsState(true, true);
+    for (unsigned int i = 10; i < 15; ++i) Second(i);
+    Brakes(true);
+    Store().ReportBookmark(clock_.tick);
+    Second(15);
+    Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
+  }
+
+  // A day: a position a second, and what else there is.
+  void Day() {
+    for (unsigned int second = 0; second < 86'400; ++second) {
+      clock_.tick += 1000;
+      clock_.utcMs += 1000;
+      if (second % 10 == 0) Store().TimerTick(clock_.tick);
+      const double way = 2 * 3.14159265 * second / 14'400;
+      Position(static_cast<unsigned int>(80'000 + 70'000 * std::sin(way)),
+               static_cast<unsigned int>(80'000 + 70'000 * std::sin(2.3 * way)),
+               static_cast<std::uint16_t>(500 + 400 * std::sin(40 * way) + second % 7));
+      if (second % 10 == 0) Temperature(static_cast<short>(20 + 15 * std::sin(way / 3)));
+      if (second % 25 < 2) Brakes(second % 25 == 0);
+      if (second % 1800 == 0) Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
+      if (second % 1800 == 1200) Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
+      if (second % 3600 == 1800) Store().ReportBookmark(clock_.tick);
+    }
+  }
+
+ private:
+  void Second(unsigned int number) {
+    Position(100 * number, 50 * number);
+    After(1000);
+  }
+};
