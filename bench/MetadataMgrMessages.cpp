@@ -46,7 +46,7 @@ Outcome Pings(LinxIpc& ipc, double seconds) {
   (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
   while (Clock::now() < end) {
     const auto asked = Clock::now();
-    const Outcome outcome = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
+    Outcome outcome = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
     if (!outcome.ok) return outcome;
     ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - asked).count());
     (void)ipc.Receive(kPauseMs, MetadataMgrMsg_PingResponse, MetadataMgrName(), &answer);
