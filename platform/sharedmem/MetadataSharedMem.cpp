@@ -19,9 +19,16 @@ namespace {
 constexpr LogSource log{"MetadataSharedMem"};
 constexpr mode_t kMode = 0640;
 
-// The descriptor of the record, or -1.
+// Whether nobody else but root can write it, or cut it short under our hands.
+bool IsOurs(int fd) {
+  struct stat status {};
+  return fstat(fd, &status) == 0 && (status.st_uid == geteuid() || status.st_uid == 0) &&
+         (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+// The descriptor of the record, or -1. One that another user has put there is no record.
 int OpenRecord(const std::string& name) {
-  for (int tries = 0; tries < 3; ++tries) {  // it may come or go between the two
+  for (int tries = 0; tries < 3; ++tries) {  // it may come or go in between
     int fd = shm_open(name.c_str(), O_RDWR | O_CREAT | O_EXCL, kMode);
     if (fd >= 0) {
       (void)fchmod(fd, kMode);  // whatever the umask
@@ -29,8 +36,13 @@ int OpenRecord(const std::string& name) {
     }
     if (errno != EEXIST) return -1;
     fd = shm_open(name.c_str(), O_RDWR, 0);
-    if (fd >= 0 || errno != ENOENT) return fd;
+    if (fd < 0 && errno == ENOENT) continue;
+    if (fd < 0 || IsOurs(fd)) return fd;
+    close(fd);
+    if (shm_unlink(name.c_str()) != 0 && errno != ENOENT) return -1;
+    log(kLogError, "replaces ", name, ", which others could write");
   }
+  errno = EACCES;
   return -1;
 }
 

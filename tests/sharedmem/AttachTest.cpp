@@ -135,6 +135,27 @@ TEST_F(Attach, RecordOfOthersGivesNull) {
   });
 }
 
+// Who attaches to it would write where others can read, write, or cut it short.
+TEST_F(Attach, RecordThatOthersCouldWriteIsReplaced) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
+  struct Case {
+    uid_t user;
+    mode_t permissions;
+  };
+  for (const auto& [user, permissions] : {Case{65534, 0640}, {65534, 0666}, {0, 0660}, {0, 0642}}) {
+    ASSERT_NO_FATAL_FAILURE(Leave(std::string(200, 'x')));
+    const std::string file = "/dev/shm" + name_;
+    ASSERT_EQ(chown(file.c_str(), user, user) + chmod(file.c_str(), permissions), 0);
+    InChild([this] {  // another than these two
+      ASSERT_EQ(setresuid(65533, 65533, 65533), 0);
+      EXPECT_EQ(Attached(), "null");
+    });
+    EXPECT_EQ(Attached(), kZeros);
+    EXPECT_EQ(Look().permissions, 0640U);
+    shm_unlink(name_.c_str());
+  }
+}
+
 TEST_F(Attach, RecordThatCannotGrowGivesNull) {
   ASSERT_NO_FATAL_FAILURE(Leave("short"));
   InChild([this] {

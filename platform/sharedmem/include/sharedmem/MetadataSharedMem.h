@@ -5,7 +5,8 @@
 // View of the shared-memory record of current metadata: POSIX shared memory, by default
 // "/metadata", or the name that the environment variable METADATA_SHM gives (with or without its
 // leading slash); permissions 0640. Created by the first process that attaches, kept when the last
-// one detaches.
+// one detaches. One that others than its user and root could write is replaced, or not attached to
+// where it cannot be.
 //
 // All fields are big-endian at fixed offsets. Byte 88 begins a 32-bit change counter for readers:
 // odd while a writer is at work, higher by two after each change. A reader, in any process, with
