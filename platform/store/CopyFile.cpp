@@ -10,6 +10,9 @@
 #include <iterator>
 #include <string_view>
 
+#include "store/CurrentSchema.h"
+#include "system/BigEndian.h"
+
 namespace store {
 namespace {
 
@@ -29,6 +32,20 @@ bool IsFree(const std::string& path) {
                       [&path](const char* suffix) { return IsThere(path + suffix); });
 }
 
+// Takes away what a copy that was cut off has left: a file that says so in its header, or is empty.
+// Anything else belongs to somebody.
+void RemoveLeftover(const std::string& path) {
+  constexpr off_t kIdOffset = 68;  // in the header of an SQLite file
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return;
+  const int fd = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return;
+  unsigned char id[4];
+  const bool unfinished = pread(fd, id, sizeof id, kIdOffset) == sizeof id && GetU32(id) == kUnfinishedCopyId;
+  (void)close(fd);
+  if (unfinished || status.st_size == 0) (void)unlink(path.c_str());
+}
+
 }  // namespace
 
 CopyFile::~CopyFile() {
@@ -42,7 +59,8 @@ bool CopyFile::Create(const std::string& destination, const FileNames& recording
   if (!IsFree(destination) || recordings.IsOneOf(destination)) return false;
   destination_ = destination;
   partial_ = destination + ".partial";
-  (void)unlink(partial_.c_str());
+  RemoveLeftover(partial_);
+  if (!IsFree(partial_)) return false;
   fd_ = open(partial_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, kMode);
   return fd_ >= 0;
 }

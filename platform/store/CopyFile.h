@@ -9,8 +9,8 @@
 namespace store {
 
 // A new file that shows under its name only when it is complete. Until then it stands beside it as
-// "NAME.partial"; one that a power cut or the like has left there goes. What is not published is
-// removed at the end.
+// "NAME.partial"; one that a power cut or the like has left there goes, nothing else does. What is not
+// published is removed at the end.
 class CopyFile {
  public:
   CopyFile() = default;
@@ -18,8 +18,8 @@ class CopyFile {
   CopyFile(const CopyFile&) = delete;
   CopyFile& operator=(const CopyFile&) = delete;
 
-  // False when `destination` is no absolute path, something stands there, no file can be made there,
-  // or the name is one of the recordings' own.
+  // False when `destination` is no absolute path, something stands there or beside it as "NAME.partial",
+  // no file can be made there, or the name is one of the recordings' own.
   bool Create(const std::string& destination, const FileNames& recordings);
 
   const std::string& PartialPath() const { return partial_; }

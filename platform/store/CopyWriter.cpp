@@ -31,6 +31,10 @@ std::string UriOf(const std::string& path) {
   return uri + "?mode=ro";
 }
 
+std::string Mark(int applicationId) {
+  return "PRAGMA application_id=" + std::to_string(applicationId) + ";";
+}
+
 }  // namespace
 
 CopyWriter::CopyWriter(const RunFiles& run, const TickRange& range, std::function<void()> pace)
@@ -48,8 +52,8 @@ int CopyWriter::Begin(const std::string& path) {
     return 0;
   };
   sqlite3_progress_handler(database_.Handle(), kPaceSteps, callPace, this);
-  const std::string mark = "PRAGMA application_id=" + std::to_string(kApplicationId) +
-                           "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + ";";
+  const std::string mark =
+      Mark(kUnfinishedCopyId) + "PRAGMA user_version=" + std::to_string(kSchemaVersion) + ";";
   int rc = database_.Execute(kSettings);
   if (rc == SQLITE_OK) rc = database_.Execute(mark);
   return rc == SQLITE_OK ? database_.Execute(CreateSchema()) : rc;
@@ -120,6 +124,7 @@ int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, st
 int CopyWriter::End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
   int rc = AddOrigin(store, firstAsked, lastAsked);
   if (rc == SQLITE_OK) rc = Run("UPDATE progress SET (last_seq, last_tick) = (SELECT seq, tick FROM copy)");
+  if (rc == SQLITE_OK) rc = database_.Execute(Mark(kApplicationId));
   database_.Close();
   return rc;
 }
