@@ -1,0 +1,254 @@
+// What other users of the machine can do to the process, its endpoint, its record and its files; and that no
+// request costs anybody a file.
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "Car.h"
+#include "support/RawPeer.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kRecordings = "disk/metadata/";
+const std::string kRecording = kRecordings + "metadata.000001.db";
+
+std::string CopyRequest(std::string destination) {
+  destination.resize(1024, '\0');
+  return destination + FromHex("00000000 ffffffff");
+}
+
+// ---- Other users
+
+// As open does: below 0 with errno, else a descriptor or 0.
+int Open(const std::string& path, int flags) {
+  return open(path.c_str(), flags | O_CLOEXEC);
+}
+int MakeFileIn(const std::string& directory) {
+  const std::string path = directory + "/intruder";
+  const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  return fd < 0 || unlink(path.c_str()) != 0 ? -1 : fd;
+}
+int OpenRecord(const Car& car, int flags) {
+  return shm_open(car.environment.at("METADATA_SHM").c_str(), flags, 0);
+}
+int AskForACopy(const Car& car) {
+  const std::string id = std::to_string(getpid());
+  const RawPeer peer = RawPeer::To("MetadataMgr");
+  if (!peer.Connected()) return -1;
+  (void)peer.Send(HelloPacket("Peer" + id));
+  (void)peer.Send(Packet(kCopy, CopyRequest(car.Path("copy-for-" + id + ".db"))));
+  errno = EPROTO;
+  return peer.Receive() == Packet(kCopied, "\x01") ? 0 : -1;
+}
+
+struct Attempt {
+  const char* what;
+  int (*tries)(const Car& car);
+  // What becomes of it: for a stranger; for one where the directories of endpoints and recordings are open
+  // to everybody; for a member of the process's group. The process's own user may do it all.
+  int stranger, openDirectories, member;
+};
+
+const Attempt kAttempts[] = {
+    {"ask for a copy", AskForACopy, EACCES, EACCES, 0},
+    {"take the endpoint's lock", [](const Car&) { return Open(IpcDir::File("MetadataMgr.lock"), O_RDWR); },
+     EACCES, EACCES, 0},
+    {"make an endpoint", [](const Car&) { return MakeFileIn(IpcDir::File("")); }, EACCES, EACCES, EACCES},
+    {"read the shared record", [](const Car& car) { return OpenRecord(car, O_RDONLY); }, EACCES, EACCES, 0},
+    {"write the shared record", [](const Car& car) { return OpenRecord(car, O_RDWR); }, EACCES, EACCES,
+     EACCES},
+    {"list the recordings", [](const Car& car) { return Open(car.Path(kRecordings), O_DIRECTORY); }, EACCES,
+     0, 0},
+    {"make a file beside them", [](const Car& car) { return MakeFileIn(car.Path(kRecordings)); }, EACCES,
+     EACCES, 0},
+    {"read a recording", [](const Car& car) { return Open(car.Path(kRecording), O_RDONLY); }, EACCES, EACCES,
+     0},
+    {"write a recording", [](const Car& car) { return Open(car.Path(kRecording), O_WRONLY); }, EACCES, EACCES,
+     EACCES},
+    {"read its log", [](const Car& car) { return Open(car.Path(kRecording + "-wal"), O_RDONLY); }, EACCES,
+     EACCES, 0},
+    {"write its log", [](const Car& car) { return Open(car.Path(kRecording + "-wal"), O_WRONLY); }, EACCES,
+     EACCES, EACCES},
+    {"write its index", [](const Car& car) { return Open(car.Path(kRecording + "-shm"), O_WRONLY); }, EACCES,
+     EACCES, EACCES},
+    {"read a copy", [](const Car& car) { return Open(car.Path("copy.db"), O_RDONLY); }, EACCES, EACCES, 0},
+    {"write a copy", [](const Car& car) { return Open(car.Path("copy.db"), O_WRONLY); }, EACCES, EACCES,
+     EACCES},
+    {"remove the shared record",
+     [](const Car& car) { return shm_unlink(car.environment.at("METADATA_SHM").c_str()); }, EACCES, EACCES,
+     EACCES},
+    {"remove the endpoint", [](const Car&) { return unlink(IpcDir::File("MetadataMgr").c_str()); }, EACCES,
+     EACCES, EACCES},
+    {"replace the endpoints' directory",
+     [](const Car& car) { return rename(car.IpcDirectory().c_str(), car.Path("ipc").c_str()); }, EACCES,
+     EACCES, EACCES},
+    {"end the process", [](const Car& car) { return kill(car.program->Id(), SIGTERM); }, EPERM, EPERM, EPERM},
+};
+
+constexpr uid_t kAnother = 65534;
+
+Lines Expected(int (*outcome)(const Attempt&)) {
+  Lines lines;
+  for (const Attempt& attempt : kAttempts) {
+    lines.push_back(attempt.what + std::string(": ") + std::strerror(outcome(attempt)));
+  }
+  return lines;
+}
+
+// What became of each attempt of such a user.
+Lines TriedBy(uid_t user, gid_t group, const Car& car) {
+  int pipe[2];
+  EXPECT_EQ(pipe2(pipe, O_CLOEXEC), 0);
+  Child child([&] {
+    if (setgroups(0, nullptr) != 0 || setresgid(group, group, group) != 0 || setresuid(user, user, user) != 0)
+      return 1;
+    for (const Attempt& attempt : kAttempts) {
+      const int outcome = attempt.tries(car) < 0 ? errno : 0;
+      const std::string line = attempt.what + std::string(": ") + std::strerror(outcome) + "\n";
+      if (write(pipe[1], line.data(), line.size()) < 0) return 1;
+    }
+    return 0;
+  });
+  EXPECT_EQ(child.Wait(), 0);
+  close(pipe[1]);
+  char text[8192];
+  const ssize_t size = read(pipe[0], text, sizeof text);
+  close(pipe[0]);
+  return LogText(std::string(text, static_cast<std::size_t>(std::max<ssize_t>(size, 0))));
+}
+
+TEST(OtherUser, CanDoNothingAndAMemberOfTheGroupCanReadAndAsk) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
+  Car car;
+  // Up to here the way is open: what keeps others out is the process's doing.
+  chmod(car.Path("").c_str(), 0755);
+  chmod(fs::path(car.IpcDirectory()).parent_path().c_str(), 0755);
+  chmod(car.IpcDirectory().c_str(), 02750);
+  car.Run();
+  EXPECT_EQ(car.stateMgr.Ask(kCopy, ToHex(CopyRequest(car.Path("copy.db"))), kCopied), "01");
+  EXPECT_EQ(TriedBy(kAnother, kAnother, car), Expected([](const Attempt& a) { return a.stranger; }));
+  EXPECT_EQ(TriedBy(kAnother, getegid(), car), Expected([](const Attempt& a) { return a.member; }));
+  chmod(car.IpcDirectory().c_str(), 0755);
+  chmod(car.Path(kRecordings).c_str(), 0755);
+  EXPECT_EQ(TriedBy(kAnother, kAnother, car), Expected([](const Attempt& a) { return a.openDirectories; }));
+  EXPECT_EQ(TriedBy(geteuid(), getegid(), car), Expected([](const Attempt&) { return 0; }));
+  EXPECT_EQ(car.End(), 0) << "ended in order, by its own user";
+}
+
+// Of all sockets of the process only the endpoint has a name that one could connect to.
+TEST(OtherUser, FindsNoOtherDoor) {
+  Car car;
+  car.Run();
+  const std::string process = "/proc/" + std::to_string(car.program->Id());
+  std::map<std::string, std::string> paths;  // of the machine's sockets of this family, by inode
+  std::ifstream table(process + "/net/unix");
+  for (std::string line; std::getline(table, line);) {
+    std::istringstream words(line);
+    std::string inode;
+    std::string path;
+    for (int column = 0; column < 7; ++column) words >> inode;
+    words >> path;
+    paths[inode] = path;
+  }
+  Lines doors;
+  for (const auto& entry : fs::directory_iterator(process + "/fd")) {
+    const std::string target = fs::read_symlink(entry.path());
+    if (!target.starts_with("socket:[")) continue;
+    const auto found = paths.find(target.substr(8, target.size() - 9));
+    ASSERT_NE(found, paths.end()) << "of another family";
+    if (!found->second.empty()) doors.push_back(found->second);
+  }
+  std::sort(doors.begin(), doors.end());
+  doors.erase(std::unique(doors.begin(), doors.end()), doors.end());  // accepted ones have its name, too
+  EXPECT_EQ(doors, Lines{IpcDir::File("MetadataMgr")});
+}
+
+// ---- Requests
+
+// Everything in a directory, by path: what it is and what stands in it.
+std::map<std::string, std::string> Everything(const std::string& directory) {
+  std::map<std::string, std::string> all;
+  for (const auto& entry : fs::recursive_directory_iterator(directory)) {
+    const std::string path = entry.path();
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0);
+    std::ostringstream text;
+    text << status.st_mode << ' ' << status.st_ino << ' ' << status.st_nlink << ' ';
+    if (S_ISLNK(status.st_mode)) text << fs::read_symlink(path);
+    const bool changes = path.ends_with("-shm") || path.ends_with(".err");  // readers' marks, the log
+    if (S_ISREG(status.st_mode) && !changes) text << status.st_mtime << std::ifstream(path).rdbuf();
+    all[path] = text.str();
+  }
+  return all;
+}
+
+// The paths that came, went or changed.
+Lines Changed(const std::string& directory, const std::map<std::string, std::string>& before) {
+  const auto after = Everything(directory);
+  std::vector<std::pair<std::string, std::string>> differences;
+  std::set_symmetric_difference(before.begin(), before.end(), after.begin(), after.end(),
+                                std::back_inserter(differences));
+  Lines paths;
+  for (const auto& difference : differences) paths.push_back(difference.first);
+  return paths;
+}
+
+TEST(Request, ForACopyCostsNobodyAFile) {
+  Car car;
+  car.Run();
+  car.stateMgr.Send(kBookmark, "00000001");
+  const auto copied = [&](const std::string& destination) {
+    return car.stateMgr.Ask(kCopy, ToHex(CopyRequest(destination)), kCopied);
+  };
+  const auto path = [&](const std::string& name) { return car.Path(name); };
+  EXPECT_EQ(copied(path("done.db.partial")), "01") << "a copy like others";
+  const std::string victim = "somebody's only copy";
+  for (const char* name : {"file", "empty.db", "logged.db-wal", "journaled.db-journal", "begun.db.partial",
+                           "begun2.db.partial-wal", "begun3.db.partial-journal"}) {
+    car.Write(name, name == std::string("empty.db") ? "" : victim);
+  }
+  fs::create_hard_link(path("file"), path("hard"));
+  fs::create_hard_link(path(kRecording), path("hard recording"));
+  fs::create_symlink("file", path("link"));
+  fs::create_symlink("file", path("begun4.db.partial"));
+  fs::create_symlink("nowhere", path("dangling"));
+  fs::create_symlink("itself", path("itself"));
+  fs::create_directory_symlink(path(kRecordings), path("directory"));
+  for (const char* name : {"pipe", "begun5.db.partial"}) ASSERT_EQ(mkfifo(path(name).c_str(), 0666), 0);
+  fs::create_directory(path("begun6.db.partial"));
+  const auto before = Everything(path(""));
+  const auto endpoints = Everything(car.IpcDirectory());
+
+  for (const char* name : {"done.db", "file", "empty.db", "logged.db", "journaled.db", "begun.db",
+                           "begun2.db", "begun3.db", "begun4.db", "begun5.db", "begun6.db", "hard",
+                           "hard recording", "link", "dangling", "itself", "directory", "pipe", "disk"}) {
+    EXPECT_EQ(copied(path(name)), "00") << name;
+  }
+  for (const std::string& destination :
+       {path(kRecording), path(kRecording + "-wal"), path(kRecordings + "metadata.000002.db"),
+        path("directory/metadata.000002.db"), path("disk/../directory/metadata.000001.db"),
+        "/dev/shm" + car.environment["METADATA_SHM"], IpcDir::File("MetadataMgr"),
+        IpcDir::File("MetadataMgr.lock"), std::string("/dev/null"), std::string("/proc/self/mem")}) {
+    EXPECT_EQ(copied(destination), "00") << destination;
+  }
+  EXPECT_EQ(Changed(path(""), before), Lines{});
+  EXPECT_EQ(Changed(car.IpcDirectory(), endpoints), Lines{});
+  EXPECT_EQ(car.SharedRecord()[0], 1);
+  EXPECT_EQ(copied(path("free.db")), "01");
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{"bookmark set event 1"});
+}
+
+}  // namespace
