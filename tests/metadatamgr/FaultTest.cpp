@@ -7,6 +7,7 @@
 #include "Recorder.h"
 #include "events/FakeServers.h"
 #include "support/Eventually.h"
+#include "support/RawPeer.h"
 
 namespace {
 
@@ -87,7 +88,7 @@ class Start {
       behaviours["StateMgr"].absent = false;
     }
     behaviours[step.server] = BehaviourOf(fault, step.item);
-    servers_ = std::make_unique<FakeServers>(behaviours);
+    Serve(behaviours);
     recorder_.Start({"-l", "1"});
   }
 
@@ -117,7 +118,7 @@ class Start {
   void StartAgain() {
     servers_ = nullptr;  // before the same names are used again
     setenv("LINX_IPC_DIR", recorder_.IpcDirectory().c_str(), 1);
-    servers_ = std::make_unique<FakeServers>();
+    Serve({});
     recorder_.Start({"-l", "1"});
   }
   void CheckAgain() {
@@ -129,6 +130,12 @@ class Start {
   }
 
  private:
+  // The state manager is up before the process that looks for it; of the others it need not be so.
+  void Serve(const std::map<std::string, Behaviour>& behaviours) {
+    servers_ = std::make_unique<FakeServers>(behaviours);
+    EXPECT_TRUE(Eventually([] { return RawPeer::To("StateMgr").Connected(); }));
+  }
+
   static const Step* SecondOfVideoMgr() {
     return std::find_if(std::begin(kSteps), std::end(kSteps), [](const Step& step) {
       return step.server == std::string("VideoMgr") && step.item == 1;
