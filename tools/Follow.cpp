@@ -39,6 +39,7 @@ class Changes {
     }
     return std::exchange(last_, now) != now;
   }
+  void Forget() { last_ = {}; }
 
  private:
   std::array<std::int64_t, 8> last_{};
@@ -91,7 +92,11 @@ class Follower {
 
   void Read() {
     RecordReader reader(path_, {options_.source.Selected(), format_->WantsText(), lastSeq_}, quiet_);
-    if (path_.empty() || !reader.Open()) return;
+    if (path_.empty()) return;
+    if (!reader.Open()) {  // its writer may just be closing it
+      changes_.Forget();
+      return;
+    }
     for (Row row; reader.Next(row);) {
       row.run = run_;
       lastSeq_ = row.seq;

@@ -17,6 +17,8 @@ bool RecordReader::Open() {
 }
 
 bool RecordReader::Begin() {
+  // All tables are read as they are at one moment, so nothing is missed that comes meanwhile.
+  (void)recording_->Sql().Execute("BEGIN");
   clock_.Read(recording_->Sql());
   advanceFirst_ = false;
   for (const RecordTable& table : recording_->Tables().tables) {
