@@ -10,6 +10,7 @@ namespace {
 constexpr Command kCommands[] = {
     {"info", "Tells runs, sources, gaps and losses", DeclareInfo},
     {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
+    {"export", "Writes tracks, records or subtitles for other programs", DeclareExport},
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
     {"ask", "Asks the running MetadataMgr", DeclareAsk},

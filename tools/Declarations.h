@@ -5,6 +5,7 @@
 // The declare functions of all commands; each stands in the source of its command.
 Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
+Action DeclareExport(CLI::App& app);
 Action DeclareState(CLI::App& app);
 Action DeclareCheck(CLI::App& app);
 Action DeclareAsk(CLI::App& app);

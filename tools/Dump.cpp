@@ -1,9 +1,8 @@
 #include <CLI/CLI.hpp>
 
 #include "Declarations.h"
-#include "Output.h"
 #include "RangeOptions.h"
-#include "RowFormat.h"
+#include "WriteRows.h"
 
 namespace {
 
@@ -19,19 +18,11 @@ int Dump(const DumpOptions& options) {
   const std::vector<Run> runs = options.recordings.Find(messages);
   Range range;
   if (!options.range.Find(runs, range, messages)) return kFinding;
-  const auto format = MakeRowFormat(options.format.Name(), options.source.Selected());
-  RunReader reader(runs, options.source.Selected(), format->WantsText(), messages);
-  reader.ShowProgress(false);
+  std::vector<std::unique_ptr<RowFormat>> formats;
+  formats.push_back(MakeRowFormat(options.format.Name(), options.source.Selected()));
   Output out;
-  out.BeforeWriting([&reader] { reader.Pause(); });
-  format->Begin(out.Text());
-  Row row;
-  while (out.Good() && reader.Next(row)) {
-    if (!range.Contains(row)) continue;
-    format->Append(row, out.Text());
-    out.Commit();
-  }
-  return out.Flush() ? messages.Status() : kFinding;
+  const bool written = WriteRows(runs, range, options.source.Selected(), formats, false, out, messages);
+  return written ? messages.Status() : kFinding;
 }
 
 }  // namespace
@@ -42,6 +33,12 @@ Action DeclareDump(CLI::App& app) {
   options->range.Declare(app);
   options->source.Declare(app);
   options->format.Declare(app);
-  app.footer("T is " + InstantHelp() + ".\nSOURCES: " + SelectionHelp() + ".");
+  app.footer("T is " + InstantHelp() + ".\nSOURCES: " + SelectionHelp() +
+             ".\n"
+             "Examples:\n"
+             "  metadata dump --from record-start --to record-stop\n"
+             "  metadata dump metadata.000007.db --source inputs,bookmark\n"
+             "  metadata dump --format csv --source gps > gps.csv\n"
+             "  metadata dump --format jsonl | jq 'select(.source==\"crash\")'");
   return [options] { return Dump(*options); };
 }

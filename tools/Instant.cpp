@@ -87,7 +87,8 @@ bool ReadEvent(std::string_view text, Instant& instant) {
 }
 
 bool ReadTick(std::string_view text, Instant& instant) {
-  return TakeNumber(text, instant.value) && text.empty() && instant.value >= 0;
+  return TakeNumber(text, instant.value) && text.empty() && instant.value >= 0 &&
+         instant.value <= kFarthestMs;
 }
 
 int Sign(std::int64_t left, std::int64_t right) {
@@ -104,6 +105,12 @@ bool ReadInstant(const std::string& text, Instant& instant, std::string& error) 
   if (ReadUtc(text, instant.value) || ReadEvent(text, instant)) return true;
   error = "'" + text + "' is no time: " + InstantHelp();
   return false;
+}
+
+std::vector<std::string> EventNames() {
+  std::vector<std::string> names;
+  for (const NamedEvent& row : kEvents) names.emplace_back(row.name);
+  return names;
 }
 
 std::string InstantHelp() {

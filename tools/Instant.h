@@ -24,6 +24,7 @@ struct Instant {
 // False and why not.
 bool ReadInstant(const std::string& text, Instant& instant, std::string& error);
 std::string InstantHelp();
+std::vector<std::string> EventNames();
 
 // Where an instant is in the records.
 struct Position {

@@ -16,6 +16,8 @@ class OutputFile {
 
   // False, after a problem was said, when it cannot be written, or is a recording or its log.
   bool Open(const std::string& name, Messages& messages);
+  // Whether it is a file.
+  bool IsNamed() const { return fd_ >= 0; }
   Output& Out() { return *out_; }
   // False, after a problem was said, when not all of it was written.
   bool Finish();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -16,6 +17,12 @@ struct Field {
 enum class EventKind : unsigned char { kInitial = 0, kEvent = 1, kRestated = 2 };
 
 constexpr std::int64_t kNoUtc = std::numeric_limits<std::int64_t>::min();
+
+// Whatever a damaged file says, times in milliseconds can be added and subtracted.
+constexpr std::int64_t kFarthestMs = std::int64_t{1} << 60;
+constexpr std::int64_t WithinTime(std::int64_t ms) {
+  return std::clamp(ms, -kFarthestMs, kFarthestMs);
+}
 
 // One record as it is read. Everything that it refers to is valid until the next one is read.
 struct Row {

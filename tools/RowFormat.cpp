@@ -211,6 +211,13 @@ void AppendNumber(std::int64_t number, std::string& out) {
   out.append(digits, static_cast<std::size_t>(end - digits));
 }
 
+void AppendDecimal(double number, int decimals, std::string& out) {
+  char digits[400];
+  const auto [end, error] =
+      std::to_chars(digits, digits + sizeof digits, number, std::chars_format::fixed, decimals);
+  out.append(digits, static_cast<std::size_t>(end - digits));
+}
+
 void AppendJson(std::string_view text, std::string& out) {
   constexpr const char* kHex = "0123456789abcdef";
   out += '"';

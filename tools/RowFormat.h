@@ -8,13 +8,16 @@
 #include "Row.h"
 #include "Selection.h"
 
-// A form in which records are written, one line each.
+// A form in which records are written.
 class RowFormat {
  public:
   virtual ~RowFormat() = default;
   virtual bool WantsText() const { return false; }
   virtual void Begin(std::string& /*out*/) {}
   virtual void Append(const Row& row, std::string& out) = 0;
+  // A record that is not to be written, in its order.
+  virtual void Skip(const Row& /*row*/) {}
+  virtual void End(std::string& /*out*/) {}
 };
 
 // "text", "csv" or "jsonl". The columns of CSV are those of the tables in which what is selected may
@@ -28,4 +31,5 @@ void AppendPrintable(std::string_view text, std::string& out);
 
 // A number; a text in JSON quotes, what is no UTF-8 replaced.
 void AppendNumber(std::int64_t number, std::string& out);
+void AppendDecimal(double number, int decimals, std::string& out);
 void AppendJson(std::string_view text, std::string& out);

@@ -95,7 +95,7 @@ std::string TableCursor::SourceName() {
 
 void TableCursor::Fill(Row& row) {
   row.seq = seq_;
-  row.tick = rows_.Integer(1);
+  row.tick = WithinTime(rows_.Integer(1));
   row.hasSenderTick = !rows_.IsNull(2);
   row.senderTick = row.hasSenderTick ? rows_.Integer(2) : 0;
   row.event = static_cast<EventKind>(rows_.Integer(3));

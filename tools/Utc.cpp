@@ -116,7 +116,7 @@ void FileClock::Read(Connection& connection) {
   if (clock.Prepare(connection.Handle(), "SELECT seq, utc_ms - tick FROM clock ORDER BY seq") != SQLITE_OK) {
     return;
   }
-  while (clock.Step() == SQLITE_ROW) anchors_.push_back({clock.Integer(0), clock.Integer(1)});
+  while (clock.Step() == SQLITE_ROW) anchors_.push_back({clock.Integer(0), WithinTime(clock.Integer(1))});
   firstTrusted_ = connection.Integer("SELECT min(seq) FROM clock WHERE clock_source='gps'", 0);
   if (firstTrusted_ != 0) return;
   firstTrusted_ =

@@ -185,6 +185,15 @@ std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory,
   return all;
 }
 
+std::vector<std::string> SentValues(const std::string& sentDirectory, const std::string& sources,
+                                    const std::string& sql) {
+  Tables tables(":memory:");
+  tables.AddSent(sentDirectory);
+  return tables.Rows("WITH event AS (SELECT * FROM sent WHERE source GLOB '" + sources +
+                         "') SELECT * FROM (" + sql + ") ORDER BY 1, 2",
+                     2);
+}
+
 std::vector<std::string> TimelineWithoutReadings(const std::string& recording) {
   return Tables(recording).Rows(
       "SELECT source, event, text FROM timeline WHERE source NOT IN ('clock','gps') AND source NOT LIKE "

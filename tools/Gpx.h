@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Messages.h"
+#include "RowFormat.h"
+#include "TrackFollower.h"
+#include "Utc.h"
+
+// GPX 1.1. All waypoints stand before all tracks, so they are two forms, written one after the other.
+
+constexpr const char* kGpxSources = "gps,bookmark";
+
+// The beginning of the file, and each bookmark as a waypoint.
+class GpxWaypoints : public RowFormat {
+ public:
+  explicit GpxWaypoints(Messages& messages) : messages_(messages) {}
+  void Begin(std::string& out) override;
+  void Append(const Row& row, std::string& out) override;
+  void Skip(const Row& row) override { (void)track_.Take(row); }
+
+ private:
+  Messages& messages_;
+  TrackFollower track_;
+};
+
+// Each run as a track, with a segment for each stretch with a fix, and the end of the file.
+class GpxTracks : public RowFormat {
+ public:
+  void Append(const Row& row, std::string& out) override;
+  void Skip(const Row& row) override;
+  void End(std::string& out) override;
+
+ private:
+  void BeginSegment(int run, std::string& out);
+
+  TrackFollower track_;
+  UtcWriter utc_;
+  int run_ = 0;
+};

@@ -1,0 +1,148 @@
+#include "Subtitles.h"
+
+#include <algorithm>
+
+#include "Print.h"
+
+namespace {
+
+void PrintTime(std::int64_t ms, std::string& out) {
+  const auto whole = static_cast<long long>(ms);
+  Print(out, "%02lld:%02lld:%02lld,%03lld", whole / 3'600'000, whole / 60'000 % 60, whole / 1000 % 60,
+        whole % 1000);
+}
+
+}  // namespace
+
+void Subtitles::Append(const Row& row, std::string& out) {
+  if (!Enter(row)) return;
+  writing_ = true;
+  // What changes at the beginning of a second is known then, a bookmark of that instant is in it.
+  const int inclusive = row.table == "bookmark" ? 1 : 0;
+  if (begun_) Advance(EventTick(row) - beginTick_ + inclusive, out);
+  Take(row);
+}
+
+void Subtitles::Skip(const Row& row) {
+  over_ = over_ || writing_;
+  if (!Enter(row)) return;
+  if (begun_) nextCue_ = std::max(nextCue_, (EventTick(row) - beginTick_) / kCueMs + 1);
+  Take(row);
+}
+
+// False when the run of the video is over.
+bool Subtitles::Enter(const Row& row) {
+  if (row.run != run_) {
+    over_ = over_ || begun_;
+    BeginRun(row.run);
+  }
+  if (over_) return false;
+  if (!begun_) FindBegin(row);
+  if (row.utcMs != kNoUtc) utcOffsetMs_ = row.utcMs - EventTick(row);
+  return true;
+}
+
+void Subtitles::BeginRun(int run) {
+  run_ = run;
+  utcOffsetMs_ = kNoUtc;
+  known_ = false;
+  hasFix_ = false;
+  radars_.clear();
+  active_.clear();
+}
+
+void Subtitles::FindBegin(const Row& row) {
+  if (begin_.Compare(row) < 0 || (begin_.run != 0 && begin_.run != row.run)) return;
+  begun_ = true;
+  beginTick_ = begin_.by == Position::By::kTick ? begin_.value : EventTick(row) + begin_.AgeMs(row);
+}
+
+// Ends the cues that are over at a time of the video and begins the ones that follow.
+void Subtitles::Advance(std::int64_t ms, std::string& out) {
+  while (ms > nextCue_ * kCueMs && nextCue_ <= kLastCue) {
+    FinishCue(out);
+    cue_ = StateText();
+    ++nextCue_;
+  }
+}
+
+void Subtitles::FinishCue(std::string& out) {
+  if (nextCue_ == 0) return;
+  if (!cue_.empty() || !bookmarksText_.empty()) {
+    Print(out, "%d\n", ++cues_);
+    PrintTime((nextCue_ - 1) * kCueMs, out);
+    out += " --> ";
+    PrintTime(nextCue_ * kCueMs, out);
+    out.append("\n").append(cue_).append(bookmarksText_).append("\n");
+  }
+  bookmarksText_.clear();
+}
+
+void Subtitles::End(std::string& out) {
+  FinishCue(out);
+}
+
+void Subtitles::Take(const Row& row) {
+  if (row.table == "bookmark") {
+    if (row.event != EventKind::kEvent) return;
+    ++bookmarks_;
+    if (begun_) bookmarksText_ += "bookmark " + std::to_string(bookmarks_) + "\n";
+    return;
+  }
+  if (row.table == "clock" || row.table == "run_end") return;
+  known_ = true;
+  if (row.table == "gps" || row.table == "gps_state") {
+    TakeFix(row);
+  } else if (row.table == "state") {
+    const std::string name(row.source);
+    active_.erase(std::remove(active_.begin(), active_.end(), name), active_.end());
+    if (row.Number("active") != 0) active_.push_back(name);
+  } else {
+    TakeRadar(row);
+  }
+}
+
+void Subtitles::TakeFix(const Row& row) {
+  if (LosesFix(row)) {
+    hasFix_ = false;
+  } else if (ReadGpsFix(row, fix_)) {
+    hasFix_ = true;
+  }
+}
+
+void Subtitles::TakeRadar(const Row& row) {
+  const std::string name(row.source);
+  if (row.table == "radar") {
+    radars_[name] = std::to_string(row.Number("speed1")) + " " + std::to_string(row.Number("speed2")) + " " +
+                    std::to_string(row.Number("speed3"));
+  } else if (row.table == "speed") {
+    radars_[name] = std::to_string(row.Number("speed"));
+  } else if (row.Number("valid") == 0) {
+    radars_.erase(name);
+  }
+}
+
+std::string Subtitles::SpeedText() const {
+  std::string text;
+  if (hasFix_) {
+    Print(text, "GPS %.1f km/h  %.6f %.6f", static_cast<double>(fix_.speedDeciKmh) / 10, fix_.Latitude(),
+          fix_.Longitude());
+  } else {
+    text = "no fix";
+  }
+  return text;
+}
+
+std::string Subtitles::StateText() const {
+  if (!known_) return {};
+  std::string text;
+  if (utcOffsetMs_ != kNoUtc) text += UtcText(beginTick_ + nextCue_ * kCueMs + utcOffsetMs_) + "\n";
+  text += SpeedText() + "\n";
+  for (const auto& [source, reading] : radars_) {
+    text.append(&reading == &radars_.begin()->second ? "" : "  ").append(source).append(" ").append(reading);
+  }
+  if (!radars_.empty()) text += "\n";
+  for (const std::string& name : active_) text.append(&name == active_.data() ? "" : ", ").append(name);
+  if (!active_.empty()) text += "\n";
+  return text;
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Instant.h"
+#include "RowFormat.h"
+#include "TrackFollower.h"
+#include "Utc.h"
+
+constexpr const char* kSubtitleSources =
+    "gps,speed-radar,radar,inputs,recording,covert,crash,bookmark,clock,run";
+
+// SubRip subtitles for a video: what was known at each of its seconds, and the bookmarks set in it.
+class Subtitles : public RowFormat {
+ public:
+  // Where the video begins.
+  explicit Subtitles(const Position& begin) : begin_(begin) {}
+  void Append(const Row& row, std::string& out) override;
+  void Skip(const Row& row) override;
+  void End(std::string& out) override;
+
+ private:
+  // A cue's time has two digits for the hours.
+  static constexpr std::int64_t kLastCue = 100 * 3600 - 2;
+  static constexpr std::int64_t kCueMs = 1000;
+
+  bool Enter(const Row& row);
+  void BeginRun(int run);
+  void FindBegin(const Row& row);
+  void Take(const Row& row);
+  void TakeFix(const Row& row);
+  void TakeRadar(const Row& row);
+  void Advance(std::int64_t ms, std::string& out);
+  void FinishCue(std::string& out);
+  std::string StateText() const;
+  std::string SpeedText() const;
+
+  Position begin_;
+  int run_ = 0;
+  bool begun_ = false;
+  bool writing_ = false;
+  bool over_ = false;
+  std::int64_t beginTick_ = 0;
+  std::int64_t utcOffsetMs_ = kNoUtc;  // of the ticks
+
+  // What is known now.
+  bool known_ = false;
+  bool hasFix_ = false;
+  GpsFix fix_;
+  std::map<std::string, std::string> radars_;  // by source; without those that have no reading
+  std::vector<std::string> active_;            // in the order in which they became so
+
+  // The cue that is under way.
+  std::int64_t nextCue_ = 0;
+  std::string cue_;
+  std::string bookmarksText_;
+  int bookmarks_ = 0;
+  int cues_ = 0;
+};
