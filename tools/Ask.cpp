@@ -132,7 +132,14 @@ Action DeclareAsk(CLI::App& app) {
         ->capture_default_str();
     asked->questions.emplace_back(question, row.question);
   }
-  app.footer("Asks over the endpoints in LINX_IPC_DIR, by default /run/linx.");
+  app.footer(
+      "Asks over the endpoints in LINX_IPC_DIR, by default /run/linx.\n"
+      "Examples:\n"
+      "  metadata ask ping                               is it there?\n"
+      "  metadata ask copy /mnt/usb/drive.db             all of its run\n"
+      "  metadata ask copy /mnt/usb/part.db 120000 180000\n"
+      "  metadata ask loglevel 255                       log everything\n"
+      "  metadata ask quit                               shut down, as at the end of a service");
   return [asked] {
     std::size_t i = 0;
     while (!asked->questions[i].first->parsed()) ++i;

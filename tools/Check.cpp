@@ -60,6 +60,9 @@ Action DeclareCheck(CLI::App& app) {
   AddRecordings(app, *recordings);
   app.footer(
       "Checks that files are sound, that no record is missing whose loss is not recorded, that ticks do not\n"
-      "go back, and that what records refer to is there. Of each kind of finding the first row is named.");
+      "go back, and that what records refer to is there. Of each kind of finding the first row is named.\n"
+      "Examples:\n"
+      "  metadata check                                  every recording of this machine\n"
+      "  metadata check /media/card/metadata && echo sound");
   return [recordings] { return Check(*recordings); };
 }

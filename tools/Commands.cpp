@@ -16,6 +16,7 @@ constexpr Command kCommands[] = {
     {"ask", "Asks the running MetadataMgr", DeclareAsk},
     {"follow", "Prints records as they arrive", DeclareFollow},
     {"live", "Shows the shared record of current values", DeclareLive},
+    {"complete", "", DeclareComplete},
 };
 
 }  // namespace

@@ -11,3 +11,4 @@ Action DeclareCheck(CLI::App& app);
 Action DeclareAsk(CLI::App& app);
 Action DeclareFollow(CLI::App& app);
 Action DeclareLive(CLI::App& app);
+Action DeclareComplete(CLI::App& app);

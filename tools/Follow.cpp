@@ -138,6 +138,11 @@ Action DeclareFollow(CLI::App& app) {
   AddRecordings(app, options->recordings);
   options->source.Declare(app);
   options->format.Declare(app);
-  app.footer("Until it is interrupted.\nSOURCES: " + SelectionHelp() + ".");
+  app.footer("Until it is interrupted.\nSOURCES: " + SelectionHelp() +
+             ".\n"
+             "Examples:\n"
+             "  metadata follow\n"
+             "  metadata follow --source events,inputs\n"
+             "  metadata follow --format jsonl | jq --unbuffered -r .source");
   return [options] { return Follow(*options); };
 }

@@ -79,6 +79,9 @@ Action DeclareInfo(CLI::App& app) {
   AddRecordings(app, *recordings);
   app.footer(
       "Records that restate a last value are not counted as records of their source. A gap is more than\n"
-      "2.5 times as long as the usual distance of a source's records.");
+      "2.5 times as long as the usual distance of a source's records.\n"
+      "Examples:\n"
+      "  metadata info                                   every recording of this machine\n"
+      "  metadata info metadata.000007.db");
   return [recordings] { return Info(*recordings); };
 }

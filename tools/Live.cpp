@@ -127,5 +127,10 @@ Action DeclareLive(CLI::App& app) {
       ->type_name("SECONDS")
       ->check(CLI::Range(0.05, 3600.0))
       ->capture_default_str();
+  app.footer(
+      "Until it is interrupted, where the output is a terminal.\n"
+      "Examples:\n"
+      "  metadata live\n"
+      "  metadata live --once | grep place");
   return [options] { return Live(*options); };
 }

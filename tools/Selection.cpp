@@ -125,3 +125,14 @@ std::string SelectionHelp() {
   for (const Group& group : kGroups) help += std::string(&group == kGroups.data() ? " " : ", ") + group.name;
   return help;
 }
+
+std::vector<std::string> SelectionWords() {
+  std::vector<std::string> words;
+  for (const Group& group : kGroups) words.emplace_back(group.name);
+  for (const Source& source : kSources) words.emplace_back(source.name);
+  for (const RecordTable& table : CurrentCatalogue().tables) words.push_back(table.name);
+  for (std::string& word : words) std::replace(word.begin(), word.end(), ' ', '-');
+  std::sort(words.begin(), words.end());
+  words.erase(std::unique(words.begin(), words.end()), words.end());
+  return words;
+}

@@ -22,3 +22,6 @@ class Selection {
 
 // The groups, for people.
 std::string SelectionHelp();
+
+// All words of a selection, numbers apart.
+std::vector<std::string> SelectionWords();

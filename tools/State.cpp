@@ -121,6 +121,11 @@ Action DeclareState(CLI::App& app) {
   auto options = std::make_shared<StateOptions>();
   AddRecordings(app, options->recordings);
   AddInstant(app, "--at", options->at, "the instant")->required();
-  app.footer("T is " + InstantHelp() + ".");
+  app.footer("T is " + InstantHelp() +
+             ".\n"
+             "Examples:\n"
+             "  metadata state --at crash\n"
+             "  metadata state --at bookmark:2-10s metadata.000007.db\n"
+             "  metadata state --at 2024-05-01T12:00:30Z");
   return [options] { return State(*options); };
 }

@@ -33,8 +33,10 @@ class InstallTest : public testing::Test {
 
 TEST_F(InstallTest, HoldsTheServiceAndTheContractAndNothingElse) {
   const std::set<std::string> files = installation_.Files();
-  for (const char* file : {"/usr/sbin/MetadataMgr", "/usr/share/man/man8/MetadataMgr.8", kUnit, kUsers,
-                           kDirectories, "/usr/include/metadatamgr/store/DataStore.h"}) {
+  for (const char* file :
+       {"/usr/sbin/MetadataMgr", "/usr/share/man/man8/MetadataMgr.8", "/usr/bin/metadata",
+        "/usr/share/man/man1/metadata.1", "/usr/share/bash-completion/completions/metadata", kUnit, kUsers,
+        kDirectories, "/usr/include/metadatamgr/store/DataStore.h"}) {
     EXPECT_TRUE(files.contains(file)) << file;
   }
   for (const std::string& file : files) {

@@ -1,0 +1,9 @@
+# Completion of the command line of metadata, for bash. The program itself tells what may follow.
+# shellcheck shell=bash
+_metadata() {
+  local IFS=$'\n' words
+  words=$("${COMP_WORDS[0]}" complete "${COMP_WORDS[@]:1:COMP_CWORD}" 2>/dev/null)
+  # shellcheck disable=SC2207  # one line, one word
+  COMPREPLY=($(compgen -W "$words" -- "${COMP_WORDS[COMP_CWORD]}"))
+}
+complete -o default -F _metadata metadata
