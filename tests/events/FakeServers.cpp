@@ -26,6 +26,7 @@
 #include "items/VideoMgrCameraItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
 #include "log/LogClient.h"
+#include "support/Eventually.h"
 
 namespace {
 
@@ -138,12 +139,18 @@ void Lead(LinxIpc& ipc) {
   ipc.RegisterHandler(kSubscribed, subscribed, nullptr);
 }
 
-int Serve(const std::string& name, const Behaviour& behaviour, int askedFd) {
+// The pipes' ends of a server.
+struct Ends {
+  int asked;
+  int reached;
+};
+
+int Serve(const std::string& name, const Behaviour& behaviour, Ends ends) {
   LogClient::Instance().Level(0);  // what is logged is the process's under test
   LinxIpc ipc(name);
-  if (ipc.Init() != 0) return 1;
+  if (ipc.Init() != 0 || write(ends.reached, "", 1) != 1) return 1;
   if (name == "StateMgr") Lead(ipc);
-  FakeServer server(ipc, name, behaviour, askedFd);
+  FakeServer server(ipc, name, behaviour, ends.asked);
   for (;;) {
     (void)ipc.Receive(server.Flooding() ? 0 : -1, 0, LinxIpc::emptyString, nullptr);
     if (server.Flooding()) server.Flood();
@@ -151,20 +158,21 @@ int Serve(const std::string& name, const Behaviour& behaviour, int askedFd) {
 }
 
 // None of its lives outlasts the process that waits for its death.
-int ServeTwice(const std::string& name, const Behaviour& behaviour, int askedFd) {
+int ServeTwice(const std::string& name, const Behaviour& behaviour, Ends ends) {
   const pid_t first = fork();
   if (first == 0) {
     (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
-    _exit(Serve(name, behaviour, askedFd));
+    _exit(Serve(name, behaviour, ends));
   }
   (void)waitpid(first, nullptr, 0);
-  return Serve(name, {}, askedFd);
+  return Serve(name, {}, ends);
 }
 
 }  // namespace
 
 FakeServers::FakeServers(const std::map<std::string, Behaviour>& behaviours) {
-  if (pipe2(pipe_, O_NONBLOCK | O_CLOEXEC) != 0) std::abort();
+  if (pipe2(asked_, O_NONBLOCK | O_CLOEXEC) != 0 || pipe2(reached_, O_NONBLOCK | O_CLOEXEC) != 0)
+    std::abort();
   for (const char* name : {"ConfigMgr", "Fpga", "GpsHal", "StateMgr", "RadarHal", "MicMgr", "VideoMgr",
                            "AccelHal", "TempHal", "ExternalMgr"}) {
     const auto found = behaviours.find(name);
@@ -174,23 +182,24 @@ FakeServers::FakeServers(const std::map<std::string, Behaviour>& behaviours) {
 
 FakeServers::~FakeServers() {
   children_.clear();
-  close(pipe_[0]);
-  close(pipe_[1]);
+  for (const int fd : {asked_[0], asked_[1], reached_[0], reached_[1]}) close(fd);
 }
 
 void FakeServers::Start(const std::string& name, const Behaviour& behaviour) {
   if (behaviour.absent) return;
-  const int askedFd = pipe_[1];
+  const Ends ends{asked_[1], reached_[1]};
   children_.try_emplace(name, [=] {
-    return behaviour.returns ? ServeTwice(name, behaviour, askedFd) : Serve(name, behaviour, askedFd);
+    return behaviour.returns ? ServeTwice(name, behaviour, ends) : Serve(name, behaviour, ends);
   });
+  char byte = 0;
+  if (!Eventually([&] { return read(reached_[0], &byte, 1) == 1; })) std::abort();
 }
 
 std::vector<std::string> FakeServers::Asked() {
   std::string text;
   std::array<char, 4096> part;
   ssize_t size = 0;
-  while ((size = read(pipe_[0], part.data(), part.size())) > 0)
+  while ((size = read(asked_[0], part.data(), part.size())) > 0)
     text.append(part.data(), static_cast<std::size_t>(size));
   std::vector<std::string> lines;
   std::istringstream stream(text);

@@ -22,7 +22,7 @@ struct Behaviour {
 
 // The ten servers of the vehicle, each a process of its own with its real endpoint name. Items have
 // telling values: their tick is 100 and more. The state manager also leads a process that announces
-// itself: lets it subscribe, then run, then quit.
+// itself: lets it subscribe, then run, then quit. Each can be reached as soon as it is started.
 class FakeServers {
  public:
   explicit FakeServers(const std::map<std::string, Behaviour>& behaviours = {});
@@ -38,6 +38,7 @@ class FakeServers {
   void Start(const std::string& name, const Behaviour& behaviour = {});
 
  private:
-  int pipe_[2] = {-1, -1};
+  int asked_[2] = {-1, -1};    // pipe of what was asked for
+  int reached_[2] = {-1, -1};  // pipe with a byte for each endpoint that was opened
   std::map<std::string, Child> children_;
 };
