@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ostream>
+
 #include "WatchedVfs.h"
 
 // What goes wrong.
@@ -10,6 +12,8 @@ struct Fault {
   bool half = false;   // half of the data is written nevertheless
   bool anyOp = false;  // not only this one
   int every = 1;       // only every so manieth is tried
+
+  friend std::ostream& operator<<(std::ostream& out, const Fault& fault) { return out << fault.name; }
 };
 
 // A medium on which the Nth operation of a kind fails, and with `forEver` all that follow it.
