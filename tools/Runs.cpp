@@ -45,7 +45,9 @@ std::string Joined(const std::vector<std::string>& words) {
   return text;
 }
 
+// Not of a file that is just being begun.
 void SaySchema(const Recording& file, Messages& messages) {
+  if (file.Tables().tables.empty()) return;
   const int version = file.Tables().schemaVersion;
   const auto differences = Differences(file.Tables());
   if (version == CurrentCatalogue().schemaVersion && differences.empty()) return;
