@@ -6,8 +6,12 @@
 #include "items/GpsStatusItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
 #include "store/DataStoreNormal.h"
+#include "support/Hex.h"
+#include "system/Systick.h"
+#include "system/Watchdog.h"
 
 unsigned int gStoreTick = 0;
+unsigned int gSystemTick = 70'000;
 
 std::vector<std::string>& StoreCalls() {
   static std::vector<std::string> calls;
@@ -41,8 +45,8 @@ bool DataStoreNormal::Open() {
 void DataStoreNormal::Close() {
   Keep("Close");
 }
-void DataStoreNormal::TimerTick(unsigned int /*tick*/) {
-  Keep("TimerTick");
+void DataStoreNormal::TimerTick(unsigned int tick) {
+  Keep("TimerTick", tick);
 }
 unsigned int DataStoreNormal::GetCurrentSystemTick() {
   return gStoreTick;
@@ -59,8 +63,8 @@ void DataStoreNormal::ReportConfiguration(bool report) {
 void DataStoreNormal::WriteFullState(bool report) {
   Keep("FullState", report);
 }
-void DataStoreNormal::ReportMac(unsigned char* /*mac*/, bool report) {
-  Keep("Mac", Flag(report));
+void DataStoreNormal::ReportMac(unsigned char* mac, bool report) {
+  Keep("Mac", ToHex({reinterpret_cast<const char*>(mac), 6}), Flag(report));
 }
 void DataStoreNormal::ReportSystemSerialNum(const std::string& serial) {
   Keep("SerialNum", serial);
@@ -143,4 +147,23 @@ void DataStoreNormal::ReportOfficerInfo(const Officer& officer, bool report) {
 }
 void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& settings, bool report) {
   Keep("RecordingSettings", settings.preEventSeconds, settings.bitRateKbps, Flag(report));
+}
+
+unsigned int Systick::SystemTick() const {
+  return gSystemTick == kUnavailable ? kUnavailable : gSystemTick++;
+}
+
+Watchdog::Watchdog(e_Process process, e_ThreadIds thread) {
+  Keep("Watchdog", unsigned{process}, unsigned{thread});
+}
+Watchdog::~Watchdog() = default;
+bool Watchdog::Subscribe(unsigned int periodSeconds) {
+  Keep("WatchdogSubscribe", periodSeconds);
+  return true;
+}
+void Watchdog::PetWatchdog() {
+  Keep("WatchdogPet");
+}
+void Watchdog::Unsubscribe() {
+  Keep("WatchdogUnsubscribe");
 }

@@ -6,7 +6,6 @@
 
 #include "SharedRecordTest.h"
 #include "Simulator.h"
-#include "system/Systick.h"
 
 namespace {
 
@@ -57,13 +56,11 @@ class SimulatorTest : public SharedRecordTest {
   Texts Simulate(const Draws& draws) {
     numbers = {draws.input - 1, draws.gps - 1, draws.microphone - 1, draws.bookmark, draws.radar - 1};
     StoreCalls().clear();
-    const unsigned int earliest = Systick().SystemTick();
+    const std::string tick = " " + std::to_string(gSystemTick);
     manager_.SimulateData();
-    const unsigned int latest = Systick().SystemTick();
+    EXPECT_EQ(" " + std::to_string(gSystemTick - 1), tick) << "read once";
     EXPECT_EQ(numbers.size(), 0U);
     Texts calls = StoreCalls();
-    const std::string tick = calls[0].substr(calls[0].rfind(' '));
-    EXPECT_TRUE(std::stoul(tick) >= earliest && std::stoul(tick) <= latest) << tick;
     for (std::string& line : calls) {
       if (line.find(tick) != std::string::npos) line.replace(line.find(tick), tick.size(), " T");
     }
@@ -250,17 +247,23 @@ TEST_F(SimulatorTest, WritesTheSharedRecord) {
 }
 
 TEST_F(SimulatorTest, IsTheLastPartOfAPassWhereSwitchedOn) {
-  const auto pass = [this](std::initializer_list<int> drawn) {
+  setenv("FORCE_METADATA", "", 1);
+  MetadataMgr filling;
+  unsetenv("FORCE_METADATA");
+  const auto pass = [&](std::initializer_list<int> drawn, bool fills = false) {
     numbers = drawn;
     StoreCalls().clear();
-    manager_.PeriodicProcessing();
+    gSystemTick = 800;
+    (fills ? filling : manager_).PeriodicProcessing();
     EXPECT_TRUE(numbers.empty());
     return StoreCalls();
   };
   gRadarOnlyMode = true;  // not enough by itself
-  EXPECT_EQ(pass({}), Texts{"TimerTick"});
+  EXPECT_EQ(pass({}), Texts{"TimerTick 800"});
   gSimulatorMode = true;
-  EXPECT_EQ(pass({60}), (Texts{"TimerTick", "RadarState 1 1 event", "Radar 1 1 1 1 0 event 0 0"}));
+  EXPECT_EQ(pass({60}), (Texts{"TimerTick 800", "RadarState 1 1 event", "Radar 1 1 1 1 0 event 0 0"}));
+  EXPECT_EQ(pass({3}, true), (Texts{"TimerTick 800", "StringData 32 Test string for filler 801",
+                                    "RadarState 1 0 event", "ValidSpeed 2 0"}));
   EXPECT_FALSE(gSimulator.position);
   gRadarOnlyMode = false;
   EXPECT_EQ(pass({29, 39, 99, 0, 3}).size(), 19U);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 
@@ -10,7 +11,9 @@
 #include "FakeServers.h"
 #include "ProcessState.h"
 #include "support/Eventually.h"
+#include "support/Hex.h"
 #include "support/IpcDir.h"
+#include "system/SystemInformation.h"
 
 namespace {
 
@@ -24,8 +27,20 @@ const Texts kAllAsked = {
 const Texts kConfigCalls = {"Vehicle unit  initial", "System device  initial",
                             "Department department  initial", "Officer officer  initial",
                             "RecordingSettings 30 0 initial"};
-const Texts kFirstOutput = {"ShutdownDataAtStartup", "TimerTick",        "Mac initial",
-                            "StateData 64 event 0",  "SerialNum serial", "Configuration initial"};
+std::string HardwareAddress() {
+  unsigned char mac[6] = {};
+  SystemInformation::GetShortMacAddress(mac);
+  return ToHex({reinterpret_cast<const char*>(mac), sizeof mac});
+}
+Texts FirstOutput(const char* serial) {
+  return {"ShutdownDataAtStartup",
+          "TimerTick 500",
+          "Mac " + HardwareAddress() + " initial",
+          "StateData 64 event 0",
+          std::string("SerialNum ") + serial,
+          "Configuration initial"};
+}
+const Texts kFirstOutput = FirstOutput("serial");
 Texts Inputs(const char* siren, const char* tick) {
   Texts calls;
   for (const char* tag : {"53", "57", siren, "61", "63", "69"}) {
@@ -42,7 +57,7 @@ const Texts kVideoCalls = {"Camera 0 0 initial 106", "Camera 1 0 initial 106", "
 const Texts kAccelCalls = {"StateData 67 event 108"};
 const Texts kTempCalls = {"Temp 3 0 initial 109", "Temp 0 0 initial 109", "Temp 1 0 initial 109",
                           "Temp 2 0 initial 109"};
-const Texts kFullState = {"FullState 1"};
+const Texts kFullState = {"WatchdogSubscribe 45", "FullState 1"};
 
 Texts Joined(std::initializer_list<Texts> parts) {
   Texts all;
@@ -79,6 +94,7 @@ class SubscribeTest : public testing::Test {
     ipc_ = std::make_unique<LinxIpc>("MetadataMgr");
     EXPECT_EQ(ipc_->Init(), 0);
     StoreCalls().clear();
+    gSystemTick = 500;
     const LogCapture capture;
     const bool subscribed = manager_->SubscribeToServers(*ipc_, false);
     errors_ = ErrorsOf(capture);
@@ -121,6 +137,27 @@ TEST_F(SubscribeTest, ASecondTimeMakesNoSecondFirstOutput) {
   EXPECT_TRUE(manager_->SubscribeToServers(*ipc_, true));
   EXPECT_EQ(StoreCalls(), Joined({kConfigCalls, Inputs("54", "101"), kGpsCalls, kRadarCalls, kMicCalls,
                                   kVideoCalls, kAccelCalls, kTempCalls, kFullState}));
+}
+
+TEST_F(SubscribeTest, WithoutATickTheFirstOutputWaits) {
+  MetadataMgr manager;
+  EXPECT_EQ(StoreCalls().back(), "Watchdog 19 0");
+  const auto calls = [&](unsigned int tick) {
+    StoreCalls().clear();
+    gSystemTick = tick;
+    manager.InitializeStore();
+    return StoreCalls();
+  };
+  gStoreInitialized = false;
+  std::filesystem::remove(directory_.Beside("serial"));
+  const LogCapture capture;
+  EXPECT_EQ(calls(0xFFFFFFFF), Texts{});
+  EXPECT_EQ(calls(500), FirstOutput(""));
+  EXPECT_EQ(calls(500), Texts{});
+  EXPECT_EQ(LogText(capture.Text()),
+            (Texts{"2 MetadataMgr: SystemTick not correct in InitializeStore",
+                   "64 MetadataMgr: Starting first output to metadata files at system tick 500",
+                   "64 MetadataMgr: finished first output to metadata files"}));
 }
 
 // ---- Switches
@@ -204,29 +241,38 @@ TEST_F(SubscribeTest, ARestartRenewsAllSubscriptionsOfItsServerAndReportsNothing
   EXPECT_TRUE(Subscribe());
   (void)servers_->Asked();
   StoreCalls().clear();
-  const std::pair<unsigned int, Texts> rows[] = {
-      {2, {"StateMgr 1", "StateMgr 2", "StateMgr 3", "StateMgr 4"}},
-      {3, {"ConfigMgr 10", "ConfigMgr 7", "ConfigMgr 11", "ConfigMgr 12", "ConfigMgr 13"}},
-      {4, {"Fpga 17"}},
-      {7, {"RadarHal 1"}},
-      {11, {"MicMgr 0"}},
-      {12, {"GpsHal 1"}},
-      {13, {"AccelHal 1"}},
-      {14, {"TempHal 0"}},
-      {21, {"VideoMgr 0", "VideoMgr 1"}},
+  const struct {
+    unsigned int process;
+    const char* said;
+    Texts asked;
+  } rows[] = {
+      {2, "StateMgr", {"StateMgr 1", "StateMgr 2", "StateMgr 3", "StateMgr 4"}},
+      {3, "ConfigMgr", {"ConfigMgr 10", "ConfigMgr 7", "ConfigMgr 11", "ConfigMgr 12", "ConfigMgr 13"}},
+      {4, "FpgaHal", {"Fpga 17"}},
+      {7, "RadarHal", {"RadarHal 1"}},
+      {11, "MicMgr", {"MicMgr 0"}},
+      {12, "GpsHal", {"GpsHal 1"}},
+      {13, "AccelHal", {"AccelHal 1"}},
+      {14, "TempHal", {"TempHal 0"}},
+      {21, "VideoMgr", {"VideoMgr 0", "VideoMgr 1"}},
       {29,
+       "ExternalMgr",
        {"ExternalMgr 16", "ExternalMgr 17", "ExternalMgr 18", "ExternalMgr 19", "ExternalMgr 20",
         "ExternalMgr 21"}},
   };
   for (const auto& row : rows) {
-    const Texts& asked = row.second;
-    manager_->ProcessRestarted(*ipc_, e_Process{row.first});
+    LogClient::Instance().Level(255);
+    const LogCapture capture;
+    manager_->ProcessRestarted(*ipc_, e_Process{row.process});
     Texts renewed;
     EXPECT_TRUE(Eventually([&] {
       for (const std::string& line : servers_->Asked()) renewed.push_back(line);
-      return renewed.size() >= asked.size();
+      return renewed.size() >= row.asked.size();
     }));
-    EXPECT_EQ(renewed, asked);
+    EXPECT_EQ(renewed, row.asked);
+    EXPECT_EQ(LogText(capture.Text()),
+              (Texts{"64 MetadataMgr: Process Restarted " + std::to_string(row.process),
+                     std::string("128 MetadataMgr: Need to resubscribe to ") + row.said}));
   }
   Dispatch();  // the answers are swallowed
   EXPECT_EQ(StoreCalls(), Texts{});
@@ -272,9 +318,9 @@ TEST_F(SubscribeTest, CleanupEndsTheSubscriptions) {
   EXPECT_TRUE(Subscribe({{"VideoMgr", {.floods = 0}}}));
   StoreCalls().clear();
   manager_->Cleanup();
-  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close"}));
+  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close", "WatchdogUnsubscribe"}));
   Dispatch();
-  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close"}));
+  EXPECT_EQ(StoreCalls(), (Texts{"ShutdownData", "Close", "WatchdogUnsubscribe"}));
 }
 
 }  // namespace

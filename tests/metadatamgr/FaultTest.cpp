@@ -1,13 +1,13 @@
 // The start-up of the real process with servers that refuse, are missing, mute or late, or die, at
 // each of its steps: what is said, how it ends, and that the next start works.
 #include <algorithm>
+#include <chrono>
 #include <deque>
 #include <ostream>
 
 #include "Recorder.h"
 #include "events/FakeServers.h"
 #include "support/Eventually.h"
-#include "support/RawPeer.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ class Start {
       behaviours["StateMgr"].absent = false;
     }
     behaviours[step.server] = BehaviourOf(fault, step.item);
-    Serve(behaviours);
+    servers_ = std::make_unique<FakeServers>(behaviours);
     recorder_.Start({"-l", "1"});
   }
 
@@ -101,6 +101,9 @@ class Start {
                  std::to_string(step_.item));
     EXPECT_EQ(recorder_.End(), IsFatal() ? 1 : 0);
     EXPECT_EQ(recorder_.Log(), IsFatal() ? FatalLines() : Lines{});
+    if (fault_ == Fault::kIsAbsent || fault_ == Fault::kIsMute) {
+      EXPECT_GE(std::chrono::steady_clock::now() - began_, Patience());
+    }
     Lines asked = AskedUpTo(IsFatal() ? step_ : *std::rbegin(kSteps));
     if (fault_ == Fault::kIsAbsent) asked.pop_back();
     if (fault_ == Fault::kDiesAndReturns) {  // asked again
@@ -118,7 +121,7 @@ class Start {
   void StartAgain() {
     servers_ = nullptr;  // before the same names are used again
     setenv("LINX_IPC_DIR", recorder_.IpcDirectory().c_str(), 1);
-    Serve({});
+    servers_ = std::make_unique<FakeServers>();
     recorder_.Start({"-l", "1"});
   }
   void CheckAgain() {
@@ -130,10 +133,10 @@ class Start {
   }
 
  private:
-  // The state manager is up before the process that looks for it; of the others it need not be so.
-  void Serve(const std::map<std::string, Behaviour>& behaviours) {
-    servers_ = std::make_unique<FakeServers>(behaviours);
-    EXPECT_TRUE(Eventually([] { return RawPeer::To("StateMgr").Connected(); }));
+  // How long a server is waited for.
+  std::chrono::seconds Patience() const {
+    const std::string server = step_.server;
+    return std::chrono::seconds(server == "ConfigMgr" ? 30 : server == "ExternalMgr" ? 2 : 10);
   }
 
   static const Step* SecondOfVideoMgr() {
@@ -157,6 +160,7 @@ class Start {
 
   const Step& step_;
   const Fault fault_;
+  const std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
   Recorder recorder_;
   std::unique_ptr<FakeServers> servers_;
 };

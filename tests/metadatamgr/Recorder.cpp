@@ -48,11 +48,6 @@ Lines Recorder::LogOf(const Program& program, unsigned int masks) {
   return lines;
 }
 
-bool Recorder::Logged(const std::string& line) const {
-  const Lines lines = Log();
-  return std::find(lines.begin(), lines.end(), line) != lines.end();
-}
-
 Lines Recorder::Records(const std::string& where) const {
   std::string latest;
   for (const auto& entry : std::filesystem::directory_iterator(Path("disk/metadata"))) {

@@ -42,7 +42,6 @@ class Recorder {
   // The lines logged so far, of these masks.
   Lines Log(unsigned int masks = 255) const { return LogOf(*program, masks); }
   static Lines LogOf(const Program& program, unsigned int masks = 255);
-  bool Logged(const std::string& line) const;
 
   // Records of the latest recording, oldest first: "SOURCE TEXT KIND SENDER'S-TICK".
   Lines Records(const std::string& where = "1") const;

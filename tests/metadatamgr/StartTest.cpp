@@ -128,7 +128,10 @@ TEST(Start, SaysWhenItCannotSubscribe) {
   car.stateMgr.Await(kStarted);
   EXPECT_EQ(car.Subscribe(), "00");
   EXPECT_EQ(car.End(), 1);
-  EXPECT_TRUE(car.Logged(By(kInitializer, "1 ProcessInitializer::WaitForStateMgr - Failed Subscribe")));
+  EXPECT_EQ(car.Log(), ThenNotInitialized(
+                           {"1 Watchdog: NOTIFY_SOCKET names no socket: nowhere",
+                            By(kInitializer, "1 ProcessInitializer::WaitForStateMgr - Failed Subscribe")}));
+  EXPECT_EQ(car.Records("event='restated'"), Lines{});
 }
 
 TEST(Start, MayRunWithoutHavingSubscribed) {
