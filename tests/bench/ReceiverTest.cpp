@@ -9,6 +9,7 @@
 #include "NmeaLog.h"
 #include "Recorded.h"
 #include "Tracks.h"
+#include "support/Eventually.h"
 
 namespace {
 
@@ -51,14 +52,24 @@ INSTANTIATE_TEST_SUITE_P(Logs, PlayedLog,
 
 TEST(NmeaOption, GoesWithADriveAndARestartOfTheGpsProcess) {
   BenchRun bench;
-  bench.Drive("0 gps rate 5\n5 kill GpsHal\n20 start GpsHal\n60 quit\n");
-  EXPECT_EQ(bench.Run({"--nmea", OwnTrack("town.nmea"), "--speed", "20"}), 1);  // the first line
+  bench.Drive("0 gps rate 5\n5 kill GpsHal\n20 start GpsHal\n");
+  bench.Start({"--nmea", OwnTrack("town.nmea"), "--speed", "20"});
+  const std::string kLast = "32439000";
+  ASSERT_TRUE(Eventually([&] {
+    return TextOfFile(bench.Path("sent/GpsHal.log")).find(" " + kLast + " ") != std::string::npos;
+  })) << bench.Output();
+  const auto recorded = [&] {
+    return Recorded(bench, "SELECT utc_time_ms FROM gps WHERE event=1 ORDER BY seq");
+  };
+  EXPECT_TRUE(Eventually([&] { return !recorded().empty() && recorded().back() == kLast; }));
+  EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
+  EXPECT_EQ(bench.Finish(), 1);  // the first line
   EXPECT_THAT(bench.Output(), HasSubstr("FAILED: gps rate 5: a receiver is followed"));
   EXPECT_THAT(bench.Output(), HasSubstr("problems: 1,"));
-  const Rows times = Recorded(bench, "SELECT utc_time_ms FROM gps WHERE event=1 ORDER BY seq");
+  const Rows times = recorded();
   EXPECT_LE(times.size(), 30U);
   EXPECT_EQ(std::adjacent_find(times.begin(), times.end(), std::greater_equal<>()), times.end());
-  EXPECT_EQ(times.back(), "32439000");
+  EXPECT_EQ(times.back(), kLast);
 }
 
 TEST(NmeaOption, WithoutALogToPlayIsAWrongUse) {
