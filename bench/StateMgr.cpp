@@ -1,6 +1,9 @@
 #include "StateMgr.h"
 
+#include <poll.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 
 #include "Misc/StateMgrNotices.h"
@@ -21,6 +24,14 @@ int MsUntil(Clock::time_point end) {
 
 std::string MsSince(Clock::time_point begin) {
   return Milliseconds(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+}
+
+// A process that takes no more just now is asked again.
+bool AskToStop(LinxIpc& ipc, const std::string& process, Clock::time_point end) {
+  int error = 0;
+  while ((error = SendMessage(ipc, process, LinxIpc::kShutdownNotice)) == EAGAIN && Clock::now() < end)
+    (void)poll(nullptr, 0, 1);
+  return error == 0;
 }
 
 }  // namespace
@@ -204,8 +215,8 @@ void StateMgr::StopSystem(int timeoutMs) {
 void StateMgr::Stop(std::vector<Process*> processes, int timeoutMs) {
   const Clock::time_point begin = Clock::now();
   const Clock::time_point end = begin + std::chrono::milliseconds(timeoutMs);
-  std::erase_if(processes, [this](const Process* process) {
-    if (SendMessage(ipc_, process->name, LinxIpc::kShutdownNotice) == 0) return false;
+  std::erase_if(processes, [&](const Process* process) {
+    if (AskToStop(ipc_, process->name, end)) return false;
     Tell(News::kSilent, process->name, "is not there to be shut down");
     return true;
   });

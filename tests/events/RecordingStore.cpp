@@ -156,7 +156,9 @@ unsigned int Systick::SystemTick() const {
 Watchdog::Watchdog(e_Process process, e_ThreadIds thread) {
   Keep("Watchdog", unsigned{process}, unsigned{thread});
 }
-Watchdog::~Watchdog() = default;
+Watchdog::~Watchdog() {
+  Keep("WatchdogGone");
+}
 bool Watchdog::Subscribe(unsigned int periodSeconds) {
   Keep("WatchdogSubscribe", periodSeconds);
   return true;
