@@ -13,8 +13,18 @@
 #include "Wire.h"
 #include "system/BigEndian.h"
 
+namespace {
+
+int ProcessBehind(int fd) {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  return getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
+}
+
+}  // namespace
+
 Connection::Connection(int fd, Origin origin, std::string name, std::uint64_t number)
-    : fd_(fd), origin_(origin), name_(std::move(name)), number_(number) {}
+    : fd_(fd), origin_(origin), name_(std::move(name)), number_(number), peerProcessId_(ProcessBehind(fd)) {}
 
 Connection::~Connection() {
   close(fd_);
@@ -23,12 +33,6 @@ Connection::~Connection() {
 bool Connection::HungUp() const {
   pollfd state{fd_, 0, 0};
   return poll(&state, 1, 0) == 1 && (state.revents & (POLLHUP | POLLERR)) != 0;
-}
-
-int Connection::PeerProcessId() const {
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  return getsockopt(fd_, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
 }
 
 Connection::Input Connection::Read(IpcMessage& message) {

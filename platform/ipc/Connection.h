@@ -29,7 +29,7 @@ class Connection {
   void SetName(std::string_view name) { name_ = name; }
 
   // The system's number of the process at the other end; 0 where it is not told.
-  int PeerProcessId() const;
+  int PeerProcessId() const { return peerProcessId_; }
 
   // Whether new messages may be sent over it: it has a name and has not failed.
   bool Usable() const { return !name_.empty() && !sendFailed_; }
@@ -75,6 +75,7 @@ class Connection {
   const Origin origin_;
   std::string name_;
   const std::uint64_t number_;
+  const int peerProcessId_;
   bool sendFailed_ = false;
   bool waitUsedUp_ = false;
   std::deque<Queued> queue_;

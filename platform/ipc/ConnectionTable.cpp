@@ -1,11 +1,15 @@
 #include "ConnectionTable.h"
 
+#include <poll.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <map>
+
+#include "Deadline.h"
 
 namespace {
 
@@ -37,19 +41,46 @@ void ConnectionTable::WatchSignals(int fd) {
 }
 
 Connection* ConnectionTable::Add(int fd, Connection::Origin origin, const std::string& name) {
-  auto connection = std::make_unique<Connection>(fd, origin, name, ++lastNumber_);
-  if (connections_.size() >= kMaxConnections && !MakeRoom()) return nullptr;
-  connections_.push_back(std::move(connection));
+  connections_.push_back(std::make_unique<Connection>(fd, origin, name, ++lastNumber_));
   UpdateInterest(*connections_.back());
   return connections_.back().get();
 }
 
-bool ConnectionTable::MakeRoom() {
-  const auto nameless = std::find_if(connections_.begin(), connections_.end(),
-                                     [](const auto& connection) { return connection->name().empty(); });
-  if (nameless == connections_.end()) return false;
-  Remove(nameless->get());
-  return true;
+Connection* ConnectionTable::FirstToGo() const {
+  if (Connection* gone = OldestGone()) return gone;
+  if (Connection* greedy = OfGreediest()) return greedy;
+  return OldestNameless([](const Connection& /*any*/) { return true; });
+}
+
+Connection* ConnectionTable::OldestGone() const {
+  std::vector<pollfd> states;
+  for (const auto& connection : connections_) states.push_back({connection->fd(), 0, 0});
+  if (poll(states.data(), states.size(), 0) <= 0) return nullptr;
+  const auto gone =
+      std::find_if(states.begin(), states.end(), [](const pollfd& state) { return state.revents != 0; });
+  return connections_[static_cast<std::size_t>(gone - states.begin())].get();
+}
+
+Connection* ConnectionTable::OfGreediest() const {
+  std::map<int, std::size_t> counts;  // by process
+  for (const auto& connection : connections_) ++counts[connection->PeerProcessId()];
+  const auto most = std::max_element(counts.begin(), counts.end(), [](const auto& one, const auto& other) {
+    return one.second < other.second;
+  });
+  if (most == counts.end() || most->second <= kFairShare) return nullptr;
+  const auto itsOwn = [&most](const auto& connection) { return connection.PeerProcessId() == most->first; };
+  if (Connection* nameless = OldestNameless(itsOwn)) return nameless;
+  return std::find_if(connections_.begin(), connections_.end(),
+                      [&](const auto& owned) { return itsOwn(*owned); })
+      ->get();
+}
+
+template <typename Predicate>
+Connection* ConnectionTable::OldestNameless(Predicate accepts) const {
+  const auto found = std::find_if(connections_.begin(), connections_.end(), [&](const auto& connection) {
+    return connection->name().empty() && accepts(*connection);
+  });
+  return found == connections_.end() ? nullptr : found->get();
 }
 
 // Taken out by hand: where a forked child holds the descriptor too, closing does not do it.
@@ -78,7 +109,12 @@ std::vector<Connection*> ConnectionTable::Named(const std::string& name) const {
 Connection* ConnectionTable::NextReady() {
   for (; turn_ < ready_.size(); ++turn_) {
     Connection* connection = ready_[turn_];
-    if (connection != nullptr && connection->turnBudget-- > 0 && !IsPaused(*connection)) return connection;
+    if (connection == nullptr || connection->turnBudget == 0 || IsPaused(*connection)) continue;
+    const std::int64_t nowMs = CoarseMonotonicMs();
+    if (connection->turnBudget == kTurn) turnEndMs_ = nowMs + kTurnMs;
+    if (nowMs > turnEndMs_) continue;
+    --connection->turnBudget;
+    return connection;
   }
   return nullptr;
 }

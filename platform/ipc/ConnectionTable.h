@@ -11,11 +11,14 @@
 // The connections of an endpoint and the waiting for them.
 //
 // Readiness is level-triggered. One wake-up collects the connections that are ready; each then
-// delivers at most kTurn packets before the next wait, so that peers are served in turn.
+// delivers at most kTurn packets before the next wait, and none any more once they have taken
+// kTurnMs, so that peers are served in turn.
 class ConnectionTable {
  public:
   static constexpr std::size_t kMaxConnections = 128;
+  static constexpr std::size_t kFairShare = 16;  // connections that one process may keep of a full table
   static constexpr int kTurn = 16;
+  static constexpr int kTurnMs = 10;
 
   // What a wait found besides connections.
   struct WakeUp {
@@ -34,8 +37,13 @@ class ConnectionTable {
   // Waits for `fd` too; it stops by itself when the descriptor is closed.
   void WatchSignals(int fd);
 
-  // Makes a connection of `fd`. Where the table is full the oldest without a name makes room;
-  // null, and the descriptor closed, when all have one.
+  bool Full() const { return connections_.size() >= kMaxConnections; }
+  // Which one is to be removed for another one: the oldest whose peer is gone; else, of the process that
+  // has most when these are more than kFairShare, the oldest without a name, else its oldest; else the
+  // oldest without a name. Null: none.
+  Connection* FirstToGo() const;
+
+  // Makes a connection of `fd`; the table must not be full.
   Connection* Add(int fd, Connection::Origin origin, const std::string& name);
   void Remove(Connection* connection);
 
@@ -68,7 +76,10 @@ class ConnectionTable {
   void UpdateInterest(Connection& connection);
 
  private:
-  bool MakeRoom();
+  Connection* OldestGone() const;
+  Connection* OfGreediest() const;
+  template <typename Predicate>
+  Connection* OldestNameless(Predicate accepts) const;
   void ResumeAt(std::size_t index);
 
   int epollFd_ = -1;
@@ -76,5 +87,6 @@ class ConnectionTable {
   std::uint64_t lastNumber_ = 0;
   std::vector<Connection*> ready_;
   std::size_t turn_ = 0;  // index into ready_
+  std::int64_t turnEndMs_ = 0;
   std::vector<Connection*> paused_;
 };

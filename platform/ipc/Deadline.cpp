@@ -3,10 +3,22 @@
 #include <climits>
 #include <ctime>
 
-std::int64_t MonotonicMs() {
+namespace {
+
+std::int64_t MsOf(clockid_t clock) {
   timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
+  clock_gettime(clock, &now);
   return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+}  // namespace
+
+std::int64_t MonotonicMs() {
+  return MsOf(CLOCK_MONOTONIC);
+}
+
+std::int64_t CoarseMonotonicMs() {
+  return MsOf(CLOCK_MONOTONIC_COARSE);
 }
 
 // One more than asked for, since the clock is read in whole milliseconds: a wait is never short.

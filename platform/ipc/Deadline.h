@@ -4,6 +4,8 @@
 
 // Milliseconds of the monotonic clock.
 std::int64_t MonotonicMs();
+// The same, some milliseconds behind, for next to nothing.
+std::int64_t CoarseMonotonicMs();
 
 // A moment by which something is to be done.
 class Deadline {

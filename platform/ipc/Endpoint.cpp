@@ -1,5 +1,7 @@
 #include "Endpoint.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -179,8 +181,25 @@ void Endpoint::Accept() {
   for (int i = 0; i < kPerWakeUp; ++i) {
     const int fd = socket_.Accept();
     if (fd < 0) return;
-    (void)connections_.Add(fd, Connection::Origin::kAccepted, "");
+    if (MakeRoom()) {
+      (void)connections_.Add(fd, Connection::Origin::kAccepted, "");
+    } else {
+      close(fd);
+    }
   }
+}
+
+// For one more connection.
+bool Endpoint::MakeRoom() {
+  if (!connections_.Full()) return true;
+  Connection* first = connections_.FirstToGo();
+  if (first == nullptr) return false;
+  if (!first->name().empty()) {
+    refused_("Closed a connection of ", first->name(), ", process ", first->PeerProcessId(),
+             first->HungUp() ? ", which is gone: no room for what it had sent" : ", which has most of them");
+  }
+  Close(*first);
+  return true;
 }
 
 void Endpoint::TakeHello(Connection& connection, const IpcMessage& hello) {
@@ -245,11 +264,12 @@ Connection* Endpoint::ConnectTo(const std::string& name, int& error) {
   int fd = -1;
   error = EndpointSocket::Connect(name, fd);
   if (error != 0) return nullptr;
-  Connection* connection = connections_.Add(fd, Connection::Origin::kConnected, name);
-  if (connection == nullptr) {
+  if (!MakeRoom()) {
+    close(fd);
     error = EMFILE;
     return nullptr;
   }
+  Connection* connection = connections_.Add(fd, Connection::Origin::kConnected, name);
   std::string hello(1, static_cast<char>(wire::kVersion));
   hello += name_;
   error =

@@ -58,6 +58,7 @@ class Endpoint {
   bool TakeName(const Connection& newcomer, const std::string& name);
   void Refuse(Connection& connection, const char* why);
   void Close(Connection& connection);
+  bool MakeRoom();
   void PeerGone(const std::string& peer);
   Connection* ConnectTo(const std::string& name, int& error);
 

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 #include <random>
 
 #include "support/Child.h"
@@ -107,7 +108,8 @@ TEST_F(HostileTest, SilentConnectionsMakeRoom) {
   EXPECT_EQ(Next(me_).payload, "still here");
 }
 
-TEST_F(HostileTest, TableFullOfNamedPeers) {
+// Who has most of a full table makes room, also for a connection that is made from here.
+TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   std::vector<RawPeer> named;
   for (int i = 0; i < 128; ++i) {
     named.push_back(RawPeer::To("Me", "Peer" + std::to_string(i)));
@@ -115,15 +117,65 @@ TEST_F(HostileTest, TableFullOfNamedPeers) {
     ASSERT_EQ(Next(me_).payload, "in");
   }
   const RawPeer late = RawPeer::To("Me", "Late");
+  ASSERT_EQ(late.Send(Packet(1, "alive")), 0);
+  EXPECT_EQ(Next(me_).payload, "alive");
+  EXPECT_TRUE(named[0].Closed()) << "the oldest";
+  const RawListener server("Server");
+  EXPECT_EQ(Tell(me_, "Server", 1), 0);
+  EXPECT_TRUE(named[1].Closed());
+  EXPECT_EQ(log_.Lines("Closed a connection of Peer0, process " + std::to_string(getpid()) +
+                       ", which has most of them"),
+            1);
+  ASSERT_EQ(named[77].Send(Packet(1, "not disturbed")), 0);
+  EXPECT_EQ(Next(me_).payload, "not disturbed");
+}
+
+// Eight processes, none with more than its share.
+TEST_F(HostileTest, FullTable) {
+  int stop[2];
+  ASSERT_EQ(pipe(stop), 0);
+  std::vector<std::unique_ptr<Child>> processes;
+  for (int process = 0; process < 8; ++process) {
+    processes.push_back(std::make_unique<Child>([&stop, process] {
+      close(stop[1]);
+      std::vector<RawPeer> peers;
+      for (int i = 0; i < 16; ++i) {
+        const std::string name = "P" + std::to_string(process) + "-" + std::to_string(i);
+        if (!Eventually([&] { return (peers.emplace_back(RawPeer::To("Me", name))).Connected(); })) return 1;
+        if (peers.back().Send(Packet(1, "in")) != 0) return 1;
+      }
+      char none = 0;
+      return static_cast<int>(read(stop[0], &none, 1));
+    }));
+  }
+  for (int i = 0; i < 128; ++i) ASSERT_EQ(Next(me_).payload, "in");
+  const RawPeer late = RawPeer::To("Me", "Late");
   const RawListener server("Server");
   EXPECT_EQ(Next(me_, 20).result, ETIMEDOUT);
   EXPECT_TRUE(late.Closed());
   EXPECT_EQ(Tell(me_, "Server", 1), EMFILE);
-  ASSERT_EQ(named[77].Send(Packet(1, "not disturbed")), 0);
-  EXPECT_EQ(Next(me_).payload, "not disturbed");
-  named[50].Close();
-  EXPECT_EQ(Next(me_, 0).result, ETIMEDOUT);
+  close(stop[0]);
+  close(stop[1]);
+  for (const auto& process : processes) EXPECT_EQ(process->Wait(), 0);
   ExpectAlive();
+}
+
+// They left more behind than is read during a selective wait, and the table is full of them.
+TEST_F(HostileTest, TheDeadMakeRoomFirst) {
+  const auto connect = [this](const std::string& name) {
+    RawPeer peer = RawPeer::To("Me", name);
+    for (; !peer.Connected(); peer = RawPeer::To("Me", name)) (void)Await(me_, 2, "Good", 1);
+    return peer;
+  };
+  for (int i = 0; i < 140; ++i) {
+    const RawPeer dead = connect("Dead" + std::to_string(i));
+    while (dead.Send(Packet(1, std::string(1000, 'x'))) == 0) {
+    }
+  }
+  const RawPeer good = connect("Good");
+  ASSERT_EQ(good.Send(Packet(2, "alive")), 0);
+  EXPECT_EQ(Await(me_, 2, "Good").payload, "alive");
+  EXPECT_GE(log_.Lines(", which is gone: no room for what it had sent"), 1);
 }
 
 TEST_F(HostileTest, NameIsOneConnectionsAsLongAsItStands) {

@@ -125,6 +125,29 @@ TEST_F(IpcTest, FloodingPeerDelaysOthersByOneTurn) {
   EXPECT_LE(others, 2 * 16) << "what is left of its turn, and one";
 }
 
+// Of a peer whose messages take long one is served before the others have their turn.
+TEST_F(IpcTest, SlowMessagesShortenTheTurn) {
+  me_.RegisterHandler(
+      1,
+      [](LinxIpc*, void*) {
+        for (const Stopwatch watch; watch.Ms() < 30;) {
+        }
+      },
+      nullptr);
+  Flooder flooder("Flooder");
+  const RawPeer quiet = RawPeer::To("Me", "Quiet");
+  ASSERT_EQ(quiet.Send(Packet(2, "hello")), 0);
+  EXPECT_EQ(Next(me_).sender, "Quiet");
+  flooder.Flood();
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(Next(me_).sender, "Flooder");
+    ASSERT_EQ(quiet.Send(Packet(2, "ping")), 0);
+    int others = 0;
+    while (Next(me_).sender != "Quiet") ++others;
+    EXPECT_LE(others, 1);
+  }
+}
+
 TEST_F(IpcTest, TenFloodingPeersDelayOthersByOneTurnOfAll) {
   std::vector<std::unique_ptr<Flooder>> flooders;
   for (int i = 0; i < 10; ++i) flooders.push_back(std::make_unique<Flooder>("Flooder" + std::to_string(i)));
