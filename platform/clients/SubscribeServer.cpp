@@ -75,7 +75,10 @@ unsigned int SubscribeServer::Accept(const Subscription& wanted, bool itemExists
   const bool onlyValue = wanted.notificationId == 0;
   const auto held = std::find(subscriptions_.begin(), subscriptions_.end(), wanted);
   if (onlyValue || held != subscriptions_.end()) return subscribe::kAccepted;
-  if (subscriptions_.size() >= kMaxSubscriptions) return subscribe::kNoRoom;
+  const auto ofSame =
+      std::count_if(subscriptions_.begin(), subscriptions_.end(),
+                    [&wanted](const Subscription& other) { return other.subscriber == wanted.subscriber; });
+  if (subscriptions_.size() >= kMaxSubscriptions || ofSame >= kMaxOfOneSubscriber) return subscribe::kNoRoom;
   subscriptions_.push_back(wanted);
   return subscribe::kAccepted;
 }

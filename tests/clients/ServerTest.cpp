@@ -113,17 +113,23 @@ TEST_F(ServerTest, AnswersWithoutSubscribing) {
   EXPECT_EQ(log_.Lines("Request from X is too short"), 1) << "and no other within the second";
 }
 
+// Each of one subscriber, then of all; one that it has already needs no room.
 TEST_F(ServerTest, BoundedNumberOfSubscriptions) {
-  const RawPeer greedy = RawPeer::To("Me", "Greedy");
-  for (unsigned int id = 1; id <= SubscribeServer::kMaxSubscriptions; ++id) {
-    Ask(greedy, Request(kSubscribe, 1, id));
-    ASSERT_EQ(greedy.Receive(0), Answer(1, id, 0, std::string("\0\7", 2)));
+  const std::string value("\0\7", 2);
+  std::vector<RawPeer> peers;
+  const auto expect = [&](unsigned int id, const std::string& answer) {
+    Ask(peers.back(), Request(kSubscribe, 1, id));
+    EXPECT_EQ(peers.back().Receive(0), answer);
+  };
+  for (int peer = 0; peer < 8; ++peer) {
+    peers.push_back(RawPeer::To("Me", "Greedy" + std::to_string(peer)));
+    for (unsigned int id = 1; id <= 32; ++id) expect(id, Answer(1, id, 0, value));
+    expect(1000, Answer(1, 1000, ENOSPC));
+    expect(1, Answer(1, 1, 0, value));
   }
-  Ask(greedy, Request(kSubscribe, 1, 1000));
-  EXPECT_EQ(greedy.Receive(0), Answer(1, 1000, ENOSPC));
-  Ask(greedy, Request(kSubscribe, 1, 1));  // one that it has
-  EXPECT_EQ(greedy.Receive(0), Answer(1, 1, 0, std::string("\0\7", 2)));
   EXPECT_EQ(server_.Subscriptions(), SubscribeServer::kMaxSubscriptions);
+  peers.push_back(RawPeer::To("Me", "Late"));
+  expect(1, Answer(1, 1, ENOSPC));
 }
 
 TEST_F(ServerTest, SubscriberThatEndsIsForgotten) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -19,6 +20,7 @@
 class SubscribeServer {
  public:
   static constexpr std::size_t kMaxSubscriptions = 256;
+  static constexpr std::ptrdiff_t kMaxOfOneSubscriber = 32;
 
   explicit SubscribeServer(LinxIpc& ipc);
   SubscribeServer(const SubscribeServer&) = delete;
