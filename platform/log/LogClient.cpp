@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "LogFlood.h"
 #include "LogLineText.h"
 #include "LogSink.h"
 #include "log/LogLine.h"
@@ -22,7 +23,7 @@ LogClient& LogClient::Instance() {
   return instance;
 }
 
-LogClient::LogClient() {
+LogClient::LogClient() : flood_(std::make_unique<LogFlood>()) {
   std::signal(SIGPIPE, SIG_IGN);
   const char* variable = std::getenv("LOG_TARGET");
   const std::string_view target = variable ? variable : "";
@@ -31,6 +32,15 @@ LogClient::LogClient() {
     syslog_ = sink_->Connected() || target == "syslog";
   }
   if (!syslog_) sink_ = std::make_unique<LogSink>(STDERR_FILENO);
+}
+
+bool LogClient::Admits(unsigned int mask, const char* name, unsigned int line) {
+  if ((level_ & mask) == 0) return false;
+  constexpr unsigned int kTrouble = kLogError | kLogMalformed | kLogUnusual;
+  if ((mask & kTrouble) == 0 || flood_->Admits(name, line)) return true;
+  ++droppedLines_;
+  ++unreportedLines_;
+  return false;
 }
 
 void LogClient::Write(unsigned int mask, std::string_view processName, std::string_view text) {

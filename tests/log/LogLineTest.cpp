@@ -86,6 +86,28 @@ TEST(LogLine, OnlyMasksOfTheLevelAreWritten) {
   }
 }
 
+// Of one call; others and lines that nobody causes by force are written as ever.
+TEST(LogLine, AFloodOfTroubleIsBounded) {
+  const std::string lines = Logged([] {
+    LogClient& client = LogClient::Instance();
+    client.Level(255);
+    const auto written = [&client](LogMask mask) {
+      int count = 0;
+      for (int i = 0; i < 5000; ++i) count += client.Admits(mask, "Flood", mask) ? 1 : 0;
+      return count;
+    };
+    for (const LogMask mask : {kLogError, kLogMalformed, kLogUnusual}) {
+      const int count = written(mask);
+      EXPECT_GE(count, 2000);
+      EXPECT_LT(count, 3000);
+    }
+    for (const LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
+    log(kLogError, "another, after ", client.DroppedLines() > 6000);
+  });
+  EXPECT_NE(lines.find(" log lines dropped|1 "), std::string::npos) << lines;
+  EXPECT_TRUE(lines.ends_with("another, after 1")) << lines;
+}
+
 TEST(LogLine, TextIsCutWhereTheBufferEnds) {
   const std::string lines = Logged([] {
     SysLogMsg line = LogMsg::Log(kLogError, LogClient::Instance().ProcessName());

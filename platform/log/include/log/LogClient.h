@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+class LogFlood;
 class LogSink;
 
 // The process's one connection to the system log.
@@ -33,6 +34,11 @@ class LogClient {
   const std::string& ProcessName() const { return processName_; }
   void ProcessName(const std::string& name) { processName_ = name; }
 
+  // Whether a line of that mask is to be written in that place, a name and a line of the sources: the
+  // level contains it and, for lines of trouble (masks 1, 2, 4), which others may cause at will, the
+  // place has not written too many. Those beyond 2,000 at once and 10 a second are dropped and counted.
+  bool Admits(unsigned int mask, const char* name, unsigned int line);
+
   // Lines dropped since the process started.
   std::uint64_t DroppedLines() const { return droppedLines_; }
 
@@ -53,4 +59,5 @@ class LogClient {
   std::uint64_t unreportedLines_ = 0;
   bool syslog_ = false;
   std::unique_ptr<LogSink> sink_;
+  std::unique_ptr<LogFlood> flood_;
 };

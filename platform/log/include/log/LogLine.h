@@ -32,7 +32,7 @@ inline SysLogMsg& operator<<(SysLogMsg& line, LogHex hex) {
 
 // Writes lines of the form "NAME:LINE TEXT". The name is the one that the system states for a
 // group of sources, which need not be the name of the file. Nothing is formatted when the level
-// does not contain the mask.
+// does not contain the mask, or the same call has written too many (LogClient::Admits).
 //
 //   constexpr LogSource log{"MetadataMgr"};
 //   log(kLogInfo, "Exiting ", status);
@@ -42,8 +42,8 @@ class LogSource {
 
   template <typename... Parts>
   void operator()(LogAt at, const Parts&... parts) const {
-    const LogClient& client = LogClient::Instance();
-    if ((client.Level() & at.mask) == 0) return;
+    LogClient& client = LogClient::Instance();
+    if ((client.Level() & at.mask) == 0 || !client.Admits(at.mask, name_, at.line)) return;
     SysLogMsg line = LogMsg::Log(at.mask, client.ProcessName());
     line << name_ << ":" << at.line << " ";
     (void)(line << ... << parts);
