@@ -74,18 +74,19 @@ void CheckRows::Take(const Row& row, const std::string& file) {
 }
 
 void CheckRows::CheckLedger(const Row& row) {
-  if (row.table == "loss") lost_ += row.Number("count");
+  if (row.table == "loss") lost_ = WithinCount(lost_ + WithinCount(row.Number("count")));
+  const std::int64_t seq = WithinCount(row.seq);
   const std::int64_t expected = seqBefore_ + 1;
-  if (seqBefore_ != 0 && row.seq < expected) {
+  if (seqBefore_ != 0 && seq < expected) {
     Add(row, "double", "table " + tableBefore_ + " has a record of this number, too");
-  } else if (seqBefore_ != 0 && row.seq > expected) {
+  } else if (seqBefore_ != 0 && seq > expected) {
     if (missing_ == 0) {
       firstMissing_ = std::to_string(expected);
       fileOfMissing_ = file_;
     }
-    missing_ += row.seq - expected;
+    missing_ = WithinCount(missing_ + seq - expected);
   }
-  seqBefore_ = row.seq;
+  seqBefore_ = seq;
   tableBefore_ = row.table;
 }
 

@@ -137,7 +137,7 @@ std::int64_t Position::AgeMs(const Row& row) const {
     case By::kTick:
       return value - row.tick;
     case By::kUtc:
-      return value - row.utcMs;
+      return value - std::max(row.utcMs, -2 * kFarthestMs);  // that of a file without a clock is none
     case By::kSeq:
       return tick - row.tick;
   }

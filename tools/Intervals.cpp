@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Row.h"
+
 namespace {
 
 constexpr double kGapFactor = 2.5;  // so many times the usual distance is a gap
@@ -16,7 +18,7 @@ void Intervals::Add(std::int64_t tick, std::int64_t utcMs) {
     const auto index = static_cast<std::size_t>(4 * std::log2(static_cast<double>(ms) + 1));
     Bucket& bucket = buckets_[std::min(index, kBuckets - 1)];
     ++bucket.count;
-    bucket.sumMs += ms;
+    bucket.sumMs = WithinTime(bucket.sumMs + ms);
     ++count_;
     Insert({lastUtcMs_, ms}, longest_);
   }
@@ -46,7 +48,7 @@ Intervals::Summary Intervals::Summarize(std::int64_t endTick) const {
   for (const Bucket& bucket : buckets_) {
     if (bucket.count == 0) continue;
     if (static_cast<double>(bucket.sumMs) / static_cast<double>(bucket.count) < gapMs) {
-      summary.coveredMs += bucket.sumMs;
+      summary.coveredMs = WithinTime(summary.coveredMs + bucket.sumMs);
     } else {
       summary.gaps += bucket.count;
     }

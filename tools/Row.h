@@ -23,6 +23,10 @@ constexpr std::int64_t kFarthestMs = std::int64_t{1} << 60;
 constexpr std::int64_t WithinTime(std::int64_t ms) {
   return std::clamp(ms, -kFarthestMs, kFarthestMs);
 }
+// And so can numbers of records.
+constexpr std::int64_t WithinCount(std::int64_t records) {
+  return WithinTime(records);
+}
 
 // One record as it is read. Everything that it refers to is valid until the next one is read.
 struct Row {

@@ -70,7 +70,7 @@ void TakeSource(const Row& row, RunSummary& summary) {
 
 void TakeLoss(const Row& row, RunSummary& summary) {
   const std::int64_t count = row.Number("count");
-  summary.lost += count;
+  summary.lost = WithinCount(summary.lost + WithinCount(count));
   summary.losses.push_back(std::to_string(count) + " records of " + std::string(row.Text("lost_table")) +
                            " from tick " + std::to_string(row.Number("from_tick")) + " to " +
                            std::to_string(row.Number("to_tick")));

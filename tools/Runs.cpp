@@ -83,12 +83,13 @@ bool LookAt(const std::string& path, Span& span, Messages& messages) {
         first.Step() != SQLITE_ROW) {
       continue;
     }
-    if (span.firstSeq != Span::kNone && first.Integer(0) >= span.firstSeq) continue;
-    span.firstSeq = first.Integer(0);
-    span.firstTick = first.Integer(1);
+    const std::int64_t firstSeq = WithinCount(first.Integer(0));
+    if (span.firstSeq != Span::kNone && firstSeq >= span.firstSeq) continue;
+    span.firstSeq = firstSeq;
+    span.firstTick = WithinTime(first.Integer(1));
   }
-  span.lastSeq = file.Sql().Integer("SELECT last_seq FROM progress", 0);
-  span.lastTick = file.Sql().Integer("SELECT last_tick FROM progress", 0);
+  span.lastSeq = WithinCount(file.Sql().Integer("SELECT last_seq FROM progress", 0));
+  span.lastTick = WithinTime(file.Sql().Integer("SELECT last_tick FROM progress", 0));
   return true;
 }
 
@@ -135,7 +136,7 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
     runs.back().files.push_back(path);
     runs.back().live = span.live;
     runs.back().lastSeq = span.lastSeq;
-    runs.back().records += span.lastSeq - span.firstSeq + 1;
+    runs.back().records = WithinCount(runs.back().records + span.lastSeq - span.firstSeq + 1);
     before = span;
     baseBefore = base;
   }
@@ -144,7 +145,7 @@ std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messa
 
 RunReader::RunReader(std::vector<Run> runs, const Selection* selection, bool text, Messages& messages)
     : runs_(std::move(runs)), selection_(selection), text_(text), messages_(messages) {
-  for (const Run& run : runs_) total_ += run.records;
+  for (const Run& run : runs_) total_ = WithinCount(total_ + run.records);
 }
 
 bool RunReader::NextFile() {

@@ -61,7 +61,8 @@ int TableCursor::NextSelected(int rc) {
 int TableCursor::SkipDamage(std::int64_t lastSeq) {
   const std::int64_t from = seq_;
   int rc = SQLITE_CORRUPT;
-  for (std::int64_t step = 1; rc != SQLITE_ROW && rc != SQLITE_DONE && from + step <= lastSeq; step *= 2) {
+  lastSeq = WithinCount(lastSeq);
+  for (std::int64_t step = 1; rc != SQLITE_ROW && rc != SQLITE_DONE && from <= lastSeq - step; step *= 2) {
     rc = Begin(from + step);
   }
   return rc;

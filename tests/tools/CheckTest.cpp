@@ -129,6 +129,25 @@ TEST_F(CheckRuns, ATruncatedFileGivesWhatIsLeft) {
                     ContainsRegex("what can be read: 1 run, 1 file, 1[0-9][0-9][0-9] records\n")));
 }
 
+// With numbers that no recorder writes every command comes to its end.
+TEST_F(CheckRuns, TheFarthestNumbersAreReckonedWith) {
+  const std::string most = "9223372036854775807";
+  for (const std::string& sql :
+       {"UPDATE clock SET utc_ms=" + most + ", tick=-1",
+        "UPDATE state SET seq=" + most + " WHERE seq=(SELECT max(seq) FROM state)",
+        "UPDATE speed SET tick=-" + most, "UPDATE progress SET last_seq=-" + most + ", last_tick=" + most,
+        "UPDATE bookmark SET tick=" + most,
+        "INSERT INTO loss SELECT seq+1000, tick, NULL, 1, 'gps', 0, 1, " + most + " FROM state",
+        std::string("DELETE FROM clock")}) {
+    SCOPED_TRACE(sql);
+    Rows(sql);
+    EXPECT_EQ(Metadata({"check", File(1)}).status, 1);
+    EXPECT_EQ(Metadata({"info", File(1)}).status, 0);
+    EXPECT_EQ(Metadata({"state", File(1), "--at", "2024-05-01T12:00:01Z"}).status, 0);
+    EXPECT_EQ(Dump({"--format", "csv"}).status, 0);
+  }
+}
+
 TEST_F(CheckRuns, WhatIsNoDatabaseIsSaid) {
   dir_.Write("metadata.000001.db", "this is no database, whatever its name says; so it is said");
   EXPECT_THAT(Check().out, AllOf(HasSubstr("000001.db: file is not a database\n"),
