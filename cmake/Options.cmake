@@ -17,6 +17,9 @@ if(MM_SANITIZE)
   target_compile_options(mm_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(mm_options INTERFACE -fsanitize=address,undefined)
+  if(MM_FUZZ)
+    target_compile_options(mm_options INTERFACE -fsanitize=fuzzer-no-link)
+  endif()
 endif()
 
 # Speeds up repeated builds where it happens to be installed.

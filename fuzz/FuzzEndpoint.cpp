@@ -1,0 +1,141 @@
+// Peers that say anything to an endpoint, in any order: bytes instead of packets, hellos, messages, and
+// closing in between, while the endpoint receives in both ways, sends and queues. Whatever they did, a
+// peer with manners is served after it.
+
+#include <array>
+#include <string>
+
+#include "Input.h"
+#include "ipc/LinxIpc.h"
+#include "ipc/PeerQueue.h"
+#include "log/LogClient.h"
+#include "support/IpcDir.h"
+#include "support/RawPeer.h"
+
+namespace {
+
+const std::string kNames[] = {"A", "B", "StateMgr", "Me", "", "../x"};
+constexpr unsigned int kTypes[] = {1, 2,         LinxIpc::kShutdownNotice, LinxIpc::kProcessDiedNotice,
+                                   0, 0x4C494E58};
+
+class Conversation {
+ public:
+  Conversation() {
+    Require(me_.Init() == 0);
+    me_.RegisterHandler(1, Answer, nullptr);
+    me_.RegisterProcessDied(Answer, nullptr);
+    OnPeerGone(
+        me_, [](void*, const std::string& peer) { Require(!peer.empty()); }, nullptr);
+  }
+
+  void Step(Input& input) {
+    RawPeer& peer = peers_[input.Below(peers_.size())];
+    switch (input.Below(12)) {
+      case 0:
+        peer = RawPeer::To("Me");
+        break;
+      case 1:
+        peer = RawPeer::To("Me", AnyName(input));
+        break;
+      case 2:
+        (void)peer.Send(HelloPacket(input.Text()));
+        break;
+      case 3:
+        (void)peer.Send(input.Text());
+        break;
+      case 4:
+        peer.Close();
+        break;
+      case 5:
+        (void)peer.Receive(0);
+        break;
+      case 6:
+        Wait(input);
+        break;
+      case 7:
+        Tell(input);
+        break;
+      case 8:
+        Queue(input);
+        break;
+      case 9:
+        (void)peer.Send(Packet(AnyType(input), std::string(4090 + input.Below(20), 'x')));
+        break;
+      case 10:
+        (void)peer.Send(Packet(AnyType(input), input.Text()));
+        break;
+      default:
+        (void)me_.Receive(0, 0, LinxIpc::emptyString, nullptr);
+    }
+  }
+
+  // After all of them are gone.
+  void End() {
+    for (RawPeer& peer : peers_) peer.Close();
+    while (me_.Receive(0, 0, LinxIpc::emptyString, &message_) == 0) {
+    }
+    while (TakesOne()) {
+    }
+    const RawPeer good = RawPeer::To("Me", "Good");
+    Require(good.Send(Packet(77, "alive")) == 0);
+    Require(me_.Receive(1000, 77, "Good", &message_) == 0 && message_.Size() == 5);
+  }
+
+ private:
+  static void Answer(LinxIpc* ipc, void* /*context*/) {
+    IpcMessage& message = ipc->CurrentMessage();
+    const std::string sender = message.GetSender();
+    (void)message.Allocate(2, 0, nullptr);
+    (void)ipc->Notify(sender, message, false);
+  }
+
+  static const std::string& AnyName(Input& input) { return kNames[input.Below(std::size(kNames))]; }
+  static unsigned int AnyType(Input& input) { return kTypes[input.Below(std::size(kTypes))]; }
+
+  // A shutdown that was asked for is told for ever: the message tells whether there was one.
+  bool TakesOne() {
+    (void)me_.CurrentMessage().Allocate(0xFFFF, 0, nullptr);
+    const int result = me_.Receive(0, 0, LinxIpc::emptyString, nullptr);
+    return result != ETIMEDOUT && me_.CurrentMessage().MsgType() != 0xFFFF;
+  }
+
+  void Wait(Input& input) {
+    const unsigned int type = AnyType(input);
+    const std::string& sender = AnyName(input);
+    if (me_.Receive(0, type, sender, &message_) != 0) return;
+    Require(type == 0 || message_.MsgType() == type);
+    Require(sender.empty() || message_.GetSender() == sender);
+    Require(message_.MsgType() != LinxIpc::kShutdownNotice && message_.MsgType() != 0x4C494E58);
+  }
+
+  void Tell(Input& input) {
+    const std::string& name = AnyName(input);
+    (void)message_.Allocate(AnyType(input), static_cast<unsigned int>(input.Byte() * 16), nullptr);
+    (void)me_.Notify(name, message_, false);
+  }
+
+  void Queue(Input& input) {
+    constexpr std::size_t kMaxQueued = 16384;
+    const std::string& name = AnyName(input);
+    const std::string payload(input.Byte() * 16UL, 'q');
+    const auto* bytes = reinterpret_cast<const unsigned char*>(payload.data());
+    for (int i = 0; i < 40; ++i) (void)PostToPeer(me_, name, 3, bytes, payload.size(), kMaxQueued);
+    Require(PostedBytes(me_, name) <= kMaxQueued);
+  }
+
+  LinxIpc me_{"Me"};
+  std::array<RawPeer, 5> peers_;
+  IpcMessage message_;
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const IpcDir directory;
+  LogClient::Instance().Level(255);
+  Input input(data, size);
+  Conversation conversation;
+  for (int steps = 0; !input.Done() && steps < 200; ++steps) conversation.Step(input);
+  conversation.End();
+  return 0;
+}
