@@ -5,7 +5,7 @@ find_package(GTest REQUIRED)
 # mm_test(name SOURCES file... [USES target...] [LABELS label...] [OWN_MAIN])
 # Sees its own folder and tests/ (for "support/X.h").
 #   LABELS   native-only: for the emulated target it is not built with the others, and listed as disabled (it
-#            starts other programs, is too slow there, or shows nothing that depends on the machine).
+#            is too slow there, or shows nothing that depends on the machine; say which).
 #   OWN_MAIN the sources bring their own main.
 function(mm_test name)
   cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;USES;LABELS" ${ARGN})
@@ -17,12 +17,30 @@ function(mm_test name)
   endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   add_test(NAME ${name} COMMAND ${name})
+  set(timeout 120)
+  if(CMAKE_CROSSCOMPILING)
+    set(timeout 360)
+  endif()
   set_tests_properties(${name} PROPERTIES
-    TIMEOUT 120
+    TIMEOUT ${timeout}
     LABELS "${ARG_LABELS}"
     FAIL_REGULAR_EXPRESSION "Running 0 tests")
   if(CMAKE_CROSSCOMPILING AND "native-only" IN_LIST ARG_LABELS)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
     set_tests_properties(${name} PROPERTIES DISABLED ON)
   endif()
+endfunction()
+
+# mm_start_of(VARIABLE program): the path by which other programs start this one of ours. No program can start
+# one for the emulated target; there it is a script that calls the emulator.
+function(mm_start_of variable program)
+  set(path $<TARGET_FILE:${program}>)
+  if(CMAKE_CROSSCOMPILING)
+    set(path ${CMAKE_BINARY_DIR}/emulated/${program})
+    get_target_property(directory ${program} RUNTIME_OUTPUT_DIRECTORY)
+    string(REPLACE ";" " " emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
+    file(WRITE ${path} "#!/bin/sh\nexec ${emulator} ${directory}/${program} \"$@\"\n")
+    file(CHMOD ${path} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+  endif()
+  set(${variable} ${path} PARENT_SCOPE)
 endfunction()

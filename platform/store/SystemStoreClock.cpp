@@ -1,6 +1,6 @@
 #include "SystemStoreClock.h"
 
-#include <chrono>
+#include <ctime>
 
 #include "system/Systick.h"
 
@@ -11,8 +11,10 @@ class MachineClock : public StoreClock {
  public:
   unsigned int TickMs() const override { return Systick().SystemTick(); }
   std::int64_t UtcMs() const override {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+    // Not the standard library's clock, which ends in 2038 where its own time_t has 32 bits.
+    timespec now{};
+    (void)clock_gettime(CLOCK_REALTIME, &now);
+    return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
   }
 };
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "support/Eventually.h"
@@ -25,13 +26,18 @@ int Exec(const std::vector<std::string>& arguments, const std::string& output) {
 
 }  // namespace
 
+BenchRun::BenchRun() {
+  if (*METADATAMGR != '\0') program_ = {"--program", METADATAMGR};
+}
+
 BenchRun::BenchRun(const std::string& stubBehaviour)
     : program_{"--program", STUB_METADATAMGR}, behaviour_(stubBehaviour) {}
 
 void BenchRun::Start(const std::vector<std::string>& arguments) {
   std::vector<std::string> all{"run", "--out", directory_.Path(out_)};
   if (!drive_.empty()) all.insert(all.end(), {"--drive", drive_});
-  all.insert(all.end(), program_.begin(), program_.end());
+  const bool named = std::find(arguments.begin(), arguments.end(), "--program") != arguments.end();
+  if (!named) all.insert(all.end(), program_.begin(), program_.end());
   all.insert(all.end(), arguments.begin(), arguments.end());
   child_ = std::make_unique<Child>([&] {
     setenv("STUB", behaviour_.c_str(), 1);

@@ -10,8 +10,9 @@
 // vehiclebench, run as people do, in a directory of a test's own.
 class BenchRun {
  public:
-  // The MetadataMgr that runs with it: the one beside it, or the stub with a behaviour.
-  BenchRun() = default;
+  // The MetadataMgr that runs with it, unless arguments name one: that of this build, or the stub with a
+  // behaviour.
+  BenchRun();
   explicit BenchRun(const std::string& stubBehaviour);
 
   // A directory of another name, also one with others above it.

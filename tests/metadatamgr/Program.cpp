@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sstream>
 
 #include "support/Eventually.h"
 
@@ -24,25 +23,16 @@ std::string UnusedName(const std::string& directory) {
   return directory + "/program-" + std::to_string(++number);
 }
 
-// The emulator, if there is one, the program and its arguments.
-Arguments CommandLine(const Arguments& arguments) {
-  Arguments words;
-  std::istringstream emulator(MM_EMULATOR);
-  for (std::string word; std::getline(emulator, word, '|');) words.push_back(word);
-  words.push_back(Program::Path());
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  return words;
-}
-
 void Redirect(int to, const std::string& path) {
   dup2(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), to);
 }
 
 int Execute(Arguments words) {
+  words.insert(words.begin(), MM_START);
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   argv.push_back(nullptr);
-  execvp(argv[0], argv.data());
+  execv(argv[0], argv.data());
   return 127;
 }
 
@@ -64,7 +54,7 @@ Program::Program(const std::string& directory, const Arguments& arguments, const
         if (out >= 0) dup2(out, STDOUT_FILENO);
         if (err >= 0) dup2(err, STDERR_FILENO);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-        return Execute(CommandLine(arguments));
+        return Execute(arguments);
       }),
       id_(child_.Id()) {}
 

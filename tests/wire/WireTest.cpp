@@ -35,6 +35,11 @@ class WireTest : public testing::Test {
   }
   ~WireTest() override { shm_unlink(sharedName_.c_str()); }
 
+  void SetUp() override {
+    ASSERT_EQ(document_.Faults(), std::vector<std::string>());
+    ASSERT_GT(document_.Size(), 0U);
+  }
+
   // `peer` is the side of the conversation that this test plays.
   void Send(const RawPeer& peer, const std::string& from, const std::string& name) {
     SCOPED_TRACE(name);
@@ -74,7 +79,6 @@ class WireTest : public testing::Test {
     }
   }
   void Start() {
-    ASSERT_EQ(document_.Faults(), std::vector<std::string>());
     Expect(stateMgr_ = stateMgrListener_.Accept(), "StateMgr", "started-hello");
   }
 

@@ -1,0 +1,59 @@
+#!/bin/bash
+# Counts the instructions of an event, from the socket to the committed row: the real process on the bench, once with
+# few events and once with many; what differs is divided by the events in the recording. On this machine with
+# callgrind, for PowerPC with a plugin of QEMU's.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/steps.sh
+. scripts/packages.sh
+. scripts/build.sh
+
+few=20 many=220 seconds=5  # events a second, of the drive
+directory=$(mktemp -d)
+
+# program NAME COMMAND: a program for the bench that leaves its count of instructions in $directory/count.
+program() {
+  printf '#!/bin/bash\n%s\n' "$2" >"$directory/$1"
+  chmod +x "$directory/$1"
+}
+
+# drive PROGRAM SOURCE RATE: sets `events`, `rows` and `count`.
+drive() {
+  printf '0 %s rate %s\n%s quit\n' "$2" "$3" "$seconds" >"$directory/drive"
+  rm -rf "$directory/out" "$directory/count"
+  build/release/bin/vehiclebench run --drive "$directory/drive" --program "$directory/$1" --out "$directory/out" \
+    --start-deadline 120 --stop-deadline 120 >"$directory/log" || { cat "$directory/log"; return 1; }
+  local recording
+  recording=("$directory"/out/mnt/metadata/*.db)
+  read -r events rows < <(sqlite3 -readonly -separator ' ' "${recording[0]}" \
+    "SELECT (SELECT count(*) FROM $2 WHERE event=1), (SELECT count(*) FROM record WHERE event=1)")
+  count=$(cat "$directory/count")
+}
+
+# difference MACHINE PROGRAM SOURCE
+difference() {
+  local events rows count fewEvents fewRows fewCount
+  drive "$2" "$3" $few
+  fewEvents=$events fewRows=$rows fewCount=$count
+  drive "$2" "$3" $many
+  printf '| %s | %s | %d | %.1f | %d |\n' "$1" "$3" $((events - fewEvents)) \
+    "$(((rows - fewRows) * 10 / (events - fewEvents)))e-1" $(((count - fewCount) / (events - fewEvents)))
+}
+
+need_packages build run count ppc
+scripts/ppc-libraries.sh
+build release
+build ppc-release
+gcc -Wall -Wextra -O2 -shared -fPIC -fvisibility=hidden -o "$directory/plugin.so" scripts/count-instructions.c
+program callgrind "valgrind --quiet --tool=callgrind --callgrind-out-file=$directory/callgrind \
+$PWD/build/release/bin/MetadataMgr \"\$@\" && sed -n 's/^totals: //p' $directory/callgrind >$directory/count"
+program emulated "INSTRUCTIONS=$directory/count exec qemu-ppc -plugin $directory/plugin.so -L /usr/powerpc-linux-gnu \
+$PWD/build/ppc-release/bin/MetadataMgr \"\$@\""
+
+echo "| Machine | Source | Events | Rows an event | Instructions an event |"
+echo "|---|---|---|---|---|"
+for source in gps radar; do
+  difference x86-64 callgrind $source
+  difference PowerPC emulated $source
+done
+rm -rf "$directory"
