@@ -1,6 +1,7 @@
 #!/bin/bash
-# Usage: show-recording.sh DIR
-# A look into the newest recording below DIR, without changing it, and where the files are.
+# Usage: show-recording.sh DIR READER PAGE
+# A look into the newest recording below DIR, without changing it, and where the files are. If there is the
+# program READER, it makes a page of it.
 set -euo pipefail
 
 newest=$(find "$1" -name 'metadata.[0-9]*.db' -printf '%T@ %p\n' | sort -n | tail -n 1 | cut -d ' ' -f 2-)
@@ -19,3 +20,8 @@ sqlite3 -readonly -column "$newest" \
 echo
 echo "The recording:  $newest ($(stat -c %s "$newest") bytes)"
 echo "To look inside: sqlite3 -readonly $newest 'SELECT * FROM timeline'"
+
+rm -f "$3"
+if [ -x "$2" ]; then
+  "$2" report -o "$3" "$newest" || echo "The page is not what it should be." >&2
+fi

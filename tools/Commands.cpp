@@ -11,6 +11,7 @@ constexpr Command kCommands[] = {
     {"info", "Tells runs, sources, gaps and losses", DeclareInfo},
     {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
     {"export", "Writes tracks, records or subtitles for other programs", DeclareExport},
+    {"report", "Makes a page that shows a drive", DeclareReport},
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
     {"ask", "Asks the running MetadataMgr", DeclareAsk},

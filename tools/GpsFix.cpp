@@ -30,5 +30,6 @@ bool LosesFix(const Row& row) {
 std::int64_t EventTick(const Row& row) {
   if (!row.utcBySender) return row.tick;
   const auto shift = static_cast<std::uint32_t>(row.senderTick) - static_cast<std::uint32_t>(row.tick);
-  return row.tick + static_cast<std::int32_t>(shift);
+  const std::int64_t ms = static_cast<std::int32_t>(shift);
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(row.tick) + static_cast<std::uint64_t>(ms));
 }

@@ -10,13 +10,6 @@
 
 namespace {
 
-const char* HowItEnded(const Run& run, const RunSummary& summary) {
-  if (summary.cleanEnd) return "clean end";
-  if (summary.isCopy) return "a copy of a stretch";
-  if (run.live) return "being recorded";
-  return "cut off";
-}
-
 void PrintSources(const RunSummary& summary, std::string& out) {
   Print(out, "  %-18s %-18s %9s  %-24s  %s\n", "source", "table", "records", "first", "last");
   for (const RunSummary::Source& key : summary.order) {

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr double kGapFactor = 2.5;  // so many times the usual distance is a gap
 constexpr std::int64_t kEnough = 4;
 
 }  // namespace

@@ -8,6 +8,8 @@
 // and where there are gaps. Memory does not depend on their number.
 class Intervals {
  public:
+  static constexpr double kGapFactor = 2.5;  // so many times the usual distance is a gap
+
   struct Gap {
     std::int64_t fromUtcMs = 0;
     std::int64_t lengthMs = 0;

@@ -78,6 +78,13 @@ void TakeLoss(const Row& row, RunSummary& summary) {
 
 }  // namespace
 
+const char* HowItEnded(const Run& run, const RunSummary& summary) {
+  if (summary.cleanEnd) return "clean end";
+  if (summary.isCopy) return "a copy of a stretch";
+  if (run.live) return "being recorded";
+  return "cut off";
+}
+
 RunSummary Summarize(const Run& run, Messages& messages) {
   RunSummary summary;
   RunReader reader({run}, nullptr, false, messages);

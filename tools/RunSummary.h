@@ -38,4 +38,7 @@ struct RunSummary {
   std::int64_t DurationMs() const { return lastTick - firstTick; }
 };
 
+// For people.
+const char* HowItEnded(const Run& run, const RunSummary& summary);
+
 RunSummary Summarize(const Run& run, Messages& messages);

@@ -21,6 +21,7 @@ struct Ran {
 inline int ExecInto(const std::vector<std::string>& arguments, const std::string& out,
                     const std::string& said) {
   std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
   argv.push_back(nullptr);
   constexpr int kNew = O_WRONLY | O_CREAT | O_TRUNC;

@@ -1,0 +1,212 @@
+// The page of a report: that it needs nothing but itself, and what it holds.
+#include "DriveFixture.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+
+class ReportTest : public DriveTest {
+ protected:
+  void SetUp() override {
+    if (!IsInstalled("jq")) GTEST_SKIP() << "jq is not installed";
+    DriveTest::SetUp();
+  }
+
+  // Makes the page of all recordings.
+  void Make(std::vector<std::string> options = {}) {
+    options.insert(options.begin(), {"report", "-o", Page(), dir_.Path("")});
+    const Ran ran = Metadata(options);
+    EXPECT_EQ(ran.status, 0) << ran.said;
+    page_ = dir_.Read("drive.html");
+    constexpr std::string_view kBegin = "id=\"data\">";
+    const std::size_t begin = page_.find(kBegin) + kBegin.size();
+    dir_.Write("data.json", page_.substr(begin, page_.find("</script>", begin) - begin));
+  }
+  std::string Page() const { return dir_.Path("drive.html"); }
+  // What jq says of the data.
+  std::string Data(const std::string& query) const {
+    const Ran ran = RunProgram({"jq", "-c", query, dir_.Path("data.json")});
+    return ran.status == 0 ? ran.out : ran.said;
+  }
+  // The page as a browser has drawn it.
+  std::string Drawn() const {
+    return RunProgram({"timeout", "60", "chromium", "--headless", "--no-sandbox", "--disable-gpu",
+                       "--user-data-dir=" + dir_.Path("browser"), "--dump-dom", "file://" + Page()})
+        .out;
+  }
+
+  // A drive, and texts that would like to be more than that.
+  void HostileDrive() {
+    Open();
+    TunnelDrive();
+    Store().ReportStringData(e_Tag_Filler, "</script><script>document.title='!'</script><!--");
+    Store().ReportStringData(e_Tag_Filler, "\"\\\x01\xE2\x80\xA8'");
+    Store().ReportStringData(e_Tag_Filler, (std::string(299, 'x') + "\xC3\xA9").c_str());
+    Close();
+    Rows("UPDATE string SET text=CAST(x'41FF3C62' AS TEXT) WHERE seq=(SELECT min(seq)+1 FROM string)");
+  }
+
+  std::string page_;
+};
+
+TEST_F(ReportTest, NeedsNothingButItselfWhateverItShows) {
+  HostileDrive();
+  Make();
+  std::string code = page_.substr(0, page_.find("id=\"data\">"));
+  code += page_.substr(page_.find("</script>", code.size()));
+  const std::string kNamespace = "http://www.w3.org/2000/svg";
+  code.erase(code.find(kNamespace), kNamespace.size());
+  EXPECT_THAT(code, Not(ContainsRegex("https?:|src=|@import|url\\([^#]|<link|fetch|XMLHttp|innerHTML")));
+  EXPECT_THAT(code, HasSubstr("default-src 'none'"));
+  EXPECT_THAT(page_, MatchesRegex("<!DOCTYPE html>\n<html lang=\"en\">.*</script>\n</body>\n</html>\n"));
+  EXPECT_EQ(Data(".[].events[]|select(.source==\"filler\").text"),
+            "\"</script><script>document.title='!'</script><!--\"\n"
+            "\"A\xEF\xBF\xBD<b\"\n"
+            "\"" +
+                std::string(299, 'x') + "\xE2\x80\xA6\"\n");
+}
+
+TEST_F(ReportTest, IsDrawnByABrowser) {
+  if (!IsInstalled("chromium")) GTEST_SKIP() << "chromium is not installed";
+  HostileDrive();
+  Make();
+  EXPECT_THAT(
+      Drawn(),
+      AllOf(HasSubstr("<title>Recorded drive \xE2\x80\x93 1 May 2024"), HasSubstr("aria-label=\"the track\""),
+            HasSubstr("aria-label=\"Speed over time\""), HasSubstr("<td class=\"\">bookmark 3</td>"),
+            HasSubstr("<td class=\"\">filler &lt;/script&gt;&lt;script&gt;"),
+            HasSubstr(">1 gap, 21.0 s</text>")));
+}
+
+TEST_F(ReportTest, HoldsTheDrive) {
+  Open();
+  TunnelDrive();
+  Store().ReportShutdownData();
+  Close();
+  Make();
+  EXPECT_EQ(Data(".[]|.run,.ended,.beginMs,.endMs,.records,.utcMs"),
+            "1\n\"clean end\"\n0\n37000\n" + Rows("SELECT count(*) FROM timeline") +
+                std::to_string(kNoonUtcMs) + "\n");
+  EXPECT_EQ(Data(".[].events|map(select(.number))|map([.t,.number,.place.lat,.place.kmh])"),
+            "[[100,1,null,null],[11000,2,25560900,50],[36000,3,25561400,50]]\n");
+  EXPECT_EQ(Data("[.[].track[]|[.t[0],.t[-1],.lat[0],.lon[0],(.t|length)]]"),
+            "[[1000,10000,25560000,-42630000,10],[31000,36000,25561000,-42630500,6]]\n");
+  EXPECT_EQ(Data(".[].track|map(.lat)|add|map(tostring)|join(\",\")"),
+            "\"" + Rows("SELECT group_concat(latitude_e4min) FROM gps").substr(0, 16 * 9 - 1) + "\"\n");
+  EXPECT_EQ(Data("[.[].groups[].lanes[]|select(.times>0)|[.name,.t,.share,.times,.onMs]]"),
+            "[[\"recording\",[1000,37000],[100,0],1,36000],[\"brakes\",[36000],[100],1,1000],"
+            "[\"gps\",[1000,11000,31000],[100,0,100],2,16000]]\n");
+  EXPECT_EQ(Data("[.[].charts[]|[.name,.unit,(.lines[]|.t|index(null))]]"),
+            "[[\"Speed\",\"km/h\",10],[\"Altitude\",\"m\",10],[\"Satellites\",\"in use\",10]]\n")
+      << "the line is broken where the fix was lost";
+  EXPECT_EQ(Data("[.[].gaps[]|[.source,.usualMs,.count,.totalMs,.gaps]]"),
+            "[[\"gps\",1000,1,21000,[[10000,21000]]]]\n");
+}
+
+TEST_F(ReportTest, HoldsEachKindOfSource) {
+  Open();
+  After(1000);
+  Store().ReportMicPresent(e_MicrophonePosition{1}, true, true, clock_.tick);
+  Store().ReportCameraState(e_CameraPort{2}, e_CameraState{1}, true, clock_.tick);
+  Store().ReportVideoStreamState(e_VideoStream{0}, e_StreamState{3}, true, clock_.tick);
+  Store().ReportRadarState(1, true, true);
+  Store().ReportStateData(e_Tag_CrashDetected, true, clock_.tick);
+  for (unsigned short i = 0; i < 10; ++i) {
+    Temperature(static_cast<short>(-i));
+    Store().ReportSpeed(2, static_cast<unsigned short>(50 + i), true, clock_.tick, e_Tag_None);
+    Store().ReportSpeed(1, 99, true, clock_.tick, e_Tag_None);
+    Store().ReportRadar(1, i, 120, 130, e_RADAR_DIRECTION{0}, true, clock_.tick, e_Tag_None);
+    After(500);
+  }
+  Store().ReportMicState(e_MicrophonePosition{1}, true, true, clock_.tick);
+  Store().ReportCameraState(e_CameraPort{2}, e_CameraState{0}, true, clock_.tick);
+  Store().ReportRadarState(1, false, true);
+  After(4000);
+  Store().ReportBookmark(clock_.tick);
+  Close();
+  Make();
+  EXPECT_EQ(Data("[.[].charts[].lines[]|[.name,.max[0],.max[9]]]"),
+            "[[\"radar\",50,59],[\"target\",0,9],[\"fastest\",120,120],[\"locked\",130,130],"
+            "[\"temperature 0\",0,-9]]\n");
+  EXPECT_EQ(Data("[.[].groups[].lanes[]|select(.t|length>0)|[.name,.t,.state,.states,.onMs]]"),
+            "[[\"crash\",[1000],[0],[[\"detected\",2]],9000],"
+            "[\"microphone 1\",[1000,6000],[0,1],[[\"present\",1],[\"active\",2]],4000],"
+            "[\"camera 2\",[1000,6000],[0,1],[[\"state 1\",2],[\"state 0\",0]],5000],"
+            "[\"stream 0\",[1000],[0],[[\"state 3\",2]],9000],"
+            "[\"radar 1\",[1000,6000],[0,1],[[\"reading\",2],[\"no reading\",0]],5000]]\n");
+  EXPECT_EQ(Data("[.[].gaps[]|[.source,.gaps]]"),
+            "[[\"radar 1\",[[5500,4500]]],[\"temperature 0\",[[5500,4500]]]]\n");
+}
+
+TEST_F(ReportTest, TellsOfLostRecords) {
+  Open();
+  for (short i = 0; i < 20; ++i) {
+    Temperature(i);
+    After(1000);
+  }
+  Close();
+  Rows("DELETE FROM temperature WHERE temperature BETWEEN 5 AND 9");
+  Rows("INSERT INTO loss SELECT max(seq)+1, tick, NULL, 1, 'temperature', 15000, 18000, 4 FROM temperature");
+  Make();
+  EXPECT_EQ(Data(".[]|.lost,.missing,.losses,.holes"),
+            "4\n5\n[[\"temperature\",4,5000,8000]]\n[[5,4000,10000]]\n");
+  Make({"--source", "loss"});
+  EXPECT_EQ(Data(".[]|.lost,.missing,.isWhole"), "4\n0\nfalse\n") << "what was not asked for is not missing";
+}
+
+TEST_F(ReportTest, FitsADayIntoAPage) {
+  Open();
+  Day();
+  Close();
+  Make();
+  EXPECT_LT(page_.size(), 400'000U);
+  EXPECT_EQ(Data(".[].events|map(select(.number))|length,.[-1].number"), "24\n24\n");
+  EXPECT_EQ(Data(".[].groups[].lanes[]|select(.name==\"recording\")|.times,.onMs"), "48\n57600000\n");
+  EXPECT_EQ(Data(".[].groups[].lanes[]|select(.name==\"brakes\")|.times,.onMs,(.t|length<2500),(.share|max)"),
+            "3456\n3456000\ntrue\n100\n");
+  EXPECT_EQ(Data(".[].charts[0].lines[0]|(.max|max),(.min|min),(.t|length<2500)"), "90.6\n10\ntrue\n")
+      << Rows("SELECT max(speed_deci_kmh), min(speed_deci_kmh) FROM gps");
+  Make({"--from", "bookmark:3-1m", "--to", "bookmark:3+1m"});
+  EXPECT_EQ(Data(".[]|.endMs-.beginMs<135000,(.track[].t|length>110),[.events[].number]"),
+            "true\ntrue\n[null,3]\n");
+  Make({"--from", "bookmark:3+1m", "--to", "bookmark:3+2m"});
+  EXPECT_EQ(Data(".[]|(.endMs-.beginMs) as $ms|.groups[0].lanes[]|select(.name==\"recording\")|"
+                 ".times,.onMs==$ms,.share"),
+            "1\ntrue\n[100]\n")
+      << "what began before is known";
+}
+
+TEST_F(ReportTest, HoldsEveryRun) {
+  EXPECT_THAT(Metadata({"report", dir_.Path("")}).out, HasSubstr("id=\"data\">\n[]\n</script>"));
+  Open();
+  Close();
+  Open();
+  TunnelDrive();
+  Close();
+  Open();
+  After(500);
+  Store().ReportBookmark(clock_.tick);
+  Close();
+  Make();
+  EXPECT_EQ(Data("[.[]|[.run,.ended,(.track|length),([.events[]|.number|numbers])]]"),
+            "[[1,\"cut off\",0,[]],[2,\"cut off\",2,[1,2,3]],[3,\"cut off\",0,[4]]]\n");
+  Make({"--from", "bookmark:4", "--to", "bookmark:4"});
+  EXPECT_EQ(Data("[.[]|[.run,.isWhole,([.events[].number])]]"), "[[3,false,[4]]]\n");
+}
+
+TEST_F(ReportTest, ARecordingIsNeverWrittenOver) {
+  Open();
+  TunnelDrive();
+  Close();
+  const std::string before = dir_.Read("metadata.000001.db");
+  const Ran ran = Metadata({"report", "-o", File(1), File(1)});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.said, HasSubstr("is a database, which is not written over"));
+  EXPECT_EQ(dir_.Read("metadata.000001.db"), before);
+}
+
+}  // namespace

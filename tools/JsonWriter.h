@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// Writes one JSON text, compact; sets the commas itself.
+class JsonWriter {
+ public:
+  explicit JsonWriter(std::string& out) : out_(out) {}
+
+  // An object, an array; each with a name where it is a member of an object.
+  JsonWriter& Object(const char* name = nullptr) { return Open(name, '{'); }
+  JsonWriter& Array(const char* name = nullptr) { return Open(name, '['); }
+  void EndObject() { Close('}'); }
+  void EndArray() { Close(']'); }
+
+  void Text(const char* name, std::string_view value);
+  void Number(const char* name, std::int64_t value);
+  void Decimal(const char* name, double value);
+  void Flag(const char* name, bool value);
+  void Null(const char* name);
+
+ private:
+  JsonWriter& Open(const char* name, char bracket);
+  void Close(char bracket);
+  void Begin(const char* name);
+
+  std::string& out_;
+  bool first_ = true;
+};
