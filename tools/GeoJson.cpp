@@ -74,7 +74,7 @@ void GeoJson::AppendBookmark(const Row& row, std::string& out) {
   }
   BeginFeature(geometry, out);
   out += R"("kind":"bookmark","name":"bookmark )" + std::to_string(track_.Bookmarks());
-  out += "\",\"run\":" + std::to_string(row.run) + ",\"time\":";
+  out += R"(","run":)" + std::to_string(row.run) + R"(,"time":)";
   AppendTime(row.utcMs, utc_, out);
   if (track_.Last() != nullptr) out += ",\"position_age_ms\":" + std::to_string(track_.AgeMs());
   out += "}}";
@@ -106,7 +106,7 @@ void GeoJson::FinishLine(std::string& out) {
   BeginFeature(positions_ == 1 ? R"({"type":"Point","coordinates":)" + coordinates_ + "}"
                                : R"({"type":"LineString","coordinates":[)" + coordinates_ + "]}",
                out);
-  out += R"("kind":"track","run":)" + std::to_string(run_) + ",\"coordinateProperties\":{\"times\":[";
+  out += R"("kind":"track","run":)" + std::to_string(run_) + R"(,"coordinateProperties":{"times":[)";
   out += times_ + "],\"speed_kmh\":[" + speeds_ + "],\"course_deg\":[" + courses_ + "],\"altitude_m\":[";
   out += altitudes_ + "]}}}";
   positions_ = 0;

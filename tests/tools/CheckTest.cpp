@@ -90,6 +90,10 @@ class CheckRuns : public ReaderTest {
 };
 
 TEST_F(CheckRuns, WhatTheNextRunSaysOfTheEndMustHold) {
+  Rows("UPDATE previous_run SET ended='cut off'", 2);
+  EXPECT_THAT(Check().out,
+              HasSubstr("metadata.000001.db is said to have ended cut off, but it has a clean end\n"));
+  Rows("UPDATE previous_run SET ended='clean'", 2);
   Rows("DELETE FROM run_end; UPDATE progress SET last_seq=12; UPDATE state SET seq=1000 WHERE 0");
   EXPECT_THAT(Check().out,
               HasSubstr("000002.db: table previous_run: record 2: metadata.000001.db is said to end "
@@ -146,6 +150,15 @@ TEST_F(CheckRuns, TheFarthestNumbersAreReckonedWith) {
     EXPECT_EQ(Metadata({"state", File(1), "--at", "2024-05-01T12:00:01Z"}).status, 0);
     EXPECT_EQ(Dump({"--format", "csv"}).status, 0);
   }
+}
+
+TEST_F(CheckRuns, WhatIsNotTheirsOrNotThereIsSaid) {
+  Rows("PRAGMA application_id=1");
+  EXPECT_THAT(Check().out, HasSubstr("000001.db: not a recording\n"));
+  Rows("DELETE FROM clock", 2);
+  EXPECT_THAT(Check().said, HasSubstr("000002.db: the begin of this run is in a file that is not given\n"));
+  dir_.Write("empty/none", "");
+  EXPECT_THAT(Metadata({"check", dir_.Path("empty")}).out, HasSubstr("empty: no recording in it\n"));
 }
 
 TEST_F(CheckRuns, WhatIsNoDatabaseIsSaid) {

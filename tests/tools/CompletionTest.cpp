@@ -21,12 +21,11 @@ struct Words {
 
 // As bash does it when Tab is pressed behind the last of the words.
 std::vector<std::string> Offered(const std::vector<std::string>& words) {
-  std::vector<std::string> arguments = {
-      "bash", "-c",
+  constexpr const char* kTab =
       "source " COMPLETION
       "; complete -p metadata >&2; COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _metadata; "
-      "printf '%s\\n' \"${COMPREPLY[@]}\"",
-      "bash", METADATA_PROGRAM};
+      "printf '%s\\n' \"${COMPREPLY[@]}\"";
+  std::vector<std::string> arguments = {"bash", "-c", kTab, "bash", METADATA_PROGRAM};
   arguments.insert(arguments.end(), words.begin(), words.end());
   const Ran ran = RunProgram(arguments);
   EXPECT_EQ(ran.said, "complete -o default -F _metadata metadata\n");

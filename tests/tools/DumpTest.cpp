@@ -1,4 +1,10 @@
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+
+#include <array>
+
 #include "ReaderFixture.h"
+#include "support/Eventually.h"
 
 namespace {
 
@@ -111,6 +117,54 @@ TEST_F(ReaderTest, ALiveRecordingIsReadAndLeftAlone) {
   EXPECT_EQ(Rows("PRAGMA wal_checkpoint(PASSIVE)").substr(0, 2), "0|") << "nobody holds the log";
   Close();
   EXPECT_FALSE(std::filesystem::exists(File(1) + "-wal"));
+}
+
+// A store with many records, and a reader of it that stops in between.
+class LongReaderTest : public ReaderTest {
+ protected:
+  static constexpr int kRecords = 40'000;
+  void SetUp() override {
+    ReaderTest::SetUp();
+    Open();
+    for (int i = 0; i < kRecords; ++i) {
+      Temperature(static_cast<short>(i % 100));
+      if (i % 1000 == 999) After(500);
+    }
+  }
+};
+
+TEST_F(LongReaderTest, AStoppedReaderHoldsTheWriterNotUp) {
+  const std::string fifo = dir_.Path("fifo");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const int fd = open(fifo.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  Child reader([&] { return ExecInto({METADATA_PROGRAM, "dump", File(1)}, fifo, dir_.Path("said")); });
+  const auto waiting = [fd] {
+    int bytes = 0;
+    return ioctl(fd, FIONREAD, &bytes) == 0 && bytes == fcntl(fd, F_GETPIPE_SZ);
+  };
+  ASSERT_TRUE(Eventually(waiting)) << "as long as nobody reads";
+  Brakes(true);
+  After(500);
+  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
+  std::size_t lines = 0;
+  const auto take = [&] {
+    std::array<char, 65536> piece{};
+    const ssize_t size = read(fd, piece.data(), piece.size());
+    lines +=
+        static_cast<std::size_t>(std::count(piece.begin(), piece.begin() + std::max<ssize_t>(size, 0), '\n'));
+    return lines == kRecords + 2U;
+  };
+  EXPECT_TRUE(Eventually(take)) << lines << ": with the one that came meanwhile";
+  EXPECT_EQ(reader.Wait(), 0);
+  (void)close(fd);
+}
+
+TEST_F(LongReaderTest, ProgressIsShownOnATerminalOnly) {
+  if (!IsInstalled("script")) GTEST_SKIP() << "script is not installed";
+  // It shows nothing for the first second.
+  const std::string command = METADATA_PROGRAM " dump " + File(1) + " | (sleep 1.2; cat >/dev/null)";
+  EXPECT_THAT(RunProgram({"script", "-qec", command, "/dev/null"}).out, HasSubstr(" % of 40001 records"));
+  EXPECT_THAT(RunProgram({"sh", "-c", command}).said, IsEmpty());
 }
 
 TEST_F(ReaderTest, ARecordingWithALogIsReadThroughACopyAndNotChanged) {

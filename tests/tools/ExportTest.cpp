@@ -3,10 +3,7 @@
 
 namespace {
 
-using testing::AllOf;
-using testing::EndsWith;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 class ExportTest : public DriveTest {
