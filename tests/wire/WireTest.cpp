@@ -78,9 +78,7 @@ class WireTest : public testing::Test {
       ++wanted[kIdByte];
     }
   }
-  void Start() {
-    Expect(stateMgr_ = stateMgrListener_.Accept(), "StateMgr", "started-hello");
-  }
+  void Start() { Expect(stateMgr_ = stateMgrListener_.Accept(), "StateMgr", "started-hello"); }
 
   WireDocument document_{WIRE_DOCUMENT};
   IpcDir directory_;
