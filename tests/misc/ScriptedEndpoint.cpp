@@ -7,7 +7,6 @@
 #include "support/Hex.h"
 
 Script script;
-const std::string LinxIpc::emptyString;
 
 namespace {
 
