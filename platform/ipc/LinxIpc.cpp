@@ -3,6 +3,8 @@
 #include "Endpoint.h"
 #include "ipc/PeerQueue.h"
 
+const std::string LinxIpc::emptyString;
+
 LinxIpc::LinxIpc(const std::string& name) : endpoint_(std::make_unique<Endpoint>(this, name)) {}
 
 LinxIpc::~LinxIpc() = default;

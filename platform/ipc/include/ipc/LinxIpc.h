@@ -17,7 +17,7 @@ class LinxIpc {
  public:
   using Handler = void (*)(LinxIpc* ipc, void* context);
 
-  inline static const std::string emptyString;
+  static const std::string emptyString;
 
   // Message types that the endpoint itself knows. Every peer may ask for a shutdown; a
   // process-died notice counts only when the state manager sent it.
