@@ -1,0 +1,61 @@
+// Linked into the process in front of the C library.
+#include "DrivenClock.h"
+
+#include <fcntl.h>
+#include <malloc.h>
+#include <sys/epoll.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+DrivenClock& Clock() {
+  static DrivenClock& clock = [&]() -> DrivenClock& {
+    const char* path = std::getenv("DRIVEN_CLOCK");
+    const int fd = path != nullptr ? open(path, O_RDWR | O_CLOEXEC) : -1;
+    void* page = mmap(nullptr, sizeof(DrivenClock), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (page == MAP_FAILED) std::abort();
+    close(fd);
+    return *static_cast<DrivenClock*>(page);
+  }();
+  return clock;
+}
+
+int Wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
+  return static_cast<int>(syscall(SYS_epoll_pwait, fd, events, capacity, timeoutMs, nullptr, 0));
+}
+
+}  // namespace
+
+extern "C" {
+
+int clock_gettime(clockid_t id, timespec* time) noexcept {
+  const long result = syscall(SYS_clock_gettime, id, time);
+  const bool boot = id == CLOCK_BOOTTIME || id == CLOCK_MONOTONIC;
+  if (result != 0 || (!boot && id != CLOCK_REALTIME)) return static_cast<int>(result);
+  const std::int64_t offsetMs = boot ? Clock().bootOffsetMs : Clock().utcOffsetMs;
+  const std::int64_t nowMs = std::int64_t{time->tv_sec} * 1000 + time->tv_nsec / 1000000 + offsetMs;
+  time->tv_sec = static_cast<std::time_t>(nowMs / 1000);
+  time->tv_nsec = static_cast<long>(nowMs % 1000) * 1000000 + time->tv_nsec % 1000000;
+  return 0;
+}
+
+int epoll_wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
+  const int ready = Wait(fd, events, capacity, 0);
+  if (ready != 0 || timeoutMs == 0) return ready;
+  DrivenClock& clock = Clock();
+  const std::int32_t ahead = clock.aheadMs.load();
+  if (ahead == 0 || timeoutMs < 0) return Wait(fd, events, capacity, timeoutMs);
+  const std::int32_t leap = std::min(ahead, timeoutMs);
+  clock.bootOffsetMs += leap;
+  clock.utcOffsetMs += leap;
+  clock.heapBytes = static_cast<std::int64_t>(mallinfo2().uordblks);
+  clock.aheadMs -= leap;
+  return 0;
+}
+}
