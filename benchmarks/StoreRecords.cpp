@@ -6,12 +6,9 @@
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
-#include <filesystem>
 #include <string>
 
+#include "Measure.h"
 #include "Ratio.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
@@ -20,31 +17,6 @@ namespace {
 
 constexpr int kTransactions = 1000;
 constexpr unsigned int kCommitAfterMs = 500;
-
-[[noreturn]] void Fail(const char* what) {
-  std::fprintf(stderr, "%s failed\n", what);
-  std::exit(1);
-}
-
-double ThreadSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-class Scratch {
- public:
-  Scratch() {
-    if (mkdtemp(path_.data()) == nullptr) Fail("mkdtemp");
-  }
-  ~Scratch() { std::filesystem::remove_all(path_); }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-  std::string Path(const char* name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_ = "/dev/shm/metadatamgr-XXXXXX";
-};
 
 class TurnedClock : public StoreClock {
  public:

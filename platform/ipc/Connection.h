@@ -38,7 +38,7 @@ class Connection {
   // No message is sent over it any more; what is left to read is read.
   void StopSending() { sendFailed_ = true; }
 
-  // Reads one packet into `message`, its sender included. Never blocks.
+  // Reads one packet into `message`, all but the sender. Never blocks.
   Input Read(IpcMessage& message);
 
   // Sends one message, behind what is queued, without blocking: 0, EAGAIN when the peer is full,

@@ -38,32 +38,34 @@ int Endpoint::Init() {
 
 int Endpoint::Receive(int timeoutMs, const Filter& filter, IpcMessage* message) {
   if (!connections_.IsOpen()) return EINVAL;
-  const Deadline deadline(timeoutMs);
   IpcMessage& target = message != nullptr ? *message : current_;
   connections_.Resume([&](const Connection& paused) { return MayRead(paused, filter); });
-  const int result = TakePending(filter, target) ? 0 : ReadUntil(deadline, filter, target);
+  const int result = TakePending(filter, target) ? 0 : ReadUntil(timeoutMs, filter, target);
   if (filter.selective) return result;
   if (result == 0) Dispatch();
   return shutdownSeen_ ? ESHUTDOWN : result;
 }
 
 bool Endpoint::TakePending(const Filter& filter, IpcMessage& message) {
+  if (pending_.Empty()) return false;
   PendingMessage taken;
-  if (pending_.Empty() || !pending_.Take(filter, taken)) return false;
-  std::copy(taken.payload.begin(), taken.payload.end(), message.buffer_.get());
+  if (!pending_.Take(filter, taken)) return false;
+  std::copy(taken.payload.begin(), taken.payload.end(), message.Payload());
   message.Received(taken.type, taken.payload.size());
   message.sender_ = taken.sender;
   return true;
 }
 
-int Endpoint::ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessage& message) {
+int Endpoint::ReadUntil(int timeoutMs, const Filter& filter, IpcMessage& message) {
+  if (ReadReady(filter, message)) return 0;  // what is there needs no look at the clock
+  const Deadline deadline(timeoutMs);
   for (;;) {
-    if (ReadReady(filter, message)) return 0;
     const int leftMs = deadline.RemainingMs();
     const ConnectionTable::WakeUp wakeUp = connections_.Wait(leftMs);
     if (wakeUp.accept) Accept();
     if (wakeUp.signal && QueueSignals() && TakePending(filter, message)) return 0;
-    if (leftMs == 0) return ReadReady(filter, message) ? 0 : ETIMEDOUT;
+    if (ReadReady(filter, message)) return 0;
+    if (leftMs == 0) return ETIMEDOUT;
   }
 }
 
@@ -82,8 +84,9 @@ bool Endpoint::ReadReady(const Filter& filter, IpcMessage& message) {
   while (Connection* connection = connections_.NextReady()) {
     const Connection::Input input = connection->Read(scratch_);
     if (!TakeInput(*connection, input, scratch_)) continue;
-    if (filter.Matches(scratch_.MsgType(), scratch_.GetSender())) {
-      message.Swap(scratch_);
+    if (filter.Matches(scratch_.MsgType(), connection->name())) {
+      message.SwapContent(scratch_);
+      message.sender_ = connection->name();
       return true;
     }
     Keep(scratch_, *connection, filter);
@@ -121,7 +124,7 @@ bool Endpoint::TakeInput(Connection& connection, Connection::Input input, const 
 
 void Endpoint::Keep(const IpcMessage& message, Connection& from, const Filter& filter) {
   const unsigned char* payload = message.DataPtr();
-  pending_.Add({message.MsgType(), message.GetSender(), {payload, payload + message.Size()}});
+  pending_.Add({message.MsgType(), from.name(), {payload, payload + message.Size()}});
   if (!MayRead(from, filter)) connections_.Pause(from);
 }
 

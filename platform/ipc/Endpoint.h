@@ -46,7 +46,7 @@ class Endpoint {
   static constexpr std::size_t kMaxPendingBytesTotal = 4UL * 1024 * 1024;
 
   bool TakePending(const Filter& filter, IpcMessage& message);
-  int ReadUntil(const Deadline& deadline, const Filter& filter, IpcMessage& message);
+  int ReadUntil(int timeoutMs, const Filter& filter, IpcMessage& message);
   bool QueueSignals();
   bool ReadReady(const Filter& filter, IpcMessage& message);
   bool TakeInput(Connection& connection, Connection::Input input, const IpcMessage& message);

@@ -3,32 +3,31 @@
 #include <cerrno>
 #include <cstring>
 
-IpcMessage::IpcMessage() : buffer_(std::make_unique<unsigned char[]>(kMaxPayload + kSlack)) {}
+IpcMessage::IpcMessage() : buffer_(std::make_unique<unsigned char[]>(kHeaderRoom + kMaxPayload + kSlack)) {}
 
 IpcMessage::~IpcMessage() = default;
 
 int IpcMessage::Allocate(unsigned int type, unsigned int size, char* data) {
   if (size > kMaxPayload) return EMSGSIZE;
   if (data != nullptr) {
-    std::memmove(buffer_.get(), data, size);
+    std::memmove(Payload(), data, size);
   } else {
-    std::memset(buffer_.get(), 0, size);
+    std::memset(Payload(), 0, size);
   }
   Received(type, size);
   return 0;
 }
 
 void IpcMessage::Received(unsigned int type, std::size_t size) {
-  if (size < dirty_) std::memset(buffer_.get() + size, 0, dirty_ - size);
+  if (size < dirty_) std::memset(Payload() + size, 0, dirty_ - size);
   type_ = type;
   size_ = size;
   dirty_ = size;
 }
 
-void IpcMessage::Swap(IpcMessage& other) noexcept {
+void IpcMessage::SwapContent(IpcMessage& other) noexcept {
   std::swap(type_, other.type_);
   std::swap(size_, other.size_);
   std::swap(dirty_, other.dirty_);
   buffer_.swap(other.buffer_);
-  sender_.swap(other.sender_);
 }

@@ -14,16 +14,26 @@ bool Item::DecodeMsg(IpcMessage& message) {
   return DecodeBytes(message.DataPtr(), message.Size());
 }
 
+bool Item::DecodeBytes(unsigned char* p, std::size_t size) {
+  if (HasFixedSize() ? DecodeFixed(p, size) : DecodeOrRestore(p, size)) return true;
+  log(kLogMalformed, "Payload of ", static_cast<unsigned int>(size), " bytes is too short for its item");
+  return false;
+}
+
+bool Item::DecodeFixed(unsigned char* p, std::size_t size) {
+  if (size < Size()) return false;
+  Decode(p);
+  return true;
+}
+
 // Whether an item with texts or lists fits is known only after decoding it. So its state is kept
 // in its own encoding, and put back when the item turns out to reach beyond the payload.
-bool Item::DecodeBytes(unsigned char* p, std::size_t size) {
-  if (p != nullptr && size > 0) {
-    std::array<unsigned char, IpcMessage::kSlack> before;
-    Encode(before.data());
-    if (Decode(p) <= p + size) return true;
-    Decode(before.data());
-  }
-  log(kLogMalformed, "Payload of ", static_cast<unsigned int>(size), " bytes is too short for its item");
+bool Item::DecodeOrRestore(unsigned char* p, std::size_t size) {
+  if (size == 0) return false;
+  std::array<unsigned char, IpcMessage::kSlack> before;
+  Encode(before.data());
+  if (Decode(p) <= p + size) return true;
+  Decode(before.data());
   return false;
 }
 

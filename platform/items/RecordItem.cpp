@@ -21,6 +21,6 @@ unsigned char* field::Encode(const Text& text, unsigned char* p) {
 
 const unsigned char* field::Decode(Text& text, const unsigned char* p) {
   const unsigned int length = std::min<unsigned int>(GetU16(p), kMaxText);
-  text.assign(p + 2, p + 2 + length);
+  text.assign(reinterpret_cast<const char*>(p + 2), length);
   return p + 2 + length;
 }

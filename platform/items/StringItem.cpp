@@ -11,6 +11,6 @@ unsigned char* StringItem::Encode(unsigned char* p) const {
 
 unsigned char* StringItem::Decode(unsigned char* p) {
   const unsigned int length = std::min<unsigned int>(GetU16(p), kMaxLength);
-  text_.assign(p + 2, p + 2 + length);
+  text_.assign(reinterpret_cast<const char*>(p + 2), length);
   return p + 2 + length;
 }

@@ -18,6 +18,26 @@ RecordHeader HeaderAt(const unsigned char* p) {
   return header;
 }
 
+std::uint32_t CellBytes(const Value& value) {
+  if (!value.IsText()) return sizeof(std::int64_t);
+  return static_cast<std::uint32_t>(sizeof(std::uint32_t) + CutText(value.Text(), kMaxText).size());
+}
+
+unsigned char* PutInteger(unsigned char* cell, std::int64_t number) {
+  std::memcpy(cell, &number, sizeof number);
+  return cell + sizeof number;
+}
+
+unsigned char* PutText(unsigned char* cell, std::string_view whole) {
+  const std::string_view text = CutText(whole, kMaxText);
+  const auto size = static_cast<std::uint32_t>(text.size());
+  std::memcpy(cell, &size, sizeof size);
+  cell += sizeof size;
+  text.copy(reinterpret_cast<char*>(cell), size);
+  MakeUtf8(reinterpret_cast<char*>(cell), size);
+  return cell + size;
+}
+
 }  // namespace
 
 std::int64_t TakeInteger(const unsigned char*& cell) {
@@ -47,41 +67,30 @@ std::size_t CellBytes(TableId table, int columns, const unsigned char* cells) {
   return static_cast<std::size_t>(end - cells);
 }
 
-void Batch::Append(const void* data, std::size_t size) {
-  const auto* bytes = static_cast<const unsigned char*>(data);
-  bytes_.insert(bytes_.end(), bytes, bytes + size);
-  mostBytes_ = std::max(mostBytes_, bytes_.size());
-}
-
-RecordView Batch::Add(RecordHeader header, std::initializer_list<Value> values) {
-  header.cellBytes = 0;
-  for (const Value& value : values) {
-    header.cellBytes += static_cast<std::uint32_t>(value.IsText() ? sizeof(std::uint32_t) +
-                                                                        CutText(value.Text(), kMaxText).size()
-                                                                  : sizeof(std::int64_t));
-  }
-  MakeRoom(sizeof header + header.cellBytes);
+// The place of a record's cells behind its header, both at the end of the batch.
+unsigned char* Batch::Append(const RecordHeader& header) {
   const std::size_t start = bytes_.size();
-  Append(&header, sizeof header);
-  for (const Value& value : values) {
-    if (value.IsText()) {
-      const std::string_view text = CutText(value.Text(), kMaxText);
-      const auto size = static_cast<std::uint32_t>(text.size());
-      Append(&size, sizeof size);
-      Append(text.data(), text.size());
-      MakeUtf8(reinterpret_cast<char*>(bytes_.data()) + bytes_.size() - text.size(), text.size());
-    } else {
-      const std::int64_t number = value.Number();
-      Append(&number, sizeof number);
-    }
-  }
-  return {header, bytes_.data() + start + sizeof header};
+  bytes_.resize(start + sizeof header + header.cellBytes);
+  mostBytes_ = std::max(mostBytes_, bytes_.size());
+  std::memcpy(bytes_.data() + start, &header, sizeof header);
+  return bytes_.data() + start + sizeof header;
 }
 
-void Batch::AddCells(RecordHeader header, const unsigned char* cells) {
+const unsigned char* Batch::Add(RecordHeader& header, std::initializer_list<Value> values) {
+  header.cellBytes = 0;
+  for (const Value& value : values) header.cellBytes += CellBytes(value);
   MakeRoom(sizeof header + header.cellBytes);
-  Append(&header, sizeof header);
-  Append(cells, header.cellBytes);
+  unsigned char* const cells = Append(header);
+  unsigned char* cell = cells;
+  for (const Value& value : values) {
+    cell = value.IsText() ? PutText(cell, value.Text()) : PutInteger(cell, value.Number());
+  }
+  return cells;
+}
+
+void Batch::AddCells(const RecordHeader& header, const unsigned char* cells) {
+  MakeRoom(sizeof header + header.cellBytes);
+  std::copy_n(cells, header.cellBytes, Append(header));
 }
 
 RecordHeader Batch::First() const {

@@ -38,10 +38,11 @@ class Batch {
 
   // Beyond the bound the oldest records go first, critical ones only when no others are left; they
   // are counted as losses. The texts are cut to what the contract says.
-  RecordView Add(RecordHeader header, std::initializer_list<Value> values);
+  // Sets the header's cellBytes and returns the cells; valid until the batch changes.
+  const unsigned char* Add(RecordHeader& header, std::initializer_list<Value> values);
 
   // The same for cells taken from a record that does not lie in this batch.
-  void AddCells(RecordHeader header, const unsigned char* cells);
+  void AddCells(const RecordHeader& header, const unsigned char* cells);
 
   bool Empty() const { return bytes_.empty(); }
   std::size_t Bytes() const { return bytes_.size(); }
@@ -63,7 +64,7 @@ class Batch {
   bool HasLosses() const { return hasLosses_; }
 
  private:
-  void Append(const void* data, std::size_t size);
+  unsigned char* Append(const RecordHeader& header);
   void MakeRoom(std::size_t size);
   std::size_t Drop(std::size_t goal, bool critical);
   void CountLoss(const RecordHeader& header);

@@ -6,22 +6,21 @@
 
 namespace store {
 
-void FullState::Keep(const RecordView& record) {
-  const int keyColumns = kTables[record.header.table].keyColumns;
+void FullState::Keep(const RecordHeader& header, const unsigned char* cells) {
+  const int keyColumns = kTables[header.table].keyColumns;
   if (keyColumns == kNoState) return;
-  const std::size_t keyBytes = CellBytes(record.header.table, keyColumns, record.cells);
-  Slot* slot = Find(record, keyBytes);
+  const std::size_t keyBytes = CellBytes(header.table, keyColumns, cells);
+  Slot* slot = Find(header.table, cells, keyBytes);
   if (slot == nullptr) return;
-  slot->header = record.header;
+  slot->header = header;
   slot->keyBytes = keyBytes;
-  slot->cells.assign(record.cells, record.cells + record.header.cellBytes);
+  slot->cells.assign(cells, cells + header.cellBytes);
 }
 
-FullState::Slot* FullState::Find(const RecordView& record, std::size_t keyBytes) {
-  std::vector<Slot>& slots = slots_[record.header.table];
+FullState::Slot* FullState::Find(TableId table, const unsigned char* key, std::size_t keyBytes) {
+  std::vector<Slot>& slots = slots_[table];
   for (Slot& slot : slots) {
-    if (slot.keyBytes == keyBytes && std::memcmp(slot.cells.data(), record.cells, keyBytes) == 0)
-      return &slot;
+    if (slot.keyBytes == keyBytes && std::memcmp(slot.cells.data(), key, keyBytes) == 0) return &slot;
   }
   if (slots.size() == kMaxSlots) return nullptr;
   return &slots.emplace_back();

@@ -10,7 +10,7 @@ namespace store {
 // The last record of every source, for each table that has a part in the full state.
 class FullState {
  public:
-  void Keep(const RecordView& record);
+  void Keep(const RecordHeader& header, const unsigned char* cells);
 
   // Adds every kept record to the batch once more, as restated at this tick, numbered on from `seq`.
   void Restate(Batch& batch, std::int64_t& seq, std::int64_t tick) const;
@@ -24,7 +24,7 @@ class FullState {
   // Peers number the sources; a peer that makes numbers up must not make this grow.
   static constexpr std::size_t kMaxSlots = 64;
 
-  Slot* Find(const RecordView& record, std::size_t keyBytes);
+  Slot* Find(TableId table, const unsigned char* key, std::size_t keyBytes);
 
   std::array<std::vector<Slot>, kTableCount> slots_;
 };

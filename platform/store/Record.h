@@ -71,17 +71,17 @@ class Value {
   Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}
   template <typename E>
   requires std::is_enum_v<E> Value(E number) : number_(static_cast<std::int64_t>(number)) {}
-  Value(std::string_view text) : text_(text), isText_(true) {}
+  Value(std::string_view text)
+      : number_(static_cast<std::int64_t>(text.size())), text_(text.empty() ? "" : text.data()) {}
   // NOLINTEND(google-explicit-constructor)
 
   std::int64_t Number() const { return number_; }
-  std::string_view Text() const { return text_; }
-  bool IsText() const { return isText_; }
+  std::string_view Text() const { return {text_, static_cast<std::size_t>(number_)}; }
+  bool IsText() const { return text_ != nullptr; }
 
  private:
-  std::int64_t number_ = 0;
-  std::string_view text_;
-  bool isText_ = false;
+  std::int64_t number_ = 0;  // of a text: its length
+  const char* text_ = nullptr;
 };
 
 }  // namespace store

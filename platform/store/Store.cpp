@@ -90,7 +90,7 @@ void DataStoreNormal::Store::AddRecord(TableId table, Event event, std::int64_t 
   header.table = table;
   header.event = event;
   header.critical = critical;
-  fullState_.Keep(batch_.Add(header, values));
+  fullState_.Keep(header, batch_.Add(header, values));
 }
 
 bool DataStoreNormal::Store::CommitDue() const {

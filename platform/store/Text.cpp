@@ -40,6 +40,10 @@ std::string_view CutText(std::string_view text, std::size_t maxBytes) {
 void MakeUtf8(char* text, std::size_t size) {
   std::size_t at = 0;
   while (at < size) {
+    if (static_cast<unsigned char>(text[at]) < 0x80) {
+      ++at;
+      continue;
+    }
     const std::size_t step = CharacterSize({text + at, size - at});
     if (step == 0) text[at] = '?';
     at += step == 0 ? 1 : step;

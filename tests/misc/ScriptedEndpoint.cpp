@@ -22,19 +22,19 @@ std::string Describe(const std::string& peer, unsigned int type, const unsigned 
 
 }  // namespace
 
-IpcMessage::IpcMessage() : buffer_(std::make_unique<unsigned char[]>(kMaxPayload + kSlack)) {}
+IpcMessage::IpcMessage() : buffer_(std::make_unique<unsigned char[]>(kHeaderRoom + kMaxPayload + kSlack)) {}
 IpcMessage::~IpcMessage() = default;
 
 int IpcMessage::Allocate(unsigned int type, unsigned int size, char* data) {
   if (type != 0 && type == script.cannotAllocate) return ENOMEM;
-  if (data != nullptr) std::memmove(buffer_.get(), data, size);
-  if (data == nullptr) std::memset(buffer_.get(), 0, size);
+  if (data != nullptr) std::memmove(Payload(), data, size);
+  if (data == nullptr) std::memset(Payload(), 0, size);
   Received(type, size);
   return 0;
 }
 
 void IpcMessage::Received(unsigned int type, std::size_t size) {
-  std::memset(buffer_.get() + size, 0, kMaxPayload + kSlack - size);
+  std::memset(Payload() + size, 0, kMaxPayload + kSlack - size);
   type_ = type;
   size_ = size;
 }
@@ -47,7 +47,7 @@ class Endpoint {
     script.arrivals.pop_front();
     if (arrival.result != 0 && arrival.result != ESHUTDOWN) return arrival.result;
     const std::string payload = FromHex(arrival.payload);
-    std::memcpy(current.buffer_.get(), payload.data(), payload.size());
+    std::memcpy(current.Payload(), payload.data(), payload.size());
     current.Received(arrival.type, payload.size());
     current.sender_ = arrival.sender;
     const auto handler = handlers.find(arrival.type);
@@ -60,9 +60,9 @@ class Endpoint {
     constexpr unsigned int kAnswer = 1857;
     constexpr std::size_t kRequestSize = 8, kLongestItem = 300;
     if (!script.acceptsSubscriptions || type != kAnswer) return ETIMEDOUT;
-    std::memcpy(answer.buffer_.get(), request.data(), kRequestSize);
+    std::memcpy(answer.Payload(), request.data(), kRequestSize);
     answer.Received(kAnswer, kRequestSize + sizeof(std::uint32_t) + kLongestItem);
-    std::memset(answer.buffer_.get() + kRequestSize, 0, sizeof(std::uint32_t) + kLongestItem);
+    std::memset(answer.Payload() + kRequestSize, 0, sizeof(std::uint32_t) + kLongestItem);
     answer.sender_ = server;
     return 0;
   }

@@ -24,8 +24,8 @@ class IpcMessage {
 
   // The payload, or null when there is none. Valid until the message is allocated, received into
   // or destroyed.
-  unsigned char* DataPtr() { return size_ == 0 ? nullptr : buffer_.get(); }
-  const unsigned char* DataPtr() const { return size_ == 0 ? nullptr : buffer_.get(); }
+  unsigned char* DataPtr() { return size_ == 0 ? nullptr : Payload(); }
+  const unsigned char* DataPtr() const { return size_ == 0 ? nullptr : Payload(); }
   std::size_t Size() const { return size_; }
 
   // Endpoint name of the process that sent the message; empty for one made here.
@@ -40,14 +40,20 @@ class IpcMessage {
   friend class Connection;
   friend class Endpoint;
 
-  // Takes over `size` bytes that were written into the buffer; zeroes what a longer payload left
+  // What stands before the payload in a packet is received along with it, in one piece.
+  static constexpr std::size_t kHeaderRoom = 4;
+
+  unsigned char* Payload() const { return buffer_.get() + kHeaderRoom; }
+
+  // Takes over `size` bytes that were written into the payload; zeroes what a longer one left
   // behind them.
   void Received(unsigned int type, std::size_t size);
-  void Swap(IpcMessage& other) noexcept;
+  // Exchanges everything but the senders.
+  void SwapContent(IpcMessage& other) noexcept;
 
   unsigned int type_ = 0;
   std::size_t size_ = 0;
-  std::size_t dirty_ = 0;  // bytes of the buffer that may be other than zero
+  std::size_t dirty_ = 0;  // bytes of the payload that may be other than zero
   std::unique_ptr<unsigned char[]> buffer_;
   std::string sender_;
 };

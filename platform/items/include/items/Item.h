@@ -35,6 +35,13 @@ class Item {
   bool EncodeMsg(IpcMessage& message) const;
 
  protected:
+  // Whether the size is the same whatever the item holds: an item that fits is known before decoding.
+  virtual bool HasFixedSize() const { return false; }
+
   Item(const Item&) = default;
   Item& operator=(const Item&) = default;
+
+ private:
+  bool DecodeFixed(unsigned char* p, std::size_t size);
+  bool DecodeOrRestore(unsigned char* p, std::size_t size);
 };

@@ -34,6 +34,22 @@ concept Group = requires {
 template <typename T>
 concept Number = std::is_arithmetic_v<T> || std::is_enum_v<T>;
 
+// Whether a field has the same size whatever it holds.
+template <typename T>
+struct IsFixed : std::bool_constant<Number<T>> {};
+template <typename T, std::size_t N>
+struct IsFixed<std::array<T, N>> : IsFixed<T> {};
+template <typename Record, typename T>
+constexpr bool IsFixedMember(T Record::* /*member*/) {
+  return IsFixed<T>::value;
+}
+template <typename Record>
+constexpr bool HasFixedFields() {
+  return std::apply([](auto... member) { return (IsFixedMember(member) && ...); }, Record::Fields());
+}
+template <Group T>
+struct IsFixed<T> : std::bool_constant<HasFixedFields<T>()> {};
+
 template <Number T>
 unsigned int Size(const T& /*value*/) {
   static_assert(sizeof(T) == 1 || sizeof(T) == 2 || sizeof(T) == 4);
@@ -137,6 +153,9 @@ class RecordItem : public Item {
   unsigned char* Decode(unsigned char* p) override {
     return p + (field::DecodeFields(static_cast<Derived&>(*this), p) - p);
   }
+
+ protected:
+  bool HasFixedSize() const override { return field::HasFixedFields<Derived>(); }
 
  private:
   const Derived& Self() const { return static_cast<const Derived&>(*this); }

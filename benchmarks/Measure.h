@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <string>
+
+// CPU time of this thread.
+inline double ThreadSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+[[noreturn]] inline void Fail(const char* what) {
+  std::perror(what);
+  std::exit(1);
+}
+
+// A directory in memory, where a sync costs nothing; removed at the end.
+class Scratch {
+ public:
+  Scratch() {
+    if (mkdtemp(path_.data()) == nullptr) Fail("mkdtemp");
+  }
+  ~Scratch() { std::filesystem::remove_all(path_); }
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
+
+  const std::string& Path() const { return path_; }
+  std::string Path(const char* name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_ = "/dev/shm/metadatamgr-XXXXXX";
+};

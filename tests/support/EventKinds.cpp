@@ -1,0 +1,142 @@
+#include "support/EventKinds.h"
+
+#include "MessageIds.h"
+#include "StreamingLvsStateItem.h"
+#include "SubscriptionTable.h"
+#include "items/ConfigurationItems.h"
+#include "items/CrashItem.h"
+#include "items/FpgaExternalEventItem.h"
+#include "items/GpsStatusItem.h"
+#include "items/MicStatusResponse.h"
+#include "items/RadarItem.h"
+#include "items/SystickItem.h"
+#include "items/TempStatus.h"
+#include "items/VideoMgrCameraItem.h"
+#include "items/VideoMgrStreamQualityItem.h"
+#include "system/BigEndian.h"
+
+namespace {
+
+constexpr unsigned int kTick = 1000;
+constexpr const char* kLongText = "A text that is longer than most, as a department may have it";
+
+std::string Words(std::initializer_list<unsigned int> words, std::initializer_list<char> bytes = {}) {
+  std::string text;
+  for (const unsigned int word : words) {
+    unsigned char wire[4];
+    PutU32(wire, word);
+    text.append(wire, wire + sizeof wire);
+  }
+  return text.append(bytes);
+}
+
+std::string Encoded(const Item& item) {
+  std::string bytes(item.Size(), '\0');
+  (void)item.Encode(reinterpret_cast<unsigned char*>(bytes.data()));
+  return bytes;
+}
+
+// The item as `fill` makes it.
+template <typename T, typename Fill>
+std::string Filled(Fill fill) {
+  T item;
+  fill(item);
+  return Encoded(item);
+}
+
+template <typename T>
+std::string Texts() {
+  return Filled<T>([](T& item) {
+    const auto [first, second] = T::Fields();
+    item.*first = kLongText;
+    item.*second = "17";
+  });
+}
+
+std::string Gps() {
+  return Filled<GpsStatusItem>([](GpsStatusItem& item) {
+    item.latitudeDegrees = 48;
+    item.quality = 1;
+    item.speedDeciKmh = 500;
+    item.utcDate = 20240229;
+    item.tick = kTick;
+  });
+}
+
+std::string Mics() {
+  return Filled<MicStatusResponse>([](MicStatusResponse& item) {
+    for (unsigned int mic = 0; mic < 4; ++mic) item.Add({e_MicrophonePosition{mic}, true, true});
+    item.tick = kTick;
+  });
+}
+
+std::string LiveStream() {
+  return Filled<ExternalMgrApi::StreamingLvsStateItem>([](ExternalMgrApi::StreamingLvsStateItem& item) {
+    item.enabled.Value(true);
+    item.camera.Value(1);
+    item.address.Value("192.168.100.200");
+    item.port.Value(8554);
+  });
+}
+
+template <typename T>
+std::string WithTick() {
+  return Filled<T>([](T& item) { item.tick = kTick; });
+}
+
+template <typename Row>
+EventKind Subscribed(const char* name, const Row& row, std::string payload) {
+  return {name, row.notificationId, row.handler, std::move(payload)};
+}
+
+std::vector<EventKind> MakeKinds() {
+  using namespace subscriptions;
+  const std::string inputs = Encoded([] {
+    FpgaExternalEventItem item;
+    item.changedMask = FpgaExternalEventItem::kBrakes;
+    item.tick = kTick;
+    return item;
+  }());
+  return {
+      {"RecordStartStop", MetadataMgrMsg_RecordStartStop, MetadataMgr::RecordStartStopHandler,
+       Words({kTick}, {1})},
+      {"Bookmark", MetadataMgrMsg_Bookmark, MetadataMgr::BookmarkHandler, Words({kTick})},
+      {"MicState", MetadataMgrMsg_MicState, MetadataMgr::MicStateChangedHandler, Words({kTick, 3}, {1, 1})},
+      {"VideoStream", MetadataMgrMsg_VideoStreamState, MetadataMgr::VideoStreamStateChangeHandler,
+       Words({kTick, 3, 1})},
+      {"Camera", MetadataMgrMsg_CameraState, MetadataMgr::CliCameraStateChangedHandler, Words({kTick, 3, 1})},
+      Subscribed("RecordStart", kStateMgr[0], Encoded(SystickItem(kTick))),
+      Subscribed("RecordStop", kStateMgr[1], Encoded(SystickItem(kTick))),
+      Subscribed("CovertEntered", kStateMgr[2], Encoded(SystickItem(kTick))),
+      Subscribed("CovertLeft", kStateMgr[3], Encoded(SystickItem(kTick))),
+      Subscribed("Inputs", kExternalEvent, inputs),
+      Subscribed("Gps", kGpsStatus, Gps()),
+      Subscribed("Radar", kRadar, WithTick<RadarItem>()),
+      Subscribed("Microphones", kMicStatus, Mics()),
+      Subscribed("Temperatures", kTemperatures, WithTick<TempStatus>()),
+      Subscribed("Crash", kCrash, WithTick<CrashItem>()),
+      Subscribed("Cameras", kCameras, WithTick<VideoMgrCameraItem>()),
+      Subscribed("StreamQuality", kStreamQuality, WithTick<VideoMgrStreamQualityItem>()),
+      Subscribed("LiveStream", kLiveStreams[0], LiveStream()),
+      Subscribed("Vehicle", kVehicleInfo, Texts<VehicleInfo>()),
+      Subscribed("System", kSystemInfo, Texts<SystemInfo>()),
+      Subscribed("Department", kDepartmentInfo, Texts<DepartmentInfo>()),
+      Subscribed("Officer", kOfficer, Texts<Officer>()),
+      Subscribed("RecordingSettings", kVideoRecordingSettings, Encoded(VideoRecordingSettings())),
+  };
+}
+
+}  // namespace
+
+std::string EventKind::Packet() const {
+  return Words({type}) + payload;
+}
+
+const std::vector<EventKind>& EventKinds() {
+  static const std::vector<EventKind> kinds = MakeKinds();
+  return kinds;
+}
+
+void RegisterEventHandlers(LinxIpc& ipc, void* context) {
+  for (const EventKind& kind : EventKinds()) ipc.RegisterHandler(kind.type, kind.handler, context);
+}
