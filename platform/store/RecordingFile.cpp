@@ -58,20 +58,21 @@ bool RecordingFile::Create(const std::string& path) {
 
 bool RecordingFile::Prepare() {
   sqlite3* const handle = database_.Handle();
-  int rc = begin_.Prepare(handle, "BEGIN IMMEDIATE");
+  int rc = rows_.Register(handle);
+  if (rc == SQLITE_OK) rc = begin_.Prepare(handle, "BEGIN IMMEDIATE");
   if (rc == SQLITE_OK) rc = commit_.Prepare(handle, "COMMIT");
   if (rc == SQLITE_OK) rc = progress_.Prepare(handle, kUpdateProgress);
   if (rc == SQLITE_OK) rc = readProgress_.Prepare(handle, kReadProgress);
   for (const Table& table : kTables) {
-    if (rc == SQLITE_OK) rc = inserts_[table.id].Prepare(handle, InsertInto(table.id));
+    if (rc == SQLITE_OK) rc = inserts_[table.id].Prepare(handle, InsertFromBatch(table.id));
   }
   return rc == SQLITE_OK;
 }
 
 int RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq) {
-  RecordHeader last;
+  const RecordHeader last = rows_.Take(batch, maxBytes);
   int rc = begin_.Run();
-  if (rc == SQLITE_OK) rc = InsertAll(batch, maxBytes, last);
+  if (rc == SQLITE_OK) rc = InsertAll();
   if (rc == SQLITE_OK) {
     progress_.Bind(1, last.seq);
     progress_.Bind(2, last.tick);
@@ -86,38 +87,12 @@ int RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t&
   return rc;
 }
 
-int RecordingFile::InsertAll(const Batch& batch, std::size_t maxBytes, RecordHeader& last) {
-  std::size_t offset = 0;
-  RecordView record;
-  while (offset < maxBytes && batch.Next(offset, record)) {
-    if (const int rc = Insert(record); rc != SQLITE_OK) return rc;
-    last = record.header;
+int RecordingFile::InsertAll() {
+  for (const Table& table : kTables) {
+    if (!rows_.Select(table.id)) continue;
+    if (const int rc = inserts_[table.id].Run(); rc != SQLITE_OK) return rc;
   }
   return SQLITE_OK;
-}
-
-int RecordingFile::Insert(const RecordView& record) {
-  Statement& insert = inserts_[record.header.table];
-  const Table& table = kTables[record.header.table];
-  int index = 0;
-  insert.Bind(++index, record.header.seq);
-  insert.Bind(++index, record.header.tick);
-  if (record.header.senderTick == kNoSenderTick) {
-    insert.BindNull(++index);
-  } else {
-    insert.Bind(++index, record.header.senderTick);
-  }
-  insert.Bind(++index, static_cast<std::int64_t>(record.header.event));
-  const unsigned char* cell = record.cells;
-  for (const Column& column : table.columns) {
-    if (column.name == nullptr) break;
-    if (column.type == ColumnType::kText) {
-      insert.Bind(++index, TakeText(cell));
-    } else {
-      insert.Bind(++index, TakeInteger(cell));
-    }
-  }
-  return insert.Run();
 }
 
 int RecordingFile::CommittedSeq(std::int64_t& seq) {

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "Batch.h"
+#include "BatchTable.h"
 #include "Database.h"
 #include "FileNames.h"
 
@@ -41,12 +41,12 @@ class RecordingFile {
  private:
   bool Prepare();
   void Finalize();  // the statements: SQLite closes no connection that has any
-  int Insert(const RecordView& record);
-  int InsertAll(const Batch& batch, std::size_t maxBytes, RecordHeader& last);
+  int InsertAll();
 
   std::string path_;
   FileIdentity identity_;
   FileIdentity log_;
+  BatchTable rows_;
   Database database_;
   Statement begin_;
   Statement commit_;

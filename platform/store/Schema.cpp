@@ -108,4 +108,11 @@ std::string InsertInto(TableId table) {
   return sql + ")";
 }
 
+std::string InsertFromBatch(TableId table) {
+  std::string sql =
+      std::string("INSERT INTO ") + kTables[table].name + " SELECT seq, tick, sender_tick, event";
+  for (int i = 0; i < kTables[table].ColumnCount(); ++i) sql += ", c" + std::to_string(i);
+  return sql + " FROM batch";
+}
+
 }  // namespace store

@@ -9,6 +9,8 @@ namespace store {
 
 // INSERT of one record: sequence number, tick, sender's tick, event, then the table's columns.
 std::string InsertInto(TableId table);
+// All rows of the table "batch" (BatchTable.h).
+std::string InsertFromBatch(TableId table);
 
 // A wall clock that tells an earlier time (than 2024-01-01) was not set yet.
 inline constexpr const char* kTrustedFromUtcMs = "1704067200000";
