@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "StreamingLvsStateItem.h"
 #include "items/Item.h"
@@ -17,8 +18,8 @@ std::string Describe(const T& value) {
   return " " + std::to_string(static_cast<std::int64_t>(value));
 }
 
-inline std::string Describe(const field::Text& text) {
-  std::string word = text.empty() ? "_" : text;
+inline std::string Describe(std::string_view text) {
+  std::string word(text.empty() ? "_" : text);
   for (char& c : word) c = c == ' ' ? '_' : c;
   return " " + word;
 }

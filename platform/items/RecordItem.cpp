@@ -2,25 +2,18 @@
 
 #include <algorithm>
 
-namespace {
-
-std::uint16_t Length(const field::Text& text) {
-  return static_cast<std::uint16_t>(std::min<std::size_t>(text.size(), field::kMaxText));
-}
-
-}  // namespace
-
 unsigned int field::Size(const Text& text) {
-  return 2U + Length(text);
+  return 2U + static_cast<unsigned int>(text.View().size());
 }
 
 unsigned char* field::Encode(const Text& text, unsigned char* p) {
-  PutU16(p, Length(text));
-  return std::copy_n(text.begin(), Length(text), p + 2);
+  const std::string_view bytes = text;
+  PutU16(p, static_cast<std::uint16_t>(bytes.size()));
+  return std::copy(bytes.begin(), bytes.end(), p + 2);
 }
 
 const unsigned char* field::Decode(Text& text, const unsigned char* p) {
   const unsigned int length = std::min<unsigned int>(GetU16(p), kMaxText);
-  text.assign(reinterpret_cast<const char*>(p + 2), length);
+  text = std::string_view(reinterpret_cast<const char*>(p + 2), length);
   return p + 2 + length;
 }

@@ -44,22 +44,22 @@ void DataStoreNormal::ReportStreamQualityItem(VideoMgrStreamQualityItem& quality
 
 void DataStoreNormal::ReportVehicleInfo(const VehicleInfo& vehicle, bool report) {
   store_->Add(store::kVehicleTable, EventOf(report), kNoSenderTick,
-              {std::string_view(vehicle.unitId), std::string_view(vehicle.licensePlate)});
+              {vehicle.unitId.View(), vehicle.licensePlate.View()});
 }
 
 void DataStoreNormal::ReportSystemInfo(const SystemInfo& system, bool report) {
   store_->Add(store::kSystemTable, EventOf(report), kNoSenderTick,
-              {std::string_view(system.deviceName), std::string_view(system.softwareVersion)});
+              {system.deviceName.View(), system.softwareVersion.View()});
 }
 
 void DataStoreNormal::ReportDepartmentInfo(const DepartmentInfo& department, bool report) {
   store_->Add(store::kDepartmentTable, EventOf(report), kNoSenderTick,
-              {std::string_view(department.name), std::string_view(department.division)});
+              {department.name.View(), department.division.View()});
 }
 
 void DataStoreNormal::ReportOfficerInfo(const Officer& officer, bool report) {
   store_->Add(store::kOfficerTable, EventOf(report), kNoSenderTick,
-              {std::string_view(officer.name), std::string_view(officer.badgeNumber)});
+              {officer.name.View(), officer.badgeNumber.View()});
 }
 
 void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& settings, bool report) {

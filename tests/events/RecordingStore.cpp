@@ -134,16 +134,16 @@ void DataStoreNormal::ReportLvsState(e_VideoStream stream, unsigned char camera,
        unsigned{bytes[1]}, unsigned{bytes[2]}, unsigned{bytes[3]}, port, Flag(report), tick);
 }
 void DataStoreNormal::ReportVehicleInfo(const VehicleInfo& vehicle, bool report) {
-  Keep("Vehicle", vehicle.unitId, vehicle.licensePlate, Flag(report));
+  Keep("Vehicle", vehicle.unitId.View(), vehicle.licensePlate.View(), Flag(report));
 }
 void DataStoreNormal::ReportSystemInfo(const SystemInfo& system, bool report) {
-  Keep("System", system.deviceName, system.softwareVersion, Flag(report));
+  Keep("System", system.deviceName.View(), system.softwareVersion.View(), Flag(report));
 }
 void DataStoreNormal::ReportDepartmentInfo(const DepartmentInfo& department, bool report) {
-  Keep("Department", department.name, department.division, Flag(report));
+  Keep("Department", department.name.View(), department.division.View(), Flag(report));
 }
 void DataStoreNormal::ReportOfficerInfo(const Officer& officer, bool report) {
-  Keep("Officer", officer.name, officer.badgeNumber, Flag(report));
+  Keep("Officer", officer.name.View(), officer.badgeNumber.View(), Flag(report));
 }
 void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& settings, bool report) {
   Keep("RecordingSettings", settings.preEventSeconds, settings.bitRateKbps, Flag(report));

@@ -2,11 +2,11 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
 #include <tuple>
 #include <type_traits>
 
 #include "items/Item.h"
+#include "items/Text.h"
 #include "system/BigEndian.h"
 
 // Encodings of the fields of record items. All numbers are big-endian.
@@ -18,11 +18,6 @@
 //   array of fields        its elements
 //   record                 its fields
 namespace field {
-
-constexpr unsigned int kMaxText = 255;
-
-// A text of up to kMaxText bytes. What is longer is cut when it is encoded or decoded.
-using Text = std::string;
 
 // A group of fields that lists its members as a record item does, but is no item of its own.
 template <typename T>
