@@ -8,7 +8,7 @@ declare -A packages=(
   [test]="libgtest-dev libgmock-dev sqlite3 jq gpsbabel libxml2-utils ffmpeg gpsd gpsd-clients systemd"
   [ppc]="g++-powerpc-linux-gnu qemu-user googletest tcl dpkg-dev make"
   [package]="dpkg-dev"
-  [count]="valgrind gcc"
+  [count]="valgrind gcc strace"
   [clang]="clang libclang-rt-14-dev libbenchmark-dev"
   [lint]="clang-format clang-tidy shellcheck git"
 )

@@ -1,7 +1,7 @@
 #!/bin/bash
-# Counts the instructions of an event, from the socket to the committed row: the real process on the bench, once with
-# few events and once with many; what differs is divided by the events in the recording. On this machine with
-# callgrind, for PowerPC with a plugin of QEMU's.
+# Counts what an event takes, from the socket to the committed row: the real process on the bench, once with few
+# events and once with many; what differs is divided by the events in the recording. Instructions on this machine with
+# callgrind, for PowerPC with a plugin of QEMU's; system calls with strace.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/steps.sh
@@ -10,8 +10,9 @@ cd "$(dirname "$0")/.."
 
 few=20 many=220 seconds=5  # events a second, of the drive
 directory=$(mktemp -d)
+trap 'rm -rf "$directory"' EXIT
 
-# program NAME COMMAND: a program for the bench that leaves its count of instructions in $directory/count.
+# program NAME COMMAND: a program for the bench that leaves its count in $directory/count.
 program() {
   printf '#!/bin/bash\n%s\n' "$2" >"$directory/$1"
   chmod +x "$directory/$1"
@@ -30,14 +31,20 @@ drive() {
   count=$(cat "$directory/count")
 }
 
-# difference MACHINE PROGRAM SOURCE
+# tenths NUMBER OF: how many of them there are to each, with one decimal.
+tenths() {
+  printf '%d.%d' $(($1 / $2)) $(($1 * 10 / $2 % 10))
+}
+
+# difference WHAT PROGRAM SOURCE
 difference() {
   local events rows count fewEvents fewRows fewCount
   drive "$2" "$3" $few
   fewEvents=$events fewRows=$rows fewCount=$count
   drive "$2" "$3" $many
-  printf '| %s | %s | %d | %.1f | %d |\n' "$1" "$3" $((events - fewEvents)) \
-    "$(((rows - fewRows) * 10 / (events - fewEvents)))e-1" $(((count - fewCount) / (events - fewEvents)))
+  events=$((events - fewEvents))
+  printf '| %s | %s | %d | %s | %s |\n' "$1" "$3" $events "$(tenths $((rows - fewRows)) $events)" \
+    "$(tenths $((count - fewCount)) $events)"
 }
 
 need_packages build run count ppc
@@ -49,11 +56,13 @@ program callgrind "valgrind --quiet --tool=callgrind --callgrind-out-file=$direc
 $PWD/build/release/bin/MetadataMgr \"\$@\" && sed -n 's/^totals: //p' $directory/callgrind >$directory/count"
 program emulated "INSTRUCTIONS=$directory/count exec qemu-ppc -plugin $directory/plugin.so -L /usr/powerpc-linux-gnu \
 $PWD/build/ppc-release/bin/MetadataMgr \"\$@\""
+program strace "strace -c -o $directory/calls $PWD/build/release/bin/MetadataMgr \"\$@\" &&
+awk '\$NF == \"total\" { print \$4 }' $directory/calls >$directory/count"
 
-echo "| Machine | Source | Events | Rows an event | Instructions an event |"
+echo "| Counted | Source | Events | Rows an event | An event |"
 echo "|---|---|---|---|---|"
 for source in gps radar; do
-  difference x86-64 callgrind $source
-  difference PowerPC emulated $source
+  difference "instructions, x86-64" callgrind $source
+  difference "instructions, PowerPC" emulated $source
+  difference "system calls" strace $source
 done
-rm -rf "$directory"
