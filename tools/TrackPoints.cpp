@@ -1,8 +1,6 @@
 #include "TrackPoints.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 
 #include "JsonWriter.h"
 
@@ -28,10 +26,10 @@ void TrackPoints::Append(const Point& point) {
   while (points_.size() > kMost) Coarsen();
 }
 
+// Going east is taken for farther than it is, the more so the farther from the equator: no matter here.
 bool TrackPoints::IsClose(const Point& a, const Point& b) const {
   const auto north = static_cast<double>(a.latitude - b.latitude);
-  const double shrink = std::cos(static_cast<double>(a.latitude) / 600'000 * std::numbers::pi / 180);
-  const double east = static_cast<double>(a.longitude - b.longitude) * shrink;
+  const auto east = static_cast<double>(a.longitude - b.longitude);
   return north * north + east * east < closeE4min_ * closeE4min_;
 }
 
