@@ -25,13 +25,12 @@ class CopyTest : public StoreTest {
   // Time passes until this tick, then the store is told of it.
   void At(unsigned int tick) { After(tick - clock_.tick); }
 
-  // Adds temperatures to a file, at the tick at which it begins: a long recording at once.
-  void Fill(int rows, int number = 1) const {
+  // Adds temperatures to the file, at the tick at which it begins: a long recording at once.
+  void Fill(int rows) const {
     EXPECT_EQ(
         Rows("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<" + std::to_string(rows) +
-                 ") INSERT INTO temperature SELECT -i, (SELECT min(tick) FROM clock), NULL, 1, 0, "
-                 "i%100 FROM n",
-             number),
+             ") INSERT INTO temperature SELECT -i, (SELECT min(tick) FROM clock), NULL, 1, 0, "
+             "i%100 FROM n"),
         "");
   }
 

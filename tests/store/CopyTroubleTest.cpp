@@ -3,9 +3,9 @@
 
 #include <chrono>
 #include <csignal>
-#include <fstream>
 
 #include "CopyFixture.h"
+#include "support/LogCapture.h"
 #include "system/Watchdog.h"
 
 namespace {
@@ -59,35 +59,23 @@ TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   EXPECT_EQ(InCopy("SELECT temperature FROM temperature"), "1\n");
 }
 
-// While it lives, files of this process cannot grow beyond these bytes: as on a full medium.
-class FileLimit {
- public:
-  explicit FileLimit(rlim_t bytes) {
-    (void)std::signal(SIGXFSZ, SIG_IGN);
-    (void)getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    (void)setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileLimit() { (void)setrlimit(RLIMIT_FSIZE, &before_); }
-  FileLimit(const FileLimit&) = delete;
-  FileLimit& operator=(const FileLimit&) = delete;
-
- private:
-  rlimit before_{};
-};
-
 TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {
   Open();
   Fill(20'000);
   Temperature(1);
   After(1000);
   const auto before = Names();
-  const LogLines log;
-  for (rlim_t bytes = 0; bytes < 400'000; bytes += 40'000) {
-    const FileLimit limit(bytes);
-    EXPECT_FALSE(Copy()) << bytes;
-    EXPECT_EQ(Names(), before) << bytes;
+  const LogCapture log;
+  (void)std::signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  for (limit.rlim_cur = 0; limit.rlim_cur < 400'000; limit.rlim_cur += 40'000) {
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);  // no file can grow beyond that
+    EXPECT_FALSE(Copy()) << limit.rlim_cur;
+    EXPECT_EQ(Names(), before) << limit.rlim_cur;
   }
+  limit.rlim_cur = limit.rlim_max;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
   EXPECT_TRUE(Copy());
   EXPECT_EQ(InCopy("SELECT count(*) FROM temperature"), "20001\n");
 }
@@ -96,17 +84,13 @@ TEST_F(CopyTest, DoesNotDisturbTheRecording) {
   Open();
   Temperature(1);
   After(500);
-  const auto bytesOf = [](const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  };
   Temperature(2);
   ASSERT_TRUE(Copy());
-  const std::string log = bytesOf(File(1) + "-wal");
-  const std::string file = bytesOf(File(1));
-  ASSERT_TRUE(Copy(11'000, kToEnd, "second.db") || Copy(kFromBeginning, kToEnd, "second.db"));
-  EXPECT_EQ(bytesOf(File(1) + "-wal"), log) << "nothing was folded in";
-  EXPECT_EQ(bytesOf(File(1)), file);
+  const std::string log = dir_.Read("metadata.000001.db-wal");
+  const std::string file = dir_.Read("metadata.000001.db");
+  ASSERT_TRUE(Copy(kFromBeginning, kToEnd, "second.db"));
+  EXPECT_EQ(dir_.Read("metadata.000001.db-wal"), log) << "nothing was folded in";
+  EXPECT_EQ(dir_.Read("metadata.000001.db"), file);
   Temperature(3);
   After(500);
   EXPECT_EQ(Temperatures(), "1\n2\n3\n");

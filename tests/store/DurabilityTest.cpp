@@ -1,12 +1,29 @@
+// When a record is committed: what another connection sees is what has been. Such a one that holds the write
+// lock stands for every reason why writing fails.
 #include <functional>
 
 #include "StoreFixture.h"
+#include "support/LogCapture.h"
 
 namespace {
 
-// What another connection sees is what has been committed.
+class DurabilityTest : public StoreTest {
+ protected:
+  void Lock() { EXPECT_EQ(Other().Rows("BEGIN IMMEDIATE"), ""); }
+  void Unlock() { EXPECT_EQ(Other().Rows("ROLLBACK"), ""); }
+  std::string Bookmarks() const { return Rows("SELECT sender_tick FROM bookmark ORDER BY seq"); }
 
-TEST_F(StoreTest, ARecordIsCommittedWithTheFirstTickThatFindsIt500MsOld) {
+  const LogCapture log_;
+
+ private:
+  Connection& Other() {
+    if (!other_) other_ = std::make_unique<Connection>(File(1));
+    return *other_;
+  }
+  std::unique_ptr<Connection> other_;
+};
+
+TEST_F(DurabilityTest, ARecordIsCommittedWithTheFirstTickThatFindsIt500MsOld) {
   Open();
   After(1000);
   Temperature(1);
@@ -23,15 +40,15 @@ TEST_F(StoreTest, ARecordIsCommittedWithTheFirstTickThatFindsIt500MsOld) {
   EXPECT_EQ(Temperatures(), "1\n2\n3\n");
 }
 
-TEST_F(StoreTest, RecordsFromBeforeAFirstTickThatIsLowerDoNotWaitForTheTicksToCatchUp) {
-  DataStoreNormal store(dir_.Path("metadata"), options_);
+TEST_F(DurabilityTest, RecordsFromBeforeAFirstTickThatIsLowerDoNotWaitForTheTicksToCatchUp) {
+  DataStoreNormal store(dir_.Path("early"), options_);
   ASSERT_TRUE(store.Open());
   store.ReportTemp(e_TempSensors{0}, 1, true, 0);
   store.TimerTick(100);
-  EXPECT_EQ(Connection(dir_.Path("metadata.000001.db")).Rows("SELECT temperature FROM temperature"), "1\n");
+  EXPECT_EQ(Connection(dir_.Path("early.000001.db")).Rows("SELECT temperature FROM temperature"), "1\n");
 }
 
-TEST_F(StoreTest, ACriticalRecordIsCommittedWithAllBeforeItWhenItsReportReturns) {
+TEST_F(DurabilityTest, ACriticalRecordIsCommittedWithAllBeforeItWhenItsReportReturns) {
   Open();
   short value = 0;
   const auto commits = [&](const std::function<void()>& report) {
@@ -47,38 +64,111 @@ TEST_F(StoreTest, ACriticalRecordIsCommittedWithAllBeforeItWhenItsReportReturns)
                           e_Tag_CovertLeft, e_Tag_CrashDetected, e_Tag_CrashCleared}) {
     EXPECT_TRUE(commitsState(tag)) << tag;
   }
-  for (const e_Tag tag : {e_Tag_BrakesOn, e_Tag_IgnitionOff, e_Tag_Started})
-    EXPECT_FALSE(commitsState(tag)) << tag;
-  EXPECT_FALSE(commits([&] { Store().ReportStringData(e_Tag_Filler, "x"); }));
+  for (const e_Tag tag : {e_Tag_BrakesOn, e_Tag_IgnitionOff}) EXPECT_FALSE(commitsState(tag)) << tag;
   EXPECT_TRUE(commits([&] { Store().ReportBookmark(1); }));
   EXPECT_TRUE(commits([&] { Store().WriteFullState(true); }));
   EXPECT_TRUE(commits([&] { Store().ReportShutdownData(); }));
 }
 
-TEST_F(StoreTest, ACriticalRecordRightAfterAnotherJoinsTheNextCommit) {
-  const auto bookmarks = [this] { return Rows("SELECT sender_tick FROM bookmark ORDER BY seq"); };
+TEST_F(DurabilityTest, ACriticalRecordRightAfterAnotherJoinsTheNextCommit) {
   Open();
   Store().ReportBookmark(1);
-  EXPECT_EQ(bookmarks(), "1\n");
+  EXPECT_EQ(Bookmarks(), "1\n");
   After(49);
   Store().ReportBookmark(2);
   Store().ReportBookmark(3);
-  EXPECT_EQ(bookmarks(), "1\n");
+  EXPECT_EQ(Bookmarks(), "1\n");
   After(1);
-  EXPECT_EQ(bookmarks(), "1\n2\n3\n");
+  EXPECT_EQ(Bookmarks(), "1\n2\n3\n");
   clock_.tick += 50;  // the loop has not turned yet
   Store().ReportBookmark(4);
-  EXPECT_EQ(bookmarks(), "1\n2\n3\n4\n");
+  EXPECT_EQ(Bookmarks(), "1\n2\n3\n4\n");
 }
 
-TEST_F(StoreTest, ALotOfRecordsIsCommittedWithoutWaiting) {
+TEST_F(DurabilityTest, ALotOfRecordsIsCommittedWithoutWaiting) {
   options_.maxPendingBytes = 65'536;
   Open();
   for (short i = 0; i < 1000; ++i) Temperature(i);
-  EXPECT_NE(Rows("SELECT count(*) FROM temperature"), "0\n");
+  EXPECT_NE(Temperatures(), "");
   Close();
-  EXPECT_EQ(Rows("SELECT count(*) FROM temperature"), "1000\n");
+  EXPECT_EQ(Rows("SELECT (SELECT count(*) FROM temperature), count(*) FROM loss"), "1000|0\n");
+}
+
+TEST_F(DurabilityTest, WhileWritingFailsNothingIsLostWithinTheBound) {
+  Open();
+  Lock();
+  for (short i = 1; i <= 120; ++i, After(500)) Temperature(i);  // a minute
+  EXPECT_EQ(Temperatures(), "");
+  EXPECT_EQ(log_.Lines(" fails: database is locked"), 1);
+  Unlock();
+  After(500);
+  After(500);
+  EXPECT_EQ(log_.Lines(" works again"), 1);
+  EXPECT_EQ(log_.Lines(""), 2) << log_.Text();
+  EXPECT_EQ(Rows("SELECT count(*), count(DISTINCT temperature), max(temperature) FROM temperature"),
+            "120|120|120\n");
   EXPECT_EQ(Rows("SELECT count(*) FROM loss"), "0\n");
+}
+
+TEST_F(DurabilityTest, ACriticalRecordHastensTheNextAttempt) {
+  Open();
+  for (unsigned int i = 1; i <= 2; ++i) {
+    Lock();
+    Temperature(1);
+    if (i == 2) After(500);  // has failed before
+    Store().ReportBookmark(i);
+    Unlock();
+    After(49);
+    EXPECT_EQ(Bookmarks(), i == 1 ? "" : "1\n");
+    After(1);
+    EXPECT_EQ(Bookmarks(), i == 1 ? "1\n" : "1\n2\n");
+    After(1000);
+  }
+}
+
+TEST_F(DurabilityTest, BeyondTheBoundTheOldestGoAndAreAccountedFor) {
+  options_.maxPendingBytes = 16'384;
+  Open();
+  Lock();
+  Store().ReportStateData(e_Tag_RecordingStarted, true, 1);
+  for (short i = 0; i < 1000; ++i) {
+    After(1);
+    Temperature(i);
+    Store().ReportSpeed(1, 5, true, 1, e_Tag_None);
+  }
+  Unlock();
+  Close();
+  EXPECT_EQ(Rows("SELECT text FROM timeline WHERE source='recording'"), "started\n");
+  EXPECT_EQ(Rows("SELECT max(temperature), max(temperature)-min(temperature)+1=count(*) FROM temperature"),
+            "999|1\n")
+      << "the newest are there, without a gap";
+  EXPECT_EQ(Rows("SELECT from_tick, to_tick+1 = (SELECT min(tick) FROM temperature), "
+                 "count + (SELECT count(*) FROM temperature) FROM loss WHERE lost_table='temperature'"),
+            "10001|1|1000\n");
+  EXPECT_EQ(Rows("SELECT count + (SELECT count(*) FROM speed) FROM loss WHERE lost_table='speed'"), "1000\n");
+  EXPECT_EQ(Rows("SELECT text LIKE 'lost % records of speed from tick 10001 to %' FROM timeline "
+                 "WHERE text LIKE '%speed%'"),
+            "1\n");
+}
+
+TEST_F(DurabilityTest, WhenOnlyCriticalRecordsAreLeftTheOldestOfThemGo) {
+  options_.maxPendingBytes = 16'384;
+  Open();
+  Lock();
+  for (unsigned int i = 0; i < 1000; ++i) Store().ReportBookmark(i);
+  Unlock();
+  Close();
+  EXPECT_EQ(Rows("SELECT max(sender_tick) FROM bookmark"), "999\n");
+  EXPECT_EQ(Rows("SELECT count + (SELECT count(*) FROM bookmark) FROM loss"), "1000\n");
+}
+
+TEST_F(DurabilityTest, WhatIsStillPendingAtTheEndIsSaid) {
+  Open();
+  Lock();
+  Temperature(1);
+  Temperature(2);
+  Close();
+  EXPECT_EQ(log_.Lines("Lost at the end: 2 records"), 1);
 }
 
 }  // namespace

@@ -78,7 +78,9 @@ class StoreTest : public testing::Test {
 
   DataStoreNormal& Store() { return *store_; }
   void Brakes(bool on) { Store().ReportStateData(on ? e_Tag_BrakesOn : e_Tag_BrakesOff, true, clock_.tick); }
-  void Temperature(short value) { Store().ReportTemp(e_TempSensors{0}, value, true, clock_.tick); }
+  void Temperature(int value) {
+    Store().ReportTemp(e_TempSensors{0}, static_cast<short>(value), true, clock_.tick);
+  }
 
   std::string File(int number) const {
     std::string digits = std::to_string(number);
@@ -111,11 +113,4 @@ class StoreTest : public testing::Test {
  private:
   std::string base_;
   std::unique_ptr<DataStoreNormal> store_;
-};
-
-// The log lines of a stretch of a test.
-class LogLines {
- public:
-  LogLines() { testing::internal::CaptureStderr(); }
-  std::string Take() { return testing::internal::GetCapturedStderr(); }
 };
