@@ -56,10 +56,8 @@ void Disk::Apply(const DiskOp& op) {
 
 void Disk::SyncNode(Node& node) const {
   if (honesty_ == Honesty::kNoSync) return;
-  const std::size_t kept = honesty_ == Honesty::kLate ? node.late : node.pending.size();
-  for (std::size_t i = 0; i < kept; ++i) Do(node.pending[i], node.pending[i].data.size(), node.durable);
-  node.pending.erase(node.pending.begin(), node.pending.begin() + static_cast<std::ptrdiff_t>(kept));
-  node.late = node.pending.size();
+  for (const Change& change : node.pending) Do(change, change.data.size(), node.durable);
+  node.pending.clear();
 }
 
 void Disk::SyncDirectory() {

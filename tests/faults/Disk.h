@@ -43,7 +43,6 @@ enum class Fate {
 enum class Honesty {
   kHonest,
   kNoSync,           // nothing is ever synced
-  kLate,             // the device says yes, and keeps what was there at the sync before
   kNoDirectorySync,  // entries are never synced
 };
 
@@ -69,7 +68,6 @@ class Disk {
   struct Node {
     std::string durable;
     std::vector<Change> pending;
-    std::size_t late = 0;  // of the pending, what the sync before was told of
   };
   struct EntryChange {
     std::string name;

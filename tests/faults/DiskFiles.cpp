@@ -35,22 +35,11 @@ void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir
   }
 }
 
-std::uint64_t Hash(const DiskState& state, const std::string& prefix) {
-  std::uint64_t hash = 0xCBF29CE484222325U;
-  const auto add = [&hash](std::uint64_t word) {
-    hash = (hash ^ word) * 0x100000001B3U;  // FNV-1a by words
-    hash ^= hash >> 29U;
-  };
+std::size_t Hash(const DiskState& state, const std::string& prefix) {
+  std::size_t hash = 0;
   for (const auto& [name, content] : state) {
-    if (!name.starts_with(prefix)) continue;
-    for (const std::string* text : {&name, &content}) {
-      add(text->size());
-      for (std::size_t i = 0; i < text->size(); i += sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        (void)text->copy(reinterpret_cast<char*>(&word), sizeof word, i);
-        add(word);
-      }
-    }
+    if (name.starts_with(prefix))
+      hash = (hash * 31 + std::hash<std::string>()(name)) * 31 + std::hash<std::string>()(content);
   }
   return hash;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "Disk.h"
@@ -16,4 +15,4 @@ DiskState RunWithoutClose();
 void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir& dir);
 
 // Tells the files whose names begin with the prefix from others.
-std::uint64_t Hash(const DiskState& state, const std::string& prefix);
+std::size_t Hash(const DiskState& state, const std::string& prefix);

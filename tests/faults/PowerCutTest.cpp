@@ -74,7 +74,6 @@ TEST_P(BadDiskTest, IsFoundOut) {
   EXPECT_GT(result.faults, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Disks, BadDiskTest,
-                         testing::Values(Honesty::kNoSync, Honesty::kLate, Honesty::kNoDirectorySync));
+INSTANTIATE_TEST_SUITE_P(Disks, BadDiskTest, testing::Values(Honesty::kNoSync, Honesty::kNoDirectorySync));
 
 }  // namespace

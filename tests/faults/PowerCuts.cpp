@@ -27,7 +27,6 @@ PowerCuts::PowerCuts(std::uint64_t maxFileBytes, void (*stretch)(Usage& usage)) 
   Usage usage(dir_.Path("metadata"), options);
   usage.afterCall = [this, &usage] { NoteCall(usage); };
   stretch(usage);
-  reports_ = usage.Reports();
   ReadFiles();
 }
 
@@ -48,10 +47,11 @@ void PowerCuts::ReadFiles() {
   for (auto& [name, whole] : files_) {
     whole.Read(dir_.Path(name));
     if (name == kEarlierRun) continue;
-    std::istringstream marks(
+    std::istringstream rows(
         Connection(dir_.Path(name), kPlainVfs)
-            .Rows("SELECT sender_tick||' '||seq FROM record WHERE sender_tick > 0 AND event = 1"));
-    for (unsigned int mark = 0; marks >> mark;) marks >> seqOfMark_[mark];
+            .Rows("SELECT seq||' '||tick||' '||(source IN ('bookmark','covert')) FROM record WHERE event=1"));
+    std::int64_t seq = 0;
+    for (Recorded row{}; rows >> seq >> row.tick >> row.critical;) recorded_[seq] = row;
   }
 }
 
@@ -92,12 +92,7 @@ PowerCuts::Result PowerCuts::Cut(const Plan& plan) {
         fault = FaultOfReopening(state);
       }
       if (fault.empty()) continue;
-      if (result.faults++ > 0) continue;
-      result.firstFault = fault.append(" (point ")
-                              .append(std::to_string(point))
-                              .append(", state ")
-                              .append(std::to_string(i)) +
-                          ")";
+      if (result.faults++ == 0) result.firstFault = fault.append(" at point ").append(std::to_string(point));
     }
   }
   return result;
@@ -123,22 +118,16 @@ std::string PowerCuts::FaultOf(const DiskState& state, std::size_t point, Result
     if (committed != calls_[returned - 1].committed.end() && found.last < committed->second)
       return name + ": a commit is lost";
   }
-  return FaultOfPromises(returned, last, result);
+  NoteAges(calls_[std::min(returned, calls_.size() - 1)].tick, last, result);
+  return {};
 }
 
-// The records up to `last` are there, `returned` calls had returned when the power was cut.
-std::string PowerCuts::FaultOfPromises(std::size_t returned, std::int64_t last, Result& result) const {
-  const unsigned int now = calls_[std::min(returned, calls_.size() - 1)].tick;
-  for (const Report& report : reports_) {
-    if (report.mark == 0 || report.call >= returned) continue;
-    const auto seq = seqOfMark_.find(report.mark);
-    if (seq == seqOfMark_.end()) return "never recorded: " + std::to_string(report.mark);
-    if (seq->second <= last) continue;
-    if (report.dueCall < returned) return "lost although due: " + std::to_string(report.mark);
-    unsigned int& oldest = report.critical ? result.oldestLostCriticalMs : result.oldestLostMs;
-    oldest = std::max(oldest, now - report.tick);
+// How old at this tick those are that are lost: all behind the last.
+void PowerCuts::NoteAges(unsigned int now, std::int64_t last, Result& result) const {
+  for (auto it = recorded_.upper_bound(last); it != recorded_.end() && it->second.tick <= now; ++it) {
+    unsigned int& oldest = it->second.critical ? result.oldestLostCriticalMs : result.oldestLostMs;
+    oldest = std::max(oldest, now - it->second.tick);
   }
-  return {};
 }
 
 std::string PowerCuts::FaultOfReopening(const DiskState& state) const {

@@ -47,11 +47,16 @@ class PowerCuts {
     std::map<std::string, std::int64_t> committed;  // last record of each file, as another connection sees it
   };
 
+  struct Recorded {
+    unsigned int tick;
+    bool critical;
+  };
+
   void NoteCall(const Usage& usage);
   void ReadFiles();
   bool NearFileWrite(std::size_t point) const;
   std::string FaultOf(const DiskState& state, std::size_t point, Result& result);
-  std::string FaultOfPromises(std::size_t returned, std::int64_t last, Result& result) const;
+  void NoteAges(unsigned int now, std::int64_t last, Result& result) const;
   std::string FaultOfReopening(const DiskState& state) const;
   WholeFile::Found Look(const DiskState& state, const std::string& name);
 
@@ -60,8 +65,7 @@ class PowerCuts {
   DiskState before_;
   DiskRecorder recorder_;
   std::vector<Call> calls_;
-  std::vector<Report> reports_;
-  std::map<unsigned int, std::int64_t> seqOfMark_;
-  std::map<std::string, WholeFile> files_;  // by name, so in their order
+  std::map<std::int64_t, Recorded> recorded_;  // by their numbers
+  std::map<std::string, WholeFile> files_;     // by name, so in their order
   std::map<std::uint64_t, WholeFile::Found> known_;
 };

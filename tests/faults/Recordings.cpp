@@ -48,18 +48,6 @@ void Recordings::Read(const std::string& path) {
   for (long count = 0; losses >> table >> count;) lost_[table] += count;
 }
 
-long Recordings::Missing(const std::vector<Report>& reports, const std::string& table) const {
-  const auto reported = std::count_if(reports.begin(), reports.end(),
-                                      [&table](const Report& report) { return report.table == table; });
-  const auto recorded = recorded_.find(table);
-  return static_cast<long>(reported) - (recorded == recorded_.end() ? 0 : recorded->second);
-}
-
-long Recordings::Lost(const std::string& table) const {
-  const auto lost = lost_.find(table);
-  return lost == lost_.end() ? 0 : lost->second;
-}
-
 long Recordings::Lost() const {
   long sum = 0;
   for (const auto& [table, count] : lost_) sum += count;

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <map>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "Usage.h"
 #include "support/TempDir.h"
@@ -22,8 +20,10 @@ class Recordings {
   long Holes() const { return last_ - static_cast<long>(seqs_.size()) - Lost(); }
   // Of those reported for a table the ones that are not recorded, and those counted as lost (which
   // can be restated ones, too).
-  long Missing(const std::vector<Report>& reports, const std::string& table) const;
-  long Lost(const std::string& table) const;
+  long Missing(const Usage& usage, const std::string& table) const {
+    return usage.Reported(table) - Of(table, recorded_);
+  }
+  long Lost(const std::string& table) const { return Of(table, lost_); }
   long Lost() const;
 
  private:
@@ -33,6 +33,6 @@ class Recordings {
   std::string fault_;
   long last_ = 0;
   std::set<long> seqs_;
-  std::map<std::string, long> recorded_;  // by table, without the restated ones
-  std::map<std::string, long> lost_;      // by table
+  Counts recorded_;  // without the restated ones
+  Counts lost_;
 };

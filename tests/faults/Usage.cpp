@@ -1,12 +1,5 @@
 #include "Usage.h"
 
-namespace {
-
-constexpr unsigned int kCommitAfterMs = 500;
-constexpr unsigned int kCriticalGapMs = 50;
-
-}  // namespace
-
 Usage::Usage(const std::string& basePath, StoreOptions options) {
   setenv("LOG_TARGET", "stderr", 1);
   options.clock = &clock_;
@@ -17,7 +10,7 @@ bool Usage::Open() {
   const bool open = store_->Open();
   store_->ReportShutdownDataAtStartup();
   store_->TimerTick(clock_.tick);
-  Called();
+  afterCall();
   return open;
 }
 
@@ -25,62 +18,38 @@ void Usage::Turn(unsigned int ms) {
   clock_.tick += ms;
   clock_.utcMs += ms;
   store_->TimerTick(clock_.tick);
-  Due();
-  Called();
+  afterCall();
 }
 
 void Usage::Temperature() {
-  const unsigned int mark = NextMark();
-  store_->ReportTemp(e_TempSensors{0}, static_cast<short>(mark), true, mark);
-  Reported("temperature", mark, false);
+  store_->ReportTemp(e_TempSensors{0}, static_cast<short>(Reported("temperature")), true, clock_.tick);
+  Count("temperature");
 }
 
 void Usage::Text(std::size_t size) {
   store_->ReportStringData(e_Tag_Filler, std::string(size, 'x').c_str());
-  Reported("string", 0, false);
+  Count("string");
 }
 
 void Usage::Bookmark() {
-  const unsigned int mark = NextMark();
-  store_->ReportBookmark(mark);
-  Reported("bookmark", mark, true);
+  store_->ReportBookmark(clock_.tick);
+  Count("bookmark");
 }
 
 void Usage::Covert() {
-  const unsigned int mark = NextMark();
-  store_->ReportStateData(mark % 2 == 0 ? e_Tag_CovertEntered : e_Tag_CovertLeft, true, mark);
-  Reported("state", mark, true);
+  store_->ReportStateData(Reported("state") % 2 == 0 ? e_Tag_CovertEntered : e_Tag_CovertLeft, true,
+                          clock_.tick);
+  Count("state");
 }
 
 void Usage::Close() {
   store_->ReportShutdownData();
-  for (Report& report : reports_) report.dueCall = std::min(report.dueCall, calls_);
-  Called();
+  afterCall();
   store_->Close();
-  Called();
+  afterCall();
 }
 
-void Usage::Reported(const char* table, unsigned int mark, bool critical) {
-  reports_.push_back({table, mark, clock_.tick, critical, calls_});
-  if (critical && clock_.tick - lastCriticalCommit_ >= kCriticalGapMs) {
-    for (Report& report : reports_) report.dueCall = std::min(report.dueCall, calls_);
-    lastCriticalCommit_ = clock_.tick;
-  }
-  Called();
-}
-
-void Usage::Due() {
-  bool criticalDue = false;
-  for (Report& report : reports_) {
-    if (report.dueCall != Report::kNever) continue;
-    if (clock_.tick - report.tick < (report.critical ? kCriticalGapMs : kCommitAfterMs)) continue;
-    report.dueCall = calls_;
-    criticalDue = criticalDue || report.critical;
-  }
-  if (criticalDue) lastCriticalCommit_ = clock_.tick;
-}
-
-void Usage::Called() {
-  ++calls_;
+void Usage::Count(const char* table) {
+  ++reported_[table];
   afterCall();
 }

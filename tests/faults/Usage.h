@@ -1,25 +1,20 @@
 #pragma once
 
 #include <functional>
-#include <limits>
+#include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "store/DataStoreNormal.h"
 #include "store/StoreFixture.h"
 
-// What was reported, and by when the store has promised to have it on the medium.
-struct Report {
-  static constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
+// Records by table.
+using Counts = std::map<std::string, long>;
 
-  const char* table;
-  unsigned int mark;  // its sender's tick, different in each; 0 where the table has none
-  unsigned int tick;  // when it was reported
-  bool critical;
-  std::size_t call;              // number of the call that reported it
-  std::size_t dueCall = kNever;  // number of the call after which it is durable
-};
+inline long Of(const std::string& table, const Counts& counts) {
+  const auto found = counts.find(table);
+  return found == counts.end() ? 0 : found->second;
+}
 
 // A store in use: one call after the other at times of the test's choosing.
 class Usage {
@@ -36,23 +31,15 @@ class Usage {
   void Close();
 
   unsigned int Now() const { return clock_.tick; }
-  std::size_t Calls() const { return calls_; }
-  const std::vector<Report>& Reports() const { return reports_; }
+  long Reported(const std::string& table) const { return Of(table, reported_); }
 
   // Called after each call.
   std::function<void()> afterCall = [] {};
 
  private:
-  unsigned int NextMark() { return kFirstMark + static_cast<unsigned int>(reports_.size()); }
-  void Reported(const char* table, unsigned int mark, bool critical);
-  void Due();  // with the tick just told
-  void Called();
-
-  static constexpr unsigned int kFirstMark = 1'000'000;
+  void Count(const char* table);
 
   FakeClock clock_;
   std::unique_ptr<DataStoreNormal> store_;
-  std::vector<Report> reports_;
-  std::size_t calls_ = 0;
-  unsigned int lastCriticalCommit_ = 0;
+  Counts reported_;
 };

@@ -37,9 +37,12 @@ int Watched(const FileEvent& event, Act act) {
   return rc;
 }
 
-int Close(sqlite3_file* file) {
-  return Real(file)->pMethods->xClose(Real(file));
+// An operation that is nobody's business.
+template <auto kOperation, typename... Arguments>
+auto Pass(sqlite3_file* file, Arguments... arguments) {
+  return (Real(file)->pMethods->*kOperation)(Real(file), arguments...);
 }
+
 int Read(sqlite3_file* file, void* data, int size, sqlite3_int64 offset) {
   const Verdict verdict = watcher->Before({FileOp::kRead, Of(file).path, offset});
   return verdict.code != SQLITE_OK ? verdict.code
@@ -69,60 +72,28 @@ int Sync(sqlite3_file* file, int flags) {
   if (rc == SQLITE_OK) Of(file).syncDirectory = false;
   return rc;
 }
-int FileSize(sqlite3_file* file, sqlite3_int64* size) {
-  return Real(file)->pMethods->xFileSize(Real(file), size);
-}
-int Lock(sqlite3_file* file, int level) {
-  return Real(file)->pMethods->xLock(Real(file), level);
-}
-int Unlock(sqlite3_file* file, int level) {
-  return Real(file)->pMethods->xUnlock(Real(file), level);
-}
-int CheckReservedLock(sqlite3_file* file, int* result) {
-  return Real(file)->pMethods->xCheckReservedLock(Real(file), result);
-}
-int FileControl(sqlite3_file* file, int op, void* argument) {
-  return Real(file)->pMethods->xFileControl(Real(file), op, argument);
-}
-int SectorSize(sqlite3_file* file) {
-  return Real(file)->pMethods->xSectorSize(Real(file));
-}
-int DeviceCharacteristics(sqlite3_file* file) {
-  return Real(file)->pMethods->xDeviceCharacteristics(Real(file));
-}
-int ShmMap(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
-  return Real(file)->pMethods->xShmMap(Real(file), page, size, extend, memory);
-}
-int ShmLock(sqlite3_file* file, int offset, int count, int flags) {
-  return Real(file)->pMethods->xShmLock(Real(file), offset, count, flags);
-}
-void ShmBarrier(sqlite3_file* file) {
-  Real(file)->pMethods->xShmBarrier(Real(file));
-}
-int ShmUnmap(sqlite3_file* file, int remove) {
-  return Real(file)->pMethods->xShmUnmap(Real(file), remove);
-}
 
+using Methods = sqlite3_io_methods;
 constexpr int kMethodsVersion = 2;  // with shared memory, without memory-mapped reading
-constexpr sqlite3_io_methods kMethods = {kMethodsVersion,
-                                         Close,
-                                         Read,
-                                         Write,
-                                         Truncate,
-                                         Sync,
-                                         FileSize,
-                                         Lock,
-                                         Unlock,
-                                         CheckReservedLock,
-                                         FileControl,
-                                         SectorSize,
-                                         DeviceCharacteristics,
-                                         ShmMap,
-                                         ShmLock,
-                                         ShmBarrier,
-                                         ShmUnmap,
-                                         nullptr,
-                                         nullptr};
+constexpr Methods kMethods = {kMethodsVersion,
+                              Pass<&Methods::xClose>,
+                              Read,
+                              Write,
+                              Truncate,
+                              Sync,
+                              Pass<&Methods::xFileSize>,
+                              Pass<&Methods::xLock>,
+                              Pass<&Methods::xUnlock>,
+                              Pass<&Methods::xCheckReservedLock>,
+                              Pass<&Methods::xFileControl>,
+                              Pass<&Methods::xSectorSize>,
+                              Pass<&Methods::xDeviceCharacteristics>,
+                              Pass<&Methods::xShmMap>,
+                              Pass<&Methods::xShmLock>,
+                              Pass<&Methods::xShmBarrier>,
+                              Pass<&Methods::xShmUnmap>,
+                              nullptr,
+                              nullptr};
 
 int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   if (name == nullptr) std::abort();  // a temporary file: the store has no need of any
