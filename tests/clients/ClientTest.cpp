@@ -1,53 +1,41 @@
 #include <poll.h>
+#include <unistd.h>
 
 #include <cerrno>
-#include <memory>
 
+#include "ClientsFixture.h"
 #include "clients/SubscribeClient.h"
 #include "clients/SubscribeServer.h"
 #include "items/SystickItem.h"
 #include "support/Child.h"
-#include "support/IpcTest.h"
 #include "system/BigEndian.h"
 
 namespace {
 
-std::string Request(unsigned int item, unsigned int notification) {
-  return Packet(1856, U32(item) + U32(notification));
-}
-
-std::string Answer(unsigned int item, unsigned int notification, unsigned int result,
-                   const std::string& value = {}) {
-  return Packet(1857, U32(item) + U32(notification) + U32(result) + value);
-}
-
-// A client against a server of bare packets. Since the server is connected before the client asks,
-// what it is going to say can be sent beforehand, and all happens on one thread.
-class ClientTest : public testing::Test {
+class ClientTest : public ClientsTest {
  protected:
-  void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
-
-  void ServerComesUp() {
-    server_ = RawPeer::To("Me", "Server");
-    ASSERT_EQ(server_.Send(Packet(1)), 0);
-    ASSERT_EQ(Next(me_).sender, "Server");
-  }
-  void ServerSays(const std::string& packet) { ASSERT_EQ(server_.Send(packet), 0); }
   int Subscribe(unsigned int item, unsigned int notification) {
     return client_.Subscribe(item, notification, value_, Calls::Handler, &calls_);
   }
 
-  IpcDir directory_;
-  LogCapture log_;
-  LinxIpc me_{"Me"};
   SubscribeClient client_{me_, "Server", 300};
-  RawPeer server_;
   SystickItem value_{111};
   Calls calls_;
 };
 
-TEST_F(ClientTest, SubscribesAndGetsChanges) {
-  ServerComesUp();
+// Against a server of bare packets.
+class BareServerTest : public ClientTest {
+ protected:
+  void SetUp() override {
+    ClientTest::SetUp();
+    server_ = ComesUp("Server");
+  }
+  void ServerSays(const std::string& packet) { ASSERT_EQ(server_.Send(packet), 0); }
+
+  RawPeer server_;
+};
+
+TEST_F(BareServerTest, SubscribesAndGetsChanges) {
   ServerSays(Packet(500, U32(1)));  // of an earlier subscription of the same name
   ServerSays(Answer(3, 500, 0, U32(2)));
   ServerSays(Packet(500, U32(3)));
@@ -60,7 +48,7 @@ TEST_F(ClientTest, SubscribesAndGetsChanges) {
   EXPECT_EQ(calls_.got.size(), 2U);
 }
 
-TEST_F(ClientTest, FailedSubscribeChangesNothing) {
+TEST_F(BareServerTest, FailedSubscribeChangesNothing) {
   const struct {
     const char* what;
     std::vector<std::string> said;
@@ -71,10 +59,9 @@ TEST_F(ClientTest, FailedSubscribeChangesNothing) {
       {"no room", {Answer(3, 500, ENOSPC)}, ENOSPC},
       {"no value", {Answer(3, 500, 0)}, EBADMSG},
       {"short value", {Answer(3, 500, 0, "abc")}, EBADMSG},
-      {"no answers", {Packet(1857), Packet(1857, "x"), Answer(3, 500, 0).substr(0, 15)}, ETIMEDOUT},
+      {"no answers", {Packet(kAnswer), Packet(kAnswer, "x"), Answer(3, 500, 0).substr(0, 15)}, ETIMEDOUT},
       {"others' answers", {Answer(4, 500, 0, U32(1)), Answer(3, 501, 0, U32(1))}, ETIMEDOUT},
   };
-  ServerComesUp();
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     for (const std::string& packet : c.said) ServerSays(packet);
@@ -90,15 +77,13 @@ TEST_F(ClientTest, FailedSubscribeChangesNothing) {
   EXPECT_EQ(server_.Receive(0), std::nullopt) << "there is nothing to renew";
 }
 
-TEST_F(ClientTest, AnswerOfAnotherProcessIsNone) {
-  ServerComesUp();
-  const RawPeer other = RawPeer::To("Me", "Other");
+TEST_F(BareServerTest, AnswerOfAnotherProcessIsNone) {
+  const RawPeer other = ComesUp("Other");
   ASSERT_EQ(other.Send(Answer(3, 500, 0, U32(1))), 0);
   EXPECT_EQ(Subscribe(3, 500), ETIMEDOUT);
 }
 
-TEST_F(ClientTest, PollAsksWithoutSubscribing) {
-  ServerComesUp();
+TEST_F(BareServerTest, PollAsksWithoutSubscribing) {
   ServerSays(Answer(3, 0, 0, U32(9)));
   EXPECT_EQ(client_.Poll(3, value_), 0);
   EXPECT_EQ(value_.Tick(), 9U);
@@ -107,8 +92,7 @@ TEST_F(ClientTest, PollAsksWithoutSubscribing) {
   EXPECT_EQ(server_.Receive(0), std::nullopt);
 }
 
-TEST_F(ClientTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
-  ServerComesUp();
+TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   for (const unsigned int item : {3U, 4U, 3U}) {  // the last takes the place of the first
     ServerSays(Answer(item, 500 + item, 0, U32(item)));
     ASSERT_EQ(Subscribe(item, 500 + item), 0);
@@ -123,22 +107,21 @@ TEST_F(ClientTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   const std::string before = log_.Text();
   ServerSays(Answer(3, 503, 0, U32(30)));
   ServerSays(Answer(4, 504, ENOENT));
-  EXPECT_EQ(Next(me_).type, 1857U);
+  EXPECT_EQ(Next(me_).type, kAnswer);
   EXPECT_EQ(log_.Text(), before);
-  EXPECT_EQ(Next(me_).type, 1857U);
+  EXPECT_EQ(Next(me_).type, kAnswer);
   EXPECT_EQ(log_.Lines("Server refused subscription to item 4, error 2"), 1);
   EXPECT_TRUE(calls_.got.empty());
   server_.Close();
   EXPECT_EQ(client_.Resubscribe(), ENOENT);
 }
 
-TEST_F(ClientTest, UnsubscribeAllTellsAndForgets) {
-  ServerComesUp();
+TEST_F(BareServerTest, UnsubscribeAllTellsAndForgets) {
   ServerSays(Answer(3, 500, 0, U32(1)));
   ASSERT_EQ(Subscribe(3, 500), 0);
   ASSERT_TRUE(server_.Receive(0));
   client_.UnsubscribeAll(true);
-  EXPECT_EQ(server_.Receive(0), Packet(1858, U32(3) + U32(500)));
+  EXPECT_EQ(server_.Receive(0), Request(3, 500, kUnsubscribe));
   ServerSays(Packet(500, U32(2)));
   EXPECT_EQ(Next(me_).type, 500U);
   EXPECT_TRUE(calls_.got.empty());
@@ -171,8 +154,20 @@ int Serve(bool flood) {
 
 class RemoteTest : public ClientTest {
  protected:
+  int SubscribePatiently(unsigned int item) {
+    return patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &calls_);
+  }
+
+ private:
   SubscribeClient patient_{me_, "Server", 10000};
 };
+
+// A server that dies before it answers the first request, for item 5.
+void DieAtTheRequest() {
+  const RawListener listener("Server");
+  const RawPeer client = listener.Accept();
+  if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 505)) _exit(1);
+}
 
 TEST_F(RemoteTest, ServerThatIsNotUpYetIsWaitedFor) {
   EXPECT_EQ(Subscribe(5, 500), ETIMEDOUT) << "there is none";
@@ -180,37 +175,29 @@ TEST_F(RemoteTest, ServerThatIsNotUpYetIsWaitedFor) {
     (void)poll(nullptr, 0, 100);  // the client asks meanwhile
     return Serve(false);
   });
-  EXPECT_EQ(patient_.Subscribe(5, 500, value_, Calls::Handler, &calls_), 0);
+  EXPECT_EQ(SubscribePatiently(5), 0);
   EXPECT_EQ(value_.Tick(), 1005U);
 }
 
 TEST_F(RemoteTest, SuccessorOfADeadServerIsAsked) {
   const Child server([] {
-    {
-      const RawListener listener("Server");
-      const RawPeer client = listener.Accept();
-      if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 500)) return 1;
-    }
+    DieAtTheRequest();
     return Serve(false);
   });
-  EXPECT_EQ(patient_.Subscribe(5, 500, value_, Calls::Handler, &calls_), 0);
+  EXPECT_EQ(SubscribePatiently(5), 0);
   EXPECT_EQ(value_.Tick(), 1005U);
 }
 
 // The name stays connected all the time, but over another connection.
 TEST_F(RemoteTest, SuccessorThatConnectsItselfIsAsked) {
   Child server([] {
-    {
-      const RawListener listener("Server");
-      const RawPeer client = listener.Accept();
-      if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 500)) return 1;
-    }
+    DieAtTheRequest();
     const RawPeer successor = RawPeer::To("Me", "Server");
-    if (successor.Receive() != Request(5, 500)) return 2;
-    return successor.Send(Answer(5, 500, 0, U32(55)));
+    if (successor.Receive() != Request(5, 505)) return 2;
+    return successor.Send(Answer(5, 505, 0, U32(55)));
   });
   const Stopwatch watch;
-  EXPECT_EQ(patient_.Subscribe(5, 500, value_, Calls::Handler, &calls_), 0);
+  EXPECT_EQ(SubscribePatiently(5), 0);
   EXPECT_LT(watch.Ms(), 5000);
   EXPECT_EQ(value_.Tick(), 55U);
   EXPECT_EQ(server.Wait(), 0);
@@ -218,12 +205,11 @@ TEST_F(RemoteTest, SuccessorThatConnectsItselfIsAsked) {
 
 TEST_F(RemoteTest, ServerThatFloodsIsSubscribedToAllTheSame) {
   const Child server([] { return Serve(true); });
-  ASSERT_EQ(patient_.Subscribe(0, 500, value_, Calls::Handler, &calls_), 0);
-  Calls others;
+  ASSERT_EQ(SubscribePatiently(0), 0);
   std::uint32_t last = 0;
   for (unsigned int item = 1; item <= 4; ++item) {
     const Stopwatch watch;
-    ASSERT_EQ(patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &others), 0);
+    ASSERT_EQ(SubscribePatiently(item), 0);
     EXPECT_EQ(value_.Tick(), 1000 + item);
     EXPECT_LT(watch.Ms(), 3000);
     for (int i = 0; i < 5000; ++i) {  // more than were kept meanwhile
@@ -234,14 +220,6 @@ TEST_F(RemoteTest, ServerThatFloodsIsSubscribedToAllTheSame) {
       last = tick;
     }
   }
-}
-
-TEST(Client, MayOutliveItsEndpoint) {
-  const IpcDir directory;
-  auto me = std::make_unique<LinxIpc>("Me");
-  ASSERT_EQ(me->Init(), 0);
-  const SubscribeClient client(*me, "Server", 100);
-  me.reset();
 }
 
 }  // namespace

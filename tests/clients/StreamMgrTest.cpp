@@ -1,17 +1,10 @@
+#include "ClientsFixture.h"
 #include "clients/StreamMgrApi.h"
 #include "support/Child.h"
-#include "support/IpcTest.h"
 
 namespace {
 
-class StreamMgrTest : public testing::Test {
- protected:
-  void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
-
-  IpcDir directory_;
-  LogCapture log_;
-  LinxIpc me_{"Me"};
-};
+using StreamMgrTest = ClientsTest;
 
 TEST_F(StreamMgrTest, WithoutOneTheAnswerIsEmptyAtOnce) {
   const Stopwatch watch;
@@ -33,9 +26,7 @@ TEST_F(StreamMgrTest, AnswerIsATextOrEmpty) {
       {"cut off", "\0\6REI"s, ""},
       {"longer than any", "\1\0"s + std::string(256, 'r'), std::string(255, 'r')},
   };
-  const RawPeer streamMgr = RawPeer::To("Me", "StreamMgr");
-  ASSERT_EQ(streamMgr.Send(Packet(1)), 0);
-  ASSERT_EQ(Next(me_).sender, "StreamMgr");
+  const RawPeer streamMgr = ComesUp("StreamMgr");
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     ASSERT_EQ(streamMgr.Send(Packet(13617, c.payload)), 0);
