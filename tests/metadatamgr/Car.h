@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
+#include "FakeServers.h"
 #include "Peer.h"
 #include "Recorder.h"
-#include "events/FakeServers.h"
 
 // Messages; interface constants of the system.
 constexpr unsigned int kLogLevelSet = 1872, kLogLevelGet = 1873, kLogLevel = 1874;
@@ -20,6 +20,12 @@ constexpr unsigned int kGetTick = 13498, kTick = 13499;
 constexpr unsigned int kStreamState = 13500, kCameraState = 13501, kMicState = 13502;
 constexpr unsigned int kRecordStartStop = 13503, kBookmark = 13509;
 constexpr unsigned int kGetRecording = 13616, kRecording = 13617;
+// Notices of the servers.
+constexpr unsigned int kVehicle = 13492, kSystem = 13493, kDepartment = 13494, kOfficer = 13495;
+constexpr unsigned int kSettings = 13496, kInputs = 13497, kGps = 13504, kRecordStart = 13505;
+constexpr unsigned int kRecordStop = 13506, kEnterCovert = 13507, kExitCovert = 13508, kRadar = 13510;
+constexpr unsigned int kMics = 13511, kCrash = 13512, kCameras = 13513, kQuality = 13514;
+constexpr unsigned int kTemperatures = 13515, kLiveStream0 = 18952;
 
 // A car with nothing running in it but the state manager and the external manager, which the test
 // plays. The other servers are switched off unless UseServers is called.

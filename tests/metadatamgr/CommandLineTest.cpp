@@ -3,7 +3,7 @@
 namespace {
 
 const std::string kUsage =
-    "Usage:\n" + Program::Path() +
+    "Usage:\n" MM_PROGRAM
     " [-l OR --loglevel LEVEL] [-s OR --simulator] [-r OR --radar Radar Only Simulation] \n"
     "    LEVEL = LogLevel for this process\n";
 

@@ -5,8 +5,8 @@
 #include <deque>
 #include <ostream>
 
+#include "FakeServers.h"
 #include "Recorder.h"
-#include "events/FakeServers.h"
 #include "support/Eventually.h"
 
 namespace {

@@ -14,73 +14,105 @@ enum class Short {
 
 const std::string kText = "0003 414243 ";  // "ABC"
 const std::string kLive = "01 00 0001 " + kText + "0001";
-std::string Zeros(std::size_t bytes) {
-  return std::string(2 * bytes, '0');
-}
 
-Lines TooShort(const std::string& source, const std::string& who) {
-  return {source + who + ": payload is too short"};
-}
+constexpr const char* kNoCamera = "CameraStateChangedHandler: error, DataPtr is null";
+constexpr const char* kNoNotice = "NULL MESSAGE";
 
-const struct {
-  const char* name;
+struct Message {
+  std::string entry;  // the line of its handler's entry, "MASK TEXT"
   unsigned int type;
   std::string payload;
   Short whenShort;
-  Lines says = {};  // of kDropped: the line; of kAsMade: the records
-} kMessages[] = {
-    {"Vehicle", 13492, kText + kText, Short::kAsMade, {"vehicle unit , plate  event"}},
-    {"System", 13493, kText + kText, Short::kAsMade, {"system info , software  event"}},
-    {"Department", 13494, kText + kText, Short::kAsMade, {"department ,  event"}},
-    {"Officer", 13495, kText + kText, Short::kAsMade, {"officer , badge  event"}},
-    {"Settings",
-     13496,
+  Lines recorded = {};            // of kAsMade
+  const char* missing = nullptr;  // said when there is no payload; null: what most say
+  const std::string& source = kManager;
+
+  std::string Handler() const { return entry.substr(entry.find(' ') + 1); }
+  std::string Missing() const {
+    return "2 " + source + (missing != nullptr ? missing : Handler() + ": error, DataPtr is null");
+  }
+  std::string TooShort() const {
+    if (type == kCopy) return "2 " + source + "MetadataToFileHandler: malformed request";
+    const bool isNotice = type == kDied || type == kRestarted;
+    return "2 " + source + (isNotice ? "Process notice" : Handler()) + ": payload is too short";
+  }
+};
+
+const Message kMessages[] = {
+    {"64 VehicleInfoChangedHandler",
+     kVehicle,
+     kText + kText,
+     Short::kAsMade,
+     {"vehicle unit , plate  event"}},
+    {"64 SystemInfoChangedHandler",
+     kSystem,
+     kText + kText,
+     Short::kAsMade,
+     {"system info , software  event"}},
+    {"64 DeptInfoChangedHandler", kDepartment, kText + kText, Short::kAsMade, {"department ,  event"}},
+    {"64 OfficerChangedHandler", kOfficer, kText + kText, Short::kAsMade, {"officer , badge  event"}},
+    {"64 VideoRecordingSettingsChangedHandler",
+     kSettings,
      Zeros(12),
      Short::kAsMade,
      {"recording settings 0 s before, 0 s after, 0x0 0 frames/s 0 kbit/s event"}},
-    {"Inputs", 13497, Zeros(16), Short::kAsMade},
-    {"Gps", 13504, Zeros(65), Short::kAsMade, {"gps no fix event"}},
-    {"RecordStart", 13505, Zeros(4), Short::kZerosRead},
-    {"RecordStop", 13506, Zeros(4), Short::kZerosRead},
-    {"EnterCovert", 13507, Zeros(4), Short::kZerosRead},
-    {"ExitCovert", 13508, Zeros(4), Short::kZerosRead},
-    {"Radar", 13510, Zeros(14), Short::kAsMade, {"radar 1 reading event", "radar 1 0 0 0 event 0"}},
-    {"Mics", 13511, "00000002" + Zeros(16), Short::kZerosRead},
-    {"Crash", 13512, Zeros(5), Short::kZerosRead},
-    {"Cameras", 13513, Zeros(40), Short::kZerosRead},
-    {"Quality", 13514, Zeros(36), Short::kZerosRead},
-    {"Temperatures", 13515, Zeros(12), Short::kZerosRead},
-    {"Live0", 18952, kLive, Short::kZerosRead},
-    {"Live1", 18953, kLive, Short::kZerosRead},
-    {"Live2", 18954, kLive, Short::kZerosRead},
-    {"Live3", 18955, kLive, Short::kZerosRead},
-    {"Live4", 18956, kLive, Short::kZerosRead},
-    {"Live5", 18957, kLive, Short::kZerosRead},
-    {"Copy",
+    {"64 ExternalInputEventHandler", kInputs, Zeros(16), Short::kAsMade},
+    {"64 GpsStatusEventHandler",
+     kGps,
+     Zeros(65),
+     Short::kAsMade,
+     {"gps no fix event", "speed gps not valid event"}},
+    {"64 RecordStartHandler", kRecordStart, Zeros(4), Short::kZerosRead},
+    {"64 RecordStopHandler", kRecordStop, Zeros(4), Short::kZerosRead},
+    {"64 EnterCovertModeHandler", kEnterCovert, Zeros(4), Short::kZerosRead},
+    {"64 ExitCovertModeHandler", kExitCovert, Zeros(4), Short::kZerosRead},
+    {"64 RadarEventHandler",
+     kRadar,
+     Zeros(14),
+     Short::kAsMade,
+     {"radar 1 reading event", "radar 1 0 0 0 event 0", "speed radar 0 event 0"}},
+    {"64 MicMgrStatusHandler", kMics, "00000002" + Zeros(16), Short::kZerosRead},
+    {"64 CrashDetectHandler", kCrash, Zeros(5), Short::kZerosRead},
+    {"64 VideoMgrCameraItemHandler", kCameras, Zeros(40), Short::kZerosRead, {}, kNoCamera},
+    {"64 VideoMgrStreamQualityItemHandler", kQuality, Zeros(36), Short::kZerosRead, {}, kNoCamera},
+    {"64 TempChangeHandler", kTemperatures, Zeros(12), Short::kZerosRead},
+    {"128 LVSStateChangeHandler", kLiveStream0, kLive, Short::kZerosRead},
+    {"128 LVSStateChangeHandler", kLiveStream0 + 5, kLive, Short::kZerosRead},
+    {"64 MetadataToFile",
      kCopy,
      "61" + Zeros(1031),
      Short::kDropped,
-     {kManager + "MetadataToFileHandler: malformed request"}},
-    {"StreamState", kStreamState, Zeros(12), Short::kDropped,
-     TooShort(kManager, "VideoStreamStateChangeHandler")},
-    {"CameraState", kCameraState, Zeros(12), Short::kDropped,
-     TooShort(kManager, "CliCameraStateChangedHandler")},
-    {"MicState", kMicState, Zeros(10), Short::kDropped, TooShort(kManager, "MicStateChangedHandler")},
-    {"RecordStartStop", kRecordStartStop, Zeros(5), Short::kDropped,
-     TooShort(kManager, "RecordStartStopHandler")},
-    {"Bookmark", kBookmark, Zeros(4), Short::kDropped, TooShort(kManager, "BookmarkHandler")},
-    {"SetLogLevel", kLogLevelSet, "00000007", Short::kDropped, TooShort(kInitializer, "HandleLogLevel")},
-    {"GetLogLevel", kLogLevelGet, Zeros(4), Short::kDropped, TooShort(kInitializer, "HandleLogLevel")},
-    {"Died", kDied, Zeros(4), Short::kDropped, TooShort(kInitializer, "Process notice")},
-    {"Restarted", kRestarted, Zeros(4), Short::kDropped, TooShort(kInitializer, "Process notice")},
+     {},
+     "MetadataToFileHandler: error, DataPtr is null"},
+    {"64 VideoStreamStateChangeHandler", kStreamState, Zeros(12), Short::kDropped},
+    {"64 CliCameraStateChangedHandler", kCameraState, Zeros(12), Short::kDropped, {}, kNoCamera},
+    {"64 MicStateChangedHandler", kMicState, Zeros(10), Short::kDropped},
+    {"64 RecordStartStopHandler", kRecordStartStop, Zeros(5), Short::kDropped},
+    {"64 BookmarkHandler", kBookmark, Zeros(4), Short::kDropped},
+    {"128 HandleLogLevel", kLogLevelSet, "00000007", Short::kDropped, {}, nullptr, kInitializer},
+    {"128 HandleLogLevel", kLogLevelGet, Zeros(4), Short::kDropped, {}, nullptr, kInitializer},
+    {"128 Process Died", kDied, Zeros(4), Short::kDropped, {}, kNoNotice, kInitializer},
+    {"128 Process Restarted", kRestarted, Zeros(4), Short::kDropped, {}, kNoNotice, kInitializer},
 };
+
+TEST(Payload, ThatIsMissingIsSaidAndNothingElse) {
+  Car car;
+  car.UseServers();
+  car.Run({"-l", "255"});
+  for (const Message& message : kMessages) {
+    EXPECT_EQ(car.LogAfter(message.type), (Lines{By(message.source, message.entry), message.Missing()}));
+  }
+  EXPECT_TRUE(car.stateMgr.HasHeardNothing());  // and nothing is answered
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{});
+}
 
 TEST(Payload, CutAtEveryLengthHasTheOutcomeOfItsKind) {
   Car car;
   car.UseServers();
   car.Run();
-  for (const auto& message : kMessages) {
-    SCOPED_TRACE(message.name);
+  for (const Message& message : kMessages) {
+    SCOPED_TRACE(message.entry);
     const std::string whole = FromHex(message.payload);
     Lines said = car.Log();
     for (std::size_t bytes = 1; bytes < whole.size(); ++bytes) {
@@ -88,13 +120,12 @@ TEST(Payload, CutAtEveryLengthHasTheOutcomeOfItsKind) {
       if (message.type == kCopy) {
         EXPECT_EQ(car.stateMgr.Await(kCopied), "00");
       }
-      if (message.whenShort == Short::kDropped) said.push_back("2 " + message.says[0]);
+      if (message.whenShort == Short::kDropped) said.push_back(message.TooShort());
       if (message.whenShort != Short::kAsMade) continue;
       said.push_back("2 Item: Payload of " + std::to_string(bytes) + " bytes is too short for its item");
     }
     ASSERT_TRUE(car.Answers());
     EXPECT_EQ(car.Log(), said);
-    EXPECT_EQ(car.LogAfter(message.type).size(), 1U);  // no payload at all
     EXPECT_EQ(car.LogAfter(message.type, message.payload), Lines{});
   }
   EXPECT_EQ(car.Quit(), 0);
@@ -104,12 +135,11 @@ TEST(Payload, ThatIsTooShortIsRecordedAsConstructedOrNotAtAll) {
   Car car;
   car.UseServers();
   car.Run();
-  Lines expected = {"crash cleared event 108"};  // the value at the subscription
-  for (const auto& message : kMessages) {
+  Lines expected;
+  for (const Message& message : kMessages) {
     if (message.whenShort == Short::kZerosRead) continue;
     car.stateMgr.Send(message.type, "ff");
-    if (message.whenShort == Short::kAsMade)
-      expected.insert(expected.end(), message.says.begin(), message.says.end());
+    expected.insert(expected.end(), message.recorded.begin(), message.recorded.end());
   }
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Events(), expected);
@@ -121,7 +151,7 @@ TEST(Payload, FilledWithHostileValuesDoNoHarm) {
   Car car;
   car.UseServers();
   car.Run({"-l", "1"});
-  for (const auto& message : kMessages) {
+  for (const Message& message : kMessages) {
     for (const char* fill : {"ff", "80", "7f", "01", "00 ff", "ff 00", "00 00 00 20 ff"}) {
       const std::string bytes = FromHex(fill);
       std::string payload;
@@ -131,7 +161,7 @@ TEST(Payload, FilledWithHostileValuesDoNoHarm) {
         car.stateMgr.Send(message.type, ToHex(payload.substr(0, size)));
       }
     }
-    ASSERT_TRUE(car.Answers()) << message.name;
+    ASSERT_TRUE(car.Answers()) << message.entry;
   }
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});

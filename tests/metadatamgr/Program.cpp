@@ -6,21 +6,14 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "support/Eventually.h"
 
 namespace {
 
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string UnusedName(const std::string& directory) {
+std::string UnusedName() {
   static int number = 0;
-  return directory + "/program-" + std::to_string(++number);
+  return "program-" + std::to_string(++number);
 }
 
 void Redirect(int to, const std::string& path) {
@@ -38,19 +31,15 @@ int Execute(Arguments words) {
 
 }  // namespace
 
-const std::string& Program::Path() {
-  static const std::string path = MM_PROGRAM;
-  return path;
-}
-
-Program::Program(const std::string& directory, const Arguments& arguments, const Environment& environment,
+Program::Program(const TempDir& directory, const Arguments& arguments, const Environment& environment,
                  int out, int err)
-    : files_(UnusedName(directory)),
+    : directory_(directory),
+      name_(UnusedName()),
       child_([&] {
         umask(0);
-        if (chdir(directory.c_str()) != 0) return 126;
-        Redirect(STDOUT_FILENO, files_ + ".out");
-        Redirect(STDERR_FILENO, files_ + ".err");
+        if (chdir(directory.Path("").c_str()) != 0) return 126;
+        Redirect(STDOUT_FILENO, name_ + ".out");
+        Redirect(STDERR_FILENO, name_ + ".err");
         if (out >= 0) dup2(out, STDOUT_FILENO);
         if (err >= 0) dup2(err, STDERR_FILENO);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
@@ -65,12 +54,4 @@ void Program::AwaitExec() const {
     const auto its = std::filesystem::read_symlink("/proc/" + std::to_string(id_) + "/exe", error);
     return !error && its != mine;
   });
-}
-
-std::string Program::Out() const {
-  return ReadFile(files_ + ".out");
-}
-
-std::string Program::Err() const {
-  return ReadFile(files_ + ".err");
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/Child.h"
+#include "support/TempDir.h"
 
 using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
@@ -14,10 +15,9 @@ using Environment = std::map<std::string, std::string>;
 class Program {
  public:
   // `out`, `err`: its standard output and error, where these are not to be files.
-  Program(const std::string& directory, const Arguments& arguments, const Environment& environment,
-          int out = -1, int err = -1);
+  Program(const TempDir& directory, const Arguments& arguments, const Environment& environment, int out = -1,
+          int err = -1);
 
-  static const std::string& Path();  // as it stands in argv[0]
   pid_t Id() const { return id_; }
   void Signal(int signal) const { child_.Signal(signal); }
 
@@ -27,11 +27,12 @@ class Program {
   int End() { return child_.Wait(); }
   bool Ended() const { return child_.Ended(); }
 
-  std::string Out() const;
-  std::string Err() const;
+  std::string Out() const { return directory_.Read(name_ + ".out"); }
+  std::string Err() const { return directory_.Read(name_ + ".err"); }
 
  private:
-  const std::string files_;  // without ".out" and ".err"
+  const TempDir& directory_;
+  const std::string name_;  // of the files, without ".out" and ".err"
   Child child_;
   const pid_t id_;
 };

@@ -33,15 +33,11 @@ Recorder::~Recorder() {
 
 void Recorder::Start(const Arguments& arguments, int out) {
   program.reset();
-  program = std::make_unique<Program>(Path(""), arguments, environment, out, standardError);
+  program = std::make_unique<Program>(directory_, arguments, environment, out, standardError);
 }
 
-std::unique_ptr<Program> Recorder::StartAnother() const {
-  return std::make_unique<Program>(Path(""), Arguments{}, environment);
-}
-
-Lines Recorder::LogOf(const Program& program, unsigned int masks) {
-  Lines lines = LogText(program.Err());
+Lines Recorder::Log(unsigned int masks) const {
+  Lines lines = LogText(program->Err());
   std::erase_if(lines, [masks](const std::string& line) {
     return (std::strtoul(line.c_str(), nullptr, 10) & masks) == 0;
   });

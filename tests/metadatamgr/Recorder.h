@@ -34,23 +34,23 @@ class Recorder {
 
   // Starts MetadataMgr.
   void Start(const Arguments& arguments = {}, int out = -1);
-  // Another one in the same car.
-  std::unique_ptr<Program> StartAnother() const;
   // Waits for the end: the exit status, or 128 plus the number of the signal.
   int End() { return program->End(); }
 
   // The lines logged so far, of these masks.
-  Lines Log(unsigned int masks = 255) const { return LogOf(*program, masks); }
-  static Lines LogOf(const Program& program, unsigned int masks = 255);
+  Lines Log(unsigned int masks = 255) const;
 
   // Records of the latest recording, oldest first: "SOURCE TEXT KIND SENDER'S-TICK".
   Lines Records(const std::string& where = "1") const;
-  // The events that came from outside.
+  // The events since it had subscribed.
   Lines Events() const {
-    return Records("event='event' AND source NOT IN ('clock','system','run') AND source NOT LIKE 'speed%'");
+    return Records(
+        "event='event' AND source NOT IN ('clock','run') AND "
+        "seq>(SELECT max(seq) FROM timeline WHERE event='restated')");
   }
 
   std::string IpcDirectory() const { return ipcDirectory_.Beside("ipc"); }
+  const TempDir& Directory() const { return directory_; }
   std::string Path(const std::string& name) const { return directory_.Path(name); }
   void Write(const std::string& name, const std::string& content) const { directory_.Write(name, content); }
 

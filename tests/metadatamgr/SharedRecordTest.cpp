@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr unsigned int kGps = 13504, kRadar = 13510;
-
 class SharedRecordTest : public testing::Test {
  protected:
   SharedRecordTest() {

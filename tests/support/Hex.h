@@ -30,3 +30,8 @@ inline std::string ToHex(std::string_view bytes) {
   }
   return text;
 }
+
+// That many zero bytes, as text.
+inline std::string Zeros(std::size_t bytes) {
+  return std::string(2 * bytes, '0');
+}

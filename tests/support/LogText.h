@@ -32,3 +32,10 @@ inline Lines LogText(const std::string& text) {
   }
   return lines;
 }
+
+// As one text, of which a failed comparison shows the lines that differ.
+inline std::string Joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}

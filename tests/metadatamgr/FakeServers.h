@@ -1,6 +1,5 @@
 #pragma once
 
-#include <list>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,8 +13,6 @@ enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };
 struct Behaviour {
   bool absent = false;
   std::map<unsigned int, When> when = {};  // by item
-  // Sends notices of this item as fast as it can, from its subscription on; -1: none.
-  int floods = -1;
   // When it dies it is started again, with default behaviour.
   bool returns = false;
 };

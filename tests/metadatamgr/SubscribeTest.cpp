@@ -1,0 +1,183 @@
+// What the process asks the servers for, what it records of their answers, and how it renews its
+// subscriptions.
+#include <algorithm>
+
+#include "Car.h"
+#include "support/Eventually.h"
+#include "support/RawPeer.h"
+
+namespace {
+
+// In the order of the vehicle's start; the state manager and the external manager are played by the test.
+const Lines kAsked = {"ConfigMgr 10", "ConfigMgr 7", "ConfigMgr 11", "ConfigMgr 12", "ConfigMgr 13",
+                      "Fpga 17",      "GpsHal 1",    "RadarHal 1",   "MicMgr 0",     "VideoMgr 0",
+                      "VideoMgr 1",   "AccelHal 1",  "TempHal 0"};
+
+Lines AskedOf(const std::string& server) {
+  Lines asked = kAsked;
+  std::erase_if(asked, [&](const std::string& line) { return !line.starts_with(server + " "); });
+  return asked;
+}
+
+// What was recorded of the servers' values.
+Lines Values(const Car& car) {
+  return car.Records(
+      "seq<(SELECT min(seq) FROM timeline WHERE event='restated') AND "
+      "source NOT IN ('clock','device','previous run','store','system')");
+}
+
+TEST(Subscribe, RecordsWhatTheServersAnswer) {
+  Car car;
+  car.UseServers();
+  car.Run();
+  EXPECT_EQ(car.servers->Asked(), kAsked);
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(Values(car),
+            (Lines{"vehicle unit unit, plate  initial",
+                   "system info device, software  initial",
+                   "department department,  initial",
+                   "officer officer, badge  initial",
+                   "recording settings 30 s before, 0 s after, 0x0 0 frames/s 0 kbit/s initial",
+                   "lights off initial 101",
+                   "brakes off initial 101",
+                   "siren on initial 101",
+                   "aux off initial 101",
+                   "doorOpen closed initial 101",
+                   "ignition off initial 101",
+                   "gps fix initial",
+                   "gps 0.000000 0.000000 0.0 m, 0.0 km/h, course 0.0, fix, 0 satellites initial 102",
+                   "speed gps 0 initial 102",
+                   "radar 1 reading initial",
+                   "radar 1 0 0 0 initial 104",
+                   "speed radar 0 initial 104",
+                   "microphone 1 present initial 105",
+                   "microphone 1 not active initial 105",
+                   "camera 0 state 0 initial 106",
+                   "camera 1 state 0 initial 106",
+                   "camera 2 state 0 initial 106",
+                   "camera 3 state 0 initial 106",
+                   "stream 0 0x0 0 frames/s 0 kbit/s initial 107",
+                   "stream 1 0x0 0 frames/s 0 kbit/s initial 107",
+                   "stream 2 0x0 0 frames/s 0 kbit/s initial 107",
+                   "stream 3 0x0 0 frames/s 0 kbit/s initial 107",
+                   "crash cleared event 108",
+                   "temperature 3 0 initial 109",
+                   "temperature 0 0 initial 109",
+                   "temperature 1 0 initial 109",
+                   "temperature 2 0 initial 109"}));
+}
+
+TEST(Subscribe, RecordsInputsGpsAndRadarAlsoWithoutTheirServers) {
+  Car car;
+  car.Run({"-l", "35"});
+  EXPECT_EQ(car.Log(), (Lines{By(kManager, "32 SubscribeToConfigMgr - set to ignore ConfigMgr "),
+                              By(kManager, "32 SubscribeToMicMgr - set to ignore MicMgr "),
+                              By(kManager, "32 SubscribeToVideoMgr - set to ignore VideoMgr "),
+                              By(kManager, "32 SubscribeToAccelHal - set to ignore AccelHal "),
+                              By(kManager, "32 SubscribeToTempHal - set to ignore TempHal ")}));
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(Values(car), (Lines{"lights off initial 0", "brakes off initial 0", "siren off initial 0",
+                                "aux off initial 0", "doorOpen closed initial 0", "ignition off initial 0",
+                                "gps no fix initial", "speed gps not valid event", "radar 1 reading initial",
+                                "radar 1 0 0 0 initial 0", "speed radar 0 initial 0"}));
+}
+
+TEST(Subscribe, SwitchesLeaveOutTheirServer) {
+  const std::pair<const char*, const char*> switches[] = {
+      {"NO_CONFIGMGR", "ConfigMgr"}, {"NO_FPGA", "Fpga"},      {"NO_GPSHAL", "GpsHal"},
+      {"NO_RADARHAL", "RadarHal"},   {"NO_MICMGR", "MicMgr"},  {"NO_VIDEOMGR", "VideoMgr"},
+      {"NO_ACCELHAL", "AccelHal"},   {"NO_TEMPHAL", "TempHal"}};
+  for (const auto& [variable, server] : switches) {
+    Car car;
+    car.UseServers();
+    car.environment[variable] = "";
+    car.Run();
+    Lines expected = kAsked;
+    for (const std::string& left : AskedOf(server)) std::erase(expected, left);
+    EXPECT_EQ(car.servers->Asked(), expected);
+  }
+}
+
+// ---- Restarts
+
+Lines SaidOfRestart(unsigned int process, const char* server) {
+  return {By(kInitializer, "128 Process Restarted"),
+          By(kManager, "64 Process Restarted " + std::to_string(process)),
+          By(kManager, "128 Need to resubscribe to " + std::string(server))};
+}
+
+TEST(Restart, RenewsTheSubscriptionsOfItsServerAndReportsNothing) {
+  const struct {
+    unsigned int process;
+    const char* server;
+    const char* said;
+  } rows[] = {
+      {3, "ConfigMgr", "ConfigMgr"}, {4, "Fpga", "FpgaHal"},       {7, "RadarHal", "RadarHal"},
+      {11, "MicMgr", "MicMgr"},      {12, "GpsHal", "GpsHal"},     {13, "AccelHal", "AccelHal"},
+      {14, "TempHal", "TempHal"},    {21, "VideoMgr", "VideoMgr"},
+  };
+  Car car;
+  car.UseServers();
+  car.Run({"-l", "255"});
+  (void)car.servers->Asked();
+  const auto said = [&](unsigned int process) { return car.LogAfter(kRestarted, ToHex(U32(process))); };
+  for (const auto& row : rows) {
+    EXPECT_EQ(said(row.process), SaidOfRestart(row.process, row.said));
+    Lines renewed;
+    EXPECT_TRUE(Eventually([&] {
+      for (const std::string& line : car.servers->Asked()) renewed.push_back(line);
+      return renewed.size() >= AskedOf(row.server).size();
+    }));
+    EXPECT_EQ(renewed, AskedOf(row.server));
+  }
+  EXPECT_EQ(said(2), SaidOfRestart(2, "StateMgr"));
+  for (int event = 0; event < 4; ++event) car.stateMgr.Accept("00000000");
+  EXPECT_EQ(said(29), SaidOfRestart(29, "ExternalMgr"));
+  for (int stream = 0; stream < 6; ++stream) car.externalMgr.Accept("00 00 0000 0000 0000");
+  EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
+  EXPECT_EQ(car.servers->Asked(), Lines{});
+  EXPECT_EQ(car.Quit(), 0);
+  EXPECT_EQ(car.Events(), Lines{});
+}
+
+TEST(Restart, OfAServerThatIsNotThereIsARefusedRenewalAndAnotherTriesAgain) {
+  Car car;
+  car.Run({"-l", "255"});
+  Lines refused = SaidOfRestart(11, "MicMgr");
+  refused.push_back(By(kManager, "1 MetadataMgr FAILED to resubsribe to a server"));
+  EXPECT_EQ(car.LogAfter(kRestarted, "0000000b"), refused) << "switched off";
+  EXPECT_EQ(car.LogAfter(kRestarted, "0000001e"),
+            (Lines{By(kInitializer, "128 Process Restarted"), By(kManager, "64 Process Restarted 30")}));
+  EXPECT_EQ(car.LogAfter(kDied, "00000015"),
+            (Lines{By(kInitializer, "128 Process Died"), By(kManager, "64 Process Died 21")}));
+
+  car.externalMgr.Leave();
+  EXPECT_EQ(car.LogAfter(kRestarted, "0000001d").back(), refused.back()) << "too early";
+  Peer successor("ExternalMgr");
+  car.stateMgr.Send(kRestarted, "0000001d");
+  for (int stream = 0; stream < 6; ++stream) successor.Accept("00 00 0000 0000 0000");
+  successor.Send(kLiveStream0, "01 00 0001 0000 0001");
+  EXPECT_EQ(successor.Ask(kPing, "", kPong), "");
+  EXPECT_EQ(car.Quit(), 0);
+  const Lines events = car.Events();
+  ASSERT_EQ(events.size(), 1U) << "it is heard again";
+  EXPECT_TRUE(events[0].starts_with("live stream 0 on camera 1 event "));
+}
+
+// ---- End
+
+TEST(Quit, EndsTheSubscriptions) {
+  Car car;
+  car.Run();
+  car.stateMgr.Send(kQuit);
+  for (unsigned int event = 0; event < 4; ++event) {
+    EXPECT_EQ(car.stateMgr.Await(kUnsubscribeItem).substr(0, 11), "00 00 00 0" + std::to_string(event + 1));
+  }
+  for (unsigned int stream = 0; stream < 6; ++stream) {
+    EXPECT_EQ(car.externalMgr.Await(kUnsubscribeItem).substr(0, 11), "00 00 00 1" + std::to_string(stream));
+  }
+  EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
+  EXPECT_EQ(car.End(), 0);
+}
+
+}  // namespace
