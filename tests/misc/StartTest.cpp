@@ -1,134 +1,145 @@
-#include "Frame.h"
+// The start that every process shares, between real endpoints: what the state manager hears of it, what the
+// managed object is asked, and what is logged. How MetadataMgr starts is shown in tests/metadatamgr.
+#include <gtest/gtest.h>
 
-std::string gStateMgrName;
+#include <cstdlib>
+#include <functional>
+
+#include "Misc/ProcessInitializer.h"
+#include "support/Hex.h"
+#include "support/IpcTest.h"
+#include "support/LogText.h"
+
+std::string gStateMgrName = "StateMgr";
 
 namespace {
 
-// Before the first line of the whole program.
-const int kLogTarget = setenv("LOG_TARGET", "stderr", 1);
+constexpr unsigned int kSubscribe = 13233, kFullRun = 13235, kRestarted = 13236;
+constexpr unsigned int kDied = LinxIpc::kProcessDiedNotice, kQuit = LinxIpc::kShutdownNotice;
 
-constexpr unsigned int kTroubleMasks = 1 | 2 | 16;
+struct Arrival {
+  unsigned int type;
+  std::string payload = {};  // hex
+};
 
-const Arrival kSubscribe{0, 13233, "01"};
-const Arrival kFullRun{0, 13235, ""};
+// It is the managed object, too, which writes down what it is asked.
+class StartTest : public testing::Test {
+ public:
+  bool PreInit(LinxIpc& ipc) {
+    Send(arrivals_);
+    return preInit_(ipc);
+  }
+  bool SubscribeToServers(LinxIpc& /*ipc*/, bool flag) {
+    asked_.emplace_back(flag ? "subscribe true" : "subscribe false");
+    return subscribes_;
+  }
+  void Shutdown(LinxIpc& /*ipc*/) { asked_.push_back("shutdown, told " + std::to_string(Heard().size())); }
+  void ProcessDied(LinxIpc& /*ipc*/, e_Process process) {
+    asked_.push_back("died " + std::to_string(process));
+  }
+  void ProcessRestarted(LinxIpc& /*ipc*/, e_Process process) {
+    asked_.push_back("restarted " + std::to_string(process));
+  }
 
-using StartTest = Frame;
+ protected:
+  StartTest() { EXPECT_EQ(stateMgr_.Init(), 0); }
+  ~StartTest() override { unsetenv("RUN_WITHOUT_STATEMGR"); }
 
-TEST_F(StartTest, DoesEverythingInOrder) {
-  script.arrivals = {kSubscribe, kFullRun};
-  EXPECT_TRUE(Init());
-  EXPECT_EQ(script.happened,
-            (Lines{"PreInit", "send StateMgr 13232 00 00 00 13", "register shutdown", "register process died",
-                   "register 13236", "register 1873", "register 1872", "register 13233", "register 13235",
-                   "SubscribeToServers true", "send StateMgr 13234 01"}));
-  EXPECT_EQ(Log(), (Lines{"128 ProcessInitializer::SetupIpc - Successfully initialized IPC ",
-                          "128 Notify to StateMgr", "128 IgnoreHandler",
-                          "128 WaitForStateMgr: Got a StateMgrProcessMsg_Subscribe", "128 Notify to StateMgr",
-                          "128 IgnoreHandler", "128 WaitForStateMgr: Got a StateMgrProcessMsg_FullRun"}));
-}
+  void Send(const std::vector<Arrival>& arrivals) {
+    for (const Arrival& arrival : arrivals) {
+      ASSERT_EQ(Tell(stateMgr_, "MetadataMgr", arrival.type, FromHex(arrival.payload), true), 0);
+    }
+  }
+  // Starts the process; the arrivals come as soon as its endpoint is there.
+  bool Init(const std::vector<Arrival>& arrivals, unsigned int logLevel = 1 | 2 | 16) {
+    arrivals_ = arrivals;
+    return initializer_.Init("Process", logLevel);
+  }
+  // "TYPE PAYLOAD" of what the state manager was sent since the last call.
+  Lines Heard() {
+    Lines heard;
+    for (Got got = Next(stateMgr_, 50); got.result == 0; got = Next(stateMgr_, 50)) {
+      heard.push_back(std::to_string(got.type) + " " + ToHex(got.payload));
+    }
+    return heard;
+  }
+  // What the start logged, without the name of its source.
+  Lines Log() const {
+    Lines lines = LogText(log_.Text());
+    const std::string name = "Common/Misc/ProcessInitializer: ";
+    std::erase_if(lines, [&](const std::string& line) { return line.find(name) == std::string::npos; });
+    for (std::string& line : lines) line.erase(line.find(name), name.size());
+    return lines;
+  }
+
+  IpcDir directory_;
+  LogCapture log_;
+  LinxIpc stateMgr_{"StateMgr"};
+  std::function<bool(LinxIpc&)> preInit_ = [](LinxIpc&) { return true; };
+  bool subscribes_ = true;
+  Lines asked_;
+  ProcessInitializer<StartTest> initializer_{*this, e_Process_MetadataMgr};
+
+ private:
+  std::vector<Arrival> arrivals_;
+};
 
 TEST_F(StartTest, PassesTheFlagOnAndAnswersEachSubscribeRequest) {
-  script.arrivals = {{0, 13233, "00"}, {0, 13233, "80ff"}, {0, 9, "01"}, kFullRun};
-  EXPECT_TRUE(Init());
-  EXPECT_EQ(Happened("Subscribe"), (Lines{"SubscribeToServers false", "SubscribeToServers true"}));
-  EXPECT_EQ(Happened("send StateMgr 13234"), (Lines{"send StateMgr 13234 01", "send StateMgr 13234 01"}));
-  EXPECT_EQ(Log()[8], "128 ProcessInitializer::WaitForStateMgr - Received a message - 9");
+  EXPECT_TRUE(Init({{kSubscribe, "00"}, {kSubscribe, "80ff"}, {9, "01"}, {kFullRun}}, 255));
+  EXPECT_EQ(asked_, (Lines{"subscribe false", "subscribe true"}));
+  EXPECT_EQ(Heard(), (Lines{"13232 00 00 00 13", "13234 01", "13234 01"}));
+  EXPECT_EQ(Log().at(8), "128 ProcessInitializer::WaitForStateMgr - Received a message - 9");
 }
 
-TEST_F(StartTest, WithoutStateManagerSubscribesAtOnceAndSendsNothing) {
-  WithoutStateMgr();
-  EXPECT_TRUE(Init());
-  EXPECT_EQ(script.happened, (Lines{"PreInit", "register shutdown", "register process died", "register 13236",
-                                    "register 1873", "register 1872", "SubscribeToServers false"}));
+TEST_F(StartTest, FailsOnASubscribeRequestWithoutPayload) {
+  EXPECT_FALSE(Init({{kSubscribe}, {kFullRun}}));
+  EXPECT_EQ(Log(), Lines{"2 StateMgr::WaitForStateMgr NULL MESSAGE"});
+  EXPECT_EQ(Heard(), Lines{"13232 00 00 00 13"});
 }
 
-TEST_F(StartTest, WithoutStateManagerFailsInSilence) {
-  WithoutStateMgr();
-  managed_.subscribes = false;
-  EXPECT_FALSE(Init());
-  managed_.ready = false;
-  EXPECT_FALSE(Init());
-  EXPECT_EQ(Happened("send"), Lines{});
+// The managed object met the quit notice before the wait; what arrives then is still served.
+TEST_F(StartTest, AnswersASubscribeRequestDuringAShutdownWithFailure) {
+  preInit_ = [](LinxIpc& ipc) { return Next(ipc).result == ESHUTDOWN; };
+  EXPECT_FALSE(Init({{kQuit}, {kSubscribe, "01"}, {kFullRun}}));
+  EXPECT_EQ(asked_, Lines{"subscribe true"});
+  EXPECT_EQ(Log(), Lines{"16 WaitForStateMgr - shutdown requested."});
+  EXPECT_EQ(Heard(), (Lines{"13232 00 00 00 13", "13234 00"}));
 }
 
-struct Failure {
-  const char* name;
-  Script script;
-  Lines sent;  // to the state manager
-  Lines log;   // masks 1, 2 and 16
-  bool ready = true;
-  bool subscribes = true;
-};
-
-const char* const kStarted = "send StateMgr 13232 00 00 00 13";
-const char* const kFailedStart = "send StateMgr 13244 00 00 00 13";
-const char* const kSubscribed = "send StateMgr 13234 01";
-const char* const kNotSubscribed = "send StateMgr 13234 00";
-
-const char* const kNoEndpoint = "1 ProcessInitializer::SetupIpc - Error initializing the Server";
-const char* const kSetupFailed = "1 Init: Server setup failed";
-const char* const kPreInitFailed = "1 Init: PreInit failed";
-const char* const kCannotSend = "1 Error sending notify to StateMgr";
-const char* const kNotStarted = "1 ProcessInitializer::SetupIpc - Error sending message to StateMgr";
-const char* const kNotAnnounced = "1 Init: Notification to StateMgr that we've started failed";
-const char* const kShutdown = "16 WaitForStateMgr - shutdown requested.";
-const char* const kNotAnswered = "1 ProcessInitializer::WaitForStateMgr - Failed RespondToSubscribed";
-const char* const kSubscribeFailed = "1 ProcessInitializer::WaitForStateMgr - Failed Subscribe";
-const char* const kNoNotice = "1 ProcessInitializer::NotifyFailedStart - Error allocating request";
-const char* const kNoStarted = "1 ProcessInitializer::ProcessStarted - Error allocating request";
-const char* const kReceiveError = "1 ProcessInitializer::WaitForStateMgr - Receive error 5";
-const char* const kNoPayload = "2 StateMgr::WaitForStateMgr NULL MESSAGE";
-const char* const kNoSubscribed = "1 ProcessInitializer::RespondToSubscribed - Error allocating request";
-const char* const kEnd = "1 ProcessInitializer::WaitForStateMgr - Receive error 71";
-
-const Failure kFailures[] = {
-    {"NoEndpoint", {kAnyNumber, {}}, {}, {kNoEndpoint, kSetupFailed}},
-    {"NotReady", {}, {kFailedStart}, {kPreInitFailed}, false},
-    {"NotReadyAndCannotAllocateNotice", {0, {}, 13244}, {}, {kPreInitFailed, kNoNotice}, false},
-    {"NotReadyAndCannotSendNotice", {0, {}, 0, 13244}, {}, {kPreInitFailed, kCannotSend}, false},
-    {"CannotAllocateStarted", {0, {}, 13232}, {}, {kNoStarted, kNotStarted, kNotAnnounced}},
-    {"CannotSendStarted", {0, {}, 0, 13232}, {}, {kCannotSend, kNotStarted, kNotAnnounced}},
-    {"ReceiveError", {0, {{kAnyNumber, 0, ""}, kFullRun}}, {kStarted}, {kReceiveError}},
-    {"SubscribeWithoutPayload", {0, {{0, 13233, ""}, kFullRun}}, {kStarted}, {kNoPayload}},
-    {"SubscriptionsFail",
-     {0, {kSubscribe, kFullRun}},
-     {kStarted, kNotSubscribed},
-     {kSubscribeFailed},
-     true,
-     false},
-    {"SubscriptionsFailAndCannotSay",
-     {0, {kSubscribe, kFullRun}, 0, 13234},
-     {kStarted},
-     {kSubscribeFailed, kCannotSend, kNotAnswered},
-     true,
-     false},
-    {"CannotAllocateSubscribed",
-     {0, {kSubscribe, kFullRun}, 13234},
-     {kStarted},
-     {kNoSubscribed, kNotAnswered}},
-    {"CannotSendSubscribed", {0, {kSubscribe, kFullRun}, 0, 13234}, {kStarted}, {kCannotSend, kNotAnswered}},
-    {"ShutdownWithSubscribe",
-     {0, {{ESHUTDOWN, 13233, "01"}, kFullRun}},
-     {kStarted, kNotSubscribed},
-     {kShutdown}},
-    {"ShutdownWithFullRun", {0, {kSubscribe, {ESHUTDOWN, 13235, ""}}}, {kStarted, kSubscribed}, {kShutdown}},
-    {"ShutdownWithSomethingElse", {0, {{ESHUTDOWN, 9, ""}, kFullRun}}, {kStarted}, {kShutdown}},
-    {"NeverToldToRun", {0, {kSubscribe}}, {kStarted, kSubscribed}, {kEnd}},
-};
-
-class FailedStartTest : public Frame, public testing::WithParamInterface<Failure> {};
-
-TEST_P(FailedStartTest, TellsWhy) {
-  const Failure& failure = GetParam();
-  script = failure.script;
-  managed_.ready = failure.ready;
-  managed_.subscribes = failure.subscribes;
-  EXPECT_FALSE(Init(kTroubleMasks));
-  EXPECT_EQ(Happened("send"), failure.sent);
-  EXPECT_EQ(Log(), failure.log);
+TEST_F(StartTest, DoesNotRunWhenToldToDuringAShutdown) {
+  preInit_ = [](LinxIpc& ipc) { return Next(ipc).result == ESHUTDOWN; };
+  EXPECT_FALSE(Init({{kQuit}, {kFullRun}}));
+  EXPECT_EQ(Log(), Lines{"16 WaitForStateMgr - shutdown requested."});
 }
 
-INSTANTIATE_TEST_SUITE_P(All, FailedStartTest, testing::ValuesIn(kFailures),
-                         [](const auto& row) { return std::string(row.param.name); });
+TEST_F(StartTest, SaysThatItCannotTellOfItsFailure) {
+  preInit_ = [this](LinxIpc&) {
+    std::filesystem::remove(IpcDir::File("StateMgr"));
+    return false;
+  };
+  EXPECT_FALSE(Init({}));
+  EXPECT_EQ(Log(), (Lines{"1 Init: PreInit failed", "1 Error sending notify to StateMgr"}));
+}
+
+TEST_F(StartTest, FailsInSilenceWithoutStateManager) {
+  setenv("RUN_WITHOUT_STATEMGR", "", 1);
+  subscribes_ = false;
+  EXPECT_FALSE(Init({}));
+  EXPECT_EQ(asked_, Lines{"subscribe false"});
+  preInit_ = [](LinxIpc&) { return false; };
+  EXPECT_FALSE(initializer_.Init("Process", 0));
+  EXPECT_EQ(Heard(), Lines{});
+}
+
+TEST_F(StartTest, QuitShutsDownThenAnswersAndHearsOfNobodyElse) {
+  EXPECT_TRUE(Init({{kFullRun}}));
+  EXPECT_EQ(Heard(), Lines{"13232 00 00 00 13"});
+  const std::vector<Arrival> arrivals = {{kDied, "0000000c"}, {kRestarted, "0000000d"}, {kQuit},
+                                         {kDied, "0000000e"}, {kRestarted, "0000000f"}, {kQuit}};
+  Send(arrivals);
+  for (std::size_t i = 0; i < arrivals.size(); ++i) (void)Next(initializer_.Ipc());
+  EXPECT_EQ(asked_, (Lines{"died 12", "restarted 13", "shutdown, told 0"}));
+  EXPECT_EQ(Heard(), Lines{"13239 "});
+}
 
 }  // namespace
