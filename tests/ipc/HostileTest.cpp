@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <memory>
-#include <random>
 
 #include "support/Child.h"
 #include "support/IpcTest.h"
@@ -36,19 +35,14 @@ TEST(Hostile, ConnectionsThatDoNotBeginWellAreClosed) {
     const char* why;
   } kCases[] = {
       {"one byte", "x", noHello},
-      {"half a type", "LIN", noHello},
       {"a message", Packet(1, "x"), noHello},
-      {"garbage", std::string(64, '\xa5'), noHello},
       {"too long", Packet(kHello, std::string(5000, 'n')), noHello},
       {"nothing behind the type", Packet(kHello), "it speaks another version"},
       {"another version", Packet(kHello, "\x02Name"), "it speaks another version"},
       {"no name", HelloPacket(""), noName},
       {"33 bytes", HelloPacket(std::string(33, 'n')), noName},
-      {"4095 bytes", HelloPacket(std::string(4095, 'n')), noName},
       {"a path", HelloPacket("../../etc/x"), noName},
-      {"a blank", HelloPacket("A B"), noName},
       {"a NUL behind it", HelloPacket(std::string("A\0", 2)), noName},
-      {"not ASCII", HelloPacket("\xc3\x84"), noName},
       {"a line end", HelloPacket("A\nB"), noName},
       {"the endpoint's own", HelloPacket("Me"), noName},
   };
@@ -83,15 +77,14 @@ TEST_F(HostileTest, PacketsThatAreNoMessagesAreDropped) {
 
 TEST_F(HostileTest, WhoSendsAnEmptyPacketIsCutOff) {
   const RawPeer silent = RawPeer::To("Me");
-  ASSERT_EQ(silent.Send(""), 0);
   const RawPeer named = RawPeer::To("Me", "Named");
-  ASSERT_EQ(named.Send(""), 0);
+  for (const RawPeer* peer : {&silent, &named}) ASSERT_EQ(peer->Send(""), 0);
   ExpectAlive();
-  EXPECT_TRUE(silent.Closed());
-  EXPECT_TRUE(named.Closed());
+  for (const RawPeer* peer : {&silent, &named}) EXPECT_TRUE(peer->Closed());
 }
 
-TEST_F(HostileTest, SilentConnectionsMakeRoom) {
+// Who has most of a full table makes room, silent connections first, also for one that is made from here.
+TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   const RawPeer early = RawPeer::To("Me", "Early");
   ASSERT_EQ(early.Send(Packet(1, "hello")), 0);
   ASSERT_EQ(Next(me_).payload, "hello");
@@ -104,26 +97,22 @@ TEST_F(HostileTest, SilentConnectionsMakeRoom) {
   ExpectAlive();
   EXPECT_TRUE(silent.front().Closed()) << "the oldest goes";
   EXPECT_FALSE(silent.back().Closed());
-  ASSERT_EQ(early.Send(Packet(1, "still here")), 0);
-  EXPECT_EQ(Next(me_).payload, "still here");
-}
-
-// Who has most of a full table makes room, also for a connection that is made from here.
-TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   std::vector<RawPeer> named;
-  for (int i = 0; i < 128; ++i) {
+  for (int i = 0; i < 127; ++i) {
     named.push_back(RawPeer::To("Me", "Peer" + std::to_string(i)));
     ASSERT_EQ(named.back().Send(Packet(1, "in")), 0);
     ASSERT_EQ(Next(me_).payload, "in");
   }
+  ASSERT_EQ(early.Send(Packet(1, "still here")), 0);
+  EXPECT_EQ(Next(me_).payload, "still here");
   const RawPeer late = RawPeer::To("Me", "Late");
   ASSERT_EQ(late.Send(Packet(1, "alive")), 0);
   EXPECT_EQ(Next(me_).payload, "alive");
-  EXPECT_TRUE(named[0].Closed()) << "the oldest";
+  EXPECT_TRUE(early.Closed()) << "the oldest with a name";
   const RawListener server("Server");
   EXPECT_EQ(Tell(me_, "Server", 1), 0);
-  EXPECT_TRUE(named[1].Closed());
-  EXPECT_EQ(log_.Lines("Closed a connection of Peer0, process " + std::to_string(getpid()) +
+  EXPECT_TRUE(named[0].Closed());
+  EXPECT_EQ(log_.Lines("Closed a connection of Early, process " + std::to_string(getpid()) +
                        ", which has most of them"),
             1);
   ASSERT_EQ(named[77].Send(Packet(1, "not disturbed")), 0);
@@ -132,20 +121,20 @@ TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
 
 // Eight processes, none with more than its share.
 TEST_F(HostileTest, FullTable) {
-  int stop[2];
-  ASSERT_EQ(pipe(stop), 0);
+  int end[2];
+  ASSERT_EQ(pipe(end), 0);
   std::vector<std::unique_ptr<Child>> processes;
   for (int process = 0; process < 8; ++process) {
-    processes.push_back(std::make_unique<Child>([&stop, process] {
-      close(stop[1]);
-      std::vector<RawPeer> peers;
-      for (int i = 0; i < 16; ++i) {
-        const std::string name = "P" + std::to_string(process) + "-" + std::to_string(i);
-        if (!Eventually([&] { return (peers.emplace_back(RawPeer::To("Me", name))).Connected(); })) return 1;
-        if (peers.back().Send(Packet(1, "in")) != 0) return 1;
+    processes.push_back(std::make_unique<Child>([&end, process] {
+      close(end[1]);
+      std::vector<RawPeer> peers(16);
+      for (RawPeer& peer : peers) {
+        const std::string name = "P" + std::to_string(process) + "-" + std::to_string(&peer - peers.data());
+        if (!Eventually([&] { return (peer = RawPeer::To("Me", name)).Connected(); })) return 1;
+        (void)peer.Send(Packet(1, "in"));
       }
       char none = 0;
-      return static_cast<int>(read(stop[0], &none, 1));
+      return static_cast<int>(read(end[0], &none, 1));
     }));
   }
   for (int i = 0; i < 128; ++i) ASSERT_EQ(Next(me_).payload, "in");
@@ -154,8 +143,7 @@ TEST_F(HostileTest, FullTable) {
   EXPECT_EQ(Next(me_, 20).result, ETIMEDOUT);
   EXPECT_TRUE(late.Closed());
   EXPECT_EQ(Tell(me_, "Server", 1), EMFILE);
-  close(stop[0]);
-  close(stop[1]);
+  for (const int fd : end) close(fd);
   for (const auto& process : processes) EXPECT_EQ(process->Wait(), 0);
   ExpectAlive();
 }
@@ -178,23 +166,6 @@ TEST_F(HostileTest, TheDeadMakeRoomFirst) {
   EXPECT_GE(log_.Lines(", which is gone: no room for what it had sent"), 1);
 }
 
-TEST_F(HostileTest, NameIsOneConnectionsAsLongAsItStands) {
-  RawPeer first = RawPeer::To("Me", "X");
-  ASSERT_EQ(first.Send(Packet(1, "first")), 0);
-  EXPECT_EQ(Next(me_).payload, "first");
-  const RawPeer second = RawPeer::To("Me", "X");
-  ASSERT_EQ(second.Send(Packet(1, "second")), 0);
-  EXPECT_EQ(Next(me_, 50).result, ETIMEDOUT);
-  EXPECT_TRUE(second.Closed());
-  EXPECT_EQ(log_.Lines("its name is in use"), 1);
-  ASSERT_EQ(Tell(me_, "X", 5, "to the first"), 0);
-  EXPECT_EQ(first.Receive(0), Packet(5, "to the first"));
-  first.Close();
-  const RawPeer third = RawPeer::To("Me", "X");
-  ASSERT_EQ(third.Send(Packet(1, "third")), 0);
-  EXPECT_EQ(Next(me_).payload, "third");
-}
-
 // Of the process "A" a connection made from here stands. Another process does not get its name.
 TEST_F(HostileTest, NobodyElseTakesTheNameOfAConnectedServer) {
   const RawListener a("A");
@@ -211,12 +182,17 @@ TEST_F(HostileTest, NobodyElseTakesTheNameOfAConnectedServer) {
   EXPECT_EQ(Next(me_).payload, "both ways");
 }
 
-// A peer dies with messages under way in both directions, and its successor is there before they
-// are read.
+// A name is one connection's as long as it stands. Then its peer dies with messages under way in both
+// directions, and the successor is there before they are read.
 TEST_F(HostileTest, RestartedPeerAndWhatItsPredecessorSent) {
   RawPeer dead = RawPeer::To("Me", "X");
   ASSERT_EQ(dead.Send(Packet(1, "0")), 0);
   ASSERT_EQ(Next(me_).payload, "0");
+  const RawPeer rival = RawPeer::To("Me", "X");
+  ASSERT_EQ(rival.Send(Packet(1, "of another")), 0);
+  EXPECT_EQ(Next(me_, 50).result, ETIMEDOUT);
+  EXPECT_TRUE(rival.Closed());
+  EXPECT_EQ(log_.Lines("its name is in use"), 1);
   ASSERT_EQ(Tell(me_, "X", 5, "never read"), 0);
   std::vector<std::string> expected;
   for (int i = 1; i <= 100; ++i) {  // several turns
@@ -231,48 +207,6 @@ TEST_F(HostileTest, RestartedPeerAndWhatItsPredecessorSent) {
   EXPECT_EQ(got, expected);
   ASSERT_EQ(Tell(me_, "X", 5, "to the successor"), 0);
   EXPECT_EQ(successor.Receive(0), Packet(5, "to the successor"));
-}
-
-// Connections that come and go and say anything; a good peer is served all the time.
-TEST_F(HostileTest, AnyPacketsInAnyOrder) {
-  const RawPeer good = RawPeer::To("Me", "Good");
-  std::vector<RawPeer> peers(12);
-  std::mt19937 random(20240229);
-  const auto below = [&random](unsigned int end) { return static_cast<unsigned int>(random()) % end; };
-  for (int step = 0; step < 6000; ++step) {
-    RawPeer& peer = peers[below(12)];
-    std::string noise(below(20) == 0 ? 4090 + below(20) : below(40), '\0');
-    for (char& byte : noise) byte = static_cast<char>(random());
-    switch (below(8)) {
-      case 0:
-        peer = RawPeer::To("Me");
-        break;
-      case 1:
-        peer = RawPeer::To("Me", "P" + std::to_string(below(8)));
-        break;
-      case 2:
-        (void)peer.Send(HelloPacket(noise));
-        break;
-      case 3:
-        (void)peer.Send(noise);
-        break;
-      case 4:
-        peer.Close();
-        break;
-      default:
-        (void)peer.Send(Packet(100 + below(3), noise));
-    }
-    if (step % 16 != 0) continue;
-    const std::string token = std::to_string(step);
-    ASSERT_EQ(good.Send(Packet(1, token)), 0);
-    if (below(2) == 0) {
-      ASSERT_EQ(Await(me_, 1, "Good").payload, token);
-    } else {
-      Got got = Next(me_);
-      while (got.sender != "Good" && got.result == 0) got = Next(me_);
-      ASSERT_EQ(got.payload, token);
-    }
-  }
 }
 
 }  // namespace

@@ -11,42 +11,24 @@ bool AllZero(const unsigned char* from, std::size_t size) {
   return std::all_of(from, from + size, [](unsigned char byte) { return byte == 0; });
 }
 
-TEST(Message, StartsAsNothing) {
+TEST(Message, IsCopiedZeroedOrLeftAsItWas) {
   IpcMessage message;
   EXPECT_EQ(message.MsgType(), 0U);
   EXPECT_EQ(message.DataPtr(), nullptr);
-  EXPECT_EQ(message.Size(), 0U);
   EXPECT_EQ(message.GetSender(), "");
-}
-
-TEST(Message, AllocateCopiesAlsoOutOfItsOwnPayload) {
-  IpcMessage message;
-  std::string text = "abcdefgh";
-  ASSERT_EQ(message.Allocate(1, 8, text.data()), 0);
-  ASSERT_EQ(message.Allocate(2, 5, reinterpret_cast<char*>(message.DataPtr()) + 2), 0);
-  EXPECT_EQ(PayloadOf(message), "cdefg");
-  EXPECT_EQ(message.MsgType(), 2U);
-}
-
-TEST(Message, AllocateWithoutDataGivesZeros) {
-  IpcMessage message;
-  std::string text(100, 'x');
+  std::string text = "abcdefgh" + std::string(IpcMessage::kMaxPayload, 'x');
   ASSERT_EQ(message.Allocate(1, 100, text.data()), 0);
-  ASSERT_EQ(message.Allocate(2, 50, nullptr), 0);
+  ASSERT_EQ(message.Allocate(2, 5, reinterpret_cast<char*>(message.DataPtr()) + 2), 0);
+  for (const unsigned int tooLong : {4097U, ~0U}) {
+    EXPECT_EQ(message.Allocate(3, tooLong, text.data()), EMSGSIZE);
+  }
+  EXPECT_EQ(message.MsgType(), 2U);
+  EXPECT_EQ(PayloadOf(message), "cdefg");
+  ASSERT_EQ(message.Allocate(3, 50, nullptr), 0);
   EXPECT_EQ(message.Size(), 50U);
   EXPECT_TRUE(AllZero(message.DataPtr(), 50 + IpcMessage::kSlack));
   ASSERT_EQ(message.Allocate(3, 0, nullptr), 0);
   EXPECT_EQ(message.DataPtr(), nullptr);
-}
-
-TEST(Message, TooLongStaysAsItWas) {
-  IpcMessage message;
-  std::string text(IpcMessage::kMaxPayload + 1, 'x');
-  ASSERT_EQ(message.Allocate(1, 3, text.data()), 0);
-  EXPECT_EQ(message.Allocate(2, IpcMessage::kMaxPayload + 1, text.data()), EMSGSIZE);
-  EXPECT_EQ(message.Allocate(2, ~0U, nullptr), EMSGSIZE);
-  EXPECT_EQ(message.MsgType(), 1U);
-  EXPECT_EQ(PayloadOf(message), "xxx");
 }
 
 // Whatever came before, and by whichever way it came: behind a payload stand zeros.
