@@ -1,6 +1,3 @@
-#include <poll.h>
-#include <unistd.h>
-
 #include <cerrno>
 
 #include "ClientsFixture.h"
@@ -19,6 +16,7 @@ class ClientTest : public ClientsTest {
   }
 
   SubscribeClient client_{me_, "Server", 300};
+  SubscribeClient patient_{me_, "Server", 10000};
   SystickItem value_{111};
   Calls calls_;
 };
@@ -73,14 +71,12 @@ TEST_F(BareServerTest, FailedSubscribeChangesNothing) {
     EXPECT_EQ(Next(me_).type, 500U);
     EXPECT_TRUE(calls_.got.empty());
   }
-  EXPECT_EQ(client_.Resubscribe(), 0);
-  EXPECT_EQ(server_.Receive(0), std::nullopt) << "there is nothing to renew";
-}
-
-TEST_F(BareServerTest, AnswerOfAnotherProcessIsNone) {
   const RawPeer other = ComesUp("Other");
   ASSERT_EQ(other.Send(Answer(3, 500, 0, U32(1))), 0);
-  EXPECT_EQ(Subscribe(3, 500), ETIMEDOUT);
+  EXPECT_EQ(Subscribe(3, 500), ETIMEDOUT) << "another process's answer";
+  EXPECT_EQ(server_.Receive(0), Request(3, 500));
+  EXPECT_EQ(client_.Resubscribe(), 0);
+  EXPECT_EQ(server_.Receive(0), std::nullopt) << "there is nothing to renew";
 }
 
 TEST_F(BareServerTest, PollAsksWithoutSubscribing) {
@@ -131,6 +127,25 @@ TEST_F(BareServerTest, UnsubscribeAllTellsAndForgets) {
 
 // ---- Against a server in another process
 
+// The name stays connected all the time, but over another connection.
+TEST_F(ClientTest, SuccessorThatConnectsItselfIsAsked) {
+  Child server([] {
+    {
+      const RawListener listener("Server");
+      const RawPeer client = listener.Accept();
+      if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 505)) return 1;
+    }
+    const RawPeer successor = RawPeer::To("Me", "Server");
+    if (successor.Receive() != Request(5, 505)) return 2;
+    return successor.Send(Answer(5, 505, 0, U32(55)));
+  });
+  const Stopwatch watch;
+  EXPECT_EQ(patient_.Subscribe(5, 505, value_, Calls::Handler, &calls_), 0);
+  EXPECT_LT(watch.Ms(), 5000);
+  EXPECT_EQ(value_.Tick(), 55U);
+  EXPECT_EQ(server.Wait(), 0);
+}
+
 class Ticks : public SubscribeServer {
  public:
   using SubscribeServer::SubscribeServer;
@@ -140,76 +155,20 @@ class Ticks : public SubscribeServer {
   }
 };
 
-// Runs the real server until it is killed; with `flood` it publishes item 0 all the time.
-int Serve(bool flood) {
-  LinxIpc ipc("Server");
-  Ticks server(ipc);
-  if (ipc.Init() != 0) return 1;
-  for (unsigned int tick = 1;; ++tick) {
-    SystickItem item(tick);
-    if (flood) server.NotifySubscribers(0, item);
-    (void)Next(ipc, flood ? 0 : -1);
-  }
-}
-
-class RemoteTest : public ClientTest {
- protected:
-  int SubscribePatiently(unsigned int item) {
-    return patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &calls_);
-  }
-
- private:
-  SubscribeClient patient_{me_, "Server", 10000};
-};
-
-// A server that dies before it answers the first request, for item 5.
-void DieAtTheRequest() {
-  const RawListener listener("Server");
-  const RawPeer client = listener.Accept();
-  if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 505)) _exit(1);
-}
-
-TEST_F(RemoteTest, ServerThatIsNotUpYetIsWaitedFor) {
-  EXPECT_EQ(Subscribe(5, 500), ETIMEDOUT) << "there is none";
-  const Child server([] {
-    (void)poll(nullptr, 0, 100);  // the client asks meanwhile
-    return Serve(false);
+TEST_F(ClientTest, ServerThatFloodsIsSubscribedToAllTheSame) {
+  const Child flood([] {
+    LinxIpc ipc("Server");
+    Ticks server(ipc);
+    if (ipc.Init() != 0) return 1;
+    for (SystickItem item(1);; item = SystickItem(item.Tick() + 1)) {
+      server.NotifySubscribers(0, item);
+      (void)Next(ipc, 0);
+    }
   });
-  EXPECT_EQ(SubscribePatiently(5), 0);
-  EXPECT_EQ(value_.Tick(), 1005U);
-}
-
-TEST_F(RemoteTest, SuccessorOfADeadServerIsAsked) {
-  const Child server([] {
-    DieAtTheRequest();
-    return Serve(false);
-  });
-  EXPECT_EQ(SubscribePatiently(5), 0);
-  EXPECT_EQ(value_.Tick(), 1005U);
-}
-
-// The name stays connected all the time, but over another connection.
-TEST_F(RemoteTest, SuccessorThatConnectsItselfIsAsked) {
-  Child server([] {
-    DieAtTheRequest();
-    const RawPeer successor = RawPeer::To("Me", "Server");
-    if (successor.Receive() != Request(5, 505)) return 2;
-    return successor.Send(Answer(5, 505, 0, U32(55)));
-  });
-  const Stopwatch watch;
-  EXPECT_EQ(SubscribePatiently(5), 0);
-  EXPECT_LT(watch.Ms(), 5000);
-  EXPECT_EQ(value_.Tick(), 55U);
-  EXPECT_EQ(server.Wait(), 0);
-}
-
-TEST_F(RemoteTest, ServerThatFloodsIsSubscribedToAllTheSame) {
-  const Child server([] { return Serve(true); });
-  ASSERT_EQ(SubscribePatiently(0), 0);
   std::uint32_t last = 0;
-  for (unsigned int item = 1; item <= 4; ++item) {
+  for (unsigned int item = 0; item < 5; ++item) {
     const Stopwatch watch;
-    ASSERT_EQ(SubscribePatiently(item), 0);
+    ASSERT_EQ(patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &calls_), 0);
     EXPECT_EQ(value_.Tick(), 1000 + item);
     EXPECT_LT(watch.Ms(), 3000);
     for (int i = 0; i < 5000; ++i) {  // more than were kept meanwhile
