@@ -17,9 +17,13 @@ void Car::UseServers() {
   for (const char* variable : kSwitches) environment.erase(variable);
 }
 
-void Car::Run(const Arguments& arguments) {
+void Car::Begin(const Arguments& arguments) {
   Start(arguments);
   EXPECT_EQ(stateMgr.Await(kStarted), "00 00 00 13");
+}
+
+void Car::Run(const Arguments& arguments) {
+  Begin(arguments);
   EXPECT_EQ(Subscribe(), "01");
   stateMgr.Send(kFullRun);
   EXPECT_TRUE(Answers());
@@ -39,6 +43,7 @@ void Car::Serve(bool withStateMgr) {
 int Car::Quit() {
   stateMgr.Send(kQuit);
   EXPECT_EQ(stateMgr.Await(kShutdownDone), "");
+  EXPECT_EQ(Records("source='run'"), Lines{"run clean end event"});
   return End();
 }
 

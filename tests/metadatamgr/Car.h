@@ -27,6 +27,12 @@ constexpr unsigned int kRecordStop = 13506, kEnterCovert = 13507, kExitCovert = 
 constexpr unsigned int kMics = 13511, kCrash = 13512, kCameras = 13513, kQuality = 13514;
 constexpr unsigned int kTemperatures = 13515, kLiveStream0 = 18952;
 
+// The payload of a request for a copy.
+inline std::string CopyRequest(std::string destination, const std::string& range = "00000000 ffffffff") {
+  destination.resize(1024, '\0');
+  return ToHex(destination) + range;
+}
+
 // A car with nothing running in it but the state manager and the external manager, which the test
 // plays. The other servers are switched off unless UseServers is called.
 class Car : public Recorder {
@@ -35,13 +41,15 @@ class Car : public Recorder {
 
   // From now on the other eight servers are there, too.
   void UseServers();
+  // Starts MetadataMgr, up to its announcement.
+  void Begin(const Arguments& arguments = {});
   // Starts MetadataMgr and leads it up to its main loop.
   void Run(const Arguments& arguments = {});
   // The state manager asks it to subscribe; the answer.
   std::string Subscribe(const std::string& flag = "01");
   // Accepts its subscriptions with the two servers.
   void Serve(bool withStateMgr = true);
-  // The state manager lets it quit.
+  // The state manager lets it quit: its end, before which it has closed its recording.
   int Quit();
 
   // Sends a message and a ping; the lines that the message caused.

@@ -37,8 +37,7 @@ TEST(CommandLine, SetsTheLogLevel) {
   Car car;
   for (const auto& row : table) {
     SCOPED_TRACE(row.level);
-    car.Start(row.arguments);
-    car.stateMgr.Await(kStarted);
+    car.Begin(row.arguments);
     EXPECT_EQ(car.stateMgr.Ask(kLogLevelGet, "00 00 00 00", kLogLevel), row.level);
   }
 }
@@ -52,8 +51,7 @@ TEST(CommandLine, AnnouncesTheSimulationModesInTheOrderGiven) {
                {{"-r"}, "Simulate Radar Only Mode\n"}};
   Car car;
   for (const auto& row : table) {
-    car.Start(row.arguments);
-    car.stateMgr.Await(kStarted);
+    car.Begin(row.arguments);
     EXPECT_EQ(car.program->Out(), row.out);
   }
 }

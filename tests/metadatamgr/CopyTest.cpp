@@ -10,13 +10,6 @@
 
 namespace {
 
-const std::string kWholeRun = "00000000 ffffffff";
-
-std::string Request(std::string destination, const std::string& range = kWholeRun) {
-  destination.resize(1024, '\0');
-  return ToHex(destination) + range;
-}
-
 std::string Query(const std::string& path, const std::string& sql) {
   sqlite3* file = nullptr;
   std::string result;
@@ -36,12 +29,12 @@ TEST(Copy, HoldsWhatWasSentBefore) {
   car.stateMgr.Send(kRecordStartStop, "000003e8 01");
   car.stateMgr.Send(kCameraState, "000003e9 00000002 00000001");
   const std::string tick = car.stateMgr.Ask(kGetTick, "", kTick).substr(0, 11);
-  EXPECT_EQ(car.stateMgr.Ask(kCopy, Request(car.Path("copy.db")), kCopied), "01");
+  EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("copy.db")), kCopied), "01");
   EXPECT_EQ(Query(car.Path("copy.db"), "SELECT source||' '||text FROM timeline WHERE sender_tick>=1000"),
             "recording started camera 2 state 1 ");
-  EXPECT_EQ(car.stateMgr.Ask(kCopy, Request(car.Path("part.db"), tick + "ffffffff"), kCopied), "01");
+  EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("part.db"), tick + "ffffffff"), kCopied), "01");
   EXPECT_EQ(Query(car.Path("part.db"), "SELECT from_tick=first_asked FROM copy"), "1 ");
-  EXPECT_EQ(car.stateMgr.Ask(kCopy, Request(car.Path("copy.db")), kCopied), "00") << "is there already";
+  EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("copy.db")), kCopied), "00") << "is there already";
 }
 
 constexpr int kManyRows = 500'000;
@@ -57,7 +50,7 @@ class LongCopy : public testing::Test {
                     std::to_string(kManyRows) +
                     ") INSERT INTO temperature SELECT -i, 1, NULL, 1, 9, i%100 FROM n; "
                     "PRAGMA wal_checkpoint(TRUNCATE)");
-    tool_.Send(kCopy, Request(car_.Path("copy.db")));
+    tool_.Send(kCopy, CopyRequest(car_.Path("copy.db")));
     ASSERT_TRUE(Eventually([this] { return Exists("copy.db.partial"); }));
   }
   bool Exists(const std::string& name) const { return std::filesystem::exists(car_.Path(name)); }
@@ -87,7 +80,7 @@ TEST_F(LongCopy, ThatIsKilledShowsNoFileAndIsMadeAnew) {
   EXPECT_EQ(Query(car_.Path("disk/metadata/metadata.000002.db"), "SELECT DISTINCT ended FROM previous_run"),
             "cut off ");
   Peer again("Again");
-  EXPECT_EQ(again.Ask(kCopy, Request(car_.Path("copy.db")), kCopied), "01");
+  EXPECT_EQ(again.Ask(kCopy, CopyRequest(car_.Path("copy.db")), kCopied), "01");
   EXPECT_EQ(Rows(), "0 ok ") << "of the new run";
   EXPECT_FALSE(Exists("copy.db.partial"));
 }

@@ -166,52 +166,34 @@ TEST(Event, IsRecordedInSilenceAtLogLevelZero) {
   EXPECT_EQ(car.program->Err(), "");
 }
 
-TEST(Event, IsOnDiskAsSoonAsItIsCriticalAndReported) {
+TEST(Event, IsOnDiskSoonAndAtOnceWhereItIsCritical) {
   Car car;
   car.Run();
-  car.stateMgr.Send(kBookmark, "00000001");
+  car.stateMgr.Send(kCameraState, "00000001 00000002 00000003");
+  EXPECT_TRUE(Eventually([&] { return car.Events() == Lines{"camera 2 state 3 event 1"}; }));
+  car.stateMgr.Send(kBookmark, "00000002");
   EXPECT_TRUE(car.Answers());
   car.program->Signal(SIGKILL);
   EXPECT_EQ(car.End(), 128 + SIGKILL);
-  EXPECT_EQ(car.Events(), Lines{"bookmark set event 1"});
+  EXPECT_EQ(car.Events(), (Lines{"camera 2 state 3 event 1", "bookmark set event 2"}));
   EXPECT_EQ(car.Records("source='run'"), Lines{});
 
   car.Run();  // the next one begins a file of its own
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Events(), Lines{});
-  EXPECT_EQ(
-      car.Records(
-             "source='previous run' AND event='initial' AND text LIKE 'cut off metadata.000001.db at tick %'")
-          .size(),
-      1U);
+  EXPECT_EQ(car.Records("event='initial' AND text LIKE 'cut off metadata.000001.db at tick %'").size(), 1U);
 }
 
-TEST(Event, IsOnDiskSoonThoughNothingElseHappens) {
-  Car car;
-  car.Run();
-  car.stateMgr.Send(kCameraState, "00000001 00000002 00000003");
-  EXPECT_TRUE(Eventually([&] { return car.Events() == Lines{"camera 2 state 3 event 1"}; }));
-}
-
-TEST(Event, LiveStreamsAreOfHighQualityWhereForced) {
-  Car car;
-  car.environment["LVS_FORCE_HQ"] = "";
-  car.Run();
-  car.externalMgr.Send(18957, "01 00 0002 000c" + ToHex("192.168.1.20") + "022a");
-  EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
-  EXPECT_EQ(car.Quit(), 0);
-  const Lines events = car.Events();
-  ASSERT_EQ(events.size(), 1U);
-  EXPECT_EQ(events[0].rfind("live stream 5 on camera 2 high quality to 192.168.1.20:554 event ", 0), 0U)
-      << events[0];
-}
-
-TEST(Event, FillersAreWrittenOnEachPassWhereForced) {
+TEST(Event, IsInventedOrOfHighQualityWhereForced) {
   Car car;
   car.environment["FORCE_METADATA"] = "";
+  car.environment["LVS_FORCE_HQ"] = "";
   car.Run();
+  car.externalMgr.Send(kLiveStream0 + 5, "01 00 0002" + Text("192.168.1.20") + "022a");
+  EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Log(), Lines{"4 MetadataMgr: Forcing fake periodic metadata"});
+  EXPECT_EQ(car.Records("text='on camera 2 high quality to 192.168.1.20:554'").size(), 1U);
   const Lines fillers = car.Records("source='filler' AND event='event'");
   ASSERT_FALSE(fillers.empty());
   EXPECT_GT(std::stoul(fillers[0].substr(std::string("filler Test string for filler ").size())), 0U);

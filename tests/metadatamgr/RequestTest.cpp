@@ -6,41 +6,29 @@
 
 namespace {
 
-TEST(Bookmark, ReachesEverySubscriber) {
+TEST(Bookmark, ReachesItsSubscribersAndIsTheOnlyItem) {
   const std::string request = "00 00 00 00 00 00 12 34";
   Car car;
   Peer display("Display");
-  Peer modem("Modem");
-  car.Run();
-  for (Peer* peer : {&display, &modem}) {
+  car.Run({"-l", "131"});
+  for (Peer* peer : {&display, &car.stateMgr}) {
     EXPECT_EQ(peer->Ask(kSubscribeItem, request, kItem), request + " 00 00 00 00 00");
   }
   car.stateMgr.Send(kBookmark, "00000001");
-  for (Peer* peer : {&display, &modem}) EXPECT_EQ(peer->Await(0x1234), "01");
-  modem.Send(kUnsubscribeItem, request);
-  EXPECT_EQ(modem.Ask(kPing, "", kPong), "");
-  car.stateMgr.Send(kBookmark, "00000002");
-  EXPECT_EQ(display.Await(0x1234), "01");
-  EXPECT_EQ(modem.Ask(kPing, "", kPong), "");
-  for (Peer* peer : {&display, &modem}) EXPECT_TRUE(peer->HasHeardNothing());  // once each
-}
-
-TEST(Bookmark, ReadsFalseAndIsTheOnlyItem) {
-  Car car;
-  car.Run({"-l", "131"});
-  car.stateMgr.Send(kBookmark, "00000001");
-  EXPECT_EQ(car.stateMgr.Ask(kSubscribeItem, "00000000 00000000", kItem),
-            "00 00 00 00 00 00 00 00 00 00 00 00 00");
+  for (Peer* peer : {&display, &car.stateMgr}) EXPECT_EQ(peer->Await(0x1234), "01");
+  display.Send(kUnsubscribeItem, request);
   EXPECT_EQ(
-      car.LogAfter(kSubscribeItem, "00000001 00001234"),
+      car.LogAfter(display, kSubscribeItem, "00000001 00001234"),
       (Lines{"128 MetadataMgrServer: GetItem", "2 MetadataMgrServer: GetItem Unknown item passed in 1"}));
-  EXPECT_EQ(car.stateMgr.Await(kItem), "00 00 00 01 00 00 12 34 00 00 00 02");
+  EXPECT_EQ(display.Await(kItem), "00 00 00 01 00 00 12 34 00 00 00 02");
+  car.stateMgr.Send(kBookmark, "00000002");
+  EXPECT_EQ(car.stateMgr.Await(0x1234), "01");
+  EXPECT_TRUE(display.HasHeardNothing());
 }
 
 TEST(Request, LastSystemTickIsTheOneThatTheStoreHolds) {
   Car car;
-  car.Start();
-  car.stateMgr.Await(kStarted);
+  car.Begin();
   EXPECT_EQ(car.stateMgr.Ask(kGetTick, "", kTick), "ff ff ff ff 00 00 00 00") << "before the first";
   const unsigned int before = Systick().SystemTick();
   car.Subscribe();
@@ -65,10 +53,8 @@ TEST(Request, LogLevelIsSetAndRead) {
 }
 
 TEST(Request, CopyIsAnsweredWithFailure) {
-  const std::string range = "00000000 ffffffff";
-  const std::string payloads[] = {"61", ToHex("copy.db" + std::string(1017, '\0')) + range,
-                                  ToHex(std::string(1024, 'x')) + range,
-                                  ToHex(std::string(1024, '\0')) + range};
+  const std::string payloads[] = {"61", CopyRequest("copy.db"), CopyRequest(std::string(1024, 'x')),
+                                  CopyRequest("")};
   Car car;
   car.Run();
   for (const std::string& payload : payloads) EXPECT_EQ(car.stateMgr.Ask(kCopy, payload, kCopied), "00");

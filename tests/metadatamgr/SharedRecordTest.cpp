@@ -3,8 +3,6 @@
 #include <cstdlib>
 
 #include "Car.h"
-#include "items/GpsStatusItem.h"
-#include "items/RadarItem.h"
 #include "sharedmem/MetadataSharedMem.h"
 #include "support/Hex.h"
 #include "support/WholeRecord.h"
@@ -22,20 +20,14 @@ class SharedRecordTest : public testing::Test {
   }
   ~SharedRecordTest() override { unsetenv("METADATA_SHM"); }
 
-  void Send(unsigned int type, const Item& item) {
-    std::string bytes(item.Size(), '\0');
-    (void)item.Encode(reinterpret_cast<unsigned char*>(bytes.data()));
-    car_.stateMgr.Send(type, ToHex(bytes));
-  }
-
   // What the record holds after a reading, of which nothing stood there before.
-  std::string RecordAfter(unsigned int type, const Item& item) {
+  std::string RecordAfter(unsigned int type, const std::string& payload) {
     std::fill_n(record_ + 2, 86, static_cast<unsigned char>(0xEE));
     const std::uint32_t changes = Counter();
-    Send(type, item);
+    car_.stateMgr.Send(type, payload);
     EXPECT_TRUE(car_.Answers());
     EXPECT_EQ(Counter(), changes + 2);  // odd in between
-    return ToHex(ReadWhole(record_).value_or("torn"));
+    return ReadWhole(record_).value_or("torn");
   }
 
   std::uint32_t Counter() const { return GetU32(record_ + MetadataSharedMem::kChangeCounterOffset); }
@@ -45,58 +37,30 @@ class SharedRecordTest : public testing::Test {
   unsigned char* record_ = nullptr;
 };
 
-// Each field another number, from `first` on.
-GpsStatusItem NumberedGps(std::uint32_t first) {
-  GpsStatusItem item;
-  std::apply(
-      [&](auto... field) {
-        ((item.*field = static_cast<std::decay_t<decltype(item.*field)>>(first++)), ...);
-      },
-      GpsStatusItem::Fields());
-  return item;
-}
-
-// Hexadecimal digits as ToHex writes them.
-std::string Hex(const std::string& digits) {
-  return ToHex(FromHex(digits));
-}
-
 TEST_F(SharedRecordTest, HoldsEveryFieldOfAGpsReading) {
-  GpsStatusItem item = NumberedGps(1);
-  item.latitudeHemisphere = 1;
-  EXPECT_EQ(RecordAfter(kGps, item),
-            Hex("01 00 ee ee 14 ee ee ee 4e ee ee ee 00 00 00 01 00 02 ee ee 00 00 00 03 "
-                "57 ee ee ee 00 00 00 05 00 06 ee ee 00 00 00 07 00 0b 00 0d 00 00 00 0e "
-                "00 00 00 0f 00 00 00 10 00 00 00 11 00 00 00 12 00 0a 00 0c 00 00 00 13 "
-                "00 00 00 09 ee ee ee ee ee ee ee ee ee ee ee ee"));
+  EXPECT_EQ(RecordAfter(kGps,
+                        "0001 0002 00000003 00000001 0005 0006 00000007 00000008 00000009 000a 000b 000c 000d"
+                        "0000000e 0000000f 00000010 00000011 00000012 00000013 14 00000015"),
+            FromHex("0100 eeee 14eeeeee 4eeeeeee 00000001 0002 eeee 00000003 57eeeeee 00000005 0006 eeee"
+                    "00000007 000b 000d 0000000e 0000000f 00000010 00000011 00000012 000a 000c 00000013"
+                    "00000009 eeee eeee eeee eeee eeee eeee"));
 }
 
 TEST_F(SharedRecordTest, HoldsReadingsThatAreNotValid) {
-  GpsStatusItem gps;  // no fix
-  gps.speedDeciKmh = 19;
-  gps.latitudeHemisphere = 2;
-  gps.longitudeHemisphere = 1;
-  const std::string record = FromHex(RecordAfter(kGps, gps));
+  const std::string record =
+      RecordAfter(kGps, Zeros(8) + "00000002" + Zeros(8) + "00000001 00000000 0013" + Zeros(35));
   EXPECT_EQ(record.substr(0x08, 1) + record.substr(0x18, 1) + record.substr(0x40, 2), "SE" + FromHex("0013"));
-
-  RadarItem radar;
-  radar.status = 0x0081;
-  radar.patrolSpeedKmh = 2;
-  radar.targetSpeedKmh = 3;
-  radar.fastestSpeedKmh = 4;
-  radar.lockedSpeedKmh = 5;
-  EXPECT_EQ(RecordAfter(kRadar, radar), Hex("0100") + " " + ToHex(std::string(74, '\xee')) + " " +
-                                            Hex("00 81 00 02 00 03 00 04 00 05 ee ee"));
+  EXPECT_EQ(RecordAfter(kRadar, "0081 0002 0003 0004 0005 00000000"),
+            FromHex("0100") + std::string(74, '\xee') + FromHex("0081 0002 0003 0004 0005 eeee"));
 }
 
 // The change counter tells a copy of two readings from one of a single one.
 TEST_F(SharedRecordTest, IsNeverATornCopyOfTwoReadings) {
-  const GpsStatusItem readings[] = {NumberedGps(0x11), NumberedGps(0x51)};
-  std::string wholes[2];
-  for (int i = 0; i < 2; ++i) wholes[i] = FromHex(RecordAfter(kGps, readings[i]));
+  const std::string readings[] = {ToHex(std::string(65, '\x11')), ToHex(std::string(65, '\x51'))};
+  const std::string wholes[] = {RecordAfter(kGps, readings[0]), RecordAfter(kGps, readings[1])};
   int seen[2] = {};
   for (int i = 0; i < 2000; ++i) {
-    Send(kGps, readings[i % 2]);
+    car_.stateMgr.Send(kGps, readings[i % 2]);
     for (int look = 0; look < 50; ++look) {
       const auto copy = ReadWhole(record_);
       if (!copy) continue;
