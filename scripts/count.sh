@@ -52,8 +52,8 @@ scripts/ppc-libraries.sh
 build release
 build ppc-release
 gcc -Wall -Wextra -O2 -shared -fPIC -fvisibility=hidden -o "$directory/plugin.so" scripts/count-instructions.c
-program callgrind "valgrind --quiet --tool=callgrind --callgrind-out-file=$directory/callgrind \
-$PWD/build/release/bin/MetadataMgr \"\$@\" && sed -n 's/^totals: //p' $directory/callgrind >$directory/count"
+program callgrind "valgrind --quiet --tool=callgrind --callgrind-out-file=$directory/instructions \
+$PWD/build/release/bin/MetadataMgr \"\$@\" && sed -n 's/^totals: //p' $directory/instructions >$directory/count"
 program emulated "INSTRUCTIONS=$directory/count exec qemu-ppc -plugin $directory/plugin.so -L /usr/powerpc-linux-gnu \
 $PWD/build/ppc-release/bin/MetadataMgr \"\$@\""
 program strace "strace -c -o $directory/calls $PWD/build/release/bin/MetadataMgr \"\$@\" &&

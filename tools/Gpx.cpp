@@ -15,7 +15,7 @@ constexpr std::int64_t kOldPositionMs = 2000;
 
 // lat="42.3600000" lon="-71.0600000", ele and time
 void AppendPlace(const GpsFix& fix, std::int64_t utcMs, UtcWriter& utc, std::string& out) {
-  constexpr std::int64_t kLongitude180 = 180 * 600'000;  // not allowed, the same in the west is
+  constexpr std::int64_t kLongitude180 = std::int64_t{180} * 600'000;  // not allowed, the same in the west is
   const bool isLast = fix.longitudeE4min == kLongitude180;
   out += " lat=\"";
   AppendDecimal(fix.Latitude(), 7, out);

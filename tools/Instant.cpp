@@ -109,6 +109,7 @@ bool ReadInstant(const std::string& text, Instant& instant, std::string& error) 
 
 std::vector<std::string> EventNames() {
   std::vector<std::string> names;
+  names.reserve(std::size(kEvents));
   for (const NamedEvent& row : kEvents) names.emplace_back(row.name);
   return names;
 }

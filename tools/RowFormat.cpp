@@ -62,7 +62,7 @@ class JsonFormat : public RowFormat {
       out += ",\"sender_tick\":";
       AppendNumber(row.senderTick, out);
     }
-    out.append(",\"event\":\"").append(EventName(row.event)).append("\",\"table\":");
+    out.append(R"(,"event":")").append(EventName(row.event)).append(R"(","table":)");
     AppendJson(row.table, out);
     out += ",\"source\":";
     AppendJson(row.source, out);

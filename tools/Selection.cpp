@@ -67,6 +67,7 @@ bool Contains(const Names& names, std::string_view name) {
 
 std::vector<std::string> SplitList(std::string_view list) {
   std::vector<std::string> words;
+  words.reserve(std::size(kGroups) + std::size(kSources));
   for (;;) {
     const std::size_t end = std::min(list.find(','), list.size());
     std::string word(list.substr(0, end));
@@ -128,6 +129,7 @@ std::string SelectionHelp() {
 
 std::vector<std::string> SelectionWords() {
   std::vector<std::string> words;
+  words.reserve(std::size(kGroups) + std::size(kSources));
   for (const Group& group : kGroups) words.emplace_back(group.name);
   for (const Source& source : kSources) words.emplace_back(source.name);
   for (const RecordTable& table : CurrentCatalogue().tables) words.push_back(table.name);

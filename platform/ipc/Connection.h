@@ -57,8 +57,11 @@ class Connection {
   // The events that the endpoint waits for on this connection, as it last told the system; kept
   // here for the endpoint.
   std::uint32_t watchedEvents = 0;
-  // Packets it may still deliver before others have their turn; kept here for the endpoint.
-  int turnBudget = 0;
+  // Of its turn, kept here for the endpoint: how many packets it may be read for, how often it was, and
+  // how many turns for one packet it had since nothing was found behind one.
+  int turnLimit = 0;
+  int turnReads = 0;
+  int loneTurns = 0;
 
  private:
   static constexpr int kMaxWaitMs = 10;

@@ -109,18 +109,28 @@ std::vector<Connection*> ConnectionTable::Named(const std::string& name) const {
 Connection* ConnectionTable::NextReady() {
   for (; turn_ < ready_.size(); ++turn_) {
     Connection* connection = ready_[turn_];
-    if (connection == nullptr || connection->turnBudget == 0 || IsPaused(*connection)) continue;
+    if (connection == nullptr || connection->turnReads == connection->turnLimit || IsPaused(*connection))
+      continue;
     const std::int64_t nowMs = CoarseMonotonicMs();
-    if (connection->turnBudget == kTurn) turnEndMs_ = nowMs + kTurnMs;
+    if (connection->turnReads == 0) turnEndMs_ = nowMs + kTurnMs;
     if (nowMs > turnEndMs_) continue;
-    --connection->turnBudget;
+    ++connection->turnReads;
     return connection;
   }
   return nullptr;
 }
 
 void ConnectionTable::Done() {
-  ++turn_;
+  constexpr int kOneAndNothing = 2;
+  Connection& connection = *ready_[turn_++];
+  if (connection.turnReads <= kOneAndNothing) connection.loneTurns = 0;
+}
+
+void ConnectionTable::BeginTurn(Connection& connection, bool full) {
+  if (connection.loneTurns == kLoneTurns) full = true;
+  if (!full) ++connection.loneTurns;
+  connection.turnLimit = full ? kTurn : 1;
+  connection.turnReads = 0;
 }
 
 ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
@@ -141,7 +151,7 @@ ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
         connection->Flush();
         UpdateInterest(*connection);
       }
-      connection->turnBudget = kTurn;
+      BeginTurn(*connection, timeoutMs == 0);
       if ((event.events & ~std::uint32_t{EPOLLOUT}) != 0) ready_.push_back(connection);
     }
   }

@@ -12,13 +12,16 @@
 //
 // Readiness is level-triggered. One wake-up collects the connections that are ready; each then
 // delivers at most kTurn packets before the next wait, and none any more once they have taken
-// kTurnMs, so that peers are served in turn.
+// kTurnMs, so that peers are served in turn. Most events come alone, and to look for another behind
+// each would take as long as to receive it; so a turn is one packet until kLoneTurns of them came in
+// a row.
 class ConnectionTable {
  public:
   static constexpr std::size_t kMaxConnections = 128;
   static constexpr std::size_t kFairShare = 16;  // connections that one process may keep of a full table
   static constexpr int kTurn = 16;
   static constexpr int kTurnMs = 10;
+  static constexpr int kLoneTurns = 8;
 
   // What a wait found besides connections.
   struct WakeUp {
@@ -57,7 +60,8 @@ class ConnectionTable {
   Connection* NextReady();
   void Done();
 
-  // Waits for at most `timeoutMs` and collects what is ready.
+  // Waits for at most `timeoutMs` and collects what is ready. With 0 all get full turns: who does not
+  // wait wants all that is there.
   WakeUp Wait(int timeoutMs);
 
   // Stops and resumes reading from a connection. The system pushes back on a peer whose packets
@@ -80,6 +84,7 @@ class ConnectionTable {
   Connection* OfGreediest() const;
   template <typename Predicate>
   Connection* OldestNameless(Predicate accepts) const;
+  void BeginTurn(Connection& connection, bool full);
   void ResumeAt(std::size_t index);
 
   int epollFd_ = -1;

@@ -124,6 +124,7 @@ TEST_F(HostileTest, FullTable) {
   int end[2];
   ASSERT_EQ(pipe(end), 0);
   std::vector<std::unique_ptr<Child>> processes;
+  processes.reserve(8);
   for (int process = 0; process < 8; ++process) {
     processes.push_back(std::make_unique<Child>([&end, process] {
       close(end[1]);
