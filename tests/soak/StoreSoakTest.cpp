@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include "store/CopyFixture.h"
+#include "support/LogCapture.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ TEST_F(CopyTest, RunOverHundredsOfFiles) {
   clock_.tick = 0xFFFFFFFF - 600'000;  // the ticks wrap on the way
   Open();
   Usage early{};
-  const LogLines log;
+  const LogCapture log;
   int file = 1;
   for (int record = 0; file < kFiles; ++record) {
     Temperature(static_cast<short>(record % 100));
