@@ -17,11 +17,6 @@ inline std::string RealTrack(const std::string& name) {
   return std::string(where != nullptr ? where : REAL_TRACKS) + "/" + name;
 }
 
-inline std::string TextOfFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // A place as the table `gps` has it: ten-thousandths of a minute.
 inline std::string PlaceOf(const GpsStatusItem& item) {
   const auto signedMinutes = [](unsigned degrees, unsigned minutes, unsigned fraction, bool positive) {

@@ -7,6 +7,11 @@
 #include <string>
 #include <string_view>
 
+inline std::string TextOfFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
 // A directory of a test's own, removed with everything in it at the end.
 class TempDir {
  public:
@@ -32,10 +37,7 @@ class TempDir {
     return path;
   }
 
-  std::string Read(std::string_view name) const {
-    std::ifstream file(Path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Read(std::string_view name) const { return TextOfFile(Path(name)); }
 
  private:
   std::string path_;
