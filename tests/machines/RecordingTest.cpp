@@ -3,24 +3,16 @@
 // that directory and read from it, maybe by a program of the other machine.
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
-#include <utility>
 
 #include "items/ConfigurationItems.h"
 #include "items/GpsStatusItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
-#include "store/DataStoreNormal.h"
-#include "store/StoreOptions.h"
+#include "store/StoreFixture.h"
 #include "support/Hex.h"
-#include "support/TempDir.h"
 #include "wire/WireDocument.h"
 
 namespace fs = std::filesystem;
@@ -28,20 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kSqliteHeader = 100;
-
-class SteppedClock : public StoreClock {
- public:
-  unsigned int TickMs() const override { return tick; }
-  std::int64_t UtcMs() const override { return utcMs; }
-
-  unsigned int tick = 0xFFFFFFF0U;         // about to wrap
-  std::int64_t utcMs = 2'208'988'800'000;  // 2040, past 32 bits
-};
-
-std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 void ReportEvents(DataStoreNormal& store, unsigned int tick) {
   store.ReportStateData(e_Tag_BrakesOn, true, tick);
@@ -91,6 +69,8 @@ class Recording : public testing::Test {
  protected:
   Recording() : kept_(std::getenv("MM_EXCHANGE")) {
     setenv("LOG_TARGET", "stderr", 1);
+    clock_.tick = 0xFFFFFFF0U;         // about to wrap
+    clock_.utcMs = 2'208'988'800'000;  // 2040, past 32 bits
     options_.clock = &clock_;
   }
 
@@ -121,20 +101,8 @@ class Recording : public testing::Test {
     store->Close();
   }
 
-  // All that `sql` gives, a line for each row.
   std::string Rows(const std::string& file, const std::string& sql) const {
-    sqlite3* database = nullptr;
-    std::string rows;
-    EXPECT_EQ(sqlite3_open_v2(Path(file).c_str(), &database, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-    const auto append = [](void* context, int count, char** values, char**) {
-      auto& text = *static_cast<std::string*>(context);
-      for (int i = 0; i < count; ++i) text.append(i == 0 ? "" : "|").append(values[i] ? values[i] : "NULL");
-      text += '\n';
-      return 0;
-    };
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), append, &rows, nullptr), SQLITE_OK);
-    sqlite3_close(database);
-    return rows;
+    return Connection(Path(file)).Rows(sql);
   }
   std::string Timeline(const std::string& file) const {
     return Rows(file, "SELECT * FROM timeline ORDER BY seq");
@@ -142,16 +110,16 @@ class Recording : public testing::Test {
 
   const char* const kept_;
   const TempDir own_;
-  SteppedClock clock_;
+  FakeClock clock_;
   StoreOptions options_;
 };
 
 TEST_F(Recording, IsWrittenAsItAlwaysWas) {
   Write();
-  const std::string golden = ReadFile(GOLDEN "/recording.txt");
+  const std::string golden = TextOfFile(GOLDEN "/recording.txt");
   ASSERT_NE(golden, "");
   EXPECT_EQ(Timeline("clean.000001.db"), golden);
-  const std::string header = ReadFile(Path("clean.000001.db")).substr(0, kSqliteHeader);
+  const std::string header = TextOfFile(Path("clean.000001.db")).substr(0, kSqliteHeader);
   EXPECT_TRUE(WireDocument(GOLDEN "/bytes.md").Packet("recording", "header").Matches(header))
       << ToHex(header);
 }
@@ -159,25 +127,25 @@ TEST_F(Recording, IsWrittenAsItAlwaysWas) {
 // The next run looks at what was left, and folds in the log: the checksums there depend on the byte order.
 TEST_F(Recording, IsReadAsItWasWritten) {
   if (!kept_) Write();
-  const std::string golden = ReadFile(GOLDEN "/recording.txt");
+  const std::string golden = TextOfFile(GOLDEN "/recording.txt");
   ASSERT_NE(golden, "");
-  const std::string withoutEnd = golden.substr(0, golden.rfind('\n', golden.size() - 2) + 1);
   struct Case {
     std::string base;
     std::string ended;
     std::string rows;
   };
-  for (const Case& left : {Case{"clean", "clean", golden}, Case{"cut", "cut off", withoutEnd}}) {
-    SCOPED_TRACE(left.base);
-    auto store = Open(left.base);
+  const std::string withoutEnd = golden.substr(0, golden.rfind('\n', golden.size() - 2) + 1);
+  for (const auto& [base, ended, rows] :
+       {Case{"clean", "clean", golden}, Case{"cut", "cut off", withoutEnd}}) {
+    SCOPED_TRACE(base);
+    auto store = Open(base);
     store->ReportShutdownDataAtStartup();
     store->Close();
-    const std::string first = left.base + ".000001.db";
-    EXPECT_EQ(Rows(left.base + ".000002.db", "SELECT ended, file FROM previous_run"),
-              left.ended + "|" + first + "\n");
+    const std::string first = base + ".000001.db";
+    EXPECT_EQ(Rows(base + ".000002.db", "SELECT ended, file FROM previous_run"), ended + "|" + first + "\n");
     EXPECT_EQ(Rows(first, "PRAGMA integrity_check"), "ok\n");
     EXPECT_FALSE(fs::exists(Path(first + "-wal")));
-    EXPECT_EQ(Timeline(first), left.rows);
+    EXPECT_EQ(Timeline(first), rows);
   }
 }
 

@@ -55,23 +55,22 @@ WireDocument::WireDocument(const std::string& path) {
     if (line.starts_with("```")) {
       inBlock = line == "```wire";
       entry = nullptr;
-    } else if (inBlock && !line.starts_with(" ")) {
-      entry = Begin(line);
-    } else if (inBlock && (entry == nullptr || !entry->packet.Add(line))) {
-      faults_.push_back(line);
+      continue;
     }
+    if (!inBlock) continue;
+    const bool isBytes = line.starts_with(" ");
+    if (!isBytes) entry = Begin(line);
+    if (entry == nullptr || (isBytes && !entry->packet.Add(line)))
+      ADD_FAILURE() << "not understood: " << line;
   }
 }
 
 WireDocument::Entry* WireDocument::Begin(const std::string& headline) {
   const std::size_t gap = headline.find("  ");
-  if (gap == std::string::npos || packets_.contains(headline.substr(0, gap))) {
-    faults_.push_back(headline);
-    return nullptr;
-  }
-  Entry& entry = packets_[headline.substr(0, gap)];
-  entry.direction = headline.substr(gap + 2);
-  return &entry;
+  if (gap == std::string::npos) return nullptr;
+  const auto [entry, isNew] = packets_.try_emplace(headline.substr(0, gap));
+  entry->second.direction = headline.substr(gap + 2);
+  return isNew ? &entry->second : nullptr;
 }
 
 const WirePacket& WireDocument::Packet(const std::string& name, const std::string& direction) {

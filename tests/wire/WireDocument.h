@@ -23,11 +23,8 @@ class WirePacket {
 // The packets and items of the document's blocks marked "wire", by name.
 class WireDocument {
  public:
+  // A line that is not understood fails the test.
   explicit WireDocument(const std::string& path);
-
-  // Lines that were not understood.
-  const std::vector<std::string>& Faults() const { return faults_; }
-  std::size_t Size() const { return packets_.size(); }
 
   // The packet of that name and direction ("A > B", or "item"); fails the test and gives an empty one when
   // there is none. What was asked for counts as played.
@@ -42,8 +39,8 @@ class WireDocument {
     bool played = false;
   };
 
+  // Null where there is one of that name.
   Entry* Begin(const std::string& headline);
 
   std::map<std::string, Entry> packets_;
-  std::vector<std::string> faults_;
 };
