@@ -1,86 +1,70 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
-#include <cstdlib>
 #include <limits>
 #include <string>
 
 #include "StderrChild.h"
 #include "log/LogLine.h"
 #include "support/AllocationCount.h"
+#include "support/LogCapture.h"
+#include "support/LogText.h"
 
 namespace {
 
 constexpr LogSource log{"Common/Misc/ProcessInitializer"};
 
-// What `scenario` logs, from the mask on, without the line feeds.
+// What `scenario` writes in a process of its own.
 template <typename Scenario>
-std::string Logged(const Scenario& scenario) {
-  int fds[2];
-  if (pipe(fds) != 0) std::abort();
-  WithStderr(fds[1], scenario);
-  close(fds[1]);
-  std::string text(4096, '\0');
-  const ssize_t size = read(fds[0], text.data(), text.size());
-  close(fds[0]);
-  text.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
-  std::string lines;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = text.find('\n', begin);
-    const std::size_t mask = text.find("] ", begin) + 2;
-    lines += (lines.empty() ? "" : "|") + text.substr(mask, end - mask);
-    begin = end + 1;
-  }
-  return lines;
+std::string Written(const Scenario& scenario) {
+  const LogCapture capture;
+  WithStderr(STDERR_FILENO, scenario);
+  return capture.Text();
+}
+template <typename Scenario>
+Lines Logged(const Scenario& scenario) {
+  return LogText(Written(scenario));
 }
 
-std::string Prefix(unsigned int line) {
-  return "Common/Misc/ProcessInitializer:" + std::to_string(line) + " ";
+std::string Line(const std::string& text) {
+  return "1 Common/Misc/ProcessInitializer: " + text;
 }
 
-TEST(LogLine, CarriesTheStatedNameTheCallingLineAndAllParts) {
+TEST(LogLine, CarriesMaskStatedNameAndCallingLine) {
   const unsigned int line = __LINE__ + 1;
-  const auto write = [] { log(kLogError, "text ", std::string("string "), -1, " ", 2U, " ", true, false); };
-  EXPECT_EQ(Logged(write), "1 " + Prefix(line) + "text string -1 2 10");
+  const std::string written = Written([] { log(kLogError, "text"); });
+  EXPECT_TRUE(written.ends_with("] 1 Common/Misc/ProcessInitializer:" + std::to_string(line) + " text\n"))
+      << written;
 }
 
-TEST(LogLine, WritesEveryIntegerInFull) {
-  struct Case {
-    void (*write)();
-    const char* text;
-  };
-  constexpr Case kCases[] = {
-      {[] { log(kLogError, std::numeric_limits<int>::min()); }, "-2147483648"},
-      {[] { log(kLogError, std::numeric_limits<unsigned int>::max()); }, "4294967295"},
-      {[] { log(kLogError, std::numeric_limits<long long>::min()); }, "-9223372036854775808"},
-      {[] { log(kLogError, std::numeric_limits<unsigned long long>::max()); }, "18446744073709551615"},
-      {[] { log(kLogError, std::size_t{7}, -7L); }, "7-7"},
-      {[] { log(kLogError, LogHex{0xDEADBEEF}, " ", LogHex{0}); }, "deadbeef 0"},
-      {[] { log(kLogError, static_cast<const char*>(nullptr)); }, "(null)"},
-  };
-  for (const auto& [write, text] : kCases) EXPECT_TRUE(Logged(write).ends_with(text)) << text;
+TEST(LogLine, WritesEveryPartInFull) {
+  EXPECT_EQ(Logged([] {
+              log(kLogError, "text ", std::string("string "), -1, " ", 2U, " ", true, false);
+              log(kLogError, std::numeric_limits<int>::min(), std::numeric_limits<unsigned int>::max());
+              log(kLogError, std::numeric_limits<long long>::min());
+              log(kLogError, std::numeric_limits<unsigned long long>::max());
+              log(kLogError, std::size_t{7}, -7L, " ", LogHex{0xDEADBEEF}, " ", LogHex{0});
+              log(kLogError, static_cast<const char*>(nullptr));
+            }),
+            (Lines{Line("text string -1 2 10"), Line("-21474836484294967295"), Line("-9223372036854775808"),
+                   Line("18446744073709551615"), Line("7-7 deadbeef 0"), Line("(null)")}));
 }
 
 TEST(LogLine, OnlyMasksOfTheLevelAreWritten) {
-  struct Case {
-    int level;  // -1: as it starts
-    const char* masks;
-  };
-  constexpr Case kCases[] = {{-1, "1 2 4 "}, {0, ""}, {64 | 16, "16 64 "}, {255, "1 2 4 16 32 64 128 "}};
+  constexpr int kAsItStarts = -1;
+  constexpr std::pair<int, const char*> kCases[] = {
+      {kAsItStarts, "1 2 4 "}, {0, ""}, {64 | 16, "16 64 "}, {255, "1 2 4 16 32 64 128 "}};
   for (const auto& [level, masks] : kCases) {
-    const std::string lines = Logged([level = level] {
-      if (level >= 0) LogClient::Instance().Level(static_cast<unsigned int>(level));
-      for (const LogMask mask :
-           {kLogError, kLogMalformed, kLogUnusual, kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) {
-        log(mask, "");
-      }
-    });
     std::string written;
-    for (std::size_t begin = 0; begin < lines.size(); begin = lines.find('|', begin) + 1) {
-      written += lines.substr(begin, lines.find(' ', begin) - begin) + " ";
-      if (lines.find('|', begin) == std::string::npos) break;
+    for (const std::string& line : Logged([level = level] {
+           if (level != kAsItStarts) LogClient::Instance().Level(static_cast<unsigned int>(level));
+           for (const LogMask mask :
+                {kLogError, kLogMalformed, kLogUnusual, kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) {
+             log(mask, "");
+           }
+         })) {
+      written += line.substr(0, line.find(' ') + 1);
     }
     EXPECT_EQ(written, masks) << "level " << level;
   }
@@ -88,7 +72,7 @@ TEST(LogLine, OnlyMasksOfTheLevelAreWritten) {
 
 // Of one call; others and lines that nobody causes by force are written as ever.
 TEST(LogLine, AFloodOfTroubleIsBounded) {
-  const std::string lines = Logged([] {
+  const Lines lines = Logged([] {
     LogClient& client = LogClient::Instance();
     client.Level(255);
     const auto written = [&client](LogMask mask) {
@@ -104,20 +88,22 @@ TEST(LogLine, AFloodOfTroubleIsBounded) {
     for (const LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
     log(kLogError, "another, after ", client.DroppedLines() > 6000);
   });
-  EXPECT_NE(lines.find(" log lines dropped|1 "), std::string::npos) << lines;
-  EXPECT_TRUE(lines.ends_with("another, after 1")) << lines;
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_TRUE(lines[0].ends_with(" log lines dropped")) << lines[0];
+  EXPECT_EQ(lines[1], Line("another, after 1"));
 }
 
 TEST(LogLine, TextIsCutWhereTheBufferEnds) {
-  const std::string lines = Logged([] {
+  const std::string written = Written([] {
     SysLogMsg line = LogMsg::Log(kLogError, LogClient::Instance().ProcessName());
     line << std::string(SysLogMsg::kMaxText - 2, 'x') << 12345 << "more";
   });
-  EXPECT_EQ(lines, "1 " + std::string(SysLogMsg::kMaxText - 2, 'x') + "12");
+  EXPECT_TRUE(written.ends_with("] 1 " + std::string(SysLogMsg::kMaxText - 2, 'x') + "12\n")) << written;
 }
 
 TEST(LogLine, KeepsErrnoAndAllocatesNothing) {
-  const std::string lines = Logged([] {
+  WithStderr(STDERR_FILENO, [] {
+    const LogCapture capture;
     LogClient::Instance().ProcessName("a process name that no string keeps within itself");
     log(kLogError, "first");  // sets up
     errno = ENOTDIR;
@@ -126,7 +112,6 @@ TEST(LogLine, KeepsErrnoAndAllocatesNothing) {
     EXPECT_EQ(AllocationCount(), before);
     EXPECT_EQ(errno, ENOTDIR);
   });
-  EXPECT_TRUE(lines.ends_with("second 12345 2a")) << lines;
 }
 
 }  // namespace

@@ -7,17 +7,13 @@
 
 #include "support/Child.h"
 
-// Runs `scenario` in a process whose standard error is `fd` (-1: closed) and which has not logged
+// Runs `scenario` in a process whose standard error is `fd` and which has not logged
 // yet: there is one LogClient in a process. Expectations in it count; one that blocks is ended.
 template <typename Scenario>
 void WithStderr(int fd, const Scenario& scenario) {
   Child child([fd, &scenario] {
     setenv("LOG_TARGET", "stderr", 1);
-    if (fd < 0) {
-      close(STDERR_FILENO);
-    } else {
-      dup2(fd, STDERR_FILENO);
-    }
+    dup2(fd, STDERR_FILENO);
     scenario();
     return testing::Test::HasFailure() ? 1 : 0;
   });
