@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/Eventually.h"
 #include "support/ListeningSocket.h"
 #include "support/TempDir.h"
 #include "system/Watchdog.h"
@@ -39,12 +40,11 @@ class WatchdogTest : public testing::Test {
 
   // Pets until something is heard.
   Notices PetUntilHeard() {
-    const std::int64_t deadline = NowMs() + 30000;
     Notices heard;
-    while (heard.empty() && NowMs() < deadline) {
-      watchdog_.PetWatchdog();
-      heard = Heard();
-    }
+    (void)Eventually([&] {
+      Pet(1);
+      return !(heard = Heard()).empty();
+    });
     return heard;
   }
 
@@ -56,17 +56,20 @@ class WatchdogTest : public testing::Test {
 };
 
 TEST_F(WatchdogTest, SaysReadyWithTheFirstPetAndStoppingAtTheEnd) {
-  Pet(1);
-  EXPECT_EQ(Heard(), Notices{});
-  ASSERT_TRUE(watchdog_.Subscribe(kLong));
-  EXPECT_EQ(Heard(), Notices{});
-  Pet(1000);
-  EXPECT_EQ(Heard(), Notices{"READY=1"});
-  watchdog_.Unsubscribe();
-  EXPECT_EQ(Heard(), Notices{"STOPPING=1"});
-  Pet(10);
-  watchdog_.Unsubscribe();
-  EXPECT_EQ(Heard(), Notices{});
+  for (int run = 0; run < 2; ++run) {
+    Pet(1);
+    EXPECT_EQ(Heard(), Notices{});
+    ASSERT_TRUE(watchdog_.Subscribe(kLong));
+    EXPECT_EQ(Heard(), Notices{});
+    Pet(1000);
+    EXPECT_EQ(Heard(), Notices{"READY=1"});
+    ASSERT_TRUE(watchdog_.Subscribe(kLong));
+    Pet(10);
+    EXPECT_EQ(Heard(), Notices{"READY=1"}) << "it began anew";
+    watchdog_.Unsubscribe();
+    EXPECT_EQ(Heard(), Notices{"STOPPING=1"});
+    watchdog_.Unsubscribe();
+  }
 }
 
 TEST_F(WatchdogTest, SaysAliveExactlyWhenAQuarterOfThePeriodHasPassed) {
@@ -90,17 +93,6 @@ TEST_F(WatchdogTest, SaysAliveExactlyWhenAQuarterOfThePeriodHasPassed) {
     lastAfter = after;
     ++alive;
   }
-}
-
-TEST_F(WatchdogTest, SubscribingAgainStartsAnew) {
-  ASSERT_TRUE(watchdog_.Subscribe(kLong));
-  Pet(1);
-  watchdog_.Unsubscribe();
-  ASSERT_TRUE(watchdog_.Subscribe(kLong));
-  Pet(10);
-  ASSERT_TRUE(watchdog_.Subscribe(kLong));
-  Pet(10);
-  EXPECT_EQ(Heard(), (Notices{"READY=1", "STOPPING=1", "READY=1", "READY=1"}));
 }
 
 TEST_F(WatchdogTest, SocketMayBeAbstractAndItsNameOfFullLength) {
@@ -155,15 +147,14 @@ TEST_F(WatchdogTest, ManagerThatComesLaterHearsReady) {
 }
 
 TEST_F(WatchdogTest, FullSocketNeverBlocksAndReadyIsSaidLater) {
-  constexpr int kMore = 100000;  // than the queue of any socket takes
-  std::size_t taken = 0;
-  for (int i = 0; i < kMore; ++i) {
+  constexpr std::size_t kMore = 100000;  // than the queue of any socket takes
+  for (std::size_t i = 0; i < kMore; ++i) {
     ASSERT_TRUE(watchdog_.Subscribe(kLong));
     Pet(1);
   }
-  taken = Heard().size();
+  const std::size_t taken = Heard().size();
   ASSERT_GT(taken, 0U);
-  ASSERT_LT(taken, static_cast<std::size_t>(kMore));
+  ASSERT_LT(taken, kMore);
   EXPECT_EQ(PetUntilHeard(), Notices{"READY=1"});
 }
 
