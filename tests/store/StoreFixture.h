@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <memory>
@@ -9,6 +8,7 @@
 
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
+#include "support/Connection.h"
 #include "support/TempDir.h"
 
 // 2024-05-01T12:00:00.000Z
@@ -21,37 +21,6 @@ class FakeClock : public StoreClock {
 
   unsigned int tick = 10'000;
   std::int64_t utcMs = kNoonUtcMs;
-};
-
-// Another program's connection to a recording.
-class Connection {
- public:
-  explicit Connection(const std::string& path, const char* vfs = nullptr) {
-    sqlite3_open_v2(path.c_str(), &handle_, SQLITE_OPEN_READWRITE, vfs);
-  }
-  ~Connection() { sqlite3_close(handle_); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
-  // Columns separated by "|", each row ended by a newline; an error's text where one occurs.
-  std::string Rows(const std::string& sql) {
-    std::string rows;
-    char* error = nullptr;
-    const auto append = [](void* context, int count, char** values, char**) {
-      auto& text = *static_cast<std::string*>(context);
-      for (int i = 0; i < count; ++i)
-        text.append(i == 0 ? "" : "|").append(values[i] == nullptr ? "NULL" : values[i]);
-      text += "\n";
-      return 0;
-    };
-    sqlite3_exec(handle_, sql.c_str(), append, &rows, &error);
-    if (error != nullptr) rows += error;
-    sqlite3_free(error);
-    return rows;
-  }
-
- private:
-  sqlite3* handle_ = nullptr;
 };
 
 // A store with a clock that only the test moves; `After` is a turn of the loop.

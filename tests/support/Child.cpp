@@ -8,21 +8,21 @@
 
 #include "support/Eventually.h"
 
+int Exec(const std::vector<std::string>& arguments) {
+  std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  (void)execvp(argv[0], argv.data());
+  return 127;
+}
+
 Child::Child(const std::function<int()>& body) : id_(fork()) {
   if (id_ == 0) _exit(body());
   if (id_ < 0) std::abort();
 }
 
-Child::Child(const std::vector<std::string>& arguments) : id_(fork()) {
-  if (id_ < 0) std::abort();
-  if (id_ > 0) return;
-  std::vector<char*> argv;
-  argv.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
-  execv(argv[0], argv.data());
-  _exit(127);
-}
+Child::Child(const std::vector<std::string>& arguments) : Child([&arguments] { return Exec(arguments); }) {}
 
 Child::~Child() {
   if (id_ <= 0) return;

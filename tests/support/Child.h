@@ -7,13 +7,17 @@
 #include <string>
 #include <vector>
 
+// In a child: becomes a program, which is looked for where the shell would. The exit status where that
+// cannot be.
+int Exec(const std::vector<std::string>& arguments);
+
 // A child process; killed at the end if it still runs. It inherits the parent's descriptors, so
 // endpoints that are to be free when the parent closes them are made after it.
 class Child {
  public:
   // Runs `body`, whose result is the exit status.
   explicit Child(const std::function<int()>& body);
-  // Runs a program; the first of `arguments` is its path.
+  // Runs a program with its arguments.
   explicit Child(const std::vector<std::string>& arguments);
   ~Child();
   Child(const Child&) = delete;

@@ -25,11 +25,18 @@ inline std::string LogTextOf(const std::string& line) {
 }
 
 // The finished lines of a text.
-inline Lines LogText(const std::string& text) {
+inline Lines LinesOf(const std::string& text) {
   Lines lines;
   for (std::size_t from = 0, end = 0; (end = text.find('\n', from)) != std::string::npos; from = end + 1) {
-    lines.push_back(LogTextOf(text.substr(from, end - from)));
+    lines.push_back(text.substr(from, end - from));
   }
+  return lines;
+}
+
+// The same, those of the log without what differs.
+inline Lines LogText(const std::string& text) {
+  Lines lines = LinesOf(text);
+  for (std::string& line : lines) line = LogTextOf(line);
   return lines;
 }
 
