@@ -1,8 +1,5 @@
 #include "BenchRun.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 
@@ -11,17 +8,11 @@
 namespace {
 
 // In a child: vehiclebench, writing into a file.
-int Exec(const std::vector<std::string>& arguments, const std::string& output) {
-  std::vector<char*> argv;
-  std::string program = VEHICLEBENCH;
-  argv.push_back(program.data());
-  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
+int ExecBench(std::vector<std::string> arguments, const std::string& output) {
   for (const char* variable : {"METADATA_ROOT", "METADATA_SHM", "LINX_IPC_DIR", "LOG_TARGET"})
     unsetenv(variable);
-  const int fd = open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  if (dup2(fd, STDOUT_FILENO) >= 0 && dup2(fd, STDERR_FILENO) >= 0) (void)execv(argv[0], argv.data());
-  return 127;
+  arguments.insert(arguments.begin(), VEHICLEBENCH);
+  return ExecInto(arguments, output, output);
 }
 
 }  // namespace
@@ -41,7 +32,7 @@ void BenchRun::Start(const std::vector<std::string>& arguments) {
   all.insert(all.end(), arguments.begin(), arguments.end());
   child_ = std::make_unique<Child>([&] {
     setenv("STUB", behaviour_.c_str(), 1);
-    return Exec(all, directory_.Path("output"));
+    return ExecBench(all, directory_.Path("output"));
   });
 }
 
@@ -61,12 +52,21 @@ int BenchRun::Run(const std::vector<std::string>& arguments) {
 int BenchRun::Send(const std::vector<std::string>& words) const {
   std::vector<std::string> all{"send", "--out", directory_.Path(out_)};
   all.insert(all.end(), words.begin(), words.end());
-  return Child([&] { return Exec(all, directory_.Path("send")); }).Wait();
+  return Child([&] { return ExecBench(all, directory_.Path("send")); }).Wait();
 }
 
-int RunVehicleBench(const std::vector<std::string>& arguments, std::string& output) {
-  const TempDir directory;
-  const int status = Child([&] { return Exec(arguments, directory.Path("output")); }).Wait();
-  output = directory.Read("output");
-  return status;
+Ran RunVehicleBench(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), VEHICLEBENCH);
+  return RunProgram(arguments);
+}
+
+std::string BenchRun::DriveWithoutItsEnd() {
+  const std::string drive = TextOfFile(DEFAULT_DRIVE);
+  return drive.substr(0, drive.rfind('\n', drive.find(" quit")) + 1);
+}
+
+std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) ++count;
+  return count;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/Child.h"
+#include "support/Program.h"
 #include "support/TempDir.h"
 
 // vehiclebench, run as people do, in a directory of a test's own.
@@ -18,6 +19,8 @@ class BenchRun {
   // A directory of another name, also one with others above it.
   void UseDirectory(const std::string& name) { out_ = name; }
   void Drive(const std::string& text) { drive_ = directory_.Write("test.drive", text); }
+  // The built-in drive, up to its quit: an end overtakes what others still say.
+  static std::string DriveWithoutItsEnd();
 
   void Start(const std::vector<std::string>& arguments = {});
   // True as soon as the bench has said that.
@@ -35,6 +38,8 @@ class BenchRun {
     return directory_.Read(out_ + "/log/" + process + ".log");
   }
   std::string Path(const std::string& name) const { return directory_.Path(out_ + "/" + name); }
+  // The first file of what MetadataMgr recorded.
+  std::string Recording() const { return Path("mnt/metadata/metadata.000001.db"); }
 
   // From another terminal; the exit status.
   int Send(const std::vector<std::string>& words) const;
@@ -49,5 +54,8 @@ class BenchRun {
   std::unique_ptr<Child> child_;
 };
 
-// Runs vehiclebench with these arguments to its end; `output` gets what it writes. The exit status.
-int RunVehicleBench(const std::vector<std::string>& arguments, std::string& output);
+// Runs vehiclebench with these arguments to its end.
+Ran RunVehicleBench(std::vector<std::string> arguments);
+
+// How often a part is in a text.
+std::size_t Count(const std::string& text, const std::string& part);

@@ -1,12 +1,11 @@
 // What is understood of gpsd's reports, and of a gpsd that comes and goes.
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
+
+#include <optional>
 
 #include "GpsItem.h"
 #include "GpsdReceiver.h"
+#include "Listener.h"
 #include "Tracks.h"
 #include "support/Eventually.h"
 
@@ -59,18 +58,18 @@ TEST(Gpsd, ReportsAreTakenAsTheyAre) {
 // A gpsd of the test's own.
 class FakeGpsd {
  public:
-  FakeGpsd() { Listen(0); }
   ~FakeGpsd() { Stop(); }
 
-  std::string Peer() const { return std::to_string(ntohs(address_.sin_port)) + " 127.0.0.1"; }
+  std::string Peer() const { return std::to_string(port_) + " 127.0.0.1"; }
   void Stop() {
-    if (listener_ >= 0) close(listener_);
+    listener_.reset();
     if (client_ >= 0) close(client_);
-    listener_ = client_ = -1;
+    client_ = -1;
+    asked_.clear();
   }
-  void StartAgain() { Listen(address_.sin_port); }
+  void StartAgain() { listener_.emplace(port_); }
   bool HasClient() {
-    if (client_ < 0) client_ = accept4(listener_, nullptr, nullptr, SOCK_NONBLOCK);
+    if (client_ < 0) client_ = listener_->Accept();
     char request[256] = {};
     if (client_ >= 0 && recv(client_, request, sizeof request - 1, 0) > 0) asked_ += request;
     return asked_ == "?WATCH={\"enable\":true,\"json\":true};\n";
@@ -80,23 +79,8 @@ class FakeGpsd {
   }
 
  private:
-  void Listen(in_port_t port) {
-    asked_.clear();
-    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0);
-    const int on = 1;
-    setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    address_ = {};
-    address_.sin_family = AF_INET;
-    address_.sin_port = port;
-    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address_;
-    ASSERT_EQ(bind(listener_, reinterpret_cast<sockaddr*>(&address_), size), 0);
-    ASSERT_EQ(listen(listener_, 1), 0);
-    getsockname(listener_, reinterpret_cast<sockaddr*>(&address_), &size);
-  }
-
-  sockaddr_in address_{};
-  int listener_ = -1;
+  std::optional<Listener> listener_{std::in_place};
+  const in_port_t port_ = listener_->Port();
   int client_ = -1;
   std::string asked_;
 };

@@ -1,18 +1,15 @@
 // A log that gpsd's own test harness plays to gpsd: what the bench records of it is what gpsd's own client
 // saw.
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "BenchRun.h"
+#include "Listener.h"
 #include "Recorded.h"
 #include "Tracks.h"
 #include "support/Eventually.h"
@@ -20,38 +17,6 @@
 namespace {
 
 using Json = nlohmann::json;
-
-// The path of an installed program; empty where there is none.
-std::string Installed(const std::string& program) {
-  for (const char* directory : {"/usr/bin/", "/usr/sbin/"}) {
-    if (access((directory + program).c_str(), X_OK) == 0) return directory + program;
-  }
-  return {};
-}
-
-int Exec(int in, const std::string& out, const std::vector<std::string>& arguments) {
-  std::vector<char*> argv;
-  argv.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
-  const int file = open(out.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-  if (dup2(in, STDIN_FILENO) >= 0 && dup2(file, STDOUT_FILENO) >= 0 && dup2(file, STDERR_FILENO) >= 0) {
-    (void)execv(argv[0], argv.data());
-  }
-  return 127;
-}
-
-std::string FreePort() {
-  const int fd = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  EXPECT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), size), 0);
-  getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size);
-  close(fd);
-  return std::to_string(ntohs(address.sin_port));
-}
 
 // gpsfake with its gpsd: plays one sentence for each line that it is told. At the end of its input it
 // ends, and ends its gpsd.
@@ -63,7 +28,7 @@ class Gpsfake {
     input_ = fds[1];
     const std::string out = directory.Path("gpsfake");
     child_ = std::make_unique<Child>([&] {
-      return Exec(fds[0], out, {Installed("gpsfake"), "-1", "-i", "-q", "-P", port, log});
+      return ExecInto({"gpsfake", "-1", "-i", "-q", "-P", port, log}, out, out, fds[0]);
     });
     close(fds[0]);
   }
@@ -82,10 +47,9 @@ class Gpsfake {
 };
 
 // The fixes that gpspipe printed, as the table `gps` has them.
-Rows FixesIn(const std::string& reports) {
-  Rows rows;
-  std::istringstream lines(reports);
-  for (std::string line; std::getline(lines, line);) {
+Lines FixesIn(const std::string& reports) {
+  Lines rows;
+  for (const std::string& line : LinesOf(reports)) {
     const Json tpv = Json::parse(line, nullptr, false);
     if (!tpv.is_object() || tpv.value("class", "") != "TPV" || tpv.value("mode", 0) < 2) continue;
     const auto rounded = [&tpv](const char* name, double perUnit) {
@@ -106,21 +70,21 @@ Rows FixesIn(const std::string& reports) {
 }
 
 // Up to the first reading of this time.
-Rows UpTo(const std::string& ms, Rows rows) {
+Lines UpTo(const std::string& ms, Lines rows) {
   const auto found =
       std::find_if(rows.begin(), rows.end(), [&ms](const std::string& row) { return row.starts_with(ms); });
   EXPECT_NE(found, rows.end()) << ms;
-  if (found != rows.end()) rows.erase(found + 1, rows.end());
+  rows.resize(std::min<std::size_t>(rows.size(), static_cast<std::size_t>(found - rows.begin()) + 1));
   return rows;
 }
 
 TEST(GpsdOption, RecordsWhatGpsdsOwnClientSees) {
   for (const char* program : {"gpsd", "gpsfake", "gpspipe"}) {
-    if (Installed(program).empty()) GTEST_SKIP() << program << " is not installed (gpsd, gpsd-clients)";
+    if (!IsInstalled(program)) GTEST_SKIP() << program << " is not installed (gpsd, gpsd-clients)";
   }
   const TempDir directory;
   const std::string log = OwnTrack("town.nmea");
-  const std::string port = FreePort();
+  const std::string port = std::to_string(Listener().Port());
   BenchRun bench;  // before its gpsd
   bench.Start({"--gpsd", "127.0.0.1:" + port});
   ASSERT_TRUE(bench.Said("MetadataMgr told full run")) << bench.Output();
@@ -128,8 +92,8 @@ TEST(GpsdOption, RecordsWhatGpsdsOwnClientSees) {
   ASSERT_TRUE(Eventually([&] { return bench.Log("GpsHal").find("Follows the gpsd") != std::string::npos; }))
       << directory.Read("gpsfake");
   const Child gpspipe([&] {
-    return Exec(open("/dev/null", O_RDONLY), directory.Path("gpspipe"),
-                {Installed("gpspipe"), "-w", "127.0.0.1:" + port});
+    return ExecInto({"gpspipe", "-w", "127.0.0.1:" + port}, directory.Path("gpspipe"),
+                    directory.Path("said"));
   });
   ASSERT_TRUE(Eventually([&] { return directory.Read("gpspipe").find("\"WATCH\"") != std::string::npos; }));
 
@@ -142,7 +106,7 @@ TEST(GpsdOption, RecordsWhatGpsdsOwnClientSees) {
   EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
   EXPECT_EQ(bench.Finish(), 0) << bench.Output();
 
-  const Rows seen = UpTo("32438000 ", FixesIn(directory.Read("gpspipe")));
+  const Lines seen = UpTo("32438000 ", FixesIn(directory.Read("gpspipe")));
   EXPECT_EQ(UpTo("32438000 ", Recorded(bench,
                                        "SELECT utc_time_ms||' '||latitude_e4min||' '||longitude_e4min||' '||"
                                        "altitude_dm||' '||speed_deci_kmh||' '||course_deci_deg "

@@ -44,23 +44,12 @@ TEST(Nmea, IsReadAsTheReceiverGaveIt) {
   EXPECT_EQ(log.readings[4].item.satellitesInView, 3U);
 }
 
-struct Case {
+const std::string kPlace = "4807.0380,N,01131.0000,E";
+const struct {
   const char* name;
   std::string text;
   std::string row;  // of the last reading
-};
-std::ostream& operator<<(std::ostream& out, const Case& one) {
-  return out << one.name;
-}
-class NmeaCase : public testing::TestWithParam<Case> {};
-
-TEST_P(NmeaCase, TellsWhatItSaysAndNoMore) {
-  const NmeaLog log = ParseNmea(GetParam().text);
-  EXPECT_EQ(log.readings.empty() ? "nothing" : RowOf(log.readings.back().item), GetParam().row);
-}
-
-const std::string kPlace = "4807.0380,N,01131.0000,E";
-const Case kCases[] = {
+} kCases[] = {
     {"RmcAlone", Sentence("GPRMC,120000,A," + kPlace + ",022.4,084.4,230326,003.1,W"),
      "28870380 6910000 134217727 415 224 844 1 2 0 0 -32 20260323 43200000 1"},
     {"GllAlone", Sentence("GPGLL," + kPlace + ",120000,A,D"),
@@ -92,8 +81,13 @@ const Case kCases[] = {
      "28870380 6910000 134217727 0 0 0 1 2 0 0 -32 0 43200000 1"},
     {"Nothing", "", "nothing"},
 };
-INSTANTIATE_TEST_SUITE_P(All, NmeaCase, testing::ValuesIn(kCases),
-                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Nmea, TellsWhatASentenceSaysAndNoMore) {
+  for (const auto& one : kCases) {
+    const NmeaLog log = ParseNmea(one.text);
+    EXPECT_EQ(log.readings.empty() ? "nothing" : RowOf(log.readings.back().item), one.row) << one.name;
+  }
+}
 
 TEST(Nmea, NoCutAndNoSpoiltByteInventsAPlace) {
   const std::string whole = TextOfFile(OwnTrack("town.nmea"));
@@ -120,38 +114,24 @@ TEST(Nmea, NoCutAndNoSpoiltByteInventsAPlace) {
   }
 }
 
-struct RealLog {
-  const char* name;
-  std::size_t readings;
-  std::size_t fixes;
-  std::size_t skipped;  // sentences and lines
-};
-std::ostream& operator<<(std::ostream& out, const RealLog& log) {
-  return out << log.name;
+TEST(Nmea, OfRealReceiversIsUnderstood) {
+  constexpr struct {
+    const char* name;
+    std::size_t readings;
+    std::size_t fixes;
+    std::size_t skipped;  // sentences and lines
+  } kLogs[] = {{"bu353s4", 25, 25, 0}, {"bundg_zeus_9", 149, 149, 0}, {"haicom-305N", 74, 68, 0},
+               {"iTrek", 37, 35, 1},   {"motorola-t805", 25, 16, 0},  {"nmea-rtk", 122, 122, 0},
+               {"rx210", 62, 40, 0},   {"sirfstarv-nmea", 59, 59, 0}, {"telit-he910", 224, 187, 0}};
+  for (const auto& real : kLogs) {
+    NmeaLog log;
+    if (!ReadNmea(RealTrack(real.name) + ".log", log)) GTEST_SKIP() << "there is no " << real.name;
+    EXPECT_EQ(log.readings.size(), real.readings) << real.name;
+    EXPECT_EQ(log.Fixes(), real.fixes) << real.name;
+    const NmeaCounts& counts = log.counts;
+    EXPECT_EQ(counts.malformed + counts.badChecksum + counts.cutShort + counts.garbage, real.skipped)
+        << real.name;
+  }
 }
-class RealReceiver : public testing::TestWithParam<RealLog> {};
-
-TEST_P(RealReceiver, IsUnderstood) {
-  const std::string path = RealTrack(GetParam().name) + ".log";
-  NmeaLog log;
-  if (!ReadNmea(path, log)) GTEST_SKIP() << "no " << path;
-  EXPECT_EQ(log.readings.size(), GetParam().readings);
-  EXPECT_EQ(log.Fixes(), GetParam().fixes);
-  const NmeaCounts& counts = log.counts;
-  EXPECT_EQ(counts.malformed + counts.badChecksum + counts.cutShort + counts.garbage, GetParam().skipped);
-}
-
-INSTANTIATE_TEST_SUITE_P(Logs, RealReceiver,
-                         testing::Values(RealLog{"bu353s4", 25, 25, 0}, RealLog{"bundg_zeus_9", 149, 149, 0},
-                                         RealLog{"haicom-305N", 74, 68, 0}, RealLog{"iTrek", 37, 35, 1},
-                                         RealLog{"motorola-t805", 25, 16, 0},
-                                         RealLog{"nmea-rtk", 122, 122, 0}, RealLog{"rx210", 62, 40, 0},
-                                         RealLog{"sirfstarv-nmea", 59, 59, 0},
-                                         RealLog{"telit-he910", 224, 187, 0}),
-                         [](const auto& test) {
-                           std::string name = test.param.name;
-                           for (char& c : name) c = c == '-' ? '_' : c;
-                           return name;
-                         });
 
 }  // namespace

@@ -12,61 +12,35 @@ namespace {
 
 using testing::HasSubstr;
 
-class SentLine : public testing::Test {
- protected:
-  void SetUp() override {
-    bench_.Drive("0 ping\n");
-    bench_.Start();
-    ASSERT_TRUE(bench_.Said("ping: answered")) << bench_.Output();
+TEST(SentLine, IsDoneAndAnswered) {
+  BenchRun bench("good");
+  bench.Drive("0 ping\n");
+  bench.Start();
+  ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
+  EXPECT_EQ(bench.Send({"bookmark"}), 0);
+  EXPECT_THAT(bench.SendOutput(), HasSubstr("bookmark: bookmark notice received after "));
+  for (const char* process : {"TempHal", "StreamMgr"}) {
+    EXPECT_EQ(bench.Send({"died", process}), 0);
+    EXPECT_EQ(bench.SendOutput(), std::string("died ") + process + ": told 10 processes\n");
   }
-  void TearDown() override {
-    EXPECT_EQ(bench_.Send({"quit"}), 0) << bench_.SendOutput();
-    EXPECT_EQ(bench_.Finish(), 0) << bench_.Output();
-  }
+  EXPECT_THAT(bench.Output(), HasSubstr("  died TempHal (Send-"));
+  EXPECT_TRUE(Eventually([&] { return bench.Log("MetadataMgr") == "bookmark\ndied 14\ndied 20\n"; }));
 
-  BenchRun bench_{"good"};
-};
-
-TEST_F(SentLine, IsDoneAndAnswered) {
-  EXPECT_EQ(bench_.Send({"bookmark"}), 0);
-  EXPECT_THAT(bench_.SendOutput(), HasSubstr("bookmark: bookmark notice received after "));
-  EXPECT_EQ(bench_.Send({"died", "TempHal"}), 0);
-  EXPECT_EQ(bench_.SendOutput(), "died TempHal: told 10 processes\n");
-  EXPECT_EQ(bench_.Send({"died", "StreamMgr"}), 0);
-  EXPECT_EQ(bench_.SendOutput(), "died StreamMgr: told 10 processes\n");
-  EXPECT_THAT(bench_.Output(), HasSubstr("  died TempHal (Send-"));
-  EXPECT_TRUE(Eventually([this] { return bench_.Log("MetadataMgr") == "bookmark\ndied 14\ndied 20\n"; }));
-}
-
-TEST_F(SentLine, IsCheckedBeforeItIsSent) {
-  const std::string before = bench_.Output();
-  EXPECT_EQ(bench_.Send({"bookmark", "now"}), 2);
-  EXPECT_EQ(bench_.SendOutput(), "'now' is one word too many\n");
-  EXPECT_EQ(bench_.Output(), before);
-}
-
-TEST_F(SentLine, ChangesWhatTheStreamManagerAnswers) {
-  setenv("LINX_IPC_DIR", bench_.Path("ipc").c_str(), 1);
+  setenv("LINX_IPC_DIR", bench.Path("ipc").c_str(), 1);
   LinxIpc ipc("Test");
   ASSERT_EQ(ipc.Init(), 0);
-  constexpr int kTimeoutMs = 20000;
-  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(ipc, kTimeoutMs), "");
-  EXPECT_EQ(bench_.Send({"direct", "record", "start", "night-7"}), 0);
-  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(ipc, kTimeoutMs), "night-7");
-  EXPECT_EQ(bench_.Send({"record", "start"}), 0);
-  const auto becomes = [&ipc](const std::string& id) {
-    return Eventually([&] { return StreamMgrApi::CurrentlyRecordingREID(ipc, kTimeoutMs) == id; });
-  };
-  EXPECT_TRUE(becomes("bench-2"));
-  EXPECT_EQ(bench_.Send({"record", "stop"}), 0);
-  EXPECT_TRUE(becomes(""));
+  const auto recording = [&ipc] { return StreamMgrApi::CurrentlyRecordingREID(ipc, 20000); };
+  EXPECT_EQ(recording(), "");
+  EXPECT_EQ(bench.Send({"direct", "record", "start", "night-7"}), 0);
+  EXPECT_EQ(recording(), "night-7");
+  EXPECT_EQ(bench.Send({"record", "start"}), 0);
+  EXPECT_TRUE(Eventually([&] { return recording() == "bench-2"; }));
+  EXPECT_EQ(bench.Send({"record", "stop"}), 0);
+  EXPECT_TRUE(Eventually([&] { return recording().empty(); }));
   unsetenv("LINX_IPC_DIR");
-}
 
-TEST(Send, WithoutABenchFails) {
-  const BenchRun bench;
-  EXPECT_EQ(bench.Send({"ping"}), 1);
-  EXPECT_THAT(bench.SendOutput(), HasSubstr("is there a bench?"));
+  EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
+  EXPECT_EQ(bench.Finish(), 0) << bench.Output();
 }
 
 }  // namespace

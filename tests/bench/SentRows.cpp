@@ -1,11 +1,14 @@
 #include "SentRows.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
+
+#include "support/Connection.h"
+#include "support/Eventually.h"
+#include "support/LogText.h"
 
 namespace {
 
@@ -103,47 +106,27 @@ const Kind kKinds[] = {
 // The sent lists as a table, beside the recording.
 class Tables {
  public:
-  explicit Tables(const std::string& recording) {
-    EXPECT_EQ(sqlite3_open_v2(":memory:", &database_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, nullptr), 0);
-    (void)Rows("ATTACH 'file:" + recording + "?mode=ro' AS recording");
-  }
-  ~Tables() { sqlite3_close(database_); }
-  Tables(const Tables&) = delete;
-  Tables& operator=(const Tables&) = delete;
-
-  void AddSent(const std::string& sentDirectory) {
-    (void)Rows(
-        "CREATE TABLE part AS WITH t(k) AS (VALUES (0),(1),(2),(3),(4),(5),(6),(7),(8)) SELECT * FROM t");
-    (void)Rows(
-        "CREATE TABLE input AS WITH t(k,bit,signal) AS (VALUES (0,0x8000,52),(1,0x10000,56),(2,0x20000,54),"
-        "(3,0x4000,60),(4,0x80000,62),(5,0x2000,68)) SELECT * FROM t");
-    (void)Rows("CREATE TABLE sent(id INTEGER PRIMARY KEY, source TEXT, f TEXT)");
+  Tables(const std::string& sentDirectory, const std::string& recording) {
+    Do("ATTACH '" + recording + "' AS recording");
+    Do("CREATE TABLE part AS WITH t(k) AS (VALUES (0),(1),(2),(3),(4),(5),(6),(7),(8)) SELECT * FROM t");
+    Do("CREATE TABLE input AS WITH t(k,bit,signal) AS (VALUES (0,0x8000,52),(1,0x10000,56),(2,0x20000,54),"
+       "(3,0x4000,60),(4,0x80000,62),(5,0x2000,68)) SELECT * FROM t");
+    Do("CREATE TABLE sent(id INTEGER PRIMARY KEY, source TEXT, f TEXT)");
     for (const auto& list : std::filesystem::directory_iterator(sentDirectory)) {
-      std::ifstream lines(list.path());
-      for (std::string line; std::getline(lines, line);) Add(line);
+      for (const std::string& line : LinesOf(TextOfFile(list.path()))) Add(line);
     }
   }
 
-  // The rows of a query, without their first columns.
-  std::vector<std::string> Rows(const std::string& sql, int without = 0) {
-    std::vector<std::string> rows;
-    sqlite3_stmt* statement = nullptr;
-    EXPECT_EQ(sqlite3_prepare_v2(database_, sql.c_str(), -1, &statement, nullptr), SQLITE_OK) << sql;
-    int result = 0;
-    while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
-      std::string row;
-      for (int column = without; column < sqlite3_column_count(statement); ++column) {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-        row.append(row.empty() ? "" : " ").append(text == nullptr ? "NULL" : text);
-      }
-      rows.push_back(row);
-    }
-    EXPECT_EQ(result, SQLITE_DONE) << sqlite3_errmsg(database_) << ": " << sql;
-    sqlite3_finalize(statement);
+  // The rows of a query in the order of its first two columns, which are numbers, and without these.
+  Lines Ordered(const std::string& sql) {
+    Lines rows = LinesOf(connection_.Rows("SELECT * FROM (" + sql + ") ORDER BY 1, 2"));
+    for (std::string& row : rows) row.erase(0, row.find('|', row.find('|') + 1) + 1);
     return rows;
   }
+  Lines Rows(const std::string& sql) { return LinesOf(connection_.Rows(sql)); }
 
  private:
+  void Do(const std::string& sql) { EXPECT_EQ(connection_.Rows(sql), "") << sql; }
   // "_" stands for a blank.
   void Add(const std::string& line) {
     std::istringstream words(line);
@@ -151,52 +134,50 @@ class Tables {
     std::string values;
     words >> source;
     for (std::string word; words >> word;) {
-      for (char& c : word) c = c == '_' ? ' ' : c;
+      std::replace(word.begin(), word.end(), '_', ' ');
       values.append(values.empty() ? "\"" : ",\"").append(word).append("\"");
     }
-    (void)Rows("INSERT INTO sent(source, f) VALUES ('" + source + "', '[" + values + "]')");
+    Do("INSERT INTO sent(source, f) VALUES ('" + source + "', '[" + values + "]')");
   }
 
-  sqlite3* database_ = nullptr;
+  Connection connection_{":memory:"};
 };
+
+bool IsAllSent(const BenchRun& bench, const std::string& recording) {
+  const auto compared = CompareSentWithRecorded(bench, recording);
+  return std::all_of(compared.begin(), compared.end(),
+                     [](const Compared& c) { return c.sent == c.recorded; });
+}
 
 }  // namespace
 
-std::vector<Compared> CompareSentWithRecorded(const std::string& sentDirectory,
-                                              const std::string& recording) {
-  Tables tables(recording);
-  tables.AddSent(sentDirectory);
+std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::string& recording) {
+  Tables tables(bench.Path("sent"), recording);
   std::vector<Compared> all;
   std::string unknown = "SELECT DISTINCT source FROM sent WHERE 1";
   for (const Kind& kind : kKinds) {
     const std::string sources = std::string("source GLOB '") + kind.sources + "'";
-    const std::string sent = "WITH event AS (SELECT * FROM sent WHERE " + sources + ") ";
     unknown.append(" AND NOT ").append(sources);
-    const auto rows = [&](const std::string& sql) {
-      return tables.Rows("SELECT * FROM (" + sql + ") ORDER BY 1, 2", 2);
-    };
-    if (kind.sent == nullptr) {
-      all.push_back({kind.recorded, false, {}, rows(kind.recorded)});
-    } else {
-      all.push_back({kind.recorded, true, rows(sent + kind.sent), rows(kind.recorded)});
-    }
+    Compared compared{kind.recorded, kind.sent != nullptr, {}, tables.Ordered(kind.recorded)};
+    if (compared.expected)
+      compared.sent = tables.Ordered("WITH event AS (SELECT * FROM sent WHERE " + sources + ") " + kind.sent);
+    all.push_back(std::move(compared));
   }
   all.push_back({"sources that no kind of record has", false, tables.Rows(unknown), {}});
   return all;
 }
 
-std::vector<std::string> SentValues(const std::string& sentDirectory, const std::string& sources,
-                                    const std::string& sql) {
-  Tables tables(":memory:");
-  tables.AddSent(sentDirectory);
-  return tables.Rows("WITH event AS (SELECT * FROM sent WHERE source GLOB '" + sources +
-                         "') SELECT * FROM (" + sql + ") ORDER BY 1, 2",
-                     2);
+void AwaitAllSent(const BenchRun& bench, const std::string& recording) {
+  ASSERT_TRUE(Eventually([&] { return Count(bench.Output(), "bookmark notice received") == 2; },
+                         std::chrono::seconds(60)))
+      << bench.Output();
+  (void)Eventually([&] { return IsAllSent(bench, recording); });
+  ExpectAllSent(bench, recording);
 }
 
-std::vector<std::string> TimelineWithoutReadings(const std::string& recording) {
-  return Tables(recording).Rows(
-      "SELECT source, event, text FROM timeline WHERE source NOT IN ('clock','gps') AND source NOT LIKE "
-      "'speed %' AND source NOT LIKE 'radar %' AND source NOT LIKE 'temperature %' AND source NOT LIKE "
-      "'microphone %' ORDER BY source, seq");
+void ExpectAllSent(const BenchRun& bench, const std::string& recording) {
+  for (const Compared& compared : CompareSentWithRecorded(bench, recording)) {
+    EXPECT_EQ(compared.recorded, compared.sent) << compared.what;
+    EXPECT_NE(compared.sent.empty(), compared.expected) << compared.what;
+  }
 }

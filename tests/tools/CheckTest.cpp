@@ -9,68 +9,61 @@ using testing::MatchesRegex;
 
 namespace {
 
-struct FindingCase {
-  const char* name;
+struct Finding {
   const char* damage;  // SQL on a sound recording; records as in ReaderTest::Drive, then 12, the end
-  const char* finding;
+  const char* said;
 };
 
-const FindingCase kCases[] = {
-    {"MissingRecord", "DELETE FROM temperature WHERE seq=8",
-     ": 1 record is missing: 8; losses of 0 are recorded\n"},
-    {"MissingRecords", "DELETE FROM bookmark",
-     ": 2 records are missing, the first is 7; losses of 0 are recorded\n"},
-    {"LossOfWhatIsThere",
-     "UPDATE run_end SET seq=13; INSERT INTO loss VALUES(12,12100,NULL,1,'gps',1,2,3); "
+constexpr Finding kFindings[] = {
+    {"DELETE FROM temperature WHERE seq=8", ": 1 record is missing: 8; losses of 0 are recorded\n"},
+    {"DELETE FROM bookmark", ": 2 records are missing, the first is 7; losses of 0 are recorded\n"},
+    {"UPDATE run_end SET seq=13; INSERT INTO loss VALUES(12,12100,NULL,1,'gps',1,2,3); "
      "UPDATE progress SET last_seq=13",
      ": losses of 3 records are recorded, but 0 are missing\n"},
-    {"RecordInTwoTables", "INSERT INTO gps_state VALUES(8,11100,NULL,1,1)",
+    {"INSERT INTO gps_state VALUES(8,11100,NULL,1,1)",
      ": record 8: table gps_state has a record of this number, too\n"},
-    {"TickGoesBack", "UPDATE bookmark SET tick=10050 WHERE seq=7",
+    {"UPDATE bookmark SET tick=10050 WHERE seq=7",
      ": table bookmark: record 7: the tick goes back from 10100 to 10050\n"},
-    {"RecordBehindTheEnd", "UPDATE run_end SET seq=7; UPDATE bookmark SET seq=12 WHERE seq=7",
+    {"UPDATE run_end SET seq=7; UPDATE bookmark SET seq=12 WHERE seq=7",
      ": table temperature: record 8: it stands behind the end of its run\n"},
-    {"NoClockAtTheBegin", "UPDATE clock SET seq=8; UPDATE temperature SET seq=1",
+    {"UPDATE clock SET seq=8; UPDATE temperature SET seq=1",
      ": table temperature: record 1: a file begins without a record of the clock\n"},
-    {"WrongProgress", "UPDATE progress SET last_seq=99",
+    {"UPDATE progress SET last_seq=99",
      ": table progress says that record 99 is the last, but the last is 12\n"},
-    {"NoProgress", "DELETE FROM progress", ": table progress has no row\n"},
-    {"UnknownEvent", "UPDATE camera SET event=3", ": table camera: record 5: event is none of 0, 1, 2\n"},
-    {"SenderTick", "UPDATE speed SET sender_tick=4294967296",
+    {"DELETE FROM progress", ": table progress has no row\n"},
+    {"UPDATE camera SET event=3", ": table camera: record 5: event is none of 0, 1, 2\n"},
+    {"UPDATE speed SET sender_tick=4294967296",
      ": table speed: record 4: sender_tick has more than 32 bits\n"},
-    {"Flag", "UPDATE state SET active=2 WHERE seq=3", ": table state: record 3: a flag is neither 0 nor 1\n"},
-    {"OddSignal", "UPDATE state SET signal=57 WHERE signal=56",
+    {"UPDATE state SET active=2 WHERE seq=3", ": table state: record 3: a flag is neither 0 nor 1\n"},
+    {"UPDATE state SET signal=57 WHERE signal=56",
      ": table state: record 3: signal is not an even tag (and 1 more of this kind)\n"},
-    {"UnknownTag", "UPDATE string SET tag=-1", ": table string: record 6: tag is not a tag\n"},
-    {"LossOfNoTable", "INSERT INTO loss VALUES(13,12100,NULL,1,'nothing',1,2,1)",
+    {"UPDATE string SET tag=-1", ": table string: record 6: tag is not a tag\n"},
+    {"INSERT INTO loss VALUES(13,12100,NULL,1,'nothing',1,2,1)",
      ": table loss: record 13: lost_table is no table\n"},
-    {"LossOfNothing", "INSERT INTO loss VALUES(13,12100,NULL,1,'gps',1,2,0)",
-     ": table loss: record 13: a loss of nothing\n"},
-    {"ClockSource", "UPDATE clock SET clock_source='sun'",
+    {"INSERT INTO loss VALUES(13,12100,NULL,1,'gps',1,2,0)", ": table loss: record 13: a loss of nothing\n"},
+    {"UPDATE clock SET clock_source='sun'",
      ": table clock: record 1: clock_source is neither system nor gps\n"},
-    {"PreviousRunEnded",
-     "INSERT INTO previous_run VALUES(13,12100,NULL,1,'somehow','metadata.000009.db',1,1,1)",
+    {"INSERT INTO previous_run VALUES(13,12100,NULL,1,'somehow','metadata.000009.db',1,1,1)",
      ": table previous_run: record 13: ended is none of none, clean, cut off, unreadable\n"},
 };
 
-class CheckFinds : public ReaderTest, public testing::WithParamInterface<FindingCase> {};
-
-TEST_P(CheckFinds, AndNamesTheFirstBadRow) {
+TEST_F(ReaderTest, CheckFindsEachDamageAndNamesTheFirstBadRow) {
   Open();
   Drive();
   Store().ReportShutdownData();
   Close();
   ASSERT_EQ(Metadata({"check", File(1)}).out, "Good: 1 run, 1 file, 12 records\n");
-  ASSERT_EQ(Rows(GetParam().damage), "");
-  const Ran ran = Metadata({"check", File(1)});
-  EXPECT_EQ(ran.status, 1);
-  EXPECT_THAT(ran.out, HasSubstr(GetParam().finding));
-  EXPECT_THAT(ran.out,
-              MatchesRegex(".*\n[1-9] findings?; what can be read: 1 run, 1 file, 1[0-3] records\n"));
+  for (const Finding& finding : kFindings) {
+    SCOPED_TRACE(finding.damage);
+    const std::string damaged = dir_.Write("damaged/metadata.000001.db", dir_.Read("metadata.000001.db"));
+    ASSERT_EQ(Connection(damaged).Rows(finding.damage), "");
+    const Ran ran = Metadata({"check", damaged});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.out, HasSubstr(finding.said));
+    EXPECT_THAT(ran.out,
+                MatchesRegex(".*\n[1-9] findings?; what can be read: 1 run, 1 file, 1[0-3] records\n"));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Cases, CheckFinds, testing::ValuesIn(kCases),
-                         [](const auto& test) { return test.param.name; });
 
 // A run of some records, then a second that tells how the first ended.
 class CheckRuns : public ReaderTest {
@@ -155,16 +148,13 @@ TEST_F(CheckRuns, TheFarthestNumbersAreReckonedWith) {
 TEST_F(CheckRuns, WhatIsNotTheirsOrNotThereIsSaid) {
   Rows("PRAGMA application_id=1");
   EXPECT_THAT(Check().out, HasSubstr("000001.db: not a recording\n"));
+  dir_.Write("metadata.000001.db", "this is no database, whatever its name says; so it is said");
+  EXPECT_THAT(Check().out, AllOf(HasSubstr("000001.db: file is not a database\n"),
+                                 HasSubstr("1 finding; what can be read: 1 run, 1 file, 13 records\n")));
   Rows("DELETE FROM clock", 2);
   EXPECT_THAT(Check().said, HasSubstr("000002.db: the begin of this run is in a file that is not given\n"));
   dir_.Write("empty/none", "");
   EXPECT_THAT(Metadata({"check", dir_.Path("empty")}).out, HasSubstr("empty: no recording in it\n"));
-}
-
-TEST_F(CheckRuns, WhatIsNoDatabaseIsSaid) {
-  dir_.Write("metadata.000001.db", "this is no database, whatever its name says; so it is said");
-  EXPECT_THAT(Check().out, AllOf(HasSubstr("000001.db: file is not a database\n"),
-                                 HasSubstr("1 finding; what can be read: 1 run, 1 file, 13 records\n")));
 }
 
 TEST_F(CheckRuns, AnotherSchemaIsReadAndWhatItMissesIsSaid) {

@@ -1,56 +1,17 @@
 #pragma once
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <string>
 #include <vector>
 
 #include "store/StoreFixture.h"
 #include "support/Child.h"
-
-// What a run of the reader gave.
-struct Ran {
-  int status = -1;
-  std::string out;
-  std::string said;  // on standard error
-};
-
-// In a child: a program, writing into two files.
-inline int ExecInto(const std::vector<std::string>& arguments, const std::string& out,
-                    const std::string& said) {
-  std::vector<char*> argv;
-  argv.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
-  constexpr int kNew = O_WRONLY | O_CREAT | O_TRUNC;
-  if (dup2(open("/dev/null", O_RDONLY), STDIN_FILENO) >= 0 &&
-      dup2(open(out.c_str(), kNew, 0600), STDOUT_FILENO) >= 0 &&
-      dup2(open(said.c_str(), kNew, 0600), STDERR_FILENO) >= 0) {
-    (void)execvp(argv[0], argv.data());
-  }
-  return 127;
-}
-
-// Runs a program to its end.
-inline Ran RunProgram(const std::vector<std::string>& arguments) {
-  const TempDir directory;
-  Ran ran;
-  ran.status =
-      Child([&] { return ExecInto(arguments, directory.Path("out"), directory.Path("said")); }).Wait();
-  ran.out = directory.Read("out");
-  ran.said = directory.Read("said");
-  return ran;
-}
+#include "support/Program.h"
 
 inline Ran Metadata(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), METADATA_PROGRAM);
   return RunProgram(arguments);
-}
-
-inline bool IsInstalled(const std::string& program) {
-  return RunProgram({"sh", "-c", "command -v " + program}).status == 0;
 }
 
 // A store, and the reader on what it writes.

@@ -198,15 +198,4 @@ TEST_F(ReportTest, HoldsEveryRun) {
   EXPECT_EQ(Data("[.[]|[.run,.isWhole,([.events[].number])]]"), "[[3,false,[4]]]\n");
 }
 
-TEST_F(ReportTest, ARecordingIsNeverWrittenOver) {
-  Open();
-  TunnelDrive();
-  Close();
-  const std::string before = dir_.Read("metadata.000001.db");
-  const Ran ran = Metadata({"report", "-o", File(1), File(1)});
-  EXPECT_EQ(ran.status, 1);
-  EXPECT_THAT(ran.said, HasSubstr("is a database, which is not written over"));
-  EXPECT_EQ(dir_.Read("metadata.000001.db"), before);
-}
-
 }  // namespace
