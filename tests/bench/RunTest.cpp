@@ -14,15 +14,18 @@
 namespace {
 
 using testing::AllOf;
+using testing::Eq;
 using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
 
 TEST(BenchRun, TellsEachStepInItsOrder) {
-  BenchRun bench("good");
+  BenchRun bench;
   bench.Drive(
-      "0 ping\n0.01 loglevel\n0.01 loglevel 0x10\n0.02 bookmark\n0.03 lasttick\n"
-      "0.04 direct record start night-1\n0.05 direct record stop\n0.06 died GpsHal\n0.07 restarted 5\n0.08 "
-      "quit\n");
+      "0 ping\n0.01 loglevel\n0.01 loglevel 0xF0\n0.02 bookmark\n0.03 lasttick\n"
+      "0.04 direct record start night-1\n0.05 direct record stop\n0.06 died GpsHal\n0.07 restarted 5\n"
+      "0.08 quit\n");
   ASSERT_EQ(bench.Run(), 0) << bench.Output();
   EXPECT_THAT(bench.Output(),
               MatchesRegex("Drive .*/test.drive, speed 1, in .*/out\n"
@@ -32,9 +35,9 @@ TEST(BenchRun, TellsEachStepInItsOrder) {
                            "   start  MetadataMgr told full run after .*"
                            " +0\\.[0-9]+  ping: answered in .*"
                            " +0\\.[0-9]+  loglevel: level now 0x7.*"
-                           " +0\\.[0-9]+  loglevel 0x10: level now 0x10.*"
+                           " +0\\.[0-9]+  loglevel 0xF0: level now 0xf0.*"
                            " +0\\.[0-9]+  bookmark: bookmark notice received after .*"
-                           " +0\\.[0-9]+  lasttick: tick 7, .*"
+                           " +0\\.[0-9]+  lasttick: tick [0-9]+, .*"
                            "  direct record start night-1: recording event night-1\n.*"
                            "  direct record stop: end of recording event night-1\n.*"
                            "  died GpsHal: told 10 processes\n.*"
@@ -45,15 +48,16 @@ TEST(BenchRun, TellsEachStepInItsOrder) {
                            "MetadataMgr: exit status 0, peak memory .*"
                            "Good: 10 of 10 lines in .* s of the drive; start to full run .*\n"));
   EXPECT_LT(bench.Output().rfind(" subscribed after"), bench.Output().find("told full run"));
-  const std::string told = "bookmark\nrecord 1 with a tick\nrecord 0 with a tick\ndied 12\nrestarted 5\n";
-  EXPECT_EQ(bench.Log("MetadataMgr"), told);
+  const std::string log = bench.Log("MetadataMgr");
+  EXPECT_THAT(log, HasSubstr("BookmarkHandler"));
   ASSERT_EQ(bench.Run(), 0) << bench.Output();
-  EXPECT_EQ(bench.Log("MetadataMgr"), told + told) << "logs of earlier runs are kept";
+  EXPECT_THAT(bench.Log("MetadataMgr"), AllOf(StartsWith(log), Not(Eq(log))))
+      << "those of earlier runs are kept";
 }
 
 TEST(BenchRun, ShutsDownInOrderAtASignal) {
   for (const int signal : {SIGINT, SIGTERM}) {
-    BenchRun bench("good");
+    BenchRun bench;
     bench.Drive("0 ping\n1000 ping\n");
     bench.Start();
     ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
@@ -81,7 +85,7 @@ TEST(BenchRun, LeavesNoProcessBehindWhenItIsKilled) {
 }
 
 TEST(BenchRun, WorksInADirectoryWhosePathIsTooLongForSockets) {
-  BenchRun bench("good");
+  BenchRun bench;
   bench.UseDirectory(std::string(100, 'd') + "/" + std::string(100, 'e'));
   bench.Drive("0 ping\n");
   bench.Start();

@@ -1,9 +1,7 @@
-// In place of MetadataMgr in the tests of the bench: takes part in the start-up sequence, answers
-// what the bench asks, says on standard error what it was told, and misbehaves as the environment
-// variable STUB says.
+// In place of MetadataMgr in the tests of the bench: takes part in the start-up sequence, answers what the
+// bench asks, and misbehaves as the environment variable STUB says.
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -11,13 +9,12 @@
 #include "Misc/ProcessInitializer.h"
 #include "clients/SubscribeServer.h"
 #include "items/BoolItem.h"
-#include "system/BigEndian.h"
 
 std::string gStateMgrName = "StateMgr";
 
 namespace {
 
-enum : unsigned int { kPing = 13488, kLastTick = 13498, kRecord = 13503, kBookmark = 13509 };
+enum : unsigned int { kPing = 13488, kBookmark = 13509 };
 
 bool Is(const char* behaviour) {
   const char* stub = std::getenv("STUB");
@@ -38,17 +35,13 @@ class Stub {
   bool PreInit(LinxIpc& ipc) {
     server_ = std::make_unique<BookmarkServer>(ipc);
     if (!Is("no pong")) ipc.RegisterHandler(kPing, Empty, nullptr);
-    ipc.RegisterHandler(kLastTick, LastTick, nullptr);
-    ipc.RegisterHandler(kRecord, Record, nullptr);
     ipc.RegisterHandler(kBookmark, Bookmark, this);
     return !Is("failed start");
   }
   bool SubscribeToServers(LinxIpc& /*ipc*/, bool /*flag*/) { return !Is("refuses"); }
   void Shutdown(LinxIpc& /*ipc*/) { stop_ = true; }
-  void ProcessDied(LinxIpc& /*ipc*/, e_Process process) { std::fprintf(stderr, "died %u\n", process); }
-  void ProcessRestarted(LinxIpc& /*ipc*/, e_Process process) {
-    std::fprintf(stderr, "restarted %u\n", process);
-  }
+  void ProcessDied(LinxIpc& /*ipc*/, e_Process /*process*/) {}
+  void ProcessRestarted(LinxIpc& /*ipc*/, e_Process /*process*/) {}
   bool Stopped() const { return stop_; }
 
   static void Level(LinxIpc* ipc, void* /*context*/) { Reply(ipc, LogLevelMsg_Response, {"\0\0\0\7", 4}); }
@@ -60,18 +53,8 @@ class Stub {
     (void)ipc->Notify(asker, ipc->CurrentMessage(), true);
   }
   static void Empty(LinxIpc* ipc, void* /*context*/) { Reply(ipc, kPing + 1, {}); }
-  static void LastTick(LinxIpc* ipc, void* /*context*/) {
-    Reply(ipc, kLastTick + 1, std::string("\0\0\0\7\1\0\0\0", 8));
-  }
-  static void Record(LinxIpc* ipc, void* /*context*/) {
-    const IpcMessage& message = ipc->CurrentMessage();
-    if (message.Size() != 5) std::abort();
-    const char* tick = GetU32(message.DataPtr()) != 0 ? "a tick" : "no tick";
-    std::fprintf(stderr, "record %d with %s\n", message.DataPtr()[4], tick);
-  }
   static void Bookmark(LinxIpc* ipc, void* self) {
     if (ipc->CurrentMessage().Size() != 4) std::abort();
-    std::fprintf(stderr, "bookmark\n");
     if (Is("dies")) _exit(3);
     BoolItem taken(true);
     if (!Is("no notice")) static_cast<Stub*>(self)->server_->NotifySubscribers(0, taken);
