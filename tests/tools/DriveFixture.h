@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cmath>
-
 #include "ReaderFixture.h"
 #include "items/GpsStatusItem.h"
 
@@ -43,24 +41,6 @@ class DriveTest : public ReaderTest {
     Store().ReportBookmark(clock_.tick);
     Second(15);
     Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
-  }
-
-  // A day: a position a second, and what else there is.
-  void Day() {
-    for (unsigned int second = 0; second < 86'400; ++second) {
-      clock_.tick += 1000;
-      clock_.utcMs += 1000;
-      if (second % 10 == 0) Store().TimerTick(clock_.tick);
-      const double way = 2 * 3.14159265 * second / 14'400;
-      Position(static_cast<unsigned int>(80'000 + 70'000 * std::sin(way)),
-               static_cast<unsigned int>(80'000 + 70'000 * std::sin(2.3 * way)),
-               static_cast<std::uint16_t>(500 + 400 * std::sin(40 * way) + second % 7));
-      if (second % 10 == 0) Temperature(static_cast<short>(20 + 15 * std::sin(way / 3)));
-      if (second % 25 < 2) Brakes(second % 25 == 0);
-      if (second % 1800 == 0) Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
-      if (second % 1800 == 1200) Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
-      if (second % 3600 == 1800) Store().ReportBookmark(clock_.tick);
-    }
   }
 
  private:

@@ -103,9 +103,9 @@ TEST_F(DriveTest, CanBeWatchedAndReadBack) {
 
   EXPECT_EQ(bench_.Send({"quit"}), 0);
   ASSERT_EQ(bench_.Finish(), 0) << bench_.Output();
-  const Ran dump = Reader({"dump", "--format", "jsonl"});
-  EXPECT_THAT(dump.said, IsEmpty());
-  ExpectAllSent(bench_, RebuildFromJson(dump.out));
+  const Ran lines = Reader({"export", "--format", "jsonl"});
+  EXPECT_THAT(lines.said, IsEmpty());
+  ExpectAllSent(bench_, RebuildFromJson(lines.out));
   const std::string all = WithoutUtc(Reader({"dump", "--format", "csv"}).out);
   const auto followed = [&] { return WithoutUtc(directory_.Read("followed")); };
   EXPECT_TRUE(Eventually([&] { return followed().size() >= all.size(); })) << directory_.Read("follower");

@@ -154,20 +154,6 @@ TEST_F(ExportTest, SubtitlesTellEachSecond) {
               StartsWith("1\n00:00:10,000 --> 00:00:11,000\n"));
 }
 
-TEST_F(ExportTest, RowsAreThoseOfADump) {
-  Close();
-  for (const char* format : {"csv", "jsonl"}) {
-    const std::vector<std::string> options = {"--source", "gps,brakes", "--from", "bookmark:2"};
-    std::vector<std::string> asDump = options;
-    asDump.insert(asDump.end(), {"--format", format});
-    const std::string dump = Dump(asDump).out;
-    EXPECT_THAT(dump, HasSubstr("brakes"));
-    (void)ExportTo(std::string("drive.") + format, options);
-    EXPECT_EQ(dir_.Read(std::string("drive.") + format), dump);
-    EXPECT_EQ(Export(format, {"--source", "gps,brakes", "--from", "bookmark:2", "-o", "-"}).out, dump);
-  }
-}
-
 TEST_F(ExportTest, NoPlaceAndWildTimesGiveFilesInTheEnd) {
   Close();
   dir_.Write("placeless.db", dir_.Read("metadata.000001.db"));

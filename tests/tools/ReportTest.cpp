@@ -1,4 +1,6 @@
 // The page of a report: that it needs nothing but itself, and what it holds.
+#include <cmath>
+
 #include "DriveFixture.h"
 
 namespace {
@@ -32,29 +34,18 @@ class ReportTest : public DriveTest {
     const Ran ran = RunProgram({"jq", "-c", query, dir_.Path("data.json")});
     return ran.status == 0 ? ran.out : ran.said;
   }
-  // The page as a browser has drawn it.
-  std::string Drawn() const {
-    return RunProgram({"timeout", "60", "chromium", "--headless", "--no-sandbox", "--disable-gpu",
-                       "--user-data-dir=" + dir_.Path("browser"), "--dump-dom", "file://" + Page()})
-        .out;
-  }
-
-  // A drive, and texts that would like to be more than that.
-  void HostileDrive() {
-    Open();
-    TunnelDrive();
-    Store().ReportStringData(e_Tag_Filler, "</script><script>document.title='!'</script><!--");
-    Store().ReportStringData(e_Tag_Filler, "\"\\\x01\xE2\x80\xA8'");
-    Store().ReportStringData(e_Tag_Filler, (std::string(299, 'x') + "\xC3\xA9").c_str());
-    Close();
-    Rows("UPDATE string SET text=CAST(x'41FF3C62' AS TEXT) WHERE seq=(SELECT min(seq)+1 FROM string)");
-  }
-
   std::string page_;
 };
 
+// With texts that would like to be more than that.
 TEST_F(ReportTest, NeedsNothingButItselfWhateverItShows) {
-  HostileDrive();
+  Open();
+  TunnelDrive();
+  Store().ReportStringData(e_Tag_Filler, "</script><script>document.title='!'</script><!--");
+  Store().ReportStringData(e_Tag_Filler, "\"\\\x01\xE2\x80\xA8'");
+  Store().ReportStringData(e_Tag_Filler, (std::string(299, 'x') + "\xC3\xA9").c_str());
+  Close();
+  Rows("UPDATE string SET text=CAST(x'41FF3C62' AS TEXT) WHERE seq=(SELECT min(seq)+1 FROM string)");
   Make();
   std::string code = page_.substr(0, page_.find("id=\"data\">"));
   code += page_.substr(page_.find("</script>", code.size()));
@@ -68,14 +59,11 @@ TEST_F(ReportTest, NeedsNothingButItselfWhateverItShows) {
             "\"A\xEF\xBF\xBD<b\"\n"
             "\"" +
                 std::string(299, 'x') + "\xE2\x80\xA6\"\n");
-}
-
-TEST_F(ReportTest, IsDrawnByABrowser) {
   if (!IsInstalled("chromium")) GTEST_SKIP() << "chromium is not installed";
-  HostileDrive();
-  Make();
+  const Ran drawn = RunProgram({"timeout", "60", "chromium", "--headless", "--no-sandbox", "--disable-gpu",
+                                "--user-data-dir=" + dir_.Path("browser"), "--dump-dom", "file://" + Page()});
   EXPECT_THAT(
-      Drawn(),
+      drawn.out,
       AllOf(HasSubstr("<title>Recorded drive \xE2\x80\x93 1 May 2024"), HasSubstr("aria-label=\"the track\""),
             HasSubstr("aria-label=\"Speed over time\""), HasSubstr("<td class=\"\">bookmark 3</td>"),
             HasSubstr("<td class=\"\">filler &lt;/script&gt;&lt;script&gt;"),
@@ -160,7 +148,19 @@ TEST_F(ReportTest, TellsOfLostRecords) {
 
 TEST_F(ReportTest, FitsADayIntoAPage) {
   Open();
-  Day();
+  for (unsigned int second = 0; second < 86'400; ++second) {
+    clock_.tick += 1000;
+    clock_.utcMs += 1000;
+    if (second % 10 == 0) Store().TimerTick(clock_.tick);
+    const double way = 2 * 3.14159265 * second / 14'400;
+    Position(static_cast<unsigned int>(80'000 + 70'000 * std::sin(way)),
+             static_cast<unsigned int>(80'000 + 70'000 * std::sin(2.3 * way)),
+             static_cast<std::uint16_t>(500 + 400 * std::sin(40 * way) + second % 7));
+    if (second % 25 < 2) Brakes(second % 25 == 0);
+    if (second % 1800 == 0) Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
+    if (second % 1800 == 1200) Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
+    if (second % 3600 == 1800) Store().ReportBookmark(clock_.tick);
+  }
   Close();
   Make();
   EXPECT_LT(page_.size(), 400'000U);
