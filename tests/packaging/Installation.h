@@ -23,8 +23,3 @@ class Installation {
   TempDir root_;
   std::string problem_;
 };
-
-// Runs a command of the shell; its exit status. `output` gets what it says.
-int Shell(const std::string& command, std::string& output);
-// Whether there is such a program.
-bool HasProgram(const std::string& name);

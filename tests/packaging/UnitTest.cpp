@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "Installation.h"
+#include "support/Program.h"
 
 namespace {
 
@@ -23,9 +24,9 @@ class InstallTest : public testing::Test {
     for (std::size_t at = 0; (at = command.find('@')) != std::string::npos;) {
       command.replace(at, 1, installation_.Path(""));
     }
-    std::string output;
-    EXPECT_EQ(Shell(command + " 2>&1", output), 0) << command;
-    EXPECT_EQ(output, "") << command;
+    const Ran ran = RunProgram({"sh", "-c", command});
+    EXPECT_EQ(ran.status, 0) << command;
+    EXPECT_EQ(ran.out + ran.said, "") << command;
   }
 
   const Installation installation_;
@@ -62,36 +63,29 @@ TEST_F(InstallTest, HasHeadersThatStandAlone) {
 
 // The rest of a machine is borrowed from this one: the targets, and the programs that the unit calls.
 TEST_F(InstallTest, HasAUnitThatTheServiceManagerTakes) {
-  if (!HasProgram("systemd-analyze")) GTEST_SKIP() << "systemd-analyze is not installed";
+  if (!IsInstalled("systemd-analyze")) GTEST_SKIP() << "systemd-analyze is not installed";
   ExpectSilence("mkdir -p @/usr/bin && cp /usr/bin/install /usr/bin/tail @/usr/bin/");
   ExpectSilence(
       "cp /usr/lib/systemd/system/*.target /usr/lib/systemd/system/*.slice @/usr/lib/systemd/system/");
   ExpectSilence("systemd-analyze verify --man=no --root=@ metadatamgr.service");
-  std::string table;
-  EXPECT_EQ(
-      Shell("systemd-analyze security --no-pager --offline=true --threshold=10 " + installation_.Path(kUnit),
-            table),
-      0)
-      << table;
+  const Ran security = RunProgram({"systemd-analyze", "security", "--no-pager", "--offline=true",
+                                   "--threshold=10", installation_.Path(kUnit)});
+  EXPECT_EQ(security.status, 0) << security.out;
 }
 
 TEST_F(InstallTest, MakesItsUserAndTheDirectoryOfTheEndpoints) {
-  if (!HasProgram("systemd-sysusers") || getuid() != 0) GTEST_SKIP() << "needs systemd-sysusers, and root";
+  if (!IsInstalled("systemd-sysusers") || getuid() != 0) GTEST_SKIP() << "needs systemd-sysusers, and root";
   ExpectSilence("mkdir -p @/etc @/run");
-  std::string output;
-  ASSERT_EQ(Shell("systemd-sysusers --root=" + installation_.Path("") + " 2>&1", output), 0) << output;
+  ASSERT_EQ(RunProgram({"systemd-sysusers", "--root=" + installation_.Path("")}).status, 0);
   ExpectSilence("systemd-tmpfiles --create --root=@ --prefix=/run/linx");
   const std::string user = installation_.Unit("User");
   const std::string peers = installation_.Unit("SupplementaryGroups");
-  for (const std::string& entry :
-       {"/etc/passwd:" + user, "/etc/group:" + installation_.Unit("Group"), "/etc/group:" + peers}) {
-    const std::size_t colon = entry.find(':');
-    EXPECT_NE(("\n" + installation_.Read(entry.substr(0, colon))).find("\n" + entry.substr(colon + 1) + ":"),
-              std::string::npos)
-        << entry;
-  }
-  EXPECT_NE(installation_.Read("/etc/group").find(":" + user + "\n"), std::string::npos)
-      << "a member of " << peers;
+  const std::string users = "\n" + installation_.Read("/etc/passwd");
+  const std::string groups = "\n" + installation_.Read("/etc/group");
+  EXPECT_NE(users.find("\n" + user + ":"), std::string::npos) << users;
+  for (const std::string& group : {installation_.Unit("Group"), peers})
+    EXPECT_NE(groups.find("\n" + group + ":"), std::string::npos) << groups;
+  EXPECT_NE(groups.find(":" + user + "\n"), std::string::npos) << "a member of " << peers;
   struct stat status {};
   ASSERT_EQ(stat(installation_.Path("/run/linx").c_str(), &status), 0);
   EXPECT_EQ(status.st_mode, S_IFDIR | 02750U);
