@@ -120,8 +120,7 @@ TEST_F(Recording, IsWrittenAsItAlwaysWas) {
   ASSERT_NE(golden, "");
   EXPECT_EQ(Timeline("clean.000001.db"), golden);
   const std::string header = TextOfFile(Path("clean.000001.db")).substr(0, kSqliteHeader);
-  EXPECT_TRUE(WireDocument(GOLDEN "/bytes.md").Packet("recording", "header").Matches(header))
-      << ToHex(header);
+  EXPECT_TRUE(WireDocument(GOLDEN "/bytes.md").Matches("recording", "header", header)) << ToHex(header);
 }
 
 // The next run looks at what was left, and folds in the log: the checksums there depend on the byte order.

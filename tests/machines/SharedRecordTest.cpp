@@ -32,12 +32,12 @@ class SharedRecord : public testing::Test {
     if (!own_.empty()) shm_unlink(own_.c_str());
   }
 
-  std::string Golden(const std::string& name) { return golden_.Packet(name, "shared record").Bytes(); }
+  std::string Golden(const std::string& name) { return golden_.Bytes(name, "shared record"); }
 
   // A reading as it travels.
   template <typename T>
   T Captured(const char* name) {
-    std::string bytes = WireDocument(WIRE_DOCUMENT).Packet(name, "item").Bytes();
+    std::string bytes = WireDocument(WIRE_DOCUMENT).Bytes(name, "item");
     IpcMessage message;
     EXPECT_EQ(message.Allocate(1, static_cast<unsigned int>(bytes.size()), bytes.data()), 0);
     T item;

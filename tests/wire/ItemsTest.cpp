@@ -30,7 +30,7 @@ constexpr int kTick = 1000000;
 template <typename T>
 T Item(const std::string& name) {
   static WireDocument document(WIRE_DOCUMENT);
-  std::string bytes = document.Packet(name, "item").Bytes();
+  std::string bytes = document.Bytes(name, "item");
   IpcMessage message;
   EXPECT_EQ(message.Allocate(1, static_cast<unsigned int>(bytes.size()), bytes.data()), 0);
   T item;

@@ -2,50 +2,33 @@
 
 #include <gtest/gtest.h>
 
-#include <charconv>
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
+#include "support/Hex.h"
+
 namespace {
 
-bool ParseNumber(std::string_view text, int base, int& value) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
-  return error == std::errc() && end == text.data() + text.size();
+// Adds what stands on one line: bytes in hexadecimal, "??" for any, "*9" to repeat the last one.
+bool Add(const std::string& line, std::string& hex) {
+  std::istringstream words(line.substr(0, line.find(';')));
+  for (std::string word; words >> word;) {
+    int times = 1;
+    if (word[0] == '*') {
+      times = std::atoi(word.c_str() + 1) - 1;
+      word = hex.substr(std::max<std::size_t>(hex.size(), 2) - 2);
+    }
+    const bool known = word == "??" || word.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    if (times < 1 || word.size() != 2 || !known) return false;
+    if (word != "??") word = ToHex(FromHex(word));
+    while (times-- > 0) hex.append(hex.empty() ? "" : " ").append(word);
+  }
+  return true;
 }
 
 }  // namespace
-
-bool WirePacket::Add(const std::string& line) {
-  std::istringstream words(line.substr(0, line.find(';')));
-  for (std::string word; words >> word;) {
-    int value = kAny;
-    if (word[0] == '*') {
-      if (bytes_.empty() || !ParseNumber(word.substr(1), 10, value) || value < 1) return false;
-      bytes_.insert(bytes_.end(), static_cast<std::size_t>(value) - 1, bytes_.back());
-      continue;
-    }
-    if (word != "??" && (word.size() != 2 || !ParseNumber(word, 16, value))) return false;
-    bytes_.push_back(value);
-  }
-  return true;
-}
-
-std::string WirePacket::Bytes() const {
-  std::string bytes;
-  for (const int byte : bytes_) {
-    if (byte == kAny) return {};
-    bytes += static_cast<char>(byte);
-  }
-  return bytes;
-}
-
-bool WirePacket::Matches(const std::string& packet) const {
-  if (packet.size() != bytes_.size()) return false;
-  for (std::size_t i = 0; i < bytes_.size(); ++i) {
-    if (bytes_[i] != kAny && bytes_[i] != static_cast<unsigned char>(packet[i])) return false;
-  }
-  return true;
-}
 
 WireDocument::WireDocument(const std::string& path) {
   std::ifstream file(path);
@@ -55,33 +38,35 @@ WireDocument::WireDocument(const std::string& path) {
     if (line.starts_with("```")) {
       inBlock = line == "```wire";
       entry = nullptr;
-      continue;
+    } else if (inBlock && line.starts_with(" ")) {
+      EXPECT_TRUE(entry != nullptr && Add(line, entry->hex)) << "not understood: " << line;
+    } else if (inBlock) {
+      const std::size_t gap = std::min(line.find("  "), line.size() - 2);
+      entry = &packets_[line.substr(0, gap)];
+      EXPECT_EQ(entry->direction, "") << "twice: " << line;
+      entry->direction = line.substr(gap + 2);
     }
-    if (!inBlock) continue;
-    const bool isBytes = line.starts_with(" ");
-    if (!isBytes) entry = Begin(line);
-    if (entry == nullptr || (isBytes && !entry->packet.Add(line)))
-      ADD_FAILURE() << "not understood: " << line;
   }
 }
 
-WireDocument::Entry* WireDocument::Begin(const std::string& headline) {
-  const std::size_t gap = headline.find("  ");
-  if (gap == std::string::npos) return nullptr;
-  const auto [entry, isNew] = packets_.try_emplace(headline.substr(0, gap));
-  entry->second.direction = headline.substr(gap + 2);
-  return isNew ? &entry->second : nullptr;
+const std::string& WireDocument::Packet(const std::string& name, const std::string& direction) {
+  Entry& entry = packets_[name];
+  EXPECT_EQ(entry.direction, direction) << "of packet " << name;
+  entry.played = true;
+  return entry.hex;
 }
 
-const WirePacket& WireDocument::Packet(const std::string& name, const std::string& direction) {
-  const auto found = packets_.find(name);
-  if (found == packets_.end() || found->second.direction != direction) {
-    ADD_FAILURE() << "the document has no packet " << name << " " << direction;
-    static const WirePacket none;
-    return none;
-  }
-  found->second.played = true;
-  return found->second.packet;
+std::string WireDocument::Bytes(const std::string& name, const std::string& direction) {
+  const std::string& hex = Packet(name, direction);
+  EXPECT_EQ(hex.find('?'), std::string::npos) << name;
+  return FromHex(hex);
+}
+
+bool WireDocument::Matches(const std::string& name, const std::string& direction, const std::string& bytes) {
+  const std::string& hex = Packet(name, direction);
+  const std::string given = ToHex(bytes);
+  return std::equal(given.begin(), given.end(), hex.begin(), hex.end(),
+                    [](char one, char wanted) { return wanted == '?' || one == wanted; });
 }
 
 std::vector<std::string> WireDocument::NotPlayed() const {

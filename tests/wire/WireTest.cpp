@@ -40,20 +40,17 @@ class WireTest : public testing::Test {
   // `peer` is the side of the conversation that this test plays.
   void Send(const RawPeer& peer, const std::string& from, const std::string& name) {
     SCOPED_TRACE(name);
-    const std::string packet = document_.Packet(name, from + " > MetadataMgr").Bytes();
-    ASSERT_FALSE(packet.empty());
-    ASSERT_EQ(peer.Send(packet), 0);
+    ASSERT_EQ(peer.Send(document_.Bytes(name, from + " > MetadataMgr")), 0);
   }
   void Expect(const RawPeer& peer, const std::string& to, const std::string& name) {
-    SCOPED_TRACE(name);
     const std::string packet = peer.Receive().value_or("");
-    EXPECT_TRUE(document_.Packet(name, "MetadataMgr > " + to).Matches(packet)) << ToHex(packet);
+    EXPECT_TRUE(document_.Matches(name, "MetadataMgr > " + to, packet)) << name << ": " << ToHex(packet);
   }
   // So many requests, of which the document shows the first: item and id grow by one, also in the answers.
   void ExpectRequests(const RawPeer& server, const std::string& name, int count, const std::string& request,
                       const std::string& answer = {}) {
-    std::string wanted = document_.Packet(request, "MetadataMgr > " + name).Bytes();
-    std::string reply = answer.empty() ? wanted : document_.Packet(answer, name + " > MetadataMgr").Bytes();
+    std::string wanted = document_.Bytes(request, "MetadataMgr > " + name);
+    std::string reply = answer.empty() ? wanted : document_.Bytes(answer, name + " > MetadataMgr");
     ASSERT_GT(std::min(wanted.size(), reply.size()), kIdByte);
     for (int i = 0; i < count; ++i) {
       EXPECT_EQ(ToHex(server.Receive().value_or("")), ToHex(wanted));
