@@ -8,15 +8,13 @@
 
 #include "support/Eventually.h"
 #include "support/ListeningSocket.h"
+#include "support/LogCapture.h"
 #include "support/TempDir.h"
 #include "system/Watchdog.h"
 
 namespace {
 
 using Notices = std::vector<std::string>;
-
-// Before the first line of the whole program.
-const int kLogTarget = setenv("LOG_TARGET", "stderr", 1);
 
 std::int64_t NowMs() {
   timespec now{};
@@ -56,20 +54,16 @@ class WatchdogTest : public testing::Test {
 };
 
 TEST_F(WatchdogTest, SaysReadyWithTheFirstPetAndStoppingAtTheEnd) {
-  for (int run = 0; run < 2; ++run) {
-    Pet(1);
-    EXPECT_EQ(Heard(), Notices{});
-    ASSERT_TRUE(watchdog_.Subscribe(kLong));
-    EXPECT_EQ(Heard(), Notices{});
-    Pet(1000);
-    EXPECT_EQ(Heard(), Notices{"READY=1"});
-    ASSERT_TRUE(watchdog_.Subscribe(kLong));
-    Pet(10);
-    EXPECT_EQ(Heard(), Notices{"READY=1"}) << "it began anew";
-    watchdog_.Unsubscribe();
-    EXPECT_EQ(Heard(), Notices{"STOPPING=1"});
-    watchdog_.Unsubscribe();
-  }
+  Pet(1);
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  EXPECT_EQ(Heard(), Notices{});
+  Pet(1000);
+  ASSERT_TRUE(watchdog_.Subscribe(kLong));
+  Pet(10);
+  watchdog_.Unsubscribe();
+  Pet(10);
+  watchdog_.Unsubscribe();
+  EXPECT_EQ(Heard(), (Notices{"READY=1", "READY=1", "STOPPING=1"})) << "it began anew";
 }
 
 TEST_F(WatchdogTest, SaysAliveExactlyWhenAQuarterOfThePeriodHasPassed) {
@@ -97,11 +91,9 @@ TEST_F(WatchdogTest, SaysAliveExactlyWhenAQuarterOfThePeriodHasPassed) {
 
 TEST_F(WatchdogTest, SocketMayBeAbstractAndItsNameOfFullLength) {
   const std::string abstract = "@mm-watchdog-test-" + std::to_string(getpid());
-  std::string longPath = directory_.Path("");
-  longPath.resize(107, 'p');
-  std::string longAbstract = abstract;
-  longAbstract.resize(108, 'a');
-  for (const std::string& name : {abstract, longPath, longAbstract}) {
+  const std::string path = directory_.Path("");
+  for (const std::string& name : {abstract, path + std::string(107 - path.size(), 'p'),
+                                  abstract + std::string(108 - abstract.size(), 'a')}) {
     ListenAt(name);
     ASSERT_TRUE(watchdog_.Subscribe(kLong)) << name;
     Pet(1);
@@ -114,27 +106,16 @@ TEST_F(WatchdogTest, MalformedSocketNameOrPeriodFailsAndChangesNothing) {
   Pet(1);
   EXPECT_FALSE(watchdog_.Subscribe(0));
   for (const std::string& name :
-       {std::string("notify"), std::string("@"), std::string("/"), std::string("vsock:2:1234"),
-        "/" + std::string(107, 'p'), "@" + std::string(108, 'a'), std::string(100000, '/')}) {
+       {std::string("notify"), std::string("@"), std::string("/"), "/" + std::string(107, 'p'),
+        "@" + std::string(108, 'a'), std::string(100000, '/')}) {
     setenv("NOTIFY_SOCKET", name.c_str(), 1);
-    testing::internal::CaptureStderr();
+    const LogCapture log;
     EXPECT_FALSE(watchdog_.Subscribe(kLong)) << name.substr(0, 200);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("] 1 Watchdog:"), std::string::npos);
+    EXPECT_EQ(log.Lines("] 1 Watchdog:"), 1);
   }
   Pet(10);
   watchdog_.Unsubscribe();
   EXPECT_EQ(Heard(), (Notices{"READY=1", "STOPPING=1"}));
-}
-
-TEST_F(WatchdogTest, IsSilentWhereNobodyListens) {
-  unsetenv("NOTIFY_SOCKET");
-  for (int round = 0; round < 2; ++round) {
-    EXPECT_TRUE(watchdog_.Subscribe(kLong));
-    Pet(10);
-    watchdog_.Unsubscribe();
-    setenv("NOTIFY_SOCKET", "", 1);
-  }
-  EXPECT_EQ(Heard(), Notices{});
 }
 
 TEST_F(WatchdogTest, ManagerThatComesLaterHearsReady) {
