@@ -91,12 +91,15 @@ TEST_F(ExportTest, GeoJsonHasLinesAndPoints) {
 TEST_F(ExportTest, LinesAreCutAtTheAntimeridianAndInLongStretches) {
   if (!IsInstalled("jq") || !IsInstalled("xmllint")) GTEST_SKIP() << "jq or xmllint is missing";
   Close();
-  Rows("UPDATE gps SET longitude_e4min=iif(tick<13000,108000000,-107999900), altitude_dm=134217727");
+  Rows(
+      "UPDATE gps SET longitude_e4min=iif(tick<13000,108000000,-107999900), altitude_dm=134217727, "
+      "latitude_e4min=-latitude_e4min");
   constexpr const char* kLengths =
       "[.features[].geometry | select(.type==\"LineString\").coordinates | length]";
   const std::string gpx = ExportTo("east.gpx");
   EXPECT_EQ(Validated(gpx), gpx + " validates\n");
-  EXPECT_EQ(ByXpath("string(//*[local-name()='trkpt'][2]/@lon)", gpx), "-180.0000000\n");
+  EXPECT_EQ(ByXpath("concat(//*[local-name()='trkpt'][2]/@lat, ' ', //*[local-name()='trkpt'][2]/@lon)", gpx),
+            "-42.6001667 -180.0000000\n");
   const std::string east = ExportTo("east.geojson");
   EXPECT_EQ(ByJq(kLengths, east), "[2,8,6]\n");
   EXPECT_EQ(ByJq("[.features[].properties.coordinateProperties.altitude_m?[0]] | unique", east), "[null]\n");
