@@ -30,7 +30,6 @@ class Usage {
   void Covert();
   void Close();
 
-  unsigned int Now() const { return clock_.tick; }
   long Reported(const std::string& table) const { return Of(table, reported_); }
 
   // Called after each call.
