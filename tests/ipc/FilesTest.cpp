@@ -1,13 +1,11 @@
-#include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <memory>
 
 #include "support/IpcTest.h"
+#include "support/NoDescriptors.h"
 
 namespace {
 
@@ -83,10 +81,6 @@ TEST_F(FilesTest, SecondTryAfterTheHolderWentSucceeds) {
 // Connections for which the process has no descriptor are closed, without turning in circles; what
 // is connected goes on, and so does what comes when there is room again.
 TEST_F(FilesTest, OutOfDescriptors) {
-  rlimit limit{};
-  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-  const rlimit few{64, limit.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
   LinxIpc me("Me");
   ASSERT_EQ(me.Init(), 0);
   const RawPeer early = RawPeer::To("Me", "Early");
@@ -95,19 +89,17 @@ TEST_F(FilesTest, OutOfDescriptors) {
   std::vector<RawPeer> waiting(10);
   for (RawPeer& peer : waiting) peer = RawPeer::To("Me", "Late");
 
-  std::vector<int> all;
-  for (int fd = 0; (fd = open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;) all.push_back(fd);
-  ASSERT_EQ(errno, EMFILE);
-  ASSERT_EQ(early.Send(Packet(1, "during")), 0);
-  EXPECT_EQ(Next(me).payload, "during");
-  EXPECT_EQ(Next(me, 300).result, ETIMEDOUT);
-  for (const RawPeer& peer : waiting) EXPECT_TRUE(peer.Closed()) << "left waiting, it would wake us for ever";
-  for (const int fd : all) close(fd);
-
+  {
+    const NoDescriptors none;
+    ASSERT_EQ(early.Send(Packet(1, "during")), 0);
+    EXPECT_EQ(Next(me).payload, "during");
+    EXPECT_EQ(Next(me, 300).result, ETIMEDOUT);
+    for (const RawPeer& peer : waiting)
+      EXPECT_TRUE(peer.Closed()) << "left waiting, it would wake us for ever";
+  }
   const RawPeer late = RawPeer::To("Me", "Good");
   ASSERT_EQ(late.Send(Packet(1, "afterwards")), 0);
   EXPECT_EQ(Next(me).payload, "afterwards");
-  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
 }  // namespace

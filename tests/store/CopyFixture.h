@@ -22,6 +22,9 @@ class CopyTest : public StoreTest {
   }
   std::string InCopy(const std::string& sql) const { return Connection(dir_.Path("copy.db")).Rows(sql); }
 
+  // In the copy and in a file.
+  void ExpectSame(const std::string& sql) const { EXPECT_EQ(InCopy(sql), Rows(sql)); }
+
   // Time passes until this tick, then the store is told of it.
   void At(unsigned int tick) { After(tick - clock_.tick); }
 

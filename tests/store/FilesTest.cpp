@@ -1,8 +1,6 @@
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include "StoreFixture.h"
 #include "support/LogCapture.h"
+#include "support/NoDescriptors.h"
 
 namespace fs = std::filesystem;
 
@@ -66,14 +64,10 @@ TEST_F(FullFileTest, WhereNoFileCanBeBegunAnyMoreRecordingGoesOnInTheOldOne) {
   EXPECT_FALSE(Exists(2));
   {
     const LogCapture log;
-    rlimit files{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
-    const int next = dup(STDERR_FILENO);
-    close(next);
-    const rlimit none{static_cast<rlim_t>(next), files.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-    Fill();
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &files), 0);
+    {
+      const NoDescriptors none;
+      Fill();
+    }
     const int said = log.Lines("No new file can be begun, recording goes on in ");
     EXPECT_GT(said, 0);
     EXPECT_LT(said, 50) << "not with each commit";

@@ -97,6 +97,7 @@ TEST_F(GpsClockTest, AReadingThatTellsNoTimeMakesNoAnchorAndIsRecordedAllTheSame
   using Change = void (*)(GpsStatusItem&);
   const Change kChanges[] = {
       [](auto& r) { r.quality = 0; },  // no fix
+      [](auto& r) { r.quality = 7; },  // told by hand
       [](auto& r) { r.quality = 8; },  // simulated
       [](auto& r) { r.valid = 0; },          [](auto& r) { r.utcDate = 20231231; },
       [](auto& r) { r.utcDate = 21000101; }, [](auto& r) { r.utcDate = 20250001; },
