@@ -18,7 +18,7 @@ DiskState ReadFiles(const TempDir& dir) {
 
 DiskState RunWithoutClose() {
   const TempDir dir;
-  Usage usage(dir.Path("metadata"), StoreOptions());
+  Usage usage(dir.Path("metadata"));
   (void)usage.Open();
   for (int i = 0; i < 10; ++i) {
     usage.Bookmark();

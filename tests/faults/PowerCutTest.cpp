@@ -130,7 +130,7 @@ class PowerCutTest : public testing::Test {
 
   std::string FaultOfReopening(const DiskState& state) const {
     WriteFiles(state, "", cutDir_);
-    Usage usage(cutDir_.Path("metadata"), StoreOptions());
+    Usage usage(cutDir_.Path("metadata"));
     if (!usage.Open()) return "the next run cannot record";
     usage.Bookmark();
     usage.Close();

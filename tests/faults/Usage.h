@@ -16,27 +16,63 @@ inline long Of(const std::string& table, const Counts& counts) {
   return found == counts.end() ? 0 : found->second;
 }
 
-// A store in use: one call after the other at times of the test's choosing.
+// A store in use, with a clock of its own: one call after the other at times of the test's choosing.
 class Usage {
  public:
-  // The clock is the usage's own.
-  Usage(const std::string& basePath, StoreOptions options);
+  explicit Usage(const std::string& basePath, StoreOptions options = {}) {
+    setenv("LOG_TARGET", "stderr", 1);
+    options.clock = &clock_;
+    store_ = std::make_unique<DataStoreNormal>(basePath, options);
+  }
 
-  bool Open();
-  void Turn(unsigned int ms);  // of the main loop: time passes, then a tick is told
-  void Temperature();
-  void Text(std::size_t size);
-  void Bookmark();
-  void Covert();
-  void Close();
+  bool Open() {
+    const bool open = store_->Open();
+    store_->ReportShutdownDataAtStartup();
+    store_->TimerTick(clock_.tick);
+    afterCall();
+    return open;
+  }
+  // Of the main loop: time passes, then a tick is told.
+  void Turn(unsigned int ms) {
+    clock_.tick += ms;
+    clock_.utcMs += ms;
+    store_->TimerTick(clock_.tick);
+    afterCall();
+  }
+  void Temperature() {
+    store_->ReportTemp(e_TempSensors{0}, static_cast<short>(Reported("temperature")), true, clock_.tick);
+    Count("temperature");
+  }
+  void Text(std::size_t size) {
+    store_->ReportStringData(e_Tag_Filler, std::string(size, 'x').c_str());
+    Count("string");
+  }
+  void Bookmark() {
+    store_->ReportBookmark(clock_.tick);
+    Count("bookmark");
+  }
+  void Covert() {
+    store_->ReportStateData(e_Tag_CovertEntered, true, clock_.tick);
+    Count("state");
+  }
+  void Close() {
+    store_->ReportShutdownData();
+    afterCall();
+    store_->Close();
+    afterCall();
+  }
 
+  // How many records were reported for a table.
   long Reported(const std::string& table) const { return Of(table, reported_); }
 
   // Called after each call.
   std::function<void()> afterCall = [] {};
 
  private:
-  void Count(const char* table);
+  void Count(const char* table) {
+    ++reported_[table];
+    afterCall();
+  }
 
   FakeClock clock_;
   std::unique_ptr<DataStoreNormal> store_;

@@ -16,25 +16,6 @@ TEST_F(IpcTest, NobodyThere) {
   for (const char* name : {"", "Me", "a/b", "../A"}) EXPECT_EQ(Tell(me_, name, 1), EINVAL) << name;
 }
 
-TEST_F(IpcTest, AnswerGoesOverTheRequestersConnection) {
-  const RawPeer requester = RawPeer::To("Me", "Requester");  // has no endpoint to connect to
-  ASSERT_EQ(requester.Send(Packet(1, "?")), 0);
-  const Got got = Next(me_);
-  ASSERT_EQ(Tell(me_, got.sender, 2, "!"), 0);
-  EXPECT_EQ(requester.Receive(0), Packet(2, "!"));
-}
-
-TEST_F(IpcTest, BothMayConnectAtTheSameTimeAndAMessageMayBeSentTwice) {
-  IpcMessage message;
-  std::string text = "to a";
-  ASSERT_EQ(message.Allocate(7, 4, text.data()), 0);
-  ASSERT_EQ(me_.Notify("A", message, true), 0);
-  ASSERT_EQ(Tell(a_, "Me", 1, "to me"), 0);
-  EXPECT_EQ(Next(me_).payload, "to me");
-  ASSERT_EQ(me_.Notify("A", message, false), 0);
-  EXPECT_EQ(Drain(a_), (std::vector<std::string>{"to a", "to a"}));
-}
-
 TEST_F(IpcTest, RestartedPeerIsReachedByTheNextMessage) {
   auto first = std::make_unique<LinxIpc>("B");
   ASSERT_EQ(first->Init(), 0);

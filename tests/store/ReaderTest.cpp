@@ -57,20 +57,4 @@ TEST_F(ReaderTest, CannotMakeTheLogGrowBeyondTheSizeOfAFile) {
   ExpectAllRecorded();
 }
 
-TEST_F(ReaderTest, ACopyOfTheFileWithoutItsLogIsSoundAndLacksWhatTheLogHad) {
-  Open();
-  fs::create_directory(dir_.Path("copy"));
-  const std::string copy = dir_.Path("copy/metadata.000001.db");
-  fs::copy_file(File(1), copy);
-  EXPECT_EQ(Connection(copy).Rows("PRAGMA integrity_check; SELECT count(*) FROM string"),
-            "ok\nno such table: string")
-      << "nothing was folded in yet";
-  Record(100);
-  fs::copy_file(File(1), copy, fs::copy_options::overwrite_existing);
-  EXPECT_EQ(Connection(copy).Rows("PRAGMA integrity_check; SELECT count(*) BETWEEN 1 AND 4999, "
-                                  "count(*)=max(seq)-min(seq)+1 FROM string"),
-            "ok\n1|1\n")
-      << "all up to a moment";
-}
-
 }  // namespace
