@@ -1,9 +1,13 @@
-// What is understood of gpsd's reports.
+// What is understood of gpsd's reports, and of a gpsd that comes and goes.
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "GpsItem.h"
-#include "GpsdReports.h"
+#include "GpsdReceiver.h"
+#include "Listener.h"
 #include "Tracks.h"
+#include "support/Eventually.h"
 
 namespace {
 
@@ -49,6 +53,67 @@ TEST(Gpsd, ReportsAreTakenAsTheyAre) {
     const bool reading = reports.Take(report.line, item) == GpsdReport::kReading;
     EXPECT_EQ(reading ? RowOf(item) : "nothing", report.row) << report.name;
   }
+}
+
+// A gpsd of the test's own.
+class FakeGpsd {
+ public:
+  ~FakeGpsd() { Stop(); }
+
+  std::string Peer() const { return std::to_string(port_) + " 127.0.0.1"; }
+  void Stop() {
+    listener_.reset();
+    if (client_ >= 0) close(client_);
+    client_ = -1;
+    asked_.clear();
+  }
+  void StartAgain() { listener_.emplace(port_); }
+  bool HasClient() {
+    if (client_ < 0) client_ = listener_->Accept();
+    char request[256] = {};
+    if (client_ >= 0 && recv(client_, request, sizeof request - 1, 0) > 0) asked_ += request;
+    return asked_ == "?WATCH={\"enable\":true,\"json\":true};\n";
+  }
+  void Report(const std::string& text) {
+    EXPECT_EQ(send(client_, text.data(), text.size(), 0), ssize_t(text.size()));
+  }
+
+ private:
+  std::optional<Listener> listener_{std::in_place};
+  const in_port_t port_ = listener_->Port();
+  int client_ = -1;
+  std::string asked_;
+};
+
+TEST(Gpsd, IsFollowedAgainWhenItComesBackAndItsFixIsLostMeanwhile) {
+  FakeGpsd gpsd;
+  GpsdReceiver receiver(gpsd.Peer());
+  GpsStatusItem item = NoFix();
+  const auto next = [&] {
+    return Eventually([&] { return receiver.Next(0, item); }) ? RowOf(item) : "nothing";
+  };
+  const auto follows = [&] { return Eventually([&] { return receiver.Next(0, item) || gpsd.HasClient(); }); };
+  ASSERT_TRUE(follows());
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.Report(kSky + "\r\n" + kFix.substr(0, 50));
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.Report(kFix.substr(50) + "\n" + kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
+  EXPECT_EQ(next(), kFixRow);
+  EXPECT_FALSE(receiver.Next(0, item));
+
+  gpsd.Stop();
+  EXPECT_EQ(next(), "no fix");
+  EXPECT_EQ(PlaceOf(item), "-20400000 -36000000");
+  EXPECT_FALSE(receiver.Next(0, item));
+  gpsd.StartAgain();
+  ASSERT_TRUE(follows());
+  gpsd.Report(kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
+
+  gpsd.Report(std::string(100'000, 'x'));  // no line is that long
+  gpsd.Report("x\n" + kFix + "\n");
+  EXPECT_EQ(next(), kFixRow);
 }
 
 }  // namespace

@@ -1,20 +1,14 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "items/GpsStatusItem.h"
 #include "support/TempDir.h"
 
-// Logs of GPS receivers: those of our own making lie beside the tests, those of real receivers beside
-// the project or where MM_NMEA_LOGS says; nobody needs to have them.
+// Logs of GPS receivers of our own making.
 inline std::string OwnTrack(const std::string& name) {
   return std::string(OWN_TRACKS) + "/" + name;
-}
-inline std::string RealTrack(const std::string& name) {
-  const char* where = std::getenv("MM_NMEA_LOGS");
-  return std::string(where != nullptr ? where : REAL_TRACKS) + "/" + name;
 }
 
 // A place as the table `gps` has it: ten-thousandths of a minute.
