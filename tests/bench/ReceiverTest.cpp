@@ -110,7 +110,7 @@ class Gpsfake {
 };
 
 TEST(GpsdOption, RecordsWhatGpsdTells) {
-  for (const char* program : {"gpsd", "gpsfake"}) {
+  for (const char* program : {"gpsd", "gpsfake", "gpspipe"}) {
     if (!IsInstalled(program)) GTEST_SKIP() << program << " is not installed (gpsd, gpsd-clients)";
   }
   const TempDir directory;
@@ -131,6 +131,12 @@ TEST(GpsdOption, RecordsWhatGpsdTells) {
   const Gpsfake gpsfake(directory, port, path);
   ASSERT_TRUE(Eventually([&] { return Count(bench.Log("GpsHal"), "Follows the gpsd") == 1; }))
       << directory.Read("gpsfake");
+  const Child gpspipe([&] {
+    return ExecInto({"gpspipe", "-w", "127.0.0.1:" + port}, directory.Path("gpspipe"),
+                    directory.Path("said"));
+  });
+  ASSERT_TRUE(Eventually([&] { return Count(directory.Read("gpspipe"), "\"activated\"") > 0; }))
+      << "gpsd listens to its receiver";
   gpsfake.Play(Count(TextOfFile(path), "$"));
   EXPECT_TRUE(Eventually([&] { return Count(TextOfFile(bench.Path("sent/GpsHal.log")), " 32438000 ") > 0; }));
   EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
