@@ -1,5 +1,3 @@
-#include <utility>
-
 #include "StoreFixture.h"
 
 namespace {
@@ -88,14 +86,15 @@ TEST_F(ClockTest, AnchorsAreTakenAtOpenEachMinuteAndWhenTheClockWasSet) {
             "10000|0\n70000|60000\n76000|3666000\n77000|3666700\n137000|3726900\n197000|3786900\n");
 }
 
-// Once, the machine does something else between the readings of the two clocks.
+// Once, the machine does something else between the readings of the two clocks: the second time that the tick
+// is read, and the first time for an anchor.
 class InterruptedClock : public FakeClock {
  public:
-  std::int64_t UtcMs() const override { return utcMs + std::exchange(late_, 500); }
-  unsigned int TickMs() const override { return tick + late_; }
+  unsigned int TickMs() const override { return tick + (++readings_ > 2 ? 500 : 0); }
+  std::int64_t UtcMs() const override { return utcMs + (readings_ > 1 ? 500 : 0); }
 
  private:
-  mutable unsigned int late_ = 0;
+  mutable int readings_ = 0;
 };
 
 TEST_F(ClockTest, AnAnchorWhoseReadingWasInterruptedIsReadAgain) {
