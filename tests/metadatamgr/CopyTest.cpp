@@ -1,27 +1,13 @@
 // Copies over the wire, and what becomes of one when the process ends meanwhile.
-#include <sqlite3.h>
-
 #include <csignal>
 #include <filesystem>
 
 #include "Car.h"
+#include "support/Connection.h"
 #include "support/Eventually.h"
 #include "support/Hex.h"
 
 namespace {
-
-std::string Query(const std::string& path, const std::string& sql) {
-  sqlite3* file = nullptr;
-  std::string result;
-  (void)sqlite3_open_v2(path.c_str(), &file, SQLITE_OPEN_READWRITE, nullptr);
-  const auto add = [](void* text, int, char** values, char**) {
-    static_cast<std::string*>(text)->append(values[0] == nullptr ? "NULL" : values[0]).append(" ");
-    return 0;
-  };
-  EXPECT_EQ(sqlite3_exec(file, sql.c_str(), add, &result, nullptr), SQLITE_OK) << sqlite3_errmsg(file);
-  sqlite3_close(file);
-  return result;
-}
 
 TEST(Copy, HoldsWhatWasSentBefore) {
   Car car;
@@ -30,10 +16,11 @@ TEST(Copy, HoldsWhatWasSentBefore) {
   car.stateMgr.Send(kCameraState, "000003e9 00000002 00000001");
   const std::string tick = car.stateMgr.Ask(kGetTick, "", kTick).substr(0, 11);
   EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("copy.db")), kCopied), "01");
-  EXPECT_EQ(Query(car.Path("copy.db"), "SELECT source||' '||text FROM timeline WHERE sender_tick>=1000"),
-            "recording started camera 2 state 1 ");
+  EXPECT_EQ(
+      Connection(car.Path("copy.db")).Rows("SELECT source||' '||text FROM timeline WHERE sender_tick>=1000"),
+      "recording started\ncamera 2 state 1\n");
   EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("part.db"), tick + "ffffffff"), kCopied), "01");
-  EXPECT_EQ(Query(car.Path("part.db"), "SELECT from_tick=first_asked FROM copy"), "1 ");
+  EXPECT_EQ(Connection(car.Path("part.db")).Rows("SELECT from_tick=first_asked FROM copy"), "1\n");
   EXPECT_EQ(car.stateMgr.Ask(kCopy, CopyRequest(car.Path("copy.db")), kCopied), "00") << "is there already";
 }
 
@@ -44,18 +31,21 @@ class LongCopy : public testing::Test {
   // Asks for a copy that takes a while, and comes back when it is being made.
   void SetUp() override {
     car_.Run();
-    (void)Query(car_.Path("disk/metadata/metadata.000001.db"),
-                "PRAGMA busy_timeout=20000; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n "
-                "WHERE i<" +
-                    std::to_string(kManyRows) +
-                    ") INSERT INTO temperature SELECT -i, 1, NULL, 1, 9, i%100 FROM n; "
-                    "PRAGMA wal_checkpoint(TRUNCATE)");
+    (void)Rows("disk/metadata/metadata.000001.db",
+               "PRAGMA busy_timeout=20000; WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n "
+               "WHERE i<" +
+                   std::to_string(kManyRows) +
+                   ") INSERT INTO temperature SELECT -i, 1, NULL, 1, 9, i%100 FROM n; "
+                   "PRAGMA wal_checkpoint(TRUNCATE)");
     tool_.Send(kCopy, CopyRequest(car_.Path("copy.db")));
     ASSERT_TRUE(Eventually([this] { return Exists("copy.db.partial"); }));
   }
   bool Exists(const std::string& name) const { return std::filesystem::exists(car_.Path(name)); }
-  std::string Rows() const {
-    return Query(car_.Path("copy.db"), "SELECT count(*) FROM temperature WHERE sensor=9; PRAGMA quick_check");
+  std::string Rows(const std::string& name, const std::string& sql) const {
+    return Connection(car_.Path(name)).Rows(sql);
+  }
+  std::string Copied() const {
+    return Rows("copy.db", "SELECT count(*) FROM temperature WHERE sensor=9; PRAGMA quick_check");
   }
 
   Car car_;
@@ -67,7 +57,7 @@ TEST_F(LongCopy, IsFinishedAndAnsweredBeforeAShutDown) {
   EXPECT_FALSE(Exists("copy.db")) << "too short";
   EXPECT_EQ(tool_.Await(kCopied), "01");
   EXPECT_EQ(car_.End(), 0);
-  EXPECT_EQ(Rows(), std::to_string(kManyRows) + " ok ");
+  EXPECT_EQ(Copied(), std::to_string(kManyRows) + "\nok\n");
   EXPECT_FALSE(Exists("copy.db.partial"));
   EXPECT_EQ(car_.Records("source='run'"), Lines{"run clean end event"});
 }
@@ -77,11 +67,10 @@ TEST_F(LongCopy, ThatIsKilledShowsNoFileAndIsMadeAnew) {
   EXPECT_EQ(car_.End(), 128 + SIGKILL);
   EXPECT_FALSE(Exists("copy.db"));
   car_.Run();
-  EXPECT_EQ(Query(car_.Path("disk/metadata/metadata.000002.db"), "SELECT DISTINCT ended FROM previous_run"),
-            "cut off ");
+  EXPECT_EQ(Rows("disk/metadata/metadata.000002.db", "SELECT DISTINCT ended FROM previous_run"), "cut off\n");
   Peer again("Again");
   EXPECT_EQ(again.Ask(kCopy, CopyRequest(car_.Path("copy.db")), kCopied), "01");
-  EXPECT_EQ(Rows(), "0 ok ") << "of the new run";
+  EXPECT_EQ(Copied(), "0\nok\n") << "of the new run";
   EXPECT_FALSE(Exists("copy.db.partial"));
 }
 

@@ -20,15 +20,6 @@ void Redirect(int to, const std::string& path) {
   dup2(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), to);
 }
 
-int Execute(Arguments words) {
-  words.insert(words.begin(), MM_START);
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  execv(argv[0], argv.data());
-  return 127;
-}
-
 }  // namespace
 
 Program::Program(const TempDir& directory, const Arguments& arguments, const Environment& environment,
@@ -43,7 +34,9 @@ Program::Program(const TempDir& directory, const Arguments& arguments, const Env
         if (out >= 0) dup2(out, STDOUT_FILENO);
         if (err >= 0) dup2(err, STDERR_FILENO);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
-        return Execute(arguments);
+        Arguments words = arguments;
+        words.insert(words.begin(), MM_START);
+        return Exec(words);
       }),
       id_(child_.Id()) {}
 

@@ -1,26 +1,19 @@
 #include "Recorder.h"
 
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 
-namespace {
-
-std::string UnusedRecordName() {
-  static int number = 0;
-  return "/metadata-test-" + std::to_string(getpid()) + "-" + std::to_string(++number);
-}
-
-}  // namespace
+#include "support/Connection.h"
 
 Recorder::Recorder() {
+  const std::filesystem::path unique = Path("");
   environment = {{"LOG_TARGET", "stderr"},
                  {"METADATA_ROOT", Path("disk")},
-                 {"METADATA_SHM", UnusedRecordName()},
+                 {"METADATA_SHM", "/metadata-" + unique.parent_path().filename().string()},
                  {"MFG_FILE", Path("serial")},
                  {"VERSION_FILE", Path("versions")}};
   Write("disk/present", "");
@@ -49,19 +42,9 @@ Lines Recorder::Records(const std::string& where) const {
   for (const auto& entry : std::filesystem::directory_iterator(Path("disk/metadata"))) {
     if (entry.path().extension() == ".db") latest = std::max(latest, entry.path().string());
   }
-  sqlite3* file = nullptr;
-  EXPECT_EQ(sqlite3_open_v2(latest.c_str(), &file, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-  const std::string sql =
+  return LinesOf(Connection(latest).Rows(
       "SELECT source||' '||text||' '||event||coalesce(' '||sender_tick,'') FROM timeline WHERE " + where +
-      " ORDER BY seq";
-  Lines records;
-  const auto add = [](void* context, int, char** values, char**) {
-    static_cast<Lines*>(context)->emplace_back(values[0]);
-    return 0;
-  };
-  EXPECT_EQ(sqlite3_exec(file, sql.c_str(), add, &records, nullptr), SQLITE_OK) << sqlite3_errmsg(file);
-  sqlite3_close(file);
-  return records;
+      " ORDER BY seq"));
 }
 
 std::string Recorder::SharedRecord() const {

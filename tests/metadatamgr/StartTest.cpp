@@ -23,6 +23,7 @@ TEST(Start, LeadsFromTheFirstLineToTheLast) {
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Log(kTrouble), Lines{});
   Lines log = car.Log(64 | 128);
+  std::erase_if(log, [](const std::string& line) { return line.find("Event") != std::string::npos; });
   for (std::string& line : log) {
     line = line.substr(0, line.find("tick "));
     if (line.find(kManager) != std::string::npos) line.erase(line.find(kManager), kManager.size());
@@ -38,13 +39,6 @@ TEST(Start, LeadsFromTheFirstLineToTheLast) {
                         "64 Starting first output to metadata files at system ",
                         "64 finished first output to metadata files",
                         "128 SubscribeToFpga",
-                        "128 Add in SystemTick to ExternalEvent - ",
-                        "128 ReportExternalEvent lights changed",
-                        "128 ReportExternalEvent brakes changed",
-                        "128 ReportExternalEvent siren changed",
-                        "128 ReportExternalEvent aux changed",
-                        "128 ReportExternalEvent doorOpen changed",
-                        "128 ReportExternalEvent ignition changed",
                         "128 SubscribeToGpsHal",
                         "128 Add in SystemTick to GpsStatusItem - ",
                         "128 SubscribeToStateMgr",

@@ -113,7 +113,7 @@ TEST_F(StartTest, DoesNotRunWhenToldToDuringAShutdown) {
 }
 
 TEST_F(StartTest, SaysThatItCannotTellOfItsFailure) {
-  preInit_ = [this](LinxIpc&) {
+  preInit_ = [](LinxIpc&) {
     std::filesystem::remove(IpcDir::File("StateMgr"));
     return false;
   };
