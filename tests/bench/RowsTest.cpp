@@ -22,29 +22,21 @@ void ExpectEveryRow(BenchRun& bench) {
   ExpectAllSent(bench, bench.Recording());
 }
 
-void PlayAtSpeed(const char* speed) {
-  BenchRun bench;
-  bench.Drive(BenchRun::DriveWithoutItsEnd());
-  bench.Start({"--speed", speed});
-  const pid_t id = bench.Id();
-  ExpectEveryRow(bench);
-  EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
-  EXPECT_FALSE(std::filesystem::exists("/dev/shm/metadata-bench-" + std::to_string(id)));
-  EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
-  EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
-  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("GpsStatusEventHandler"));
-}
-
-TEST(Rows, HoldEveryEventOnceInOrderAtTenTimesSpeed) {
-  PlayAtSpeed("10");
-}
-
 // Two benches beside each other, since most of it is waiting.
 TEST(Rows, HoldEveryEventOnceInOrderAlsoWhereTheDiskStalls) {
   BenchRun stalled;
   stalled.Drive(BenchRun::DriveWithoutItsEnd());
   stalled.Start({"--program", STALLED_METADATAMGR});
-  PlayAtSpeed("1");
+  BenchRun bench;
+  bench.Drive(BenchRun::DriveWithoutItsEnd());
+  bench.Start();
+  const std::string sharedRecord = "/dev/shm/metadata-bench-" + std::to_string(bench.Id());
+  ExpectEveryRow(bench);
+  EXPECT_THAT(bench.Output(), Not(HasSubstr("FAILED")));
+  EXPECT_FALSE(std::filesystem::exists(sharedRecord));
+  EXPECT_THAT(bench.Output(), HasSubstr("loglevel 255: level now 0xff"));
+  EXPECT_THAT(bench.Output(), ContainsRegex("MetadataMgr: exit status 0, peak memory [1-9][0-9]* kB, CPU "));
+  EXPECT_THAT(bench.Log("MetadataMgr"), HasSubstr("GpsStatusEventHandler"));
   ExpectEveryRow(stalled);
   EXPECT_EQ(Count(stalled.Log("MetadataMgr"), "The disk stood still"), 1U);
 }
