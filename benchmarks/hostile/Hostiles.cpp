@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,9 @@ void FollowAndNeverRead() {
 
 void AskForCopies() {
   static int number = 0;
-  std::string path = std::string(getenv("METADATA_ROOT")) + "/copy-" + std::to_string(++number);
+  const char* root = getenv("METADATA_ROOT");
+  if (root == nullptr) abort();
+  std::string path = root + std::string("/copy-") + std::to_string(++number);
   path.resize(1024);
   SendPatiently(Connection(), Packet(kCopy, path + U32(0) + U32(0xFFFFFFFF)));
   while (!Connection().Receive(0).value_or("").empty()) {
@@ -59,8 +62,8 @@ void AskForCopies() {
 }
 
 void ConnectSilently() {
-  std::vector<RawPeer> peers;
-  for (int i = 0; i < kBurst; ++i) peers.push_back(RawPeer::To(kProcess));
+  std::vector<RawPeer> peers(kBurst);
+  for (RawPeer& peer : peers) peer = RawPeer::To(kProcess);
 }
 
 void ConnectUnderManyNames() {

@@ -38,6 +38,7 @@ int fsync(int fd) {
   return static_cast<int>(syscall(SYS_fsync, fd));
 }
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int fdatasync(int fd) {
   WaitForTheDisk();
   return static_cast<int>(syscall(SYS_fdatasync, fd));

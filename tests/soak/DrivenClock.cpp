@@ -32,6 +32,7 @@ int Wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
 
 }  // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's names are its own.
 extern "C" {
 
 int clock_gettime(clockid_t id, timespec* time) noexcept {
@@ -59,3 +60,4 @@ int epoll_wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
   return 0;
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

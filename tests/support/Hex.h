@@ -33,5 +33,7 @@ inline std::string ToHex(std::string_view bytes) {
 
 // That many zero bytes, as text.
 inline std::string Zeros(std::size_t bytes) {
-  return std::string(2 * bytes, '0');
+  std::string zeros;
+  zeros.resize(2 * bytes, '0');
+  return zeros;
 }
