@@ -104,6 +104,7 @@ TEST_F(IpcTest, SlowMessagesShortenTheTurn) {
 
 TEST_F(IpcTest, TenFloodingPeersDelayOthersByOneTurnOfAll) {
   std::vector<std::unique_ptr<Flooder>> flooders;
+  flooders.reserve(10);
   for (int i = 0; i < 10; ++i) flooders.push_back(std::make_unique<Flooder>("Flooder" + std::to_string(i)));
   const RawPeer quiet = RawPeer::To("Me", "Quiet");
   ASSERT_EQ(quiet.Send(Packet(2, "hello")), 0);
