@@ -76,8 +76,9 @@ void Tell(LinxIpc& ipc, unsigned int type, std::string payload = {}) {
   (void)ipc.Notify(process, message, true);
 }
 
+constexpr unsigned int kStarted = 13232, kSubscribe = 13233, kSubscribed = 13234, kFullRun = 13235;
+
 void Lead(LinxIpc& ipc) {
-  constexpr unsigned int kStarted = 13232, kSubscribe = 13233, kSubscribed = 13234, kFullRun = 13235;
   const auto started = [](LinxIpc* me, void*) { Tell(*me, kSubscribe, "1"); };
   const auto subscribed = [](LinxIpc* me, void*) {
     if (me->CurrentMessage().Size() == 0 || me->CurrentMessage().DataPtr()[0] == 0) return;

@@ -70,8 +70,10 @@ TEST(Simulator, InputsAndMicrophonesToggleAndBookmarksAreRare) {
                    "5: 000010 000000", "6: 000001 000000", "7: 000000 000000"}));
   EXPECT_EQ(Rows(100, Twice(&Simulator::StepMicrophones, &Simulator::microphonesActive)),
             (Lines{"1: 1000 0000", "5: 0100 0000", "10: 0010 0000", "15: 0001 0000", "20: 0000 0000"}));
-  const auto bookmark = [](Simulator& simulator) { return std::to_string(simulator.DrawBookmark()); };
-  EXPECT_EQ(Rows(100, bookmark), (Lines{"1: 0", "91: 1"}));
+  const auto bookmark = [](Simulator& simulator) {
+    return std::string(simulator.DrawBookmark() ? "yes" : "no");
+  };
+  EXPECT_EQ(Rows(100, bookmark), (Lines{"1: no", "91: yes"}));
 }
 
 // From no fix and from a fix.
