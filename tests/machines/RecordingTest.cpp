@@ -141,7 +141,8 @@ TEST_F(Recording, IsReadAsItWasWritten) {
     store->ReportShutdownDataAtStartup();
     store->Close();
     const std::string first = base + ".000001.db";
-    EXPECT_EQ(Rows(base + ".000002.db", "SELECT ended, file FROM previous_run"), ended + "|" + first + "\n");
+    EXPECT_EQ(Rows(base + ".000002.db", "SELECT file||' '||ended FROM previous_run"),
+              std::string(first).append(" ").append(ended).append("\n"));
     EXPECT_EQ(Rows(first, "PRAGMA integrity_check"), "ok\n");
     EXPECT_FALSE(fs::exists(Path(first + "-wal")));
     EXPECT_EQ(Timeline(first), rows);

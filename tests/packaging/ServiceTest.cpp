@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 
 #include "Installation.h"
 #include "bench/BenchRun.h"
@@ -67,7 +66,7 @@ TEST_F(ServiceTest, SaysReadyAndAliveAndStoppingAndNothingAsLongAsItsLoopHangs) 
   ASSERT_TRUE(bench_.Said("MetadataMgr told full run")) << bench_.Output();
   EXPECT_TRUE(Hears("READY=1"));
   for (int i = 0; i < 2; ++i) EXPECT_TRUE(Hears("WATCHDOG=1"));
-  std::ofstream{stall_};
+  directory_.Write("stall", "");
   ASSERT_TRUE(Eventually([&] { return std::filesystem::exists(stall_ + ".reached"); }));
   Heard().clear();
   EXPECT_FALSE(Eventually([&] { return !Heard().empty(); }, watchdog_)) << "hung, and said it lives";

@@ -95,6 +95,7 @@ TEST(SerialNumber, IsLookedForWhereTheEarlierPlacesHoldNone) {
   paths.push_back(directory.Write("first", "1"));
   paths.push_back(directory.Write("second", "2"));
   std::vector<const char*> files;
+  files.reserve(paths.size());
   for (const std::string& path : paths) files.push_back(path.c_str());
   std::string serial;
   EXPECT_TRUE(FirstSerialNumber(files, serial));
