@@ -47,13 +47,13 @@ class DriveTest : public testing::Test {
       for (const std::string& column : LinesOf(recording.Rows(
                "SELECT name||' '||type FROM pragma_table_info('" + table + "') WHERE cid>3"))) {
         const std::string name = column.substr(0, column.find(' '));
-        script += ", " + column;
-        values += ", " + value(name == "source" ? table + "_source" : name);
+        script.append(", ").append(column);
+        values.append(", ").append(value(name == "source" ? table + "_source" : name));
       }
-      script += ");\nINSERT INTO " + table + " SELECT " + values + " FROM lines WHERE " + value("table") +
-                "='" + table + "';\n";
+      script.append(");\nINSERT INTO ").append(table).append(" SELECT ").append(values);
+      script.append(" FROM lines WHERE ").append(value("table")).append("='").append(table).append("';\n");
     }
-    const std::string path = directory_.Path("rebuilt.db");
+    std::string path = directory_.Path("rebuilt.db");
     std::filesystem::remove(path);
     const Ran ran = RunProgram({"sqlite3", path, ".read " + directory_.Write("script.sql", script)});
     EXPECT_EQ(ran.said, "");

@@ -69,12 +69,13 @@ TEST_F(ReaderTest, OtherProgramsReadCsvAndJsonLines) {
   Drive();
   Close();
   const std::string csv = dir_.Write("all.csv", Dump({"--format", "csv"}).out);
-  const Ran shell =
-      RunProgram({"sqlite3", ":memory:", ".mode csv", ".import " + csv + " c", ".mode list",
-                  "ATTACH '" + File(1) + "' AS r",
-                  "SELECT seq, utc, tick, sender_tick, event, source, text, speed FROM c WHERE seq IN (4,6)",
-                  "SELECT count(*) FROM c JOIN r.timeline AS t USING (seq, utc, tick, event, source)"
-                  " WHERE c.utc_from=t.utc_from AND coalesce(t.sender_tick,'')=c.sender_tick"});
+  constexpr const char* kSame =
+      "SELECT count(*) FROM c JOIN r.timeline AS t USING (seq, utc, tick, event, source) "
+      "WHERE c.utc_from=t.utc_from AND coalesce(t.sender_tick,'')=c.sender_tick";
+  const Ran shell = RunProgram(
+      {"sqlite3", ":memory:", ".mode csv", ".import " + csv + " c", ".mode list",
+       "ATTACH '" + File(1) + "' AS r",
+       "SELECT seq, utc, tick, sender_tick, event, source, text, speed FROM c WHERE seq IN (4,6)", kSame});
   EXPECT_EQ(shell.out,
             "4|2024-05-01T12:00:00.080Z|10100|10080|event|speed gps||50\n"
             "6|2024-05-01T12:00:00.100Z|10100||event|filler|a \"quoted\", cut\nline \xC3\xA9\x1B[2J|\n"
