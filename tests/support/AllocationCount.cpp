@@ -15,9 +15,12 @@ std::size_t AllocationCount() {
   return allocations;
 }
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   ++allocations;
-  if (void* memory = std::malloc(size)) return memory;
+  return std::malloc(size);
+}
+void* operator new(std::size_t size) {
+  if (void* memory = operator new(size, std::nothrow)) return memory;
   throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
