@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <functional>
+#include <string_view>
 
 bool LogFlood::Admits(const char* name, unsigned int line) {
-  Row& row = rows_[(std::hash<const char*>()(name) + line) % rows_.size()];
+  Row& row = rows_[(std::hash<std::string_view>()(name) + line) % rows_.size()];
   const Clock::time_point now = Clock::now();
-  if (row.name != name || row.line != line) row = {name, line, kBurst, now};
   const std::chrono::duration<double> passed = now - row.at;
   row.left = std::min(row.left + passed.count() * kPerSecond, kBurst);
   row.at = now;

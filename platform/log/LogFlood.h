@@ -16,11 +16,9 @@ class LogFlood {
  private:
   using Clock = std::chrono::steady_clock;
 
-  // Places that fall into the same row take it from each other, each with a burst of its own.
+  // Places that fall into the same row share it: a burst for each of them in turn would know no bound.
   struct Row {
-    const char* name = nullptr;
-    unsigned int line = 0;
-    double left = 0;
+    double left = kBurst;
     Clock::time_point at;
   };
   std::array<Row, 64> rows_;

@@ -84,6 +84,11 @@ TEST(LogLine, AFloodOfTroubleIsBounded) {
     }
     for (const LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
     log(kLogError, "another, after ", client.DroppedLines() > 6000);
+    int ofManyPlaces = 0;
+    for (unsigned int i = 0; i < 300'000; ++i) {
+      ofManyPlaces += client.Admits(kLogError, "Flood in turn", i % 1000) ? 1 : 0;
+    }
+    EXPECT_LT(ofManyPlaces, 200'000) << "of places that share an allowance, each had its own";
   });
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_TRUE(lines[0].ends_with(" log lines dropped")) << lines[0];
