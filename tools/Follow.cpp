@@ -91,8 +91,8 @@ class Follower {
   }
 
   void Read() {
-    RecordReader reader(path_, {options_.source.Selected(), format_->WantsText(), lastSeq_}, quiet_);
     if (path_.empty()) return;
+    RecordReader reader(path_, {options_.source.Selected(), format_->WantsText(), lastSeq_}, quiet_);
     if (!reader.Open()) {  // its writer may just be closing it
       changes_.Forget();
       return;

@@ -51,7 +51,7 @@ bool TakeDistance(std::string_view& text, std::int64_t& ms) {
   const double sign = text.starts_with('-') ? -1 : 1;
   text.remove_prefix(1);
   double number = 0;
-  if (!TakeNumber(text, number) || number < 0 || number > 1e9) return false;
+  if (!TakeNumber(text, number) || !(number >= 0 && number <= 1e9)) return false;  // nor NaN
   for (const auto& [unit, factor] : kUnits) {
     if (text != unit) continue;
     ms = std::llround(sign * number * factor);

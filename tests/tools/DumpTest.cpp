@@ -178,6 +178,7 @@ TEST_F(ReaderTest, WrongUsageAndWhatIsNotThereAreSaid) {
       {{"dump", "--from", "noon"}, 2, "'noon' is no time: a tick, a UTC time"},
       {{"dump", "--to", "bookmark:0"}, 2, "'bookmark:0' is no time"},
       {{"dump", "--from", "2024-02-30"}, 2, "'2024-02-30' is no time"},
+      {{"dump", "--from", "crash+nans"}, 2, "'crash+nans' is no time"},
       {{"dump", "--source", "gps,brake"}, 2, "'brake' is no source; "},
       {{"dump", "--format", "xml"}, 2, "--format: xml not in {"},
       {{"dump", dir_.Path("none")}, 1, "none: no such file"},
