@@ -151,8 +151,9 @@ ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
         connection->Flush();
         UpdateInterest(*connection);
       }
+      if ((event.events & ~std::uint32_t{EPOLLOUT}) == 0) continue;
       BeginTurn(*connection, timeoutMs == 0);
-      if ((event.events & ~std::uint32_t{EPOLLOUT}) != 0) ready_.push_back(connection);
+      ready_.push_back(connection);
     }
   }
   return found;
