@@ -85,13 +85,15 @@ BatchCursor& Of(sqlite3_vtab_cursor* cursor) {
 
 int Connect(sqlite3* database, void* table, int /*argc*/, const char* const* /*argv*/, sqlite3_vtab** made,
             char** /*error*/) {
+  const int rc = sqlite3_declare_vtab(database,
+                                      "CREATE TABLE batch(seq, tick, sender_tick, event, c0, c1, c2, c3, c4, "
+                                      "c5, c6, c7, c8, c9, c10, c11, c12, c13)");
+  if (rc != SQLITE_OK) return rc;
   auto* module = new (std::nothrow) Module();
   if (module == nullptr) return SQLITE_NOMEM;
   module->table = static_cast<const BatchTable*>(table);
   *made = module;
-  return sqlite3_declare_vtab(database,
-                              "CREATE TABLE batch(seq, tick, sender_tick, event, c0, c1, c2, c3, c4, c5, c6, "
-                              "c7, c8, c9, c10, c11, c12, c13)");
+  return SQLITE_OK;
 }
 
 int Disconnect(sqlite3_vtab* module) {

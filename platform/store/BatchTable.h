@@ -22,7 +22,7 @@ class BatchTable {
   int Register(sqlite3* database);
 
   // Takes records from the beginning of the batch, as many as begin within `maxBytes`, and returns the
-  // header of the last. The batch must not change until their rows have been read.
+  // header of the last. The batch must not be empty, nor change until their rows have been read.
   RecordHeader Take(const Batch& batch, std::size_t maxBytes);
 
   // The rows of statements that run from now on are the records of this table; false: there are none.

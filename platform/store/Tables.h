@@ -15,8 +15,8 @@ struct Column {
 
 constexpr int kNoState = -1;
 
-// Everything about one kind of record. CREATE TABLE, INSERT, binding, the timeline view and the
-// full state are made from it.
+// Everything about one kind of record. CREATE TABLE, INSERT, the timeline view and the full state are
+// made from it.
 struct Table {
   TableId id;
   const char* name;
