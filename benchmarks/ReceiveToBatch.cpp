@@ -5,6 +5,7 @@
 // tick is read as ever, but stands during a burst: what was reported is committed between two of them.
 
 #include <benchmark/benchmark.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -74,6 +75,7 @@ void Ours(benchmark::State& state, const EventKind& kind) {
   }
   close(fd);
   manager.Cleanup();
+  shm_unlink("/metadata-benchmark");
 }
 
 void Floor(benchmark::State& state, const EventKind& kind) {

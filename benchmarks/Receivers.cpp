@@ -1,6 +1,7 @@
 #include "Receivers.h"
 
 #include <sys/epoll.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -88,6 +89,7 @@ Taken RunManager(const std::string& directory, int ready, Run run) {
   run(manager, ipc);
   const Taken taken = meter.SoFar();
   manager.Cleanup();
+  shm_unlink("/metadata-benchmark");
   return taken;
 }
 

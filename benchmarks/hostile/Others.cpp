@@ -45,7 +45,7 @@ Result Summary(unsigned int peer, std::vector<long>& waitsUs, long failed) {
 
 Result Ping(const RawPeer& peer, unsigned int number, Clock::time_point end) {
   std::vector<long> waitsUs;
-  while (Clock::now() < end) {
+  do {
     const std::string state = U32(static_cast<unsigned int>(waitsUs.size())) + U32(number) + U32(1);
     const Stopwatch watch;
     if (peer.Send(Packet(kCameraState, state)) != 0 || peer.Send(Packet(kPing)) != 0 ||
@@ -54,7 +54,7 @@ Result Ping(const RawPeer& peer, unsigned int number, Clock::time_point end) {
     }
     waitsUs.push_back(watch.Us());
     (void)poll(nullptr, 0, 1);
-  }
+  } while (Clock::now() < end);
   return Summary(number, waitsUs, 0);
 }
 
@@ -70,7 +70,7 @@ bool ComeAndLeave() {
 Result Come(Clock::time_point end) {
   std::vector<long> waitsUs;
   long failed = 0;
-  while (Clock::now() < end) {
+  do {  // at least once, however late it runs
     const Stopwatch watch;
     if (ComeAndLeave()) {
       waitsUs.push_back(watch.Us());
@@ -79,7 +79,7 @@ Result Come(Clock::time_point end) {
     }
     constexpr int kPauseMs = 5;
     (void)poll(nullptr, 0, kPauseMs);
-  }
+  } while (Clock::now() < end);
   return Summary(Others::kPeers, waitsUs, failed);
 }
 

@@ -96,7 +96,7 @@ TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   }
   const Stopwatch watch;
   EXPECT_EQ(client_.Resubscribe(), 0);
-  EXPECT_LT(watch.Ms(), 200) << "nothing is waited for";
+  EXPECT_LT(watch.Ms(), 2000) << "nothing is waited for";
   EXPECT_EQ(server_.Receive(0), Request(3, 503));
   EXPECT_EQ(server_.Receive(0), Request(4, 504));
   EXPECT_EQ(server_.Receive(0), std::nullopt);

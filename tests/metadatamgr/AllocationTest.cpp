@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include "MetadataMgr.h"
 #include "ProcessState.h"
@@ -18,7 +19,7 @@ unsigned int tickMs = 1000;
 
 }  // namespace
 
-// In place of the platform's: without time nothing is committed.
+// In place of the platform's: as long as it stands nothing is committed.
 unsigned int Systick::SystemTick() const {
   return tickMs;
 }
@@ -29,7 +30,8 @@ constexpr int kEvents = 20;
 
 TEST(Allocation, NoKindOfEventTakesMemoryOnItsWayToTheBatch) {
   const IpcDir dir;
-  setenv("METADATA_SHM", "/metadata-allocation-test", 1);
+  const std::string record = "/metadata-allocation-test-" + std::to_string(getpid());
+  setenv("METADATA_SHM", record.c_str(), 1);
   gMetadataDir = dir.Beside("metadata");
   gMetadataPath = gMetadataDir + "/metadata";
   MetadataMgr manager;
@@ -57,7 +59,7 @@ TEST(Allocation, NoKindOfEventTakesMemoryOnItsWayToTheBatch) {
     deliver(kind.Packet());
     EXPECT_EQ(allocations, 0U);
   }
-  shm_unlink("/metadata-allocation-test");
+  shm_unlink(record.c_str());
 }
 
 }  // namespace
