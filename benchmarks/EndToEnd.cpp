@@ -113,6 +113,7 @@ int main(int argc, char** argv) {
               "paced", "", "receive", "insert", "ours", "ratio", "receive", "insert", "ours", "ratio",
               "waits");
   Packets all;
+  all.reserve(EventKinds().size());
   for (const EventKind& kind : EventKinds()) {
     all.push_back(kind.Packet());
     if (argc < 2 || kind.name == std::string(argv[1])) PrintCosts(kind.name, {kind.Packet()});

@@ -83,6 +83,25 @@ std::string Record(const std::string& directory, long rows) {
   return directory;
 }
 
+std::int64_t SelectTable(sqlite3* database, const std::string& table, bool asText) {
+  sqlite3_stmt* rows = nullptr;
+  const std::string sql = "SELECT * FROM " + table + " ORDER BY seq";
+  if (sqlite3_prepare_v2(database, sql.c_str(), -1, &rows, nullptr) != SQLITE_OK) Fail(sql);
+  std::int64_t sum = 0;
+  const int columns = sqlite3_column_count(rows);
+  while (sqlite3_step(rows) == SQLITE_ROW) {
+    for (int i = 0; i < columns; ++i) {
+      if (!asText) {
+        sum += sqlite3_column_int64(rows, i);
+      } else if (sqlite3_column_text(rows, i) != nullptr) {
+        sum += sqlite3_column_bytes(rows, i);
+      }
+    }
+  }
+  sqlite3_finalize(rows);
+  return sum;
+}
+
 // Reads every value of every row, one table after the other.
 int SelectAll(const std::string& directory, bool asText) {
   std::int64_t sum = 0;
@@ -91,17 +110,7 @@ int SelectAll(const std::string& directory, bool asText) {
     if (sqlite3_open_v2(entry.path().c_str(), &database, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
       Fail("open");
     for (const char* table : {"gps", "temperature", "speed", "state"}) {
-      sqlite3_stmt* rows = nullptr;
-      const std::string sql = std::string("SELECT * FROM ") + table + " ORDER BY seq";
-      if (sqlite3_prepare_v2(database, sql.c_str(), -1, &rows, nullptr) != SQLITE_OK) Fail(sql);
-      const int columns = sqlite3_column_count(rows);
-      while (sqlite3_step(rows) == SQLITE_ROW) {
-        for (int i = 0; i < columns; ++i) {
-          sum += asText ? (sqlite3_column_text(rows, i) == nullptr ? 0 : sqlite3_column_bytes(rows, i))
-                        : sqlite3_column_int64(rows, i);
-        }
-      }
-      sqlite3_finalize(rows);
+      sum += SelectTable(database, table, asText);
     }
     sqlite3_close(database);
   }

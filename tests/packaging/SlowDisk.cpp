@@ -38,10 +38,9 @@ int fsync(int fd) {
   return static_cast<int>(syscall(SYS_fsync, fd));
 }
 
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
-int fdatasync(int fd) {
+int fdatasync(int fildes) {
   WaitForTheDisk();
-  return static_cast<int>(syscall(SYS_fdatasync, fd));
+  return static_cast<int>(syscall(SYS_fdatasync, fildes));
 }
 
 int clock_gettime(clockid_t clock, timespec* time) noexcept {

@@ -32,27 +32,26 @@ int Wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
 
 }  // namespace
 
-// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's names are its own.
 extern "C" {
 
-int clock_gettime(clockid_t id, timespec* time) noexcept {
-  const long result = syscall(SYS_clock_gettime, id, time);
+int clock_gettime(clockid_t id, timespec* tp) noexcept {
+  const long result = syscall(SYS_clock_gettime, id, tp);
   const bool boot = id == CLOCK_BOOTTIME || id == CLOCK_MONOTONIC;
   if (result != 0 || (!boot && id != CLOCK_REALTIME)) return static_cast<int>(result);
   const std::int64_t offsetMs = boot ? Clock().bootOffsetMs : Clock().utcOffsetMs;
-  const std::int64_t nowMs = std::int64_t{time->tv_sec} * 1000 + time->tv_nsec / 1000000 + offsetMs;
-  time->tv_sec = static_cast<std::time_t>(nowMs / 1000);
-  time->tv_nsec = static_cast<long>(nowMs % 1000) * 1000000 + time->tv_nsec % 1000000;
+  const std::int64_t nowMs = std::int64_t{tp->tv_sec} * 1000 + tp->tv_nsec / 1000000 + offsetMs;
+  tp->tv_sec = static_cast<std::time_t>(nowMs / 1000);
+  tp->tv_nsec = static_cast<long>(nowMs % 1000) * 1000000 + tp->tv_nsec % 1000000;
   return 0;
 }
 
-int epoll_wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
-  const int ready = Wait(fd, events, capacity, 0);
-  if (ready != 0 || timeoutMs == 0) return ready;
+int epoll_wait(int fd, epoll_event* events, int maxevents, int timeout) {
+  const int ready = Wait(fd, events, maxevents, 0);
+  if (ready != 0 || timeout == 0) return ready;
   DrivenClock& clock = Clock();
   const std::int32_t ahead = clock.aheadMs.load();
-  if (ahead == 0 || timeoutMs < 0) return Wait(fd, events, capacity, timeoutMs);
-  const std::int32_t leap = std::min(ahead, timeoutMs);
+  if (ahead == 0 || timeout < 0) return Wait(fd, events, maxevents, timeout);
+  const std::int32_t leap = std::min(ahead, timeout);
   clock.bootOffsetMs += leap;
   clock.utcOffsetMs += leap;
   clock.heapBytes = static_cast<std::int64_t>(mallinfo2().uordblks);
@@ -60,4 +59,3 @@ int epoll_wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
   return 0;
 }
 }
-// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -38,7 +38,7 @@ const bool kLong = std::getenv("MM_SOAK") != nullptr;
 constexpr int kDrives = 14;
 const int kSeconds = kLong ? 14'400 : 225;
 const int kRarely = kLong ? 600 : 75;  // seconds between what does not happen all the time
-constexpr std::int64_t kHalfADayMs = 12 * 3600 * 1000;
+constexpr std::int64_t kHalfADayMs = 43'200'000;
 constexpr std::int64_t kTicks = std::int64_t{1} << 32;
 
 struct Usage {

@@ -20,7 +20,7 @@ Usage Used() {
 TEST_F(CopyTest, RunOverHundredsOfFiles) {
   constexpr int kFiles = 150;
   constexpr int kKept = 10;
-  options_.maxFileBytes = 80 * 1024;
+  options_.maxFileBytes = 81'920;
   clock_.tick = 0xFFFFFFFF - 600'000;  // the ticks wrap on the way
   Open();
   Usage early{};

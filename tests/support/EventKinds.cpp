@@ -90,7 +90,6 @@ EventKind Subscribed(const char* name, const Row& row, std::string payload) {
 }
 
 std::vector<EventKind> MakeKinds() {
-  using namespace subscriptions;
   const std::string inputs = Encoded([] {
     FpgaExternalEventItem item;
     item.changedMask = FpgaExternalEventItem::kBrakes;
@@ -105,24 +104,25 @@ std::vector<EventKind> MakeKinds() {
       {"VideoStream", MetadataMgrMsg_VideoStreamState, MetadataMgr::VideoStreamStateChangeHandler,
        Words({kTick, 3, 1})},
       {"Camera", MetadataMgrMsg_CameraState, MetadataMgr::CliCameraStateChangedHandler, Words({kTick, 3, 1})},
-      Subscribed("RecordStart", kStateMgr[0], Encoded(SystickItem(kTick))),
-      Subscribed("RecordStop", kStateMgr[1], Encoded(SystickItem(kTick))),
-      Subscribed("CovertEntered", kStateMgr[2], Encoded(SystickItem(kTick))),
-      Subscribed("CovertLeft", kStateMgr[3], Encoded(SystickItem(kTick))),
-      Subscribed("Inputs", kExternalEvent, inputs),
-      Subscribed("Gps", kGpsStatus, Gps()),
-      Subscribed("Radar", kRadar, WithTick<RadarItem>()),
-      Subscribed("Microphones", kMicStatus, Mics()),
-      Subscribed("Temperatures", kTemperatures, WithTick<TempStatus>()),
-      Subscribed("Crash", kCrash, WithTick<CrashItem>()),
-      Subscribed("Cameras", kCameras, WithTick<VideoMgrCameraItem>()),
-      Subscribed("StreamQuality", kStreamQuality, WithTick<VideoMgrStreamQualityItem>()),
-      Subscribed("LiveStream", kLiveStreams[0], LiveStream()),
-      Subscribed("Vehicle", kVehicleInfo, Texts<VehicleInfo>()),
-      Subscribed("System", kSystemInfo, Texts<SystemInfo>()),
-      Subscribed("Department", kDepartmentInfo, Texts<DepartmentInfo>()),
-      Subscribed("Officer", kOfficer, Texts<Officer>()),
-      Subscribed("RecordingSettings", kVideoRecordingSettings, Encoded(VideoRecordingSettings())),
+      Subscribed("RecordStart", subscriptions::kStateMgr[0], Encoded(SystickItem(kTick))),
+      Subscribed("RecordStop", subscriptions::kStateMgr[1], Encoded(SystickItem(kTick))),
+      Subscribed("CovertEntered", subscriptions::kStateMgr[2], Encoded(SystickItem(kTick))),
+      Subscribed("CovertLeft", subscriptions::kStateMgr[3], Encoded(SystickItem(kTick))),
+      Subscribed("Inputs", subscriptions::kExternalEvent, inputs),
+      Subscribed("Gps", subscriptions::kGpsStatus, Gps()),
+      Subscribed("Radar", subscriptions::kRadar, WithTick<RadarItem>()),
+      Subscribed("Microphones", subscriptions::kMicStatus, Mics()),
+      Subscribed("Temperatures", subscriptions::kTemperatures, WithTick<TempStatus>()),
+      Subscribed("Crash", subscriptions::kCrash, WithTick<CrashItem>()),
+      Subscribed("Cameras", subscriptions::kCameras, WithTick<VideoMgrCameraItem>()),
+      Subscribed("StreamQuality", subscriptions::kStreamQuality, WithTick<VideoMgrStreamQualityItem>()),
+      Subscribed("LiveStream", subscriptions::kLiveStreams[0], LiveStream()),
+      Subscribed("Vehicle", subscriptions::kVehicleInfo, Texts<VehicleInfo>()),
+      Subscribed("System", subscriptions::kSystemInfo, Texts<SystemInfo>()),
+      Subscribed("Department", subscriptions::kDepartmentInfo, Texts<DepartmentInfo>()),
+      Subscribed("Officer", subscriptions::kOfficer, Texts<Officer>()),
+      Subscribed("RecordingSettings", subscriptions::kVideoRecordingSettings,
+                 Encoded(VideoRecordingSettings())),
   };
 }
 
