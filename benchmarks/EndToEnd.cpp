@@ -81,6 +81,7 @@ Cost Round(const Packets& packets, bool flood) {
 // The round whose ratio is the middle one.
 Cost Measure(const Packets& packets, bool flood) {
   std::vector<Cost> rounds;
+  rounds.reserve(kRounds);
   for (int i = 0; i < kRounds; ++i) rounds.push_back(Round(packets, flood));
   std::sort(rounds.begin(), rounds.end(), [](const Cost& a, const Cost& b) { return a.Ratio() < b.Ratio(); });
   return rounds[kRounds / 2];

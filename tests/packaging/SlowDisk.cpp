@@ -43,18 +43,18 @@ int fdatasync(int fildes) {
   return static_cast<int>(syscall(SYS_fdatasync, fildes));
 }
 
-int clock_gettime(clockid_t clock, timespec* time) noexcept {
-  const long result = syscall(SYS_clock_gettime, clock, time);
-  if (result != 0 || clock != CLOCK_MONOTONIC) return static_cast<int>(result);
+int clock_gettime(clockid_t id, timespec* tp) noexcept {
+  const long result = syscall(SYS_clock_gettime, id, tp);
+  if (result != 0 || id != CLOCK_MONOTONIC) return static_cast<int>(result);
   constexpr std::int64_t kSecond = 1000000000;
-  const std::int64_t now = (std::int64_t{time->tv_sec} * kSecond + time->tv_nsec) * Speed();
-  time->tv_sec = now / kSecond;
-  time->tv_nsec = now % kSecond;
+  const std::int64_t now = (std::int64_t{tp->tv_sec} * kSecond + tp->tv_nsec) * Speed();
+  tp->tv_sec = now / kSecond;
+  tp->tv_nsec = now % kSecond;
   return 0;
 }
 
-int epoll_wait(int fd, epoll_event* events, int capacity, int timeoutMs) {
-  const int ownTimeoutMs = timeoutMs > 0 ? timeoutMs / Speed() + 1 : timeoutMs;
-  return static_cast<int>(syscall(SYS_epoll_pwait, fd, events, capacity, ownTimeoutMs, nullptr, 0));
+int epoll_wait(int fd, epoll_event* events, int maxevents, int timeout) {
+  const int ownTimeoutMs = timeout > 0 ? timeout / Speed() + 1 : timeout;
+  return static_cast<int>(syscall(SYS_epoll_pwait, fd, events, maxevents, ownTimeoutMs, nullptr, 0));
 }
 }
