@@ -1,8 +1,11 @@
 // A drive of the bench through the real MetadataMgr, and what people see of it with the reader: while it
-// is recorded and afterwards, read back by SQLite's shell and compared with what the bench sent.
+// is recorded and afterwards, read back by foreign programs and compared with what the bench sent.
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <regex>
+#include <sstream>
 
 #include "ReaderFixture.h"
 #include "bench/BenchRun.h"
@@ -69,14 +72,90 @@ class DriveTest : public testing::Test {
                    [](const std::string& name) { return "(line->>'" + name + "')"; });
   }
 
+  std::string Export(const std::string& format) const {
+    std::string path = directory_.Path("drive." + format);
+    const Ran ran = Reader({"export", "--format", format, "-o", path});
+    EXPECT_EQ(ran.status, 0) << ran.said;
+    return path;
+  }
+  void TracksAreWhatIsRecorded() const;
+  void SubtitlesAreWhatIsRecorded() const;
+
   std::size_t Readings() const { return Count(TextOfFile(bench_.Path("sent/GpsHal.log")), "\n"); }
 
   TempDir directory_;
   BenchRun bench_;
 };
 
+constexpr const char* kPositions = " FROM gps WHERE event<2 AND quality>0 ORDER BY seq";
+
+void DriveTest::TracksAreWhatIsRecorded() const {
+  Connection recording(bench_.Recording());
+  const std::string gpx = Export("gpx");
+  const auto asCsv = [&](const std::string& what, const std::string& sql) {
+    const std::string csv = directory_.Path("gpx.csv");
+    EXPECT_EQ(
+        RunProgram({"gpsbabel", what, "-i", "gpx", "-f", gpx, "-o", "unicsv,utc=0,prec=9", "-F", csv}).said,
+        "");
+    return RunProgram({"sqlite3", ":memory:", ".mode csv", ".import " + csv + " t", ".mode list", sql}).out;
+  };
+  const std::string places =
+      recording.Rows(std::string("SELECT latitude_e4min, longitude_e4min") + kPositions);
+  EXPECT_GT(Count(places, "\n"), 50U);
+  EXPECT_EQ(asCsv("-t",
+                  "SELECT CAST(round(Latitude*600000) AS INTEGER), CAST(round(Longitude*600000) AS INTEGER) "
+                  "FROM t"),
+            places);
+  EXPECT_EQ(asCsv("-w", "SELECT count(*) FROM t"),
+            recording.Rows("SELECT count(*) FROM bookmark WHERE event=1"));
+  EXPECT_EQ(
+      RunProgram(
+          {"jq", "-r",
+           R"jq(.features[] | select(.properties.kind=="track") | .properties.coordinateProperties as $p |
+                  (.geometry | if .type=="Point" then [.coordinates] else .coordinates end) as $c |
+                  range($c | length) | "\($c[.][1]*600000 | round)|\($c[.][0]*600000 | round)|\(
+                  $p.altitude_m[.]*10 | round)|\($p.speed_kmh[.]*10 | round)")jq",
+           Export("geojson")})
+          .out,
+      recording.Rows(std::string("SELECT latitude_e4min, longitude_e4min, altitude_dm, speed_deci_kmh") +
+                     kPositions));
+}
+
+void DriveTest::SubtitlesAreWhatIsRecorded() const {
+  Connection recording(bench_.Recording());
+  const std::string positions =
+      "\n" +
+      recording.Rows(std::string("SELECT latitude_e4min, longitude_e4min, speed_deci_kmh") + kPositions);
+  const std::string radar =
+      "\n" + recording.Rows("SELECT speed1||' '||speed2||' '||speed3 FROM radar WHERE event<2");
+  const std::string text =
+      RunProgram({"ffmpeg", "-v", "error", "-i", Export("srt"), "-f", "webvtt", "-"}).out;
+  int shown = 0;
+  for (const std::string& line : LinesOf(text)) {
+    double kmh = 0;
+    double latitude = 0;
+    double longitude = 0;
+    if (std::sscanf(line.c_str(), "GPS %lf km/h %lf %lf", &kmh, &latitude, &longitude) == 3) {
+      std::ostringstream position;
+      position << '\n'
+               << std::lround(latitude * 600'000) << '|' << std::lround(longitude * 600'000) << '|'
+               << std::lround(kmh * 10) << '\n';
+      EXPECT_THAT(positions, HasSubstr(position.str()));
+      ++shown;
+    } else if (line.starts_with("radar 1 ")) {
+      EXPECT_THAT(radar, HasSubstr("\n" + line.substr(8, line.find("  ") - 8) + "\n"));
+      ++shown;
+    }
+  }
+  EXPECT_GE(shown, 2) << text;
+  EXPECT_EQ(std::to_string(Count(text, "\nbookmark ")) + "\n",
+            recording.Rows("SELECT count(*) FROM bookmark WHERE event=1"));
+}
+
 TEST_F(DriveTest, CanBeWatchedAndReadBack) {
-  if (!IsInstalled("sqlite3")) GTEST_SKIP() << "sqlite3 is not installed";
+  for (const char* program : {"sqlite3", "gpsbabel", "jq", "ffmpeg"}) {
+    if (!IsInstalled(program)) GTEST_SKIP() << program << " is not installed";
+  }
   bench_.Drive(BenchRun::DriveWithoutItsEnd());
   std::filesystem::create_directories(bench_.Path("mnt/metadata"));
   const Child follower([&] {
@@ -111,6 +190,9 @@ TEST_F(DriveTest, CanBeWatchedAndReadBack) {
   const Ran lines = Reader({"export", "--format", "jsonl"});
   EXPECT_THAT(lines.said, IsEmpty());
   ExpectAllSent(bench_, RebuildFromJson(lines.out));
+  ExpectAllSent(bench_, bench_.Recording());
+  TracksAreWhatIsRecorded();
+  SubtitlesAreWhatIsRecorded();
   const std::string all = WithoutUtc(Reader({"dump", "--format", "csv"}).out);
   const auto followed = [&] { return WithoutUtc(directory_.Read("followed")); };
   EXPECT_TRUE(Eventually([&] { return followed().size() >= all.size(); })) << directory_.Read("follower");
