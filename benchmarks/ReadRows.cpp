@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
 #include "items/GpsStatusItem.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
@@ -43,11 +44,6 @@ struct Cost {
   double seconds = 0;
   long kilobytes = 0;
 };
-
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "%s failed\n", what.c_str());
-  std::exit(1);
-}
 
 // What a drive has most of: ten records a second.
 std::string Record(const std::string& directory, long rows) {
@@ -86,7 +82,7 @@ std::string Record(const std::string& directory, long rows) {
 std::int64_t SelectTable(sqlite3* database, const std::string& table, bool asText) {
   sqlite3_stmt* rows = nullptr;
   const std::string sql = "SELECT * FROM " + table + " ORDER BY seq";
-  if (sqlite3_prepare_v2(database, sql.c_str(), -1, &rows, nullptr) != SQLITE_OK) Fail(sql);
+  if (sqlite3_prepare_v2(database, sql.c_str(), -1, &rows, nullptr) != SQLITE_OK) Fail(sql.c_str());
   std::int64_t sum = 0;
   const int columns = sqlite3_column_count(rows);
   while (sqlite3_step(rows) == SQLITE_ROW) {
@@ -130,7 +126,7 @@ Cost Run(Words words) {
   rusage used{};
   if (posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ) != 0 ||
       wait4(child, &status, 0, &used) != child || status != 0) {
-    Fail(words[0] + " " + words[1]);
+    Fail(words[0].c_str());
   }
   posix_spawn_file_actions_destroy(&actions);
   const auto seconds = [](const timeval& time) {

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <string>
 
+#include "Measure.h"
 #include "Misc/StateMgrNotices.h"
 #include "ipc/LinxIpc.h"
 
@@ -22,11 +23,6 @@ constexpr int kTimeoutMs = 10000;
 constexpr unsigned int kPing = 13488;
 constexpr unsigned int kPong = 13489;
 const std::string kProcess = "MetadataMgr";
-
-[[noreturn]] void Fail(const char* what) {
-  std::fprintf(stderr, "%s failed\n", what);
-  std::exit(1);
-}
 
 void Send(LinxIpc& ipc, unsigned int type, unsigned int size) {
   IpcMessage message;
