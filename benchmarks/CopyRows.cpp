@@ -22,6 +22,8 @@
 #include <string>
 #include <vector>
 
+#include "Measure.h"
+#include "TurnedClock.h"
 #include "store/DataStoreNormal.h"
 #include "store/MetadataReader.h"
 #include "store/StoreOptions.h"
@@ -31,18 +33,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kTurns = 3;
-
-class TurnedClock : public StoreClock {
- public:
-  unsigned int TickMs() const override { return tick; }
-  std::int64_t UtcMs() const override { return std::int64_t{1714564800000} + tick; }
-  unsigned int tick = 1000;
-};
-
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "%s failed\n", what.c_str());
-  std::exit(1);
-}
 
 template <typename Work>
 double SecondsOf(Work work) {
@@ -64,7 +54,7 @@ std::vector<std::string> RecordingsIn(const std::string& directory) {
 int CopyBare(const std::string& destination, const std::vector<std::string>& sources) {
   sqlite3* database = nullptr;
   const auto run = [&database](const std::string& sql) {
-    if (sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) Fail(sql);
+    if (sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) Fail(sql.c_str());
   };
   if (sqlite3_open(destination.c_str(), &database) != SQLITE_OK) Fail("open");
   run("PRAGMA page_size=4096; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-2000;"
@@ -118,11 +108,6 @@ long PeakKilobytes() {
     if (word == "VmHWM:" && status >> value) return value;
   }
   return 0;
-}
-
-double Median(std::vector<double> times) {
-  std::sort(times.begin(), times.end());
-  return times[times.size() / 2];
 }
 
 void Measure(const std::string& directory, long rows) {

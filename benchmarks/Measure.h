@@ -1,16 +1,23 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 // CPU time of this thread.
 inline double ThreadSeconds() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+inline double Median(std::vector<double> numbers) {
+  std::sort(numbers.begin(), numbers.end());
+  return numbers[numbers.size() / 2];
 }
 
 [[noreturn]] inline void Fail(const char* what) {

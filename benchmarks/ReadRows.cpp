@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "Measure.h"
+#include "TurnedClock.h"
 #include "items/GpsStatusItem.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
@@ -32,13 +33,6 @@ namespace fs = std::filesystem;
 constexpr int kTurns = 5;
 
 using Words = std::vector<std::string>;
-
-class TurnedClock : public StoreClock {
- public:
-  unsigned int TickMs() const override { return tick; }
-  std::int64_t UtcMs() const override { return std::int64_t{1714564800000} + tick; }
-  unsigned int tick = 1000;
-};
 
 struct Cost {
   double seconds = 0;
@@ -141,11 +135,6 @@ struct Case {
   std::vector<double> seconds;
   long kilobytes = 0;
   long kilobytesOfTenth = 0;
-
-  double Median() {
-    std::sort(seconds.begin(), seconds.end());
-    return seconds[seconds.size() / 2];
-  }
 };
 
 void Measure(const std::string& directory, long rows) {
@@ -176,11 +165,11 @@ void Measure(const std::string& directory, long rows) {
     }
   }
   std::printf("%ld rows; CPU, times the loops, peak of resident memory (of a tenth of the rows)\n", rows);
-  const double numbers = cases[0].Median();
-  const double texts = cases[1].Median();
+  const double numbers = Median(cases[0].seconds);
+  const double texts = Median(cases[1].seconds);
   for (Case& c : cases) {
-    std::printf("%-22s %6.2f s %6.2f %6.2f %8ld kB (%ld kB)\n", c.name, c.Median(), c.Median() / numbers,
-                c.Median() / texts, c.kilobytes, c.kilobytesOfTenth);
+    std::printf("%-22s %6.2f s %6.2f %6.2f %8ld kB (%ld kB)\n", c.name, Median(c.seconds),
+                Median(c.seconds) / numbers, Median(c.seconds) / texts, c.kilobytes, c.kilobytesOfTenth);
   }
 }
 

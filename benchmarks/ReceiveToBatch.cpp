@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
@@ -17,6 +16,7 @@
 #include "MetadataMgr.h"
 #include "ProcessState.h"
 #include "Ratio.h"
+#include "Senders.h"
 #include "support/EventKinds.h"
 #include "system/Systick.h"
 
@@ -25,21 +25,8 @@ namespace {
 constexpr int kBurst = 150;
 unsigned int heldTick = 1000;
 
-void SendPacket(int fd, const std::string& packet) {
-  if (send(fd, packet.data(), packet.size(), 0) != static_cast<ssize_t>(packet.size())) Fail("send");
-}
-
 void SendBurst(int fd, const std::string& packet) {
   for (int i = 0; i < kBurst; ++i) SendPacket(fd, packet);
-}
-
-int Connect(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  (void)path.copy(address.sun_path, sizeof address.sun_path - 1);
-  const int fd = socket(AF_UNIX, SOCK_SEQPACKET, 0);
-  if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) Fail("connect");
-  return fd;
 }
 
 // Calls `receiveOne` for each message of a burst.
@@ -61,7 +48,7 @@ void Ours(benchmark::State& state, const EventKind& kind) {
   LinxIpc ipc("MetadataMgr");
   if (ipc.Init() != 0 || !manager.PreInit(ipc)) Fail("start");
   RegisterEventHandlers(ipc, &manager);
-  const int fd = Connect(scratch.Path("MetadataMgr"));
+  const int fd = ConnectTo(scratch.Path("MetadataMgr"));
   SendPacket(fd, std::string("LINX\x01Sender"));
   const std::string packet = kind.Packet();
   while (state.KeepRunning()) {

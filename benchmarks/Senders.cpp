@@ -17,11 +17,13 @@ double Seconds() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
+}  // namespace
+
 void SendPacket(int fd, const std::string& packet) {
   if (send(fd, packet.data(), packet.size(), 0) != static_cast<ssize_t>(packet.size())) Fail("send");
 }
 
-int Connect(const std::string& path) {
+int ConnectTo(const std::string& path) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   (void)path.copy(address.sun_path, sizeof address.sun_path - 1);
@@ -30,11 +32,9 @@ int Connect(const std::string& path) {
   return fd;
 }
 
-}  // namespace
-
 Senders::Senders(const std::string& path) {
   for (int i = 0; i < kSenders; ++i) {
-    fds_.push_back(Connect(path));
+    fds_.push_back(ConnectTo(path));
     SendPacket(fds_.back(), "LINX\x01Sender" + std::to_string(i));
   }
 }

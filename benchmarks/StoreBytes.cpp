@@ -12,6 +12,7 @@
 #include <fstream>
 #include <string>
 
+#include "TurnedClock.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
 
@@ -19,13 +20,6 @@ namespace {
 
 constexpr unsigned int kTurnMs = 100;
 constexpr unsigned int kSeconds = 120;
-
-class TurnedClock : public StoreClock {
- public:
-  unsigned int TickMs() const override { return tick; }
-  std::int64_t UtcMs() const override { return std::int64_t{1714564800000} + tick; }
-  unsigned int tick = 1000;
-};
 
 long long WrittenBytes() {
   std::ifstream file("/proc/self/io");

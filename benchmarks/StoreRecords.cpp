@@ -10,6 +10,7 @@
 
 #include "Measure.h"
 #include "Ratio.h"
+#include "TurnedClock.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
 
@@ -17,13 +18,6 @@ namespace {
 
 constexpr int kTransactions = 1000;
 constexpr unsigned int kCommitAfterMs = 500;
-
-class TurnedClock : public StoreClock {
- public:
-  unsigned int TickMs() const override { return tick; }
-  std::int64_t UtcMs() const override { return std::int64_t{1714564800000} + tick; }
-  unsigned int tick = 1000;
-};
 
 void Ours(benchmark::State& state) {
   const Scratch scratch;
