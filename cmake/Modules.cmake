@@ -11,7 +11,7 @@ function(mm_library name)
   endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${ARG_HEADERS} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-  target_link_libraries(${name} PUBLIC mm_options ${ARG_USES})
+  target_link_libraries(${name} PRIVATE mm_options ${ARG_USES})
 endfunction()
 
 # mm_program(name SOURCES file... [USES target...])
@@ -21,3 +21,8 @@ function(mm_program name)
   target_link_libraries(${name} PRIVATE mm_options ${ARG_USES})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
+
+# What the process is made of, for tests, fuzzers and benchmarks, which may use all of it.
+set(mm_platform platform_store platform_clients platform_sharedmem platform_items platform_ipc platform_system
+  platform_log)
+set(mm_process metadatamgr common_misc items ${mm_platform})
