@@ -1,0 +1,15 @@
+#!/bin/bash
+# Counts the lines of C++ that are code, without blank lines and comments, and tells the share of the tests.
+# Fails where they are more than a third of all.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+# code_lines PATHSPEC...: the preprocessor drops comments and blank lines and leaves everything else.
+code_lines() {
+  git ls-files -z -- "$@" | xargs -0 cat | g++ -fpreprocessed -dD -E -P -x c++ - 2>/dev/null | wc -l
+}
+
+tests=$(code_lines 'tests/*.h' 'tests/*.cpp')
+all=$(code_lines '*.h' '*.cpp')
+echo "tests: $tests of $all lines of code, $((1000 * tests / all / 10)).$((1000 * tests / all % 10)) %"
+[ $((3 * tests)) -le "$all" ]
