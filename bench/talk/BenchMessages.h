@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <map>
 #include <string>
 
 #include "Words.h"
@@ -34,10 +32,6 @@ struct Outcome {
   std::string text;
 };
 
-// What a process of the bench can do: actions by the names of their verbs.
-using Action = std::function<Outcome(const Words& arguments)>;
-using Actions = std::map<std::string, Action, std::less<>>;
-
 constexpr int kAnswerTimeoutMs = 2000;
 
 // Sends an empty message or one with a payload; 0 or what Notify says.
@@ -54,14 +48,8 @@ Outcome Request(LinxIpc& ipc, const std::string& peer, IpcMessage& request, unsi
 // Has a process of the bench do something.
 Outcome Ask(LinxIpc& ipc, const std::string& performer, const Words& words, int timeoutMs = kAnswerTimeoutMs);
 
-// Does what the words say, or says why not.
-Outcome Perform(const Actions& actions, const Words& words);
-
 // Answers the BenchMsg_Do that is the current message.
 void Answer(LinxIpc& ipc, const Outcome& outcome, const std::string& asker);
-
-// From now on performs each BenchMsg_Do; `actions` lives as long as the endpoint.
-void ServeActions(LinxIpc& ipc, const Actions& actions);
 
 // "12 ms", with decimals where they matter.
 std::string Milliseconds(double ms);

@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "Director.h"
-#include "MetadataMgrMessages.h"
+#include "MetadataMgrQuestions.h"
 #include "Processes.h"
 
 // What comes from the other processes.

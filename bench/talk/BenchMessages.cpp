@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Verbs.h"
-
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -14,12 +12,6 @@ using Clock = std::chrono::steady_clock;
 std::string WhyNotSent(const std::string& peer, int error) {
   if (error == ENOENT || error == ECONNREFUSED) return peer + " is not there";
   return "cannot send to " + peer + ": " + std::strerror(error);
-}
-
-void DoHandler(LinxIpc* ipc, void* context) {
-  const IpcMessage& message = ipc->CurrentMessage();
-  const std::string asker = message.GetSender();
-  Answer(*ipc, Perform(*static_cast<const Actions*>(context), SplitWords(TextOf(message))), asker);
 }
 
 }  // namespace
@@ -60,21 +52,8 @@ Outcome Ask(LinxIpc& ipc, const std::string& performer, const Words& words, int 
   return {answer.Size() > 0 && answer.DataPtr()[0] == 1, TextOf(answer, 1)};
 }
 
-Outcome Perform(const Actions& actions, const Words& words) {
-  Command command;
-  std::string error;
-  if (!ParseCommand(words, command, error)) return {false, error};
-  const auto action = actions.find(NameOf(*command.verb));
-  if (action == actions.end()) return {false, "this process does not do that"};
-  return action->second(command.arguments);
-}
-
 void Answer(LinxIpc& ipc, const Outcome& outcome, const std::string& asker) {
   (void)SendMessage(ipc, asker, BenchMsg_Done, (outcome.ok ? '\1' : '\0') + outcome.text);
-}
-
-void ServeActions(LinxIpc& ipc, const Actions& actions) {
-  ipc.RegisterHandler(BenchMsg_Do, DoHandler, const_cast<Actions*>(&actions));
 }
 
 std::string Milliseconds(double ms) {

@@ -1,10 +1,11 @@
-#include "MetadataMgrMessages.h"
+#include "MetadataMgrQuestions.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <vector>
 
+#include "MetadataMgrMessages.h"
 #include "Misc/ControlHandlers.h"
 #include "Processes.h"
 #include "SentLog.h"
@@ -108,14 +109,6 @@ Outcome LastTick(LinxIpc& ipc) {
 }
 
 }  // namespace
-
-std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag) {
-  const std::uint32_t tick = Systick().SystemTick();
-  (void)message.Allocate(type, kFieldSize + (flag < 0 ? 0 : 1), nullptr);
-  PutU32(message.DataPtr(), tick);
-  if (flag >= 0) message.DataPtr()[kFieldSize] = static_cast<unsigned char>(flag);
-  return tick;
-}
 
 Actions MetadataMgrActions(LinxIpc& ipc, double speed) {
   return {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "BenchMessages.h"
-#include "ipc/LinxIpc.h"
+#include <cstdint>
+
+#include "ipc/IpcMessage.h"
 
 // Messages that other processes send to MetadataMgr, and its answers. Fields are big-endian.
 enum MetadataMgrMsg : unsigned int {
@@ -25,10 +26,3 @@ constexpr unsigned int kBookmarkNotice = 30736;
 // Makes a message that carries the current system tick, which is the result, and, where `flag` is
 // not negative, a byte.
 std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag = -1);
-
-// The verbs with which the director asks MetadataMgr. They wait for the answer, up to
-// kAnswerTimeoutMs. Times are those of a drive that runs so many times faster.
-Actions MetadataMgrActions(LinxIpc& ipc, double speed);
-
-// Subscribes to the bookmark item; a notice that no action waits for is handled by `handler`.
-Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context);

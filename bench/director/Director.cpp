@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "MetadataMgrMessages.h"
+#include "MetadataMgrQuestions.h"
 #include "Processes.h"
 #include "Roles.h"
 

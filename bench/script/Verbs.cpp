@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "Processes.h"
-#include "Publications.h"
+#include "Sources.h"
 #include "items/FpgaExternalEventItem.h"
 
 namespace {
@@ -103,15 +103,13 @@ bool IsProcess(const std::string& word) {
 }
 
 bool IsServer(const std::string& word) {
-  const auto publications = Publications();
-  return std::any_of(publications.begin(), publications.end(),
-                     [&word](const Publication& row) { return ProcessName(row.server) == word; });
+  const auto sources = Sources();
+  return std::any_of(sources.begin(), sources.end(),
+                     [&word](const Source& source) { return ProcessName(source.server) == word; });
 }
 
 bool IsSource(const std::string& word) {
-  const auto publications = Publications();
-  return std::any_of(publications.begin(), publications.end(),
-                     [&word](const Publication& row) { return row.source == word; });
+  return FindSource(word) != nullptr;
 }
 
 bool IsText(const std::string& word) {
@@ -275,10 +273,6 @@ std::string HelpRow(const std::string& name, const char* text) {
 
 std::span<const Verb> Verbs() {
   return kVerbs;
-}
-
-std::span<const ArgumentType> ArgumentTypes() {
-  return kArgumentTypes;
 }
 
 std::string NameOf(const Verb& verb) {

@@ -28,7 +28,6 @@ struct ArgumentType {
 };
 
 std::span<const Verb> Verbs();
-std::span<const ArgumentType> ArgumentTypes();
 
 // The small words of a verb, with one blank between them; the name under which its action is found.
 std::string NameOf(const Verb& verb);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "Actions.h"
 #include "BenchMessages.h"
 #include "Publisher.h"
 #include "ipc/LinxIpc.h"
@@ -19,8 +20,6 @@ class StateMgr {
 
   // Runs until a shut-down is asked of it; returns the exit status.
   int Run();
-
-  const Actions& GetActions() const { return actions_; }
 
  private:
   // In this order a process goes through them; one that failed or is absent holds the others up.

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "BenchMessages.h"
+#include "Actions.h"
 #include "Publications.h"
 #include "clients/SubscribeServer.h"
 

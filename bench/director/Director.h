@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Actions.h"
 #include "BenchMessages.h"
 #include "Children.h"
 #include "Drive.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BenchMessages.h"
+#include "Actions.h"
 #include "ipc/LinxIpc.h"
 #include "system/Process.h"
 
@@ -10,8 +10,6 @@
 class Role {
  public:
   virtual ~Role() = default;
-
-  const Actions& GetActions() const { return actions_; }
 
   // For the start-up sequence.
   bool PreInit(LinxIpc& ipc);
