@@ -3,7 +3,7 @@
 #include <string>
 
 #include "ManagerLog.h"
-#include "MessageIds.h"
+#include "system/Messages.h"
 
 namespace {
 

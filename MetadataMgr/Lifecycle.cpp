@@ -7,11 +7,11 @@
 
 #include "ControlRequests.h"
 #include "ManagerLog.h"
-#include "MessageIds.h"
 #include "MetadataMgr.h"
 #include "ProcessState.h"
 #include "SharedRecord.h"
 #include "system/KvGetenv.h"
+#include "system/Messages.h"
 #include "system/MfgItem.h"
 #include "system/SystemInformation.h"
 #include "system/VersionApi.h"

@@ -4,11 +4,11 @@
 #include "ControlRequests.h"
 #include "EventHandler.h"
 #include "ManagerLog.h"
-#include "MessageIds.h"
 #include "MetadataMgr.h"
 #include "ProcessState.h"
 #include "store/MetadataReader.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "MetadataMgr.h"
+#include "system/Messages.h"
 
 // Every subscription of this process: item, the message under which its notices arrive, their
 // handler, and what is logged with mask 1 when the server refuses. No notification id may stand
-// twice, here or among the ids of MessageIds.h.
+// twice, here or among the ids of system/Messages.h.
 
 struct SubscriptionRow {
   unsigned int itemId;
@@ -25,64 +26,64 @@ namespace subscriptions {
 
 // clang-format off
 constexpr SubscriptionRow kVehicleInfo =
-    {ConfigClient::kVehicleInfo, 13492, MetadataMgr::VehicleInfoChangedHandler,
+    {ConfigClient::kVehicleInfo, MetadataMgrNotice_VehicleInfo, MetadataMgr::VehicleInfoChangedHandler,
      "MetadataMgr - Failed to subscribe to VehicleInfo"};
 constexpr SubscriptionRow kSystemInfo =
-    {ConfigClient::kSystemInfo, 13493, MetadataMgr::SystemInfoChangedHandler,
+    {ConfigClient::kSystemInfo, MetadataMgrNotice_SystemInfo, MetadataMgr::SystemInfoChangedHandler,
      "MetadataMgr - Failed to subscribe to SystemInfo"};
 constexpr SubscriptionRow kDepartmentInfo =
-    {ConfigClient::kDepartmentInfo, 13494, MetadataMgr::DeptInfoChangedHandler,
+    {ConfigClient::kDepartmentInfo, MetadataMgrNotice_DepartmentInfo, MetadataMgr::DeptInfoChangedHandler,
      "MetadataMgr - Failed to subscribe to DepartmentInfo"};
 constexpr SubscriptionRow kOfficer =
-    {ConfigClient::kOfficer, 13495, MetadataMgr::OfficerChangedHandler,
+    {ConfigClient::kOfficer, MetadataMgrNotice_Officer, MetadataMgr::OfficerChangedHandler,
      "MetadataMgr - Failed to subscribe to Officer"};
 constexpr SubscriptionRow kVideoRecordingSettings =
-    {ConfigClient::kVideoRecordingSettings, 13496, MetadataMgr::VideoRecordingSettingsChangedHandler,
+    {ConfigClient::kVideoRecordingSettings, MetadataMgrNotice_VideoRecordingSettings, MetadataMgr::VideoRecordingSettingsChangedHandler,
      "MetadataMgr - Failed to subscribe to VideoRecording"};
 constexpr SubscriptionRow kExternalEvent =
-    {FpgaClient::kExternalEvent, 13497, MetadataMgr::ExternalInputEventHandler,
+    {FpgaClient::kExternalEvent, MetadataMgrNotice_ExternalEvent, MetadataMgr::ExternalInputEventHandler,
      "MetadataMgr - Failed to subscribe to External Events"};
 constexpr SubscriptionRow kGpsStatus =
-    {GpsHalClient::kStatus, 13504, MetadataMgr::GpsStatusEventHandler,
+    {GpsHalClient::kStatus, MetadataMgrNotice_GpsStatus, MetadataMgr::GpsStatusEventHandler,
      "MetadataMgr - Failed to subscribe to GpsStatus Events"};
 constexpr StateMgrSubscription kStateMgr[] = {
-    {&StateMgrClient::SubscribeForRecordStart, 13505, MetadataMgr::RecordStartHandler,
+    {&StateMgrClient::SubscribeForRecordStart, MetadataMgrNotice_RecordStart, MetadataMgr::RecordStartHandler,
      "MetadataMgr - Failed to subscribe to StateMgr Record Start Event"},
-    {&StateMgrClient::SubscribeForRecordStop, 13506, MetadataMgr::RecordStopHandler,
+    {&StateMgrClient::SubscribeForRecordStop, MetadataMgrNotice_RecordStop, MetadataMgr::RecordStopHandler,
      "MetadataMgr - Failed to subscribe to StateMgr Record Stop Event"},
-    {&StateMgrClient::SubscribeForEnterCovertMode, 13507, MetadataMgr::EnterCovertModeHandler,
+    {&StateMgrClient::SubscribeForEnterCovertMode, MetadataMgrNotice_EnterCovertMode, MetadataMgr::EnterCovertModeHandler,
      "MetadataMgr - Failed to subscribe to StateMgr Enter Covert Mode Event"},
-    {&StateMgrClient::SubscribeForExitCovertMode, 13508, MetadataMgr::ExitCovertModeHandler,
+    {&StateMgrClient::SubscribeForExitCovertMode, MetadataMgrNotice_ExitCovertMode, MetadataMgr::ExitCovertModeHandler,
      "MetadataMgr - Failed to subscribe to StateMgr Exit Cover Mode Event"},
 };
 constexpr SubscriptionRow kRadar =
-    {RadarHalClient::kRadar, 13510, MetadataMgr::RadarEventHandler,
+    {RadarHalClient::kRadar, MetadataMgrNotice_Radar, MetadataMgr::RadarEventHandler,
      "MetadataMgr - Failed to subscribe to RadarHal Events"};
 constexpr SubscriptionRow kMicStatus =
-    {MicClient::kStatus, 13511, MetadataMgr::MicMgrStatusHandler,
+    {MicClient::kStatus, MetadataMgrNotice_MicStatus, MetadataMgr::MicMgrStatusHandler,
      "Failed to subscribe to Mic Mgr Events"};
 constexpr SubscriptionRow kCrash =  // complains in the microphones' name
-    {AccelHalClient::kCrash, 13512, MetadataMgr::CrashDetectHandler,
+    {AccelHalClient::kCrash, MetadataMgrNotice_Crash, MetadataMgr::CrashDetectHandler,
      "Failed to subscribe to Mic Mgr Events"};
 constexpr SubscriptionRow kCameras =
-    {VideoMgrClient::kCamera, 13513, MetadataMgr::VideoMgrCameraItemHandler,
+    {VideoMgrClient::kCamera, MetadataMgrNotice_Cameras, MetadataMgr::VideoMgrCameraItemHandler,
      "Failed to subscribe to Video Mgr Events"};
 constexpr SubscriptionRow kStreamQuality =
-    {VideoMgrClient::kStreamQuality, 13514, MetadataMgr::VideoMgrStreamQualityItemHandler,
+    {VideoMgrClient::kStreamQuality, MetadataMgrNotice_StreamQuality, MetadataMgr::VideoMgrStreamQualityItemHandler,
      "Failed to subscribe to Video Mgr Events"};
 constexpr SubscriptionRow kTemperatures =
-    {TempHalClient::kStatus, 13515, MetadataMgr::TempChangeHandler,
+    {TempHalClient::kStatus, MetadataMgrNotice_Temperatures, MetadataMgr::TempChangeHandler,
      "Failed to subscribe to TempHal Events"};
 
 constexpr char kLiveStreamsFailure[] = "Failed to subscribe to ExternalMgr LVS state changes";
 constexpr unsigned int kFirst = ExternalMgrApi::kFirstStreamState;
 constexpr SubscriptionRow kLiveStreams[] = {
-    {kFirst, 18952, MetadataMgr::LVSStateChangeHandler_0, kLiveStreamsFailure},
-    {kFirst + 1, 18953, MetadataMgr::LVSStateChangeHandler_1, kLiveStreamsFailure},
-    {kFirst + 2, 18954, MetadataMgr::LVSStateChangeHandler_2, kLiveStreamsFailure},
-    {kFirst + 3, 18955, MetadataMgr::LVSStateChangeHandler_3, kLiveStreamsFailure},
-    {kFirst + 4, 18956, MetadataMgr::LVSStateChangeHandler_4, kLiveStreamsFailure},
-    {kFirst + 5, 18957, MetadataMgr::LVSStateChangeHandler_5, kLiveStreamsFailure},
+    {kFirst, MetadataMgrNotice_LiveStream0, MetadataMgr::LVSStateChangeHandler_0, kLiveStreamsFailure},
+    {kFirst + 1, MetadataMgrNotice_LiveStream0 + 1, MetadataMgr::LVSStateChangeHandler_1, kLiveStreamsFailure},
+    {kFirst + 2, MetadataMgrNotice_LiveStream0 + 2, MetadataMgr::LVSStateChangeHandler_2, kLiveStreamsFailure},
+    {kFirst + 3, MetadataMgrNotice_LiveStream0 + 3, MetadataMgr::LVSStateChangeHandler_3, kLiveStreamsFailure},
+    {kFirst + 4, MetadataMgrNotice_LiveStream0 + 4, MetadataMgr::LVSStateChangeHandler_4, kLiveStreamsFailure},
+    {kFirst + 5, MetadataMgrNotice_LiveStream0 + 5, MetadataMgr::LVSStateChangeHandler_5, kLiveStreamsFailure},
 };
 // clang-format on
 

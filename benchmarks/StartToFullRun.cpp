@@ -14,14 +14,12 @@
 #include <string>
 
 #include "Measure.h"
-#include "Misc/StateMgrNotices.h"
 #include "ipc/LinxIpc.h"
+#include "system/Messages.h"
 
 namespace {
 
 constexpr int kTimeoutMs = 10000;
-constexpr unsigned int kPing = 13488;
-constexpr unsigned int kPong = 13489;
 const std::string kProcess = "MetadataMgr";
 
 void Send(LinxIpc& ipc, unsigned int type, unsigned int size) {
@@ -53,8 +51,8 @@ void StartToFullRun(benchmark::State& state) {
     Send(ipc, StateMgrProcessMsg_Subscribe, 1);
     Await(ipc, StateMgrProcessMsg_Subscribed);
     Send(ipc, StateMgrProcessMsg_FullRun, 0);
-    Send(ipc, kPing, 0);
-    Await(ipc, kPong);
+    Send(ipc, MetadataMgrMsg_Ping, 0);
+    Await(ipc, MetadataMgrMsg_PingResponse);
     state.PauseTiming();
     Send(ipc, LinxIpc::kShutdownNotice, 0);
     Await(ipc, StateMgrProcessMsg_ShutdownResponse);

@@ -11,7 +11,6 @@
 #include <string>
 
 #include "Input.h"
-#include "MessageIds.h"
 #include "MetadataMgr.h"
 #include "Misc/ProcessInitializer.h"
 #include "ProcessState.h"
@@ -19,6 +18,7 @@
 #include "support/IpcDir.h"
 #include "support/RawPeer.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 

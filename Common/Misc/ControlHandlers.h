@@ -1,17 +1,10 @@
 #pragma once
 
 #include "ipc/LinxIpc.h"
+#include "system/Messages.h"
 #include "system/Process.h"
 
 // The parts of process control that do not depend on the managed object.
-
-// Requests to read and set the log level, served by every process. Payloads: a 32-bit mask,
-// big-endian; in a get request it must be there, its content does not matter.
-enum LogLevelMsg : unsigned int {
-  LogLevelMsg_Set = 1872,
-  LogLevelMsg_Get = 1873,
-  LogLevelMsg_Response = 1874,
-};
 
 // Handler of LogLevelMsg_Set and LogLevelMsg_Get: answers the sender with the level in force.
 void HandleLogLevel(LinxIpc* ipc, void* context);

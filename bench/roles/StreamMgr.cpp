@@ -14,7 +14,7 @@ StreamMgr::StreamMgr() {
 }
 
 void StreamMgr::Prepare(LinxIpc& ipc) {
-  ipc.RegisterHandler(StreamMgrApi::kGetRecording, GetRecordingHandler, this);
+  ipc.RegisterHandler(StreamMgrMsg_GetRecording, GetRecordingHandler, this);
 }
 
 bool StreamMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
@@ -41,7 +41,7 @@ void StreamMgr::GetRecordingHandler(LinxIpc* ipc, void* self) {
   IpcMessage& message = ipc->CurrentMessage();
   const std::string asker = message.GetSender();
   const StringItem recording(static_cast<StreamMgr*>(self)->recording_);
-  if (message.Allocate(StreamMgrApi::kRecording, recording.Size(), nullptr) != 0) return;
+  if (message.Allocate(StreamMgrMsg_GetRecordingResponse, recording.Size(), nullptr) != 0) return;
   (void)recording.EncodeMsg(message);
   (void)ipc->Notify(asker, message, true);
 }

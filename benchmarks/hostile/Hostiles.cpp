@@ -10,8 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "Messages.h"
+#include "Victim.h"
 #include "support/RawPeer.h"
+#include "system/Messages.h"
 
 namespace {
 
@@ -40,14 +41,16 @@ void Nothing() {
 }
 
 void AskAndNeverRead() {
-  for (const unsigned int type : {kGetTick, kPing, kGetLogLevel}) Burst(Packet(type, U32(0)));
+  constexpr unsigned int kQuestions[] = {MetadataMgrMsg_GetLastSystemTick, MetadataMgrMsg_Ping,
+                                         LogLevelMsg_Get};
+  for (const unsigned int type : kQuestions) Burst(Packet(type, U32(0)));
 }
 
 void FollowAndNeverRead() {
   constexpr unsigned int kIds = 100;
   for (unsigned int id = 1; id <= kIds; ++id)
-    SendPatiently(Connection(), Packet(kSubscribeItem, U32(0) + U32(id)));
-  Burst(Packet(kBookmark, U32(1)));
+    SendPatiently(Connection(), Packet(SubscribeMsg_Subscribe, U32(0) + U32(id)));
+  Burst(Packet(MetadataMgrMsg_Bookmark, U32(1)));
 }
 
 void AskForCopies() {
@@ -56,7 +59,7 @@ void AskForCopies() {
   if (root == nullptr) abort();
   std::string path = root + std::string("/copy-") + std::to_string(++number);
   path.resize(1024);
-  SendPatiently(Connection(), Packet(kCopy, path + U32(0) + U32(0xFFFFFFFF)));
+  SendPatiently(Connection(), Packet(MetadataMgrMsg_MetadataToFile, path + U32(0) + U32(0xFFFFFFFF)));
   while (!Connection().Receive(0).value_or("").empty()) {
   }
 }
@@ -70,7 +73,7 @@ void ConnectUnderManyNames() {
   std::vector<RawPeer> peers;
   for (int i = 0; i < kBurst; ++i) {
     peers.push_back(RawPeer::To(kProcess, "Hostile" + std::to_string(i)));
-    SendPatiently(peers.back(), Packet(kPing));
+    SendPatiently(peers.back(), Packet(MetadataMgrMsg_Ping));
   }
 }
 
@@ -79,8 +82,8 @@ void Die() {
   const pid_t child = fork();
   if (child == 0) {
     const RawPeer peer = RawPeer::To(kProcess, "Dying");
-    (void)peer.Send(Packet(kSubscribeItem, U32(0) + U32(1)));
-    for (int i = 0; i < kBurst; ++i) (void)peer.Send(Packet(kGetTick));
+    (void)peer.Send(Packet(SubscribeMsg_Subscribe, U32(0) + U32(1)));
+    for (int i = 0; i < kBurst; ++i) (void)peer.Send(Packet(MetadataMgrMsg_GetLastSystemTick));
     (void)raise(SIGKILL);
   }
   (void)waitpid(child, nullptr, 0);
@@ -89,23 +92,24 @@ void Die() {
 void SubscribeTenThousandTimes() {
   constexpr unsigned int kTimes = 10000;
   for (unsigned int id = 1; id <= kTimes; ++id) {
-    SendPatiently(Connection(), Packet(kSubscribeItem, U32(0) + U32(id)));
+    SendPatiently(Connection(), Packet(SubscribeMsg_Subscribe, U32(0) + U32(id)));
     while (!Connection().Receive(0).value_or("").empty()) {
     }
   }
 }
 
 void SendEvents() {
-  Burst(Packet(kStreamState, U32(1) + U32(2) + U32(3)));
+  Burst(Packet(MetadataMgrMsg_VideoStreamState, U32(1) + U32(2) + U32(3)));
 }
 
 void SendDurableEvents() {
-  Burst(Packet(kRecordStartStop, U32(1) + std::string(1, '\1')));
+  Burst(Packet(MetadataMgrMsg_RecordStartStop, U32(1) + std::string(1, '\1')));
 }
 
 void SendGarbage() {
-  for (const std::string& packet : {std::string("x"), std::string(100000, 'x'), Packet(4711),
-                                    Packet(kBookmark), Packet(kSubscribeItem, U32(7) + U32(1))}) {
+  for (const std::string& packet :
+       {std::string("x"), std::string(100000, 'x'), Packet(4711), Packet(MetadataMgrMsg_Bookmark),
+        Packet(SubscribeMsg_Subscribe, U32(7) + U32(1))}) {
     Burst(packet);
   }
 }
@@ -113,7 +117,7 @@ void SendGarbage() {
 void SayAnothersName() {
   for (const char* name : {"Good0", "Good1", "StateMgr", "MetadataMgr"}) {
     const RawPeer peer = RawPeer::To(kProcess, name);
-    (void)peer.Send(Packet(kPing));
+    (void)peer.Send(Packet(MetadataMgrMsg_Ping));
     (void)peer.Closed(1000);
   }
 }

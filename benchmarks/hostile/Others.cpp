@@ -7,10 +7,10 @@
 #include <chrono>
 #include <string>
 
-#include "Messages.h"
 #include "Victim.h"
 #include "support/Eventually.h"
 #include "support/RawPeer.h"
+#include "system/Messages.h"
 
 namespace {
 
@@ -48,8 +48,9 @@ Result Ping(const RawPeer& peer, unsigned int number, Clock::time_point end) {
   do {
     const std::string state = U32(static_cast<unsigned int>(waitsUs.size())) + U32(number) + U32(1);
     const Stopwatch watch;
-    if (peer.Send(Packet(kCameraState, state)) != 0 || peer.Send(Packet(kPing)) != 0 ||
-        peer.Receive(kTimeoutMs) != Packet(kPong)) {
+    if (peer.Send(Packet(MetadataMgrMsg_CameraState, state)) != 0 ||
+        peer.Send(Packet(MetadataMgrMsg_Ping)) != 0 ||
+        peer.Receive(kTimeoutMs) != Packet(MetadataMgrMsg_PingResponse)) {
       return Summary(number, waitsUs, 1);
     }
     waitsUs.push_back(watch.Us());
@@ -63,8 +64,9 @@ bool ComeAndLeave() {
   const std::string subscription = U32(0) + U32(kId);
   RawPeer peer;
   if (!Eventually([&peer] { return (peer = RawPeer::To(kProcess, "Newcomer")).Connected(); })) return false;
-  return peer.Send(Packet(kSubscribeItem, subscription)) == 0 &&
-         peer.Receive(kTimeoutMs) == Packet(kSubscribeAnswer, subscription + U32(0) + std::string(1, '\0'));
+  return peer.Send(Packet(SubscribeMsg_Subscribe, subscription)) == 0 &&
+         peer.Receive(kTimeoutMs) ==
+             Packet(SubscribeMsg_Answer, subscription + U32(0) + std::string(1, '\0'));
 }
 
 Result Come(Clock::time_point end) {
@@ -89,7 +91,9 @@ Others::Others(double seconds) {
   Need(pipe(results_) == 0, "pipe");
   for (unsigned int i = 0; i < kPeers; ++i) {
     peers_.push_back(RawPeer::To(kProcess, "Good" + std::to_string(i)));
-    Need(peers_.back().Send(Packet(kPing)) == 0 && peers_.back().Receive() == Packet(kPong), "a first ping");
+    Need(peers_.back().Send(Packet(MetadataMgrMsg_Ping)) == 0 &&
+             peers_.back().Receive() == Packet(MetadataMgrMsg_PingResponse),
+         "a first ping");
   }
   const auto end =
       Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));

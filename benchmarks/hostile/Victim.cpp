@@ -11,9 +11,9 @@
 #include <fstream>
 #include <iterator>
 
-#include "Messages.h"
 #include "support/Eventually.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 
@@ -37,7 +37,7 @@ std::string Await(LinxIpc& at, unsigned int type) {
 // Accepts so many subscriptions. The zeros are the item.
 void Accept(LinxIpc& server, int count) {
   for (int i = 0; i < count; ++i) {
-    Send(server, kSubscribeAnswer, Await(server, kSubscribeItem) + std::string(20, '\0'));
+    Send(server, SubscribeMsg_Answer, Await(server, SubscribeMsg_Subscribe) + std::string(20, '\0'));
   }
 }
 
@@ -74,14 +74,14 @@ Victim::~Victim() {
 void Victim::LeadToFullRun() {
   constexpr int kStateMgrItems = 4;
   constexpr int kLiveStreams = 6;
-  (void)Await(*stateMgr_, kStarted);
-  Send(*stateMgr_, kSubscribeToServers, std::string(1, '\0'));
+  (void)Await(*stateMgr_, StateMgrProcessMsg_Started);
+  Send(*stateMgr_, StateMgrProcessMsg_Subscribe, std::string(1, '\0'));
   Accept(*stateMgr_, kStateMgrItems);
   Accept(*externalMgr_, kLiveStreams);
-  Need(Await(*stateMgr_, kSubscribed) == "\x01", "the start");
-  Send(*stateMgr_, kFullRun);
-  Send(*stateMgr_, kPing);
-  (void)Await(*stateMgr_, kPong);
+  Need(Await(*stateMgr_, StateMgrProcessMsg_Subscribed) == "\x01", "the start");
+  Send(*stateMgr_, StateMgrProcessMsg_FullRun);
+  Send(*stateMgr_, MetadataMgrMsg_Ping);
+  (void)Await(*stateMgr_, MetadataMgrMsg_PingResponse);
 }
 
 Taken Victim::Usage() const {
@@ -98,7 +98,7 @@ Taken Victim::Usage() const {
 
 bool Victim::Quit() {
   Send(*stateMgr_, LinxIpc::kShutdownNotice);
-  (void)Await(*stateMgr_, kShutdownDone);
+  (void)Await(*stateMgr_, StateMgrProcessMsg_ShutdownResponse);
   return process_->Wait() == 0;
 }
 

@@ -7,6 +7,9 @@
 #include "support/Child.h"
 #include "support/IpcDir.h"
 
+// The endpoint of the process.
+inline const std::string kProcess = "MetadataMgr";
+
 // What the process has taken of the machine since its start.
 struct Taken {
   long residentPeakKb = 0;

@@ -7,17 +7,10 @@
 #include "ipc/LinxServerNameList.h"
 #include "ipc/PeerQueue.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 #include "system/Process.h"
 
 namespace {
-
-// A response has the id of its request plus one, that of the log level apart.
-constexpr unsigned int kSetLogLevel = 1872;
-constexpr unsigned int kGetLogLevel = 1873;
-constexpr unsigned int kLogLevel = 1874;
-constexpr unsigned int kPing = 13488;
-constexpr unsigned int kMetadataToFile = 13490;
-constexpr unsigned int kGetLastSystemTick = 13498;
 
 constexpr unsigned int kWord = 4;
 constexpr unsigned int kTickAndFlag = 8;
@@ -38,31 +31,31 @@ int MetadataMgrClient::Ask(IpcMessage& message, unsigned int answerType, unsigne
 
 int MetadataMgrClient::Ping() {
   IpcMessage message;
-  (void)message.Allocate(kPing, 0, nullptr);
-  return Ask(message, kPing + 1, 0);
+  (void)message.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
+  return Ask(message, MetadataMgrMsg_PingResponse, 0);
 }
 
 int MetadataMgrClient::LastSystemTick(unsigned int& tick) {
   IpcMessage message;
-  (void)message.Allocate(kGetLastSystemTick, 0, nullptr);
-  const int result = Ask(message, kGetLastSystemTick + 1, kTickAndFlag);
+  (void)message.Allocate(MetadataMgrMsg_GetLastSystemTick, 0, nullptr);
+  const int result = Ask(message, MetadataMgrMsg_GetLastSystemTickResponse, kTickAndFlag);
   if (result == 0) tick = GetU32(message.DataPtr());
   return result;
 }
 
 int MetadataMgrClient::LogLevel(unsigned int& mask) {
   IpcMessage message;
-  (void)message.Allocate(kGetLogLevel, kWord, nullptr);
-  const int result = Ask(message, kLogLevel, kWord);
+  (void)message.Allocate(LogLevelMsg_Get, kWord, nullptr);
+  const int result = Ask(message, LogLevelMsg_Response, kWord);
   if (result == 0) mask = GetU32(message.DataPtr());
   return result;
 }
 
 int MetadataMgrClient::SetLogLevel(unsigned int& mask) {
   IpcMessage message;
-  (void)message.Allocate(kSetLogLevel, kWord, nullptr);
+  (void)message.Allocate(LogLevelMsg_Set, kWord, nullptr);
   PutU32(message.DataPtr(), mask);
-  const int result = Ask(message, kLogLevel, kWord);
+  const int result = Ask(message, LogLevelMsg_Response, kWord);
   if (result == 0) mask = GetU32(message.DataPtr());
   return result;
 }
@@ -71,11 +64,11 @@ int MetadataMgrClient::CopyToFile(const std::string& path, unsigned int first, u
                                   bool& copied) {
   if (path.empty() || path.size() >= kPathField) return EINVAL;
   IpcMessage message;
-  (void)message.Allocate(kMetadataToFile, kPathField + 2 * kWord, nullptr);
+  (void)message.Allocate(MetadataMgrMsg_MetadataToFile, kPathField + 2 * kWord, nullptr);
   std::memcpy(message.DataPtr(), path.data(), path.size());
   PutU32(message.DataPtr() + kPathField, first);
   PutU32(message.DataPtr() + kPathField + kWord, last);
-  const int result = Ask(message, kMetadataToFile + 1, 1);
+  const int result = Ask(message, MetadataMgrMsg_MetadataToFileResponse, 1);
   if (result == 0) copied = message.DataPtr()[0] == 1;
   return result;
 }

@@ -9,6 +9,7 @@
 #include "ipc/PeerQueue.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 
@@ -51,7 +52,7 @@ int TakeAnswer(IpcMessage& answer, Item& item) {
 
 SubscribeClient::SubscribeClient(LinxIpc& ipc, const std::string& server, int timeoutMs)
     : ipc_(ipc), server_(server), timeoutMs_(timeoutMs) {
-  ipc_.RegisterHandler(subscribe::kAnswer, AnswerHandler, nullptr);
+  ipc_.RegisterHandler(SubscribeMsg_Answer, AnswerHandler, nullptr);
 }
 
 SubscribeClient::~SubscribeClient() = default;
@@ -77,11 +78,11 @@ int SubscribeClient::Ask(const Subscription& subscription, Item& item) {
   IpcMessage answer;
   subscribe::Asked asked{server_, 0};  // connection 0: not yet
   for (int leftMs = timeoutMs_; leftMs > 0; leftMs = MsUntil(end)) {
-    if (asked.connection == 0 && Send(subscribe::kSubscribe, subscription, true) == 0)
+    if (asked.connection == 0 && Send(SubscribeMsg_Subscribe, subscription, true) == 0)
       asked.connection = PeerConnection(ipc_, server_);
     const int result = asked.connection != 0
-                           ? subscribe::AwaitAnswer(ipc_, leftMs, subscribe::kAnswer, asked, answer)
-                           : ipc_.Receive(std::min(leftMs, kRetryMs), subscribe::kAnswer, server_, &answer);
+                           ? subscribe::AwaitAnswer(ipc_, leftMs, SubscribeMsg_Answer, asked, answer)
+                           : ipc_.Receive(std::min(leftMs, kRetryMs), SubscribeMsg_Answer, server_, &answer);
     if (result == ENOTCONN) asked.connection = 0;  // the server went away with the request: ask its successor
     if (result == ENOTCONN || result == ETIMEDOUT) continue;
     if (result != 0) return result;
@@ -104,7 +105,7 @@ int SubscribeClient::Send(unsigned int type, const Subscription& subscription, b
 int SubscribeClient::Resubscribe() {
   int failure = 0;
   for (const Subscription& subscription : subscriptions_) {
-    const int result = Send(subscribe::kSubscribe, subscription, true);
+    const int result = Send(SubscribeMsg_Subscribe, subscription, true);
     if (failure == 0) failure = result;
   }
   return failure;
@@ -112,7 +113,7 @@ int SubscribeClient::Resubscribe() {
 
 void SubscribeClient::UnsubscribeAll(bool wait) {
   for (const Subscription& subscription : subscriptions_) {
-    (void)Send(subscribe::kUnsubscribe, subscription, wait);
+    (void)Send(SubscribeMsg_Unsubscribe, subscription, wait);
     ipc_.DeregisterHandler(subscription.notificationId);
   }
   subscriptions_.clear();

@@ -8,16 +8,12 @@
 
 // The subscribe protocol on the wire. All fields are 32-bit big-endian.
 //
-//   kSubscribe    item id, notification id    a notification id of 0 asks for the value only
-//   kAnswer       item id, notification id, result (0, or an errno value of Linux), then, with
-//                 result 0, the item
-//   kUnsubscribe  item id, notification id    not answered
-//   notices       the message type is the notification id; the payload is the item
+//   SubscribeMsg_Subscribe    item id, notification id    a notification id of 0 asks for the value only
+//   SubscribeMsg_Answer       item id, notification id, result (0, or an errno value of Linux), then,
+//                             with result 0, the item
+//   SubscribeMsg_Unsubscribe  item id, notification id    not answered
+//   notices                   the message type is the notification id; the payload is the item
 namespace subscribe {
-
-constexpr unsigned int kSubscribe = 1856;
-constexpr unsigned int kAnswer = 1857;
-constexpr unsigned int kUnsubscribe = 1858;
 
 constexpr std::size_t kRequestSize = 8;
 constexpr std::size_t kAnswerHeaderSize = 12;

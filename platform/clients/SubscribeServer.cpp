@@ -8,6 +8,7 @@
 #include "ipc/PeerQueue.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ int SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsig
   PutU32(payload.data() + 4, notificationId);
   PutU32(payload.data() + 8, result);
   std::copy_n(value.DataPtr(), valueSize, payload.data() + subscribe::kAnswerHeaderSize);
-  return PostToPeer(ipc, peer, subscribe::kAnswer, payload.data(), subscribe::kAnswerHeaderSize + valueSize,
+  return PostToPeer(ipc, peer, SubscribeMsg_Answer, payload.data(), subscribe::kAnswerHeaderSize + valueSize,
                     kMaxPostedAnswerBytes);
 }
 
@@ -51,8 +52,8 @@ struct SubscribeServer::Lines {
 };
 
 SubscribeServer::SubscribeServer(LinxIpc& ipc) : ipc_(ipc), lines_(std::make_unique<Lines>()) {
-  ipc_.RegisterHandler(subscribe::kSubscribe, HandleSubscribe, this);
-  ipc_.RegisterHandler(subscribe::kUnsubscribe, HandleUnsubscribe, this);
+  ipc_.RegisterHandler(SubscribeMsg_Subscribe, HandleSubscribe, this);
+  ipc_.RegisterHandler(SubscribeMsg_Unsubscribe, HandleUnsubscribe, this);
   OnPeerGone(ipc_, HandlePeerGone, this);
 }
 
@@ -64,7 +65,7 @@ void SubscribeServer::HandleSubscribe(LinxIpc* ipc, void* context) {
   Subscription wanted{request.GetSender(), 0, 0, 0};
   if (!ReadRequest(request, self.lines_->tooShort, wanted.itemId, wanted.notificationId)) return;
   IpcMessage value;
-  self.GetItem(wanted.itemId, value, subscribe::kAnswer);
+  self.GetItem(wanted.itemId, value, SubscribeMsg_Answer);
   const unsigned int result = self.Accept(wanted, value.DataPtr() != nullptr);
   const int error = SendAnswer(*ipc, wanted.subscriber, wanted.itemId, wanted.notificationId, result, value);
   if (error != 0) self.lines_->unanswered("Cannot answer ", wanted.subscriber, ", error ", error);

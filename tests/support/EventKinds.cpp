@@ -1,6 +1,5 @@
 #include "support/EventKinds.h"
 
-#include "MessageIds.h"
 #include "StreamingLvsStateItem.h"
 #include "SubscriptionTable.h"
 #include "items/ConfigurationItems.h"
@@ -14,6 +13,7 @@
 #include "items/VideoMgrCameraItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 
 namespace {
 

@@ -7,10 +7,6 @@
 // Questions to the stream manager, which writes the video.
 class StreamMgrApi {
  public:
-  // Answered with a StringItem.
-  static constexpr unsigned int kGetRecording = 13616;
-  static constexpr unsigned int kRecording = 13617;
-
   // The id of the recording event that is being written, at most 255 bytes; empty when none is,
   // when there is no stream manager or it ends meanwhile (at once in both cases), and when it does
   // not answer within `timeoutMs`.

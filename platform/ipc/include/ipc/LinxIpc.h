@@ -4,6 +4,7 @@
 #include <string>
 
 #include "ipc/IpcMessage.h"
+#include "system/Messages.h"
 
 class Endpoint;
 
@@ -21,8 +22,8 @@ class LinxIpc {
 
   // Message types that the endpoint itself knows. Every peer may ask for a shutdown; a
   // process-died notice counts only when the state manager sent it.
-  static constexpr unsigned int kProcessDiedNotice = 13237;  // payload: 32-bit e_Process
-  static constexpr unsigned int kShutdownNotice = 13238;     // no payload
+  static constexpr unsigned int kProcessDiedNotice = StateMgrProcessMsg_Died;  // payload: 32-bit e_Process
+  static constexpr unsigned int kShutdownNotice = StateMgrProcessMsg_Quit;     // no payload
 
   // Names are 1 to 32 letters, digits, "_" and "-". Nothing is opened yet.
   explicit LinxIpc(const std::string& name);
