@@ -26,3 +26,6 @@ endfunction()
 set(mm_platform platform_store platform_clients platform_sharedmem platform_items platform_ipc platform_system
   platform_log)
 set(mm_process metadatamgr common_misc items ${mm_platform})
+
+# What the reader is made of.
+set(mm_reader reader_commands reader_report reader_formats reader_analysis reader_recording reader_text)

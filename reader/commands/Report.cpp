@@ -1,0 +1,108 @@
+#include <CLI/CLI.hpp>
+
+#include "Declarations.h"
+#include "DriveData.h"
+#include "JsonWriter.h"
+#include "OutputFile.h"
+#include "RangeOptions.h"
+#include "ReportPage.h"
+#include "RunReader.h"
+
+namespace {
+
+struct ReportOptions {
+  Recordings recordings;
+  RangeOptions range;
+  SourceOption source;
+  std::string out;
+};
+
+// What is embedded must not end the element in which it stands.
+void AppendEmbedded(const std::string& json, std::string& out) {
+  for (const char c : json) {
+    if (c == '<') {
+      out += "\\u003c";
+    } else {
+      out += c;
+    }
+  }
+}
+
+// The runs of which there is something to show, one after the other.
+class RunsWriter {
+ public:
+  RunsWriter(const ReportOptions& options, const Range& range, Messages& messages)
+      : options_(options), range_(range), messages_(messages) {}
+
+  void Append(const Run& run, std::string& out) {
+    const Selection* selection = options_.source.Selected();
+    const bool anyTime = !range_.from && !range_.to;
+    const RunSummary summary = Summarize(run, messages_);
+    DriveData drive(run, summary, {anyTime && selection == nullptr, selection == nullptr, bookmarks_});
+    RunReader reader({run}, selection, /*text=*/true, messages_);
+    reader.ShowProgress(true);
+    for (Row row; reader.Next(row);) {
+      if (range_.Contains(row)) {
+        drive.Add(row);
+      } else {
+        drive.Skip(row);
+      }
+    }
+    bookmarks_ = drive.Bookmarks();
+    if (!anyTime && !drive.Any()) return;
+    std::string text;
+    JsonWriter json(text);
+    drive.Write(json);
+    out += first_ ? "" : ",\n";
+    AppendEmbedded(text, out);
+    first_ = false;
+  }
+
+ private:
+  const ReportOptions& options_;
+  const Range& range_;
+  Messages& messages_;
+  int bookmarks_ = 0;
+  bool first_ = true;
+};
+
+int Report(const ReportOptions& options) {
+  Messages messages;
+  const std::vector<Run> runs = options.recordings.Find(messages);
+  Range range;
+  if (!options.range.Find(runs, range, messages)) return kFinding;
+  OutputFile file;
+  if (!file.Open(options.out, messages)) return kFinding;
+  std::string& out = file.Out().Text();
+  out += ReportHead();
+  out += '[';
+  RunsWriter writer(options, range, messages);
+  for (const Run& run : runs) {
+    writer.Append(run, out);
+    file.Out().Commit();
+  }
+  out += ']';
+  out += ReportTail();
+  return file.Finish() ? messages.Status() : kFinding;
+}
+
+}  // namespace
+
+Action DeclareReport(CLI::App& app) {
+  auto options = std::make_shared<ReportOptions>();
+  AddRecordings(app, options->recordings);
+  options->range.Declare(app);
+  options->source.Declare(app);
+  app.add_option("-o,--output", options->out, "the page to write [standard output]");
+  app.footer(
+      "The page needs nothing but itself: it opens offline and prints. It shows each run: the track, speed,\n"
+      "temperatures, inputs, recordings, streams and so on over one time axis, and what is missing.\n"
+      "T is " +
+      InstantHelp() + ".\nSOURCES: " + SelectionHelp() +
+      ".\n"
+      "Examples:\n"
+      "  metadata report -o drive.html\n"
+      "  metadata report -o drive.html metadata.000007.db\n"
+      "  metadata report -o crash.html --from crash-2m --to crash+1m");
+  return [options] { return Report(*options); };
+}

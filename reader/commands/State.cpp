@@ -1,0 +1,133 @@
+#include <CLI/CLI.hpp>
+#include <map>
+
+#include "Declarations.h"
+#include "Encode.h"
+#include "Instant.h"
+#include "Output.h"
+#include "Print.h"
+#include "RangeOptions.h"
+#include "RowFormat.h"
+#include "RunReader.h"
+#include "Utc.h"
+
+namespace {
+
+struct StateOptions {
+  Recordings recordings;
+  std::optional<Instant> at;
+};
+
+// The last that a source said.
+struct Value {
+  std::string text;
+  std::int64_t ageMs = 0;
+  bool older = false;  // only known from its restating
+};
+
+// The values at an instant, of the run in which it lies or, where it lies between two, of the one before.
+class Snapshot {
+ public:
+  explicit Snapshot(const Position& at) : at_(at) {}
+
+  // False when nothing of interest can follow.
+  bool Take(const Row& row) {
+    const std::int64_t ageMs = at_.AgeMs(row);
+    const bool behind = at_.Compare(row) > 0;
+    if (row.run != run_) {
+      if (behind || behind_) return behind_ = run_ != 0, false;
+      values_.clear();
+      order_.clear();
+      run_ = row.run;
+    }
+    if (behind) {
+      behind_ = true;
+      return ageMs > -kDisorderMs && at_.by != Position::By::kSeq;
+    }
+    if (row.table == "configuration") return true;
+    if (UtcOfInstant(row)) utcMs_ = row.utcMs + ageMs;
+    Key key(row.table, row.source);
+    if (row.table == "version") key.first += std::to_string(row.Number("component"));
+    const auto [place, isNew] = values_.try_emplace(key);
+    if (isNew) order_.push_back(key);
+    if (row.event == EventKind::kRestated && !isNew) return true;
+    place->second = {{}, ageMs, row.event == EventKind::kRestated};
+    AppendPrintable(row.text, place->second.text);
+    return true;
+  }
+
+  bool Empty() const { return values_.empty(); }
+  // Whether the run goes on behind the instant.
+  bool WithinRun() const { return behind_ || at_.by == Position::By::kSeq; }
+
+  void Print(std::string& out) const {
+    ::Print(out, "Run %d at %s\n", run_, UtcText(utcMs_).c_str());
+    ::Print(out, "%14s  %-20s %s\n", "age", "source", "value");
+    for (const Key& key : order_) {
+      const Value& value = values_.at(key);
+      const std::string age = (value.older ? "over " : "") + DurationText(value.ageMs);
+      ::Print(out, "%14s  %-20s %s\n", age.c_str(), key.second.c_str(), value.text.c_str());
+    }
+  }
+
+ private:
+  // Whether the row can tell it. The senders' times differ from those by which rows are counted.
+  bool UtcOfInstant(const Row& row) const {
+    if (row.utcMs == kNoUtc) return false;
+    switch (at_.by) {
+      case Position::By::kTick:
+        return !row.utcBySender;
+      case Position::By::kUtc:
+        return true;
+      case Position::By::kSeq:
+        return at_.Compare(row) == 0;
+    }
+    return false;
+  }
+
+  // Records stand in the order of their arrival; the senders' times differ from it by up to this.
+  static constexpr std::int64_t kDisorderMs = 60'000;
+  using Key = std::pair<std::string, std::string>;  // table, source
+
+  Position at_;
+  int run_ = 0;
+  bool behind_ = false;
+  std::int64_t utcMs_ = kNoUtc;
+  std::vector<Key> order_;
+  std::map<Key, Value> values_;
+};
+
+int State(const StateOptions& options) {
+  Messages messages;
+  const std::vector<Run> runs = options.recordings.Find(messages);
+  const std::optional<Position> at = Resolve(*options.at, runs, messages);
+  if (!at) return kFinding;
+  Snapshot snapshot(*at);
+  RunReader reader(runs, nullptr, true, messages);
+  reader.ShowProgress(true);
+  for (Row row; reader.Next(row) && snapshot.Take(row);) {
+  }
+  if (snapshot.Empty()) {
+    messages.Problem("nothing is recorded at or before " + options.at->said);
+    return kFinding;
+  }
+  if (!snapshot.WithinRun()) messages.Note("nothing is recorded behind " + options.at->said);
+  Output out;
+  snapshot.Print(out.Text());
+  return out.Flush() ? messages.Status() : kFinding;
+}
+
+}  // namespace
+
+Action DeclareState(CLI::App& app) {
+  auto options = std::make_shared<StateOptions>();
+  AddRecordings(app, options->recordings);
+  AddInstant(app, "--at", options->at, "the instant")->required();
+  app.footer("T is " + InstantHelp() +
+             ".\n"
+             "Examples:\n"
+             "  metadata state --at crash\n"
+             "  metadata state --at bookmark:2-10s metadata.000007.db\n"
+             "  metadata state --at 2024-05-01T12:00:30Z");
+  return [options] { return State(*options); };
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <memory>
+
+#include "RowFormat.h"
+
+std::unique_ptr<RowFormat> MakeJsonFormat();

@@ -1,0 +1,169 @@
+#include "Instant.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+#include "RunReader.h"
+#include "Utc.h"
+
+namespace {
+
+struct NamedEvent {
+  const char* name;
+  const char* source;
+  int active;  // -1: has no two ways
+};
+constexpr std::array<NamedEvent, 19> kEvents{{
+    {"record-start", "recording", 1},
+    {"record-stop", "recording", 0},
+    {"bookmark", "bookmark", -1},
+    {"crash", "crash", 1},
+    {"crash-cleared", "crash", 0},
+    {"covert-on", "covert", 1},
+    {"covert-off", "covert", 0},
+    {"lights-on", "lights", 1},
+    {"lights-off", "lights", 0},
+    {"siren-on", "siren", 1},
+    {"siren-off", "siren", 0},
+    {"brakes-on", "brakes", 1},
+    {"brakes-off", "brakes", 0},
+    {"aux-on", "aux", 1},
+    {"aux-off", "aux", 0},
+    {"door-open", "doorOpen", 1},
+    {"door-closed", "doorOpen", 0},
+    {"ignition-on", "ignition", 1},
+    {"ignition-off", "ignition", 0},
+}};
+
+template <typename Number>
+bool TakeNumber(std::string_view& text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc()) return false;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return true;
+}
+
+// "+1.5m"
+bool TakeDistance(std::string_view& text, std::int64_t& ms) {
+  constexpr std::array<std::pair<std::string_view, double>, 4> kUnits{
+      {{"ms", 1}, {"s", 1000}, {"m", 60'000}, {"h", 3'600'000}}};
+  const double sign = text.starts_with('-') ? -1 : 1;
+  text.remove_prefix(1);
+  double number = 0;
+  if (!TakeNumber(text, number) || !(number >= 0 && number <= 1e9)) return false;  // nor NaN
+  for (const auto& [unit, factor] : kUnits) {
+    if (text != unit) continue;
+    ms = std::llround(sign * number * factor);
+    text = {};
+    return true;
+  }
+  return false;
+}
+
+// The longest name with which the text begins.
+const NamedEvent* TakeEvent(std::string_view& text) {
+  const NamedEvent* found = nullptr;
+  for (const NamedEvent& row : kEvents) {
+    const std::string_view name = row.name;
+    if (text.starts_with(name) && (found == nullptr || name.size() > std::string_view(found->name).size()))
+      found = &row;
+  }
+  if (found != nullptr) text.remove_prefix(std::string_view(found->name).size());
+  return found;
+}
+
+bool ReadEvent(std::string_view text, Instant& instant) {
+  const NamedEvent* event = TakeEvent(text);
+  if (event == nullptr) return false;
+  instant.kind = Instant::Kind::kEvent;
+  instant.event = event->name;
+  if (text.starts_with(':')) {
+    text.remove_prefix(1);
+    if (!TakeNumber(text, instant.count) || instant.count < 1) return false;
+  }
+  if (text.starts_with('+') || text.starts_with('-')) return TakeDistance(text, instant.distanceMs);
+  return text.empty();
+}
+
+bool ReadTick(std::string_view text, Instant& instant) {
+  return TakeNumber(text, instant.value) && text.empty() && instant.value >= 0 &&
+         instant.value <= kFarthestMs;
+}
+
+int Sign(std::int64_t left, std::int64_t right) {
+  return left < right ? -1 : left > right ? 1 : 0;
+}
+
+}  // namespace
+
+bool ReadInstant(const std::string& text, Instant& instant, std::string& error) {
+  instant = {};
+  instant.said = text;
+  if (ReadTick(text, instant)) return true;
+  instant.kind = Instant::Kind::kUtc;
+  if (ReadUtc(text, instant.value) || ReadEvent(text, instant)) return true;
+  error = "'" + text + "' is no time: " + InstantHelp();
+  return false;
+}
+
+std::vector<std::string> EventNames() {
+  std::vector<std::string> names;
+  names.reserve(std::size(kEvents));
+  for (const NamedEvent& row : kEvents) names.emplace_back(row.name);
+  return names;
+}
+
+std::string InstantHelp() {
+  std::string help = "a tick, a UTC time (2024-05-01T12:00:00Z), or an event";
+  for (const NamedEvent& row : kEvents) help += std::string(&row == kEvents.data() ? " (" : ", ") + row.name;
+  return help + "), with which one of them and a distance where need be (bookmark:2-30s)";
+}
+
+int Position::Compare(const Row& row) const {
+  if (run != 0 && row.run != run) return Sign(row.run, run);
+  switch (by) {
+    case By::kTick:
+      return Sign(row.tick, value);
+    case By::kUtc:
+      return Sign(row.utcMs, value);
+    case By::kSeq:
+      return Sign(row.seq, value);
+  }
+  return 0;
+}
+
+std::int64_t Position::AgeMs(const Row& row) const {
+  switch (by) {
+    case By::kTick:
+      return value - row.tick;
+    case By::kUtc:
+      return value - std::max(row.utcMs, -2 * kFarthestMs);  // that of a file without a clock is none
+    case By::kSeq:
+      return tick - row.tick;
+  }
+  return 0;
+}
+
+std::optional<Position> Resolve(const Instant& instant, const std::vector<Run>& runs, Messages& messages) {
+  if (instant.kind == Instant::Kind::kTick) return Position{Position::By::kTick, 0, instant.value, 0};
+  if (instant.kind == Instant::Kind::kUtc) return Position{Position::By::kUtc, 0, instant.value, 0};
+  const auto* event = std::find_if(kEvents.begin(), kEvents.end(),
+                                   [&instant](const NamedEvent& row) { return row.name == instant.event; });
+  Selection selection;
+  std::string ignored;
+  (void)selection.Read(event->source, ignored);
+  RunReader reader(runs, &selection, false, messages);
+  Row row;
+  int count = 0;
+  while (reader.Next(row)) {
+    if (row.event != EventKind::kEvent) continue;
+    if (event->active >= 0 && row.Number("active") != event->active) continue;
+    if (++count < instant.count) continue;
+    if (instant.distanceMs == 0) return Position{Position::By::kSeq, row.run, row.seq, row.tick};
+    return Position{Position::By::kTick, row.run, row.tick + instant.distanceMs, 0};
+  }
+  messages.Problem("no " + instant.said + " is recorded: there are " + std::to_string(count));
+  return std::nullopt;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+// The UTC of what has none.
+constexpr std::int64_t kNoUtc = std::numeric_limits<std::int64_t>::min();
+
+// ISO 8601 with milliseconds, "2024-05-01T12:00:00.000Z"; "-" for kNoUtc.
+std::string UtcText(std::int64_t utcMs);
+
+// Appends the same; quick for times that follow one another.
+class UtcWriter {
+ public:
+  void Append(std::int64_t utcMs, std::string& text);
+
+ private:
+  std::int64_t day_ = kNoUtc;
+  char date_[16] = {};
+};
+
+// Reads "2024-05-01", "2024-05-01T12:00", "2024-05-01T12:00:30.25Z"; the Z may be left out, a blank may
+// stand for the T. False when it is none.
+bool ReadUtc(std::string_view text, std::int64_t& utcMs);
