@@ -1,16 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
-namespace store {
+#include "RunFiles.h"
 
-// What an open store has recorded in its run so far.
-struct CurrentRun {
-  std::uint32_t firstFile = 0;  // numbers; all between them belong to the run
-  std::uint32_t lastFile = 0;
-  std::int64_t now = 0;  // arrival tick
-};
+namespace store {
 
 // A store that can be found by its base path, as long as it lives.
 class OpenStore {

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "store/CurrentSchema.h"
+#include "Schema.h"
 
 namespace {
 

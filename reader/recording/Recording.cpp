@@ -8,7 +8,7 @@
 #include <filesystem>
 
 #include "PrivateCopy.h"
-#include "store/CurrentSchema.h"
+#include "Schema.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "store/CurrentSchema.h"
+#include "Schema.h"
 #include "system/BigEndian.h"
 
 namespace store {

@@ -3,9 +3,16 @@
 #include <string>
 
 #include "Record.h"
-#include "store/CurrentSchema.h"
 
 namespace store {
+
+// The numbers in a recording file's header that say whose it is, and in which form.
+constexpr int kApplicationId = 0x4D4D4442;     // "MMDB"
+constexpr int kUnfinishedCopyId = 0x4D4D4450;  // "MMDP": not a recording yet
+constexpr int kSchemaVersion = 1;
+
+// The statements that make an empty recording file: tables, names of the tags, views, progress.
+std::string CreateSchema();
 
 // INSERT of one record: sequence number, tick, sender's tick, event, then the table's columns.
 std::string InsertInto(TableId table);

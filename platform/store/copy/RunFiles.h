@@ -6,9 +6,15 @@
 #include <vector>
 
 #include "FileNames.h"
-#include "OpenStores.h"
 
 namespace store {
+
+// What an open store has recorded in its run so far.
+struct CurrentRun {
+  std::uint32_t firstFile = 0;  // numbers; all between them belong to the run
+  std::uint32_t lastFile = 0;
+  std::int64_t now = 0;  // arrival tick
+};
 
 struct RunFile {
   std::string path;
