@@ -2,10 +2,10 @@
 # shellcheck shell=bash
 
 declare -A packages=(
-  [build]="cmake ninja-build g++ libsqlite3-dev libcli11-dev nlohmann-json3-dev"
+  [build]="cmake ninja-build g++ libsqlite3-dev libsodium-dev libcli11-dev nlohmann-json3-dev"
   [run]="sqlite3"
   [bench]="libbenchmark-dev"
-  [test]="libgtest-dev libgmock-dev sqlite3 jq gpsbabel libxml2-utils ffmpeg gpsd gpsd-clients systemd"
+  [test]="libgtest-dev libgmock-dev sqlite3 jq gpsbabel libxml2-utils ffmpeg gpsd gpsd-clients systemd python3-nacl"
   [ppc]="g++-powerpc-linux-gnu qemu-user googletest tcl dpkg-dev make"
   [package]="dpkg-dev"
   [count]="valgrind gcc strace"

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Builds SQLite and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root, and puts the
-# libraries that consist of headers beside them.
+# Builds SQLite, libsodium and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root, and
+# puts the libraries that consist of headers beside them.
 # Says and does nothing when that was done before, from the same versions.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 
 cache=$PWD/.cache/ppc
 stamp=$(cat "$0" cmake/toolchain-ppc.cmake cmake/ppc-libraries/CMakeLists.txt | sha256sum
-  dpkg-query -W -f '${Package} ${Version}\n' libsqlite3-dev googletest libcli11-dev nlohmann-json3-dev \
+  dpkg-query -W -f '${Package} ${Version}\n' libsqlite3-dev libsodium-dev googletest libcli11-dev nlohmann-json3-dev \
     g++-powerpc-linux-gnu)
 if [ "$(cat "$cache/stamp" 2>/dev/null || true)" = "$stamp" ]; then
   exit
@@ -21,14 +21,14 @@ apt_private() {
     -o Dir::State::Status=/var/lib/dpkg/status -o APT::Sandbox::User="$(id -un)" "$@"
 }
 
-fetch_sqlite() {
+fetch_sources() {
   rm -rf "$cache"
   mkdir -p "$cache"/{lists,apt/archives,source}/partial
   # shellcheck disable=SC2016  # the fields are apt-get's
   apt-get indextargets --format 'deb-src $(REPO_URI) $(CODENAME) $(COMPONENT)' \
-    'Created-By: Packages' 'Origin: Debian' | sort -u >"$cache/sources.list"
+    'Created-By: Packages' 'Origin: Debian' | sort -ru >"$cache/sources.list"
   apt_private update
-  (cd "$cache/source" && apt_private source sqlite3)
+  (cd "$cache/source" && apt_private source sqlite3 libsodium)
 }
 
 # Debian's source is the tree of many files; the one file that everybody compiles is made from it.
@@ -38,6 +38,14 @@ amalgamate_sqlite() {
   make sqlite3.c
 }
 
+# Its own build: one library, without a shared one. Warnings of an older dialect of C are not ours.
+build_libsodium() {
+  cd "$cache"/source/libsodium-*/
+  ./configure --host=powerpc-linux-gnu --prefix="$cache/root" --disable-shared --disable-dependency-tracking \
+    --enable-minimal CFLAGS="-O2 -ffunction-sections -fdata-sections -D_FILE_OFFSET_BITS=64 -D_TIME_BITS=64"
+  make -j"$(nproc)" install
+}
+
 build_libraries() {
   cmake -G Ninja -S cmake/ppc-libraries -B "$cache/build" --toolchain "$PWD/cmake/toolchain-ppc.cmake" \
     -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$cache/root" -DCMAKE_INSTALL_MESSAGE=NEVER \
@@ -45,8 +53,9 @@ build_libraries() {
   ninja -C "$cache/build" install
 }
 
-quietly "Fetching the source of SQLite" fetch_sqlite
+quietly "Fetching the sources of SQLite and libsodium" fetch_sources
 quietly "Joining SQLite's sources" amalgamate_sqlite
+quietly "Building libsodium for PowerPC" build_libsodium
 quietly "Building SQLite and GoogleTest for PowerPC" build_libraries
 rm -rf "$cache"/{lists,apt,source,build}
 echo "$stamp" >"$cache/stamp"

@@ -1,0 +1,111 @@
+#include "seal/Chain.h"
+
+#include <utility>
+
+#include "seal/KeyTree.h"
+
+namespace seal {
+
+void Chain::BeginFile() {
+  if (failed_) last_ = Seal();  // what follows on it is not known
+  failed_ = false;
+  fileBegins_ = true;
+  verdict_ = Verdict::kProven;
+  reason_.clear();
+  provenTo_ = tail_ = 0;
+  follows_ = provesBefore_ = false;
+  root_ = epochKey_ = {};
+}
+
+bool Chain::Fail(Verdict verdict, std::string reason) {
+  failed_ = true;
+  verdict_ = verdict;
+  reason_ = std::move(reason);
+  return false;
+}
+
+// The file can still be sound by itself.
+void Chain::Miss(std::string reason) {
+  verdict_ = Verdict::kIncomplete;
+  if (reason_.empty()) reason_ = std::move(reason);
+}
+
+bool Chain::Begin(const Seal& seal) {
+  seal_ = seal;
+  if (!ReadNote(seal_.note, items_)) return Fail(Verdict::kAltered, "the note cannot be read");
+  if (!CheckOrder(seal_) || !CheckFile(seal_) || !CheckEpoch(seal_)) return false;
+  commit_.emplace(items_.hasFile ? items_.file.previous : last_.place.hash, seal_);
+  return true;
+}
+
+bool Chain::CheckOrder(const Seal& seal) {
+  const std::int64_t number = seal.place.number;
+  if (number <= 0 || seal.firstSeq <= 0 || seal.lastSeq < seal.firstSeq)
+    return Fail(Verdict::kAltered, "impossible numbers");
+  adjacent_ = last_.place.number != 0 && number - 1 == last_.place.number;
+  if (number <= last_.place.number) return Fail(Verdict::kAltered, "the number comes again");
+  if (!fileBegins_ && !adjacent_)
+    return Fail(Verdict::kAltered,
+                "the seals before it were removed, from " + std::to_string(last_.place.number + 1) + " on");
+  if (!fileBegins_ && seal.firstSeq <= last_.lastSeq)
+    return Fail(Verdict::kAltered, "its records are those of another seal, too");
+  return true;
+}
+
+bool Chain::CheckFile(const Seal& seal) {
+  if (items_.hasFile != fileBegins_)
+    return Fail(Verdict::kAltered,
+                fileBegins_ ? "the file's first seals were removed" : "a file begins within another");
+  if (!fileBegins_) return true;
+  fileBegins_ = false;
+  root_ = items_.file.root;
+  if (trusted_ && root_ != PublicKey{} && root_ != *trusted_)
+    return Fail(Verdict::kCannotTell, "sealed by another recorder, " + Fingerprint(root_));
+  if (last_.place.number != 0 && !adjacent_)
+    Miss("seals " + std::to_string(last_.place.number + 1) + " to " + std::to_string(seal.place.number - 1) +
+         " are missing before this file");
+  follows_ = adjacent_;
+  if (adjacent_ && items_.file.previous != last_.place.hash)
+    return Fail(Verdict::kAltered, "it does not follow the seal before");
+  if (items_.hasStart && items_.start.found.number < items_.start.expected.number)
+    Miss("when the run began, seals up to " + std::to_string(items_.start.expected.number) +
+         " were expected and up to " + std::to_string(items_.start.found.number) + " were found");
+  return true;
+}
+
+// An epoch ends with a seal of its own; nobody who has only later keys can make that.
+bool Chain::CheckEpoch(const Seal& seal) {
+  const bool keyed = root_ != PublicKey{};
+  if (!keyed) return !seal.isSigned || Fail(Verdict::kAltered, "signed without a recorder's key");
+  const bool next = seal.epoch == last_.epoch + 1 && lastEndsEpoch_;
+  if (adjacent_ && seal.epoch != last_.epoch && !next)
+    return Fail(Verdict::kAltered, "epoch " + std::to_string(seal.epoch) + " follows on epoch " +
+                                       std::to_string(last_.epoch) + ", which was not ended");
+  if (seal.epoch < last_.epoch) return Fail(Verdict::kAltered, "the epoch goes back");
+  if (items_.endsEpoch && !seal.isSigned) return Fail(Verdict::kAltered, "an epoch ends without a signature");
+  const bool begins = items_.hasFile || seal.epoch != last_.epoch;
+  if (!begins && items_.path.empty()) return true;
+  if (KeyTree::CheckPath(root_, seal.epoch, items_.path, epochKey_)) return true;
+  return Fail(Verdict::kAltered, "the key of epoch " + std::to_string(seal.epoch) + " is not the recorder's");
+}
+
+bool Chain::End() {
+  if (commit_->End() != seal_.place.hash)
+    return Fail(Verdict::kAltered, "the records are not those that were sealed");
+  if (seal_.isSigned && !KeyTree::CheckHash(epochKey_, seal_.place.hash, seal_.signature))
+    return Fail(Verdict::kAltered, "the signature is wrong");
+  tail_ = seal_.isSigned ? 0 : tail_ + 1;
+  if (seal_.isSigned) provenTo_ = seal_.lastSeq;
+  provesBefore_ = provesBefore_ || (seal_.isSigned && follows_);
+  last_ = seal_;
+  lastEndsEpoch_ = items_.endsEpoch;
+  return true;
+}
+
+Verdict Chain::FileVerdict() const {
+  if (verdict_ != Verdict::kProven) return verdict_;
+  if (!trusted_ || root_ != *trusted_ || provenTo_ == 0) return Verdict::kConsistent;
+  return tail_ == 0 ? Verdict::kProven : Verdict::kTail;
+}
+
+}  // namespace seal

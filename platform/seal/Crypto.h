@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+
+#include "seal/HashState.h"
+
+// libsodium under names of ours. Every call works without a start-up step.
+namespace seal {
+
+using SecretKey = std::array<unsigned char, 64>;  // the seed, then the public key
+
+struct KeyPair {
+  KeyPair() = default;
+  explicit KeyPair(const Seed& seed);
+  ~KeyPair();
+  KeyPair(const KeyPair&) = delete;
+  KeyPair& operator=(const KeyPair&) = delete;
+
+  PublicKey publicKey{};
+  SecretKey secretKey{};
+};
+
+// A seed for one purpose, from which nobody can compute the one given.
+enum class Purpose : unsigned char { kSigning = 0, kLeft = 1, kRight = 2 };
+Seed Derive(const Seed& from, Purpose purpose);
+
+Hash HashOf(Label label, std::span<const unsigned char> bytes);
+Signature Sign(const SecretKey& key, std::span<const unsigned char> message);
+bool Verify(const PublicKey& key, std::span<const unsigned char> message, const Signature& signature);
+void Wipe(std::span<unsigned char> secret);
+
+std::string ToHex(std::span<const unsigned char> bytes);
+
+}  // namespace seal

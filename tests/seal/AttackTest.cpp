@@ -1,0 +1,190 @@
+// What somebody can do to recordings, with the card alone or with the recorder's key of today, and what a
+// verifier says of it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "SealedCar.h"
+#include "seal/KeyTree.h"
+
+namespace {
+
+using Files = std::vector<File>;
+
+// Three drives in four files: 1 and 2 of the first drive (with a change of epoch in file 2), 3, 4.
+class Attacks : public testing::Test {
+ protected:
+  Attacks() {
+    car_.Start();
+    car_.RecordFor(20'000);
+    car_.NewFile();
+    car_.RecordFor(seal::Sealer::kEpochMs);
+    car_.End();
+    car_.Drive(20'000);
+    car_.Drive(20'000);
+  }
+
+  std::string Verdict(const Files& files) const { return Verify(files, car_.Root()); }
+
+  SealedCar car_;
+};
+
+TEST_F(Attacks, NoneIsProven) {
+  EXPECT_EQ(Verdict(car_.files), "proven");
+  for (const File& file : car_.files) {  // each alone, too, but for what came after its last signature
+    EXPECT_EQ(Verdict({file}), file.back().seal.isSigned ? "proven" : "tail");
+  }
+}
+
+struct Attack {
+  const char* name;
+  std::function<void(Files&)> change;
+  const char* expected;  // the beginning of the verdict
+};
+
+void Remove(File& file, std::ptrdiff_t first, std::ptrdiff_t count) {
+  file.erase(file.begin() + first, file.begin() + first + count);
+}
+
+const Attack kAttacks[] = {
+    {"a value", [](Files& f) { f[0][3].rows[1].values[5] = 1; },
+     "altered: file 1, seal 4: the records are not"},
+    {"a time", [](Files& f) { f[0][3].rows[1].values[1] = 1; },
+     "altered: file 1, seal 4: the records are not"},
+    {"a NULL", [](Files& f) { f[0][3].rows[2].values[2] = 0; },
+     "altered: file 1, seal 4: the records are not"},
+    {"a number into a text", [](Files& f) { f[0][3].rows[1].values[5] = "1"; },
+     "altered: file 1, seal 4: the rec"},
+    {"a table", [](Files& f) { f[0][3].rows[1].table = "radar"; },
+     "altered: file 1, seal 4: the records are not"},
+    {"a record removed", [](Files& f) { f[0][3].rows.pop_back(); },
+     "altered: file 1, seal 4: the records are not"},
+    {"a record added", [](Files& f) { f[0][3].rows.push_back(f[0][3].rows[0]); },
+     "altered: file 1, seal 4: the r"},
+    {"a record moved", [](Files& f) { std::swap(f[0][3].rows[0], f[0][3].rows[1]); },
+     "altered: file 1, seal 4: "},
+    {"records of two commits swapped", [](Files& f) { std::swap(f[0][3].rows, f[0][4].rows); },
+     "altered: file 1, seal 4"},
+    {"commits swapped", [](Files& f) { std::swap(f[0][3], f[0][4]); },
+     "altered: file 1, seal 5: the seals before it"},
+    {"a commit twice", [](Files& f) { f[0].insert(f[0].begin() + 4, f[0][3]); },
+     "altered: file 1, seal 4: the number"},
+    {"a commit removed", [](Files& f) { Remove(f[0], 3, 1); },
+     "altered: file 1, seal 5: the seals before it"},
+    {"the beginning removed", [](Files& f) { Remove(f[0], 0, 3); },
+     "altered: file 1, seal 4: the file's first seals"},
+    {"the end of a file removed", [](Files& f) { f[0].resize(30); },
+     "incomplete: file 2, seal 1242: seals 31 to 41"},
+    {"the end of a run removed", [](Files& f) { f[2].resize(30); }, "incomplete: file 4"},
+    {"a file removed", [](Files& f) { f.erase(f.begin() + 1); }, "incomplete: file 2"},
+    {"a file twice", [](Files& f) { f.insert(f.begin() + 1, f[0]); }, "altered: file 2, seal 1: the number"},
+    {"the tick of a seal", [](Files& f) { ++f[0][3].seal.lastTick; },
+     "altered: file 1, seal 4: the records are not"},
+    {"a later epoch", [](Files& f) { ++f[0][3].seal.epoch; },
+     "altered: file 1, seal 4: epoch 2 follows on epoch 1"},
+    {"an earlier epoch", [](Files& f) { --f[1].back().seal.epoch; }, "altered: file 2, seal 1242: epoch"},
+    {"a signature", [](Files& f) { f[0][0].seal.signature[5] ^= 1; },
+     "altered: file 1, seal 1: the signature"},
+    {"no signature at an end", [](Files& f) { f[0][0].seal.isSigned = false; },
+     "altered: file 1, seal 1: an epoch"},
+    {"a note that is none", [](Files& f) { f[0][3].seal.note = {9}; }, "altered: file 1, seal 4: the note"},
+    {"the path of a key", [](Files& f) { f[0][0].seal.note[400] ^= 1; },
+     "altered: file 1, seal 1: the key of epoch"},
+};
+
+TEST_F(Attacks, WithTheCardAreFound) {
+  for (const Attack& attack : kAttacks) {
+    Files files = car_.files;
+    attack.change(files);
+    EXPECT_TRUE(Verdict(files).starts_with(attack.expected)) << attack.name << ": " << Verdict(files);
+  }
+}
+
+// Makes the hashes agree again from this seal on, and signs with the stolen key whatever was signed.
+void Reseal(Files& files, const seal::KeyTree& stolen, std::int64_t from) {
+  seal::Hash previous{};
+  for (File& file : files) {
+    for (Commit& commit : file) {
+      seal::Seal& seal = commit.seal;
+      if (seal.place.number >= from) {
+        constexpr std::ptrdiff_t kPreviousAt = 5;  // in the note of a file's first seal
+        if (&commit == &file.front())
+          std::copy(previous.begin(), previous.end(), seal.note.begin() + kPreviousAt);
+        seal::CommitHash hash(previous, seal);
+        for (const Row& row : commit.rows) hash.AddRow(HashOf(row));
+        seal.place.hash = hash.End();
+        if (seal.isSigned) seal.signature = stolen.SignHash(seal.place.hash);
+      }
+      previous = seal.place.hash;
+    }
+  }
+}
+
+// With the card, and the key that the recorder has after the last drive.
+struct Theft {
+  const char* name;
+  std::int64_t resealedFrom;
+  std::function<void(Files&, const seal::KeyTree&)> change;
+  const char* expected;
+};
+
+const Theft kThefts[] = {
+    {"everything resealed", 1, [](Files&, const seal::KeyTree&) {}, "altered: file 1, seal 1: the signature"},
+    {"old signatures left away", 1,
+     [](Files& files, const seal::KeyTree&) {
+       for (File& file : files) {
+         for (Commit& commit : file) commit.seal.isSigned = false;
+       }
+     },
+     "altered: file 1, seal 1: an epoch ends without"},
+    {"no old epoch ends", 5,
+     [](Files& files, const seal::KeyTree&) {
+       files.resize(1);
+       files[0].resize(10);
+       for (Commit& commit : files[0])
+         commit.seal.isSigned = commit.seal.isSigned && commit.seal.place.number < 5;
+     },
+     "tail"},
+    {"cut within an epoch, and gone on", 31,
+     [](Files& files, const seal::KeyTree& stolen) {
+       files.resize(1);
+       files[0].resize(31);
+       files[0][30].seal.epoch = stolen.Epoch();
+     },
+     "altered: file 1, seal 31: epoch 7 follows on epoch 1"},
+    {"cut between two files, and gone on", 42,
+     [](Files& files, const seal::KeyTree& stolen) {
+       files.erase(files.begin() + 1, files.begin() + 3);
+       std::int64_t number = 41;
+       for (Commit& commit : files[1]) {
+         commit.seal.place.number = ++number;
+         commit.seal.epoch = stolen.Epoch();
+       }
+     },
+     "altered: file 2, seal 42: epoch 7 follows on epoch 1"},
+};
+
+TEST_F(Attacks, WithTodaysKeyAreFound) {
+  const seal::KeyTree stolen = car_.StolenKey();
+  ASSERT_EQ(stolen.Epoch(), 7);
+  for (const Theft& theft : kThefts) {
+    Files files = car_.files;
+    theft.change(files, stolen);
+    Reseal(files, stolen, theft.resealedFrom);
+    EXPECT_TRUE(Verdict(files).starts_with(theft.expected)) << theft.name << ": " << Verdict(files);
+  }
+}
+
+TEST_F(Attacks, WithAnotherKeyProveNothing) {
+  const SealedCar other(SealedCar::Key::kOwn, 8);
+  EXPECT_TRUE(Verify(car_.files, other.Root()).starts_with("cannot tell: file 1, seal 1: sealed by another"));
+  EXPECT_EQ(Verify(car_.files, std::nullopt), "consistent");
+  SealedCar keyless(SealedCar::Key::kNone);
+  keyless.Drive(10'000);
+  EXPECT_EQ(Verify(keyless.files, car_.Root()), "consistent");
+  Files files = car_.files;
+  files.push_back(keyless.files[0]);
+  EXPECT_NE(Verdict(files), "proven");
+}
+
+}  // namespace

@@ -1,0 +1,238 @@
+// The tree of keys, the file that keeps it, and what a start makes of both after the power was cut.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <set>
+
+#include "SealedCar.h"
+#include "seal/KeyFile.h"
+#include "seal/KeyTree.h"
+
+namespace {
+
+using seal::KeyFile;
+using seal::KeyTree;
+using Outcome = KeyFile::Outcome;
+
+seal::Seed SeedOf(unsigned char value) {
+  seal::Seed seed{};
+  seed.fill(value);
+  return seed;
+}
+
+std::string PathOf(const KeyTree& tree) {
+  std::string path(KeyTree::kPathBytes, 0);
+  std::span<unsigned char, KeyTree::kPathBytes> bytes(reinterpret_cast<unsigned char*>(path.data()),
+                                                      path.size());
+  tree.PutPath(bytes);
+  return path;
+}
+
+bool Proves(const seal::PublicKey& root, std::int64_t epoch, const std::string& path, const seal::Hash& hash,
+            const seal::Signature& signature) {
+  seal::PublicKey key;
+  return KeyTree::CheckPath(root, epoch, {reinterpret_cast<const unsigned char*>(path.data()), path.size()},
+                            key) &&
+         KeyTree::CheckHash(key, hash, signature);
+}
+
+TEST(KeyTree, ProvesEachEpochByTheRootAlone) {
+  KeyTree tree(SeedOf(1));
+  const seal::PublicKey root = tree.Root();
+  const seal::Hash hash = SeedOf(9);
+  std::set<seal::Signature> signatures;
+  for (std::int64_t epoch = 0; epoch < 70; ++epoch) {
+    ASSERT_EQ(tree.Epoch(), epoch);
+    const std::string path = PathOf(tree);
+    const seal::Signature signature = tree.SignHash(hash);
+    signatures.insert(signature);
+    ASSERT_TRUE(Proves(root, epoch, path, hash, signature)) << epoch;
+    EXPECT_FALSE(Proves(root, epoch + 1, path, hash, signature)) << epoch;
+    EXPECT_FALSE(Proves(KeyTree(SeedOf(2)).Root(), epoch, path, hash, signature)) << epoch;
+    ASSERT_TRUE(tree.Advance());
+  }
+  EXPECT_EQ(signatures.size(), 70U);  // each with a key of its own
+}
+
+TEST(KeyTree, EndsWithItsLastEpoch) {
+  KeyTree tree(SeedOf(1));
+  std::array<unsigned char, KeyTree::kStateBytes> state;
+  tree.Save(state);
+  state[5] = 0x0F;  // of the epoch, in eight bytes: 1048574
+  state[6] = 0xFF;
+  state[7] = 0xFE;
+  ASSERT_TRUE(tree.Load(state));
+  EXPECT_TRUE(tree.Advance());
+  EXPECT_EQ(tree.Epoch(), KeyTree::kEpochs - 1);
+  EXPECT_FALSE(tree.Advance());
+  state[5] = 0x10;
+  EXPECT_FALSE(tree.Load(state));
+}
+
+class KeyFiles : public testing::Test {
+ protected:
+  Outcome Open(const std::string& hardware = kHardware) {
+    KeyFile file;
+    return file.Open(path_, hardware, tree_, last_);
+  }
+  void Create() {
+    KeyFile file;
+    ASSERT_EQ(file.Create(path_, kHardware, KeyTree(SeedOf(1))), Outcome::kOk);
+  }
+  // Moves the key on, and tells the file as it was before.
+  std::string Move() {
+    const std::string before = dir_.Read("key");
+    KeyFile file;
+    EXPECT_EQ(file.Open(path_, kHardware, tree_, last_), Outcome::kOk);
+    EXPECT_TRUE(tree_.Advance());
+    EXPECT_TRUE(file.Save(tree_, {last_.number + 10, SeedOf(3)}));
+    return before;
+  }
+
+  TempDir dir_;
+  std::string path_ = dir_.Path("key");
+  KeyTree tree_;
+  seal::Place last_;
+};
+
+TEST_F(KeyFiles, KeepTheNewestStateAloneAndNothingOlder) {
+  Create();
+  std::set<std::string> states;
+  for (std::int64_t epoch = 1; epoch < 9; ++epoch) {
+    const std::string before = Move();
+    const std::string now = dir_.Read("key");
+    ASSERT_EQ(Open(), Outcome::kOk);
+    EXPECT_EQ(tree_.Epoch(), epoch);
+    EXPECT_EQ(last_.number, epoch * 10);
+    EXPECT_EQ(now.size(), 8192U);
+    const std::size_t used = epoch % 2 == 0 ? 0 : 4096;
+    EXPECT_EQ(now.substr(4096 - used, 4096), std::string(4096, '\0'));
+    EXPECT_EQ(before.substr(used, 4096), std::string(4096, '\0'));
+  }
+}
+
+// What a power cut leaves of the two writes: any part of the new slot, sector by sector, with the old one;
+// both.
+TEST_F(KeyFiles, SurvivePowerCutsAtAnyPoint) {
+  Create();
+  for (int round = 0; round < 2; ++round) {
+    const std::string before = Move();
+    const std::string after = dir_.Read("key");
+    const std::size_t fresh = round == 0 ? 4096 : 0;
+    for (unsigned sectors = 0; sectors < 256; ++sectors) {
+      std::string torn = before;
+      torn.resize(8192);
+      for (unsigned i = 0; i < 8; ++i) {
+        if ((sectors >> i & 1) != 0) torn.replace(fresh + i * 512, 512, after, fresh + i * 512, 512);
+      }
+      dir_.Write("key", torn);
+      ASSERT_EQ(Open(), Outcome::kOk) << sectors;
+      EXPECT_EQ(tree_.Epoch(), sectors == 255 ? round + 1 : round);
+      const std::string opened = dir_.Read("key");
+      const std::size_t older = sectors == 255 ? 4096 - fresh : fresh;
+      EXPECT_EQ(opened.substr(older, 4096), std::string(4096, '\0')) << "erased down to the newest";
+    }
+  }
+}
+
+TEST_F(KeyFiles, OfAnotherRecorderOrDamagedAreInvalid) {
+  Create();
+  EXPECT_EQ(Open("02:00:00:00:00:02"), Outcome::kInvalid);
+  const std::string good = dir_.Read("key");
+  for (const std::size_t at : {0, 8, 40, 100, 2000, 3999}) {
+    std::string bad = good;
+    bad[at] = static_cast<char>(bad[at] ^ 1);
+    dir_.Write("key", bad);
+    EXPECT_EQ(Open(), Outcome::kInvalid) << at;
+  }
+  dir_.Write("key", good.substr(0, 4000));
+  EXPECT_EQ(Open(), Outcome::kInvalid);
+  dir_.Write("key", "");
+  EXPECT_EQ(Open(), Outcome::kInvalid);
+}
+
+TEST_F(KeyFiles, AreOfOneUserAndOneProcess) {
+  EXPECT_EQ(Open(), Outcome::kMissing);
+  Create();
+  struct stat status {};
+  ASSERT_EQ(stat(path_.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0600U);
+  KeyFile first;
+  ASSERT_EQ(first.Open(path_, kHardware, tree_, last_), Outcome::kOk);
+  EXPECT_EQ(Open(), Outcome::kBusy);
+  first.Close();
+  EXPECT_EQ(KeyFile().Create(path_, kHardware, tree_), Outcome::kFailed);
+  EXPECT_EQ(Open(), Outcome::kOk);
+  ASSERT_EQ(chmod(path_.c_str(), 0640), 0);
+  EXPECT_EQ(Open(), Outcome::kExposed);
+  ASSERT_EQ(chmod(path_.c_str(), 0600), 0);
+  ASSERT_EQ(rename(path_.c_str(), dir_.Path("other").c_str()), 0);
+  ASSERT_EQ(symlink(dir_.Path("other").c_str(), path_.c_str()), 0);
+  EXPECT_EQ(Open(), Outcome::kExposed);
+}
+
+class Starts : public testing::Test {
+ protected:
+  Starts() {
+    car_.Drive(5'000);
+    car_.Start();
+    car_.RecordFor(5'000);
+  }
+  std::string Verdict() const { return Verify(car_.files, car_.Root()); }
+  std::string KeyNow() const { return TextOfFile(car_.KeyPath()); }
+  void PutKeyBack(const std::string& key) const { std::ofstream(car_.KeyPath(), std::ios::binary) << key; }
+
+  SealedCar car_;
+};
+
+TEST_F(Starts, AfterACutGoOnWithTheSameChain) {
+  car_.CutOff();
+  car_.Drive(5'000);
+  EXPECT_EQ(Verdict(), "proven");
+}
+
+TEST_F(Starts, AfterACutTellWhatFollowsTheLastSignature) {
+  car_.Record();
+  while (car_.files.back().back().seal.isSigned) car_.Record();
+  car_.CutOff();
+  EXPECT_EQ(Verdict(), "tail");
+}
+
+// The epoch's last seal is on the medium, the moved key is not.
+TEST_F(Starts, BetweenAnEpochsEndAndTheMoveOfTheKeyEndNoEpochTwice) {
+  const std::string before = KeyNow();
+  car_.Record(1, seal::Sealer::kEpochMs);
+  const std::int64_t ended = car_.files.back().back().seal.epoch;
+  car_.CutOff();
+  PutKeyBack(before);
+  car_.Drive(5'000);
+  EXPECT_EQ(car_.files.back().front().seal.epoch, ended + 1);
+  EXPECT_EQ(Verdict(), "proven");
+}
+
+TEST_F(Starts, TellThatTheCardLostSeals) {
+  car_.End();
+  car_.files.back().resize(3);
+  car_.Drive(5'000);
+  EXPECT_TRUE(Verdict().starts_with("incomplete: file 3, seal 36: seals 16 to 24 are missing")) << Verdict();
+  std::vector<File> last{car_.files.back()};
+  EXPECT_NE(Verify(last, car_.Root()).find("seals up to 24 were expected and up to 15 were found"),
+            std::string::npos)
+      << Verify(last, car_.Root());
+}
+
+TEST_F(Starts, WithAnotherCardGoOnWithTheirOwnChain) {
+  car_.End();
+  SealedCar other(SealedCar::Key::kOwn, 8);
+  other.Drive(60'000);
+  const std::vector<File> own = car_.files;
+  car_.files = other.files;
+  car_.Drive(5'000);
+  std::vector<File> all = own;
+  all.push_back(car_.files.back());
+  EXPECT_EQ(car_.files.back().front().seal.place.number, own.back().back().seal.place.number + 1);
+  EXPECT_EQ(Verify(all, car_.Root()), "proven");  // its own chain has no gap
+}
+
+}  // namespace
