@@ -230,7 +230,7 @@ void DataStoreNormal::Store::AddConfiguration(Event event) {
   for (const char* name : {"user_version", "journal_mode", "synchronous", "page_size", "cache_size",
                            "wal_autocheckpoint", "journal_size_limit"}) {
     std::string value;
-    if (recorder_.File().Connection().Query(std::string("PRAGMA ") + name, value) == SQLITE_OK) {
+    if (Ok(recorder_.File().Connection().Query(std::string("PRAGMA ") + name, value))) {
       AddSetting(event, name, value);
     }
   }
