@@ -48,6 +48,7 @@ void Series::Write(double gapMs, JsonWriter& json) const {
     }
     json.EndArray();
   };
+  json.Number("widthMs", widthMs_);
   write("t", [&json](const Point& point) { json.Number(nullptr, point.firstMs); });
   write("min", [&json](const Point& point) { json.Decimal(nullptr, point.lowest); });
   write("max", [&json](const Point& point) { json.Decimal(nullptr, point.highest); });

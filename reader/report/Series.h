@@ -14,8 +14,8 @@ class Series {
   // The value is not known from here to the next one.
   void Break() { broken_ = true; }
   bool Empty() const { return points_.empty(); }
-  // "t", "min" and "max", with null where the line is broken: also where two values are further apart
-  // than `gapMs`, if that is not 0.
+  // "widthMs", the length of the stretches (1: nothing was merged), and "t", "min" and "max", with null where
+  // the line is broken: also where two values are further apart than `gapMs`, if that is not 0.
   void Write(double gapMs, JsonWriter& json) const;
 
  private:

@@ -7,6 +7,7 @@
 void TrackPoints::Add(std::int64_t ms, const GpsFix& fix) {
   const Point point{ms, fix.latitudeE4min, fix.longitudeE4min, broken_};
   if (!broken_ && IsClose(points_.back(), point)) {
+    points_.back().stayMs = ms - points_.back().ms;
     left_ = point;
     return;
   }
@@ -39,7 +40,10 @@ void TrackPoints::Coarsen() {
   bool begins = false;  // a line whose first point was left out
   for (std::size_t i = 1; i < points_.size(); ++i) {
     begins |= points_[i].begins;
-    if (IsClose(points_[kept], points_[i])) continue;
+    if (IsClose(points_[kept], points_[i])) {
+      if (!begins) points_[kept].stayMs = points_[i].ms + points_[i].stayMs - points_[kept].ms;
+      continue;
+    }
     points_[++kept] = points_[i];
     points_[kept].begins = begins;
     begins = false;
@@ -63,6 +67,7 @@ void TrackPoints::Write(const char* name, JsonWriter& json) const {
     write("t", &Point::ms);
     write("lat", &Point::latitude);
     write("lon", &Point::longitude);
+    write("stayMs", &Point::stayMs);
     json.EndObject();
     begin = end;
   }

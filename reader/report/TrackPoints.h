@@ -15,7 +15,8 @@ class TrackPoints {
   void Add(std::int64_t ms, const GpsFix& fix);
   // The way is not known from here to the next position.
   void Break();
-  // An array of lines, each with "t", "lat" and "lon" (ten-thousandths of a minute).
+  // An array of lines, each with "t", "lat" and "lon" (ten-thousandths of a minute), and "stayMs": how long
+  // the vehicle stayed so close to the point that later positions were left out.
   void Write(const char* name, JsonWriter& json) const;
 
  private:
@@ -25,6 +26,7 @@ class TrackPoints {
     std::int64_t latitude;
     std::int64_t longitude;
     bool begins;  // a line
+    std::int64_t stayMs = 0;
   };
 
   bool IsClose(const Point& a, const Point& b) const;

@@ -5,7 +5,6 @@
 
 namespace {
 
-using testing::AllOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::MatchesRegex;
@@ -59,15 +58,6 @@ TEST_F(ReportTest, NeedsNothingButItselfWhateverItShows) {
             "\"A\xEF\xBF\xBD<b\"\n"
             "\"" +
                 std::string(299, 'x') + "\xE2\x80\xA6\"\n");
-  if (!IsInstalled("chromium")) GTEST_SKIP() << "chromium is not installed";
-  const Ran drawn = RunProgram({"timeout", "60", "chromium", "--headless", "--no-sandbox", "--disable-gpu",
-                                "--user-data-dir=" + dir_.Path("browser"), "--dump-dom", "file://" + Page()});
-  EXPECT_THAT(
-      drawn.out,
-      AllOf(HasSubstr("<title>Recorded drive \xE2\x80\x93 1 May 2024"), HasSubstr("aria-label=\"the track\""),
-            HasSubstr("aria-label=\"Speed over time\""), HasSubstr("<td class=\"\">bookmark 3</td>"),
-            HasSubstr("<td class=\"\">filler &lt;/script&gt;&lt;script&gt;"),
-            HasSubstr(">1 gap, 21.0 s</text>")));
 }
 
 TEST_F(ReportTest, HoldsTheDrive) {

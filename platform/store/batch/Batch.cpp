@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Tables.h"
-#include "Utf8.h"
+#include "Text.h"
 
 namespace store {
 namespace {

@@ -13,43 +13,42 @@ constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
 }  // namespace
 
 // Each has a number of its own before the range, so there is room for all of them.
-SqliteCode CopyWriter::RestateBegin() {
+int CopyWriter::RestateBegin() {
   Picks picks;
-  SqliteCode code = PickEach(kClockTable, SelectLast(kClockTable), range_.from, picks);
+  int rc = PickEach(kClockTable, SelectLast(kClockTable), range_.from, picks);
   for (const Table& table : kTables) {
-    if (!Ok(code)) break;
-    if (table.keyColumns == 0) code = PickEach(table.id, SelectLast(table.id), range_.from, picks);
-    if (table.keyColumns == 1) code = PickSources(table.id, picks);
+    if (rc != SQLITE_OK) break;
+    if (table.keyColumns == 0) rc = PickEach(table.id, SelectLast(table.id), range_.from, picks);
+    if (table.keyColumns == 1) rc = PickSources(table.id, picks);
   }
   std::int64_t lastBefore = 0;
-  if (Ok(code)) code = LastSeqBefore(lastBefore);
-  if (!Ok(code)) return code;
+  if (rc == SQLITE_OK) rc = LastSeqBefore(lastBefore);
+  if (rc != SQLITE_OK) return rc;
   return RestateAll(picks, lastBefore - static_cast<std::int64_t>(picks.size()) + 1, range_.from);
 }
 
-SqliteCode CopyWriter::RestateLater() {
+int CopyWriter::RestateLater() {
   Picks picks;
-  SqliteCode code = PickEach(kClockTable, SelectFirstGps(), range_.to, picks);
-  if (Ok(code) && picks.empty()) code = PickEach(kClockTable, SelectFirstTrusted(), range_.to, picks);
-  if (Ok(code)) code = PickEach(kLossTable, SelectLosses(), range_.to, picks);
+  int rc = PickEach(kClockTable, SelectFirstGps(), range_.to, picks);
+  if (rc == SQLITE_OK && picks.empty()) rc = PickEach(kClockTable, SelectFirstTrusted(), range_.to, picks);
+  if (rc == SQLITE_OK) rc = PickEach(kLossTable, SelectLosses(), range_.to, picks);
   for (const TableId fact : kFacts) {
-    if (Ok(code)) code = PickEach(fact, SelectFacts(fact), range_.to, picks);
+    if (rc == SQLITE_OK) rc = PickEach(fact, SelectFacts(fact), range_.to, picks);
   }
   std::int64_t lastSeq = 0;
-  if (Ok(code)) code = LastSeq(lastSeq);
-  return Ok(code) ? RestateAll(picks, lastSeq + 1, range_.to) : code;
+  if (rc == SQLITE_OK) rc = LastSeq(lastSeq);
+  return rc == SQLITE_OK ? RestateAll(picks, lastSeq + 1, range_.to) : rc;
 }
 
 // The last record of each source, in their order.
-SqliteCode CopyWriter::PickSources(TableId table, Picks& picks) {
+int CopyWriter::PickSources(TableId table, Picks& picks) {
   Statement select;
-  if (const SqliteCode code = select.Prepare(database_.Handle(), SelectSources(table)); !Ok(code))
-    return code;
+  if (const int rc = select.Prepare(database_.Handle(), SelectSources(table)); rc != SQLITE_OK) return rc;
   select.Bind(1, range_.from);
   std::map<std::string, std::int64_t> lastOfEach;
-  SqliteCode code = SqliteCode::kOk;
-  while ((code = select.Step()) == SqliteCode::kRow) {
-    const std::string source(select.Text(1));
+  int rc = SQLITE_OK;
+  while ((rc = select.Step()) == SQLITE_ROW) {
+    const std::string source = select.Text(1);
     const auto known = lastOfEach.find(source);
     if (known != lastOfEach.end()) {
       known->second = select.Integer(0);
@@ -60,35 +59,35 @@ SqliteCode CopyWriter::PickSources(TableId table, Picks& picks) {
   const auto first = static_cast<std::ptrdiff_t>(picks.size());
   for (const auto& [source, seq] : lastOfEach) picks.push_back({table, seq});
   std::sort(picks.begin() + first, picks.end(), [](const Pick& a, const Pick& b) { return a.seq < b.seq; });
-  return code == SqliteCode::kDone ? SqliteCode::kOk : code;
+  return rc == SQLITE_DONE ? SQLITE_OK : rc;
 }
 
-SqliteCode CopyWriter::PickEach(TableId table, const std::string& select, std::int64_t tick, Picks& picks) {
+int CopyWriter::PickEach(TableId table, const std::string& select, std::int64_t tick, Picks& picks) {
   Statement statement;
-  if (const SqliteCode code = statement.Prepare(database_.Handle(), select); !Ok(code)) return code;
+  if (const int rc = statement.Prepare(database_.Handle(), select); rc != SQLITE_OK) return rc;
   statement.Bind(1, tick);
   statement.Bind(2, range_.from);
-  SqliteCode code = SqliteCode::kOk;
-  while ((code = statement.Step()) == SqliteCode::kRow) picks.push_back({table, statement.Integer(0)});
-  return code == SqliteCode::kDone ? SqliteCode::kOk : code;
+  int rc = SQLITE_OK;
+  while ((rc = statement.Step()) == SQLITE_ROW) picks.push_back({table, statement.Integer(0)});
+  return rc == SQLITE_DONE ? SQLITE_OK : rc;
 }
 
-SqliteCode CopyWriter::LastSeqBefore(std::int64_t& seq) {
+int CopyWriter::LastSeqBefore(std::int64_t& seq) {
   Picks lasts;
   for (const Table& table : kTables) {
-    if (const SqliteCode code = PickEach(table.id, SelectLast(table.id), range_.from, lasts); !Ok(code))
-      return code;
+    if (const int rc = PickEach(table.id, SelectLast(table.id), range_.from, lasts); rc != SQLITE_OK)
+      return rc;
   }
   for (const Pick& last : lasts) seq = std::max(seq, last.seq);
-  return SqliteCode::kOk;
+  return SQLITE_OK;
 }
 
-SqliteCode CopyWriter::RestateAll(const Picks& picks, std::int64_t firstSeq, std::int64_t tick) {
+int CopyWriter::RestateAll(const Picks& picks, std::int64_t firstSeq, std::int64_t tick) {
   std::int64_t seq = firstSeq;
   for (const Pick& pick : picks) {
-    if (const SqliteCode code = Run(Restate(pick.table), {pick.seq, seq++, tick}); !Ok(code)) return code;
+    if (const int rc = Run(Restate(pick.table), {pick.seq, seq++, tick}); rc != SQLITE_OK) return rc;
   }
-  return SqliteCode::kOk;
+  return SQLITE_OK;
 }
 
 }  // namespace store

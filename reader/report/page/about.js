@@ -64,19 +64,6 @@ function drawFacts(parent, run) {
   const list = add(parent, 'dl');
   for (const [name, value] of Object.entries(run.facts)) {
     if (/^[, ]*$/.test(value)) continue;
-    add(list, 'dt', {}, kFactNames[name] || name);
-    add(list, 'dd', {}, value);
+    tell(list, kFactNames[name] || name, value);
   }
-}
-
-// With several runs on the page, the way to each.
-function drawContents(parent, runs) {
-  const nav = add(parent, 'nav');
-  add(nav, 'h2', {}, several(runs.length, 'run'));
-  const list = add(nav, 'ul');
-  runs.forEach((run, i) => {
-    const item = add(list, 'li');
-    add(item, 'a', { href: '#run-' + i }, when(run));
-    add(item, 'span', {}, ' \u00b7 ' + title(run) + ' \u00b7 ' + run.ended);
-  });
 }

@@ -1,22 +1,35 @@
-// The common time axis: all plots of a run have the same width and the same stretch of time.
+// The common time axis. All plots of a run have the same width and show the same stretch of time, view.from to
+// view.to; view.width is the width in pixels.
 
-const kPlot = { width: 1112, left: 142, right: 138 };
-kPlot.inner = kPlot.width - kPlot.left - kPlot.right;
-kPlot.end = kPlot.left + kPlot.inner;
+const kPlot = { left: 46, right: 12 };
+
+function plotWidth(view) {
+  return view.width - kPlot.left - kPlot.right;
+}
+
+function plotEnd(view) {
+  return view.width - kPlot.right;
+}
 
 function timeToX(view, ms) {
-  return kPlot.left + (ms - view.from) / (view.to - view.from) * kPlot.inner;
+  return kPlot.left + (ms - view.from) / (view.to - view.from) * plotWidth(view);
 }
 
 function xToTime(view, x) {
-  return view.from + (x - kPlot.left) / kPlot.inner * (view.to - view.from);
+  return view.from + (x - kPlot.left) / plotWidth(view) * (view.to - view.from);
 }
 
-// The stretch of a plot between two times; null where nothing of it shows.
+// So many pixels as milliseconds.
+function pixelsMs(view, pixels) {
+  return pixels / plotWidth(view) * (view.to - view.from);
+}
+
+// The part of a stretch of time that is in view, at least so many pixels wide; null if none of it is.
 function span(view, from, to, least) {
+  if (to < view.from || from > view.to) return null;
   const x1 = Math.max(timeToX(view, from), kPlot.left);
-  const x2 = Math.min(timeToX(view, to), kPlot.end);
-  return x2 < kPlot.left || x1 > kPlot.end ? null : { x: Math.min(x1, kPlot.end - least), width: Math.max(x2 - x1, least) };
+  const x2 = Math.min(timeToX(view, to), plotEnd(view));
+  return { x: Math.min(x1, plotEnd(view) - least), width: Math.max(x2 - x1, least) };
 }
 
 const kTimeSteps = [1, 2, 5, 10, 20, 50, 100, 200, 500].concat(
@@ -24,7 +37,8 @@ const kTimeSteps = [1, 2, 5, 10, 20, 50, 100, 200, 500].concat(
       864000, 2592000, 8640000, 31536000].map((seconds) => seconds * 1000));
 
 function timeTicks(run, view) {
-  const most = 10;
+  const labelPixels = 84;
+  const most = Math.max(Math.floor(plotWidth(view) / labelPixels), 2);
   const step = kTimeSteps.find((s) => (view.to - view.from) / s <= most) || (view.to - view.from) / most;
   const origin = run.utcMs === null ? 0 : run.utcMs;
   const ticks = [];
@@ -46,18 +60,22 @@ function drawGrid(svg, run, view, top, bottom) {
   }
 }
 
-// With its labels below, or above.
-function drawTimeAxis(svg, run, view, y, above = false) {
+// What the numbers of the axis mean.
+function axisName(run, view) {
+  return run.utcMs === null ? 'since the start' : 'UTC, ' + shortDate(run, Math.max(view.from, run.beginMs), true);
+}
+
+// The line at y, its labels above.
+function drawTimeAxis(svg, run, view, y) {
   const { ticks, step } = timeTicks(run, view);
-  const [tick, text] = above ? [y - 4, y - 8] : [y + 4, y + 16];
-  add(svg, 'line', { x1: kPlot.left, x2: kPlot.end, y1: y, y2: y, stroke: kInk });
+  add(svg, 'line', { x1: kPlot.left, x2: plotEnd(view), y1: y, y2: y, stroke: kInk });
   for (const at of ticks) {
     const x = timeToX(view, at);
-    add(svg, 'line', { x1: x, x2: x, y1: y, y2: tick, stroke: kInk });
-    add(svg, 'text', { x, y: text, 'text-anchor': 'middle', class: 'small' }, tickLabel(run, at, step));
+    const isLast = x > view.width - 40;
+    add(svg, 'line', { x1: x, x2: x, y1: y, y2: y - 4, stroke: kInk });
+    add(svg, 'text', { x: isLast ? view.width : x, y: y - 8, 'text-anchor': isLast ? 'end' : 'middle', class: 'small' },
+        tickLabel(run, at, step));
   }
-  const what = run.utcMs === null ? 'time since the begin' : 'UTC, ' + shortDate(run, Math.max(view.from, run.beginMs), true);
-  add(svg, 'text', { x: 0, y: text, class: 'small' }, what);
 }
 
 // Round numbers from low to high, about `count` of them.

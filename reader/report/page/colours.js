@@ -1,19 +1,20 @@
-// Colours that differ for everyone, also on paper.
+// The names of the colours. page.css has their values, for light and dark screens and for paper.
 
-const kInk = '#1b2530';
-const kGrid = '#e3e8ed';
-const kRecording = '#0072b2';
-const kCrash = '#d55e00';
-const kCovert = '#a9508a';
-const kNotRecording = '#7a8794';
-const kEnds = '#008a63';
-const kGap = '#e39a00';
-const kLoss = '#b3182b';
+const kInk = 'var(--ink)';
+const kPaper = 'var(--paper)';
+const kGrid = 'var(--grid)';
+const kRecording = 'var(--blue)';
+const kCrash = 'var(--orange)';
+const kCovert = 'var(--purple)';
+const kNotRecording = 'var(--grey)';
+const kEnds = 'var(--green)';
+const kGap = 'var(--amber)';
+const kLoss = 'var(--red)';
 
-// Of the lines of a chart, in their order.
-const kLines = [kRecording, kCrash, '#009e73', kCovert, '#8a6d00', '#56b4e9', '#000000', '#777777'];
+// The lines of a chart, in their order. Dashes keep lines apart where colours do not.
+const kLines = [kRecording, kCrash, kEnds, kCovert, 'var(--ochre)', 'var(--sky)', kInk, kNotRecording];
 const kDashes = ['', '7 3', '2 2.5', '9 3 2 3'];
 
 const kLaneColours = { recording: kRecording, covert: kCovert, crash: kCrash };
-const kGroupColours = { Inputs: '#8a6d00', Microphones: '#009e73', Cameras: '#a9508a', Streams: '#3b9ad9',
-  Reception: '#68737d', 'Gaps and losses': kGap };
+const kGroupColours = { Inputs: 'var(--ochre)', Microphones: kEnds, Cameras: kCovert, Streams: 'var(--sky)',
+  Reception: kNotRecording, 'Gaps and losses': kGap };

@@ -1,6 +1,6 @@
-// Elements.
+// Makes elements of HTML and SVG.
 
-// Appends an element of HTML, or of SVG inside of one. `text` is never read as markup.
+// Appends an element: of HTML, or of SVG if the parent is. `text` is never read as markup.
 function add(parent, name, attributes = {}, text = undefined) {
   const isSvg = name === 'svg' || parent.namespaceURI.endsWith('svg');
   const element = isSvg ? document.createElementNS('http://www.w3.org/2000/svg', name) : document.createElement(name);

@@ -1,10 +1,10 @@
 // Bookmarks, crashes and recordings, which show in every plot.
 
-// The stretches in which the video was recorded.
+// Shades the times at which the video was recorded.
 function drawRecording(svg, run, view, top, bottom) {
   for (const bar of run.recording) {
     const place = span(view, bar.from, bar.to, 0);
-    if (place) add(svg, 'rect', { ...place, y: top, height: bottom - top, fill: kRecording, opacity: 0.08 * bar.share });
+    if (place) add(svg, 'rect', { ...place, y: top, height: bottom - top, fill: kRecording, opacity: 0.09 * bar.share });
   }
 }
 
@@ -23,7 +23,7 @@ function drawMarks(svg, run, view, top, bottom) {
   }
 }
 
-// Those that would lie over each other share one flag.
+// Marks whose flags would overlap share one flag.
 function flags(run, view) {
   const all = [];
   for (const mark of run.marks) {
@@ -44,9 +44,9 @@ function flags(run, view) {
 
 function drawFlags(svg, run, view, y) {
   for (const flag of flags(run, view)) {
-    const x = Math.min(flag.x - flag.width / 2, kPlot.width - flag.width);
-    const box = add(svg, 'rect', { x, y, width: flag.width, height: 15, rx: 3, fill: flag.number ? kInk : kCrash });
+    const x = Math.min(Math.max(flag.x - flag.width / 2, 0), view.width - flag.width);
+    const box = add(svg, 'rect', { x, y, width: flag.width, height: 16, rx: 3, fill: flag.number ? kInk : kCrash });
     hint(box, (flag.number ? 'bookmark ' + flag.text : 'crash') + ' at ' + clockTime(run, flag.t));
-    add(svg, 'text', { x: x + flag.width / 2, y: y + 11.5, 'text-anchor': 'middle', class: 'flag' }, flag.text);
+    add(svg, 'text', { x: x + flag.width / 2, y: y + 12, 'text-anchor': 'middle', class: 'flag' }, flag.text);
   }
 }

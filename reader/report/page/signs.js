@@ -1,4 +1,4 @@
-// What happened on the way: a sign for each event, and labels where there is room for them.
+// The signs of the map: one for each event on the way.
 
 const kShapes = {
   dot: 'M-4,0a4,4 0 1 0 8,0a4,4 0 1 0 -8,0',
@@ -20,7 +20,7 @@ const kSigns = {
 
 function drawShape(svg, kind, x, y) {
   return add(svg, 'path', { d: kSigns[kind].shape && kShapes[kSigns[kind].shape], transform: `translate(${x.toFixed(1)} ${y.toFixed(1)})`,
-    fill: kSigns[kind].fill, stroke: '#fff' });
+    fill: kSigns[kind].fill, stroke: kPaper });
 }
 
 function kindOf(event) {
@@ -31,11 +31,11 @@ function kindOf(event) {
   return null;
 }
 
-// Signs that lie over each other share a label.
+// The signs of a run; the last ones lie on top.
 function signsOf(run, at) {
   const most = 400;
   const signs = [];
-  const put = (kind, t, label, text, place = placeAt(run.track, t)) => {
+  const put = (kind, t, label, text, place = placeAt(run, t)) => {
     const { lat, lon } = place;
     signs.push({ kind, x: at.x(lon), y: at.y(lat), label, hint: text + ' at ' + clockTime(run, t) });
   };
@@ -51,78 +51,7 @@ function signsOf(run, at) {
   return signs.sort((a, b) => order.indexOf(a.kind) - order.indexOf(b.kind));
 }
 
-// The labels of bookmarks that are closer together than a label is high.
-function labels(signs) {
-  const all = [];
-  for (const sign of signs) {
-    if (sign.label === '') continue;
-    const near = sign.kind === 'bookmark' &&
-        all.find((label) => label.kind === 'bookmark' && Math.hypot(label.x - sign.x, label.y - sign.y) < 12);
-    if (!near) all.push({ kind: sign.kind, x: sign.x, y: sign.y, texts: [sign.label] });
-    else near.texts.push(sign.label);
-  }
-  for (const label of all) label.text = label.texts.slice(0, 3).join(', ') + (label.texts.length > 3 ? ' \u2026' : '');
-  return all.reverse();
-}
-
-function overlaps(boxes, box) {
-  return boxes.some((b) => box.x < b.x + b.width && b.x < box.x + box.width && box.y < b.y + b.height && b.y < box.y + box.height);
-}
-
-const kPlaces = [[1, -1], [-1, -1], [0, -1], [1, 0], [-1, 0], [1, 1], [-1, 1], [0, 1]];
-
-// Where nothing stands yet, beside a point; null where there is no such place.
-function freeBox(boxes, { x, y }, width, height) {
-  for (const away of [8, 22, 38]) {
-    for (const [dx, dy] of kPlaces) {
-      const box = { width, height, x: x + dx * away + (dx - 1) * width / 2, y: y + dy * away + (dy - 1) * height / 2 };
-      const isInside = box.x >= 4 && box.x + width <= kTrack.width - 40 && box.y >= 20 && box.y + height <= kTrack.height - 28;
-      if (isInside && !overlaps(boxes, box)) return { ...box, isAway: away > 8 };
-    }
-  }
-  return null;
-}
-
-function drawLabel(svg, signs, way, label) {
-  const [width, height] = [8 + 6.7 * label.text.length, 16];
-  const box = freeBox(signs.concat(way), label, width, height) || freeBox(signs, label, width, height);
-  if (!box) return;
-  signs.push(box);
-  const middle = { x: box.x + box.width / 2, y: box.y + 12, 'text-anchor': 'middle' };
-  if (box.isAway) add(svg, 'line', { x1: label.x, y1: label.y, x2: middle.x, y2: box.y + 8, stroke: kInk, 'stroke-width': 0.8 });
-  if (label.kind === 'bookmark') {
-    add(svg, 'rect', { x: box.x, y: box.y, width: box.width, height: box.height, rx: 3, fill: kInk });
-    add(svg, 'text', { ...middle, class: 'flag' }, label.text);
-  } else {
-    add(svg, 'text', { ...middle, class: 'halo', style: 'fill:' + kSigns[label.kind].fill }, label.text);
-  }
-}
-
-function drawSigns(svg, run, at) {
-  const signs = signsOf(run, at);
-  for (const sign of signs) hint(drawShape(svg, sign.kind, sign.x, sign.y), sign.hint);
-  run.signs = new Set(signs.map((sign) => sign.kind));
-  const boxes = signs.map(({ x, y }) => ({ x: x - 5, y: y - 5, width: 10, height: 10 }));
-  const way = wayBoxes(run, at);
-  for (const label of labels(signs)) drawLabel(svg, boxes, way, label);
-}
-
-// The room that the way itself takes.
-function wayBoxes(run, at) {
-  const step = 5;
-  const boxes = [];
-  for (const part of run.track) {
-    for (let i = 1; i < part.t.length; ++i) {
-      const [x, y, toX, toY] = [at.x(part.lon[i - 1]), at.y(part.lat[i - 1]), at.x(part.lon[i]), at.y(part.lat[i])];
-      const count = Math.ceil(Math.hypot(toX - x, toY - y) / step);
-      for (let j = 0; j < count; ++j)
-        boxes.push({ x: x + (toX - x) * j / count - 2, y: y + (toY - y) * j / count - 2, width: 4, height: 4 });
-    }
-  }
-  return boxes;
-}
-
-// What the signs and lines of the track mean.
+// Says what the signs and lines mean.
 function drawTrackLegend(parent, run) {
   const legend = add(parent, 'p', { class: 'legend' });
   const entry = (width, text) => {

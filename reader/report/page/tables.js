@@ -1,16 +1,19 @@
-// What stands in tables below the pictures.
+// The tables below the pictures.
 
-function drawTable(parent, heading, columns, rows, more = '') {
-  add(parent, 'h2', {}, heading);
-  const table = add(parent, 'table');
-  const head = add(add(table, 'thead'), 'tr');
-  for (const [name, style] of columns) add(head, 'th', { class: style }, name);
-  const body = add(table, 'tbody');
+// Each cell carries the name of its column, which small.css shows where the page is too narrow for columns. A long
+// table can be folded; paper has it unfolded.
+function drawTable(parent, heading, columns, rows, { more = '', isFolded = false } = {}) {
+  const block = isFolded ? add(parent, 'details', { class: 'table' }) : parent;
+  add(isFolded ? add(block, 'summary') : block, 'h2', {}, heading);
+  const table = add(block, 'table', { role: 'table' });
+  const head = add(add(table, 'thead', { role: 'rowgroup' }), 'tr', { role: 'row' });
+  for (const [name, style] of columns) add(head, 'th', { class: style, role: 'columnheader' }, name);
+  const body = add(table, 'tbody', { role: 'rowgroup' });
   for (const row of rows) {
-    const line = add(body, 'tr');
-    row.forEach((cell, i) => add(line, 'td', { class: columns[i][1] }, cell));
+    const line = add(body, 'tr', { role: 'row' });
+    row.forEach((cell, i) => add(line, 'td', { class: columns[i][1], role: 'cell', 'data-name': columns[i][0] }, cell));
   }
-  if (more !== '') add(parent, 'p', { class: 'hint' }, more);
+  if (more !== '') add(block, 'p', { class: 'hint' }, more);
 }
 
 function drawEvents(parent, run) {
@@ -22,7 +25,7 @@ function drawEvents(parent, run) {
   });
   const more = run.events.length - rows.length + run.moreEvents;
   drawTable(parent, 'Events', [[run.utcMs === null ? 'time' : 'time (UTC)', 'time'], ['event', ''], ['km/h', 'number'], ['position', 'time']],
-      rows, more > 0 ? 'and ' + several(more, 'more event') : '');
+      rows, { more: more > 0 ? 'and ' + several(more, 'more event') : '' });
 }
 
 function drawGapTable(parent, run) {
@@ -43,15 +46,15 @@ function drawLossTable(parent, run) {
       .sort((a, b) => a[1] - b[1]).map(([what, from, to]) => [what, clockTime(run, from), clockTime(run, to)]);
   if (rows.length === 0) return;
   drawTable(parent, 'Lost records', [['records', ''], ['from', 'time'], ['to', 'time']], rows.slice(0, most),
-      rows.length > most ? 'and ' + several(rows.length - most, 'more loss', 'more losses') : '');
+      { more: rows.length > most ? 'and ' + several(rows.length - most, 'more loss', 'more losses') : '' });
 }
 
 function drawSources(parent, run) {
-  drawTable(parent, run.isWhole ? 'Sources' : 'Sources of the whole run',
+  drawTable(parent, (run.isWhole ? 'Sources' : 'Sources of the whole run') + ' (' + number(run.sources.length) + ')',
       [['source', ''], ['table', ''], ['records', 'number'], ['first (UTC)', 'time'], ['last (UTC)', 'time']],
       run.sources.map((source) => [words(source.source), source.table.replace(/_/g, ' '), number(source.records),
         tableTime(source.first), tableTime(source.last)]),
-      run.moreSources > 0 ? 'and ' + several(run.moreSources, 'more source') : '');
+      { isFolded: true, more: run.moreSources > 0 ? 'and ' + several(run.moreSources, 'more source') : '' });
 }
 
 function drawTables(parent, run) {
@@ -60,3 +63,7 @@ function drawTables(parent, run) {
   drawLossTable(parent, run);
   if (run.sources.length > 0) drawSources(parent, run);
 }
+
+addEventListener('beforeprint', () => {
+  for (const table of document.querySelectorAll('details.table')) table.open = true;
+});

@@ -1,81 +1,35 @@
-// The way of the vehicle, seen from above, north up: no map behind it, so no network.
+// The map: the track of the vehicle from above, north up. There is no street map behind it, which would need a network.
 
-const kTrack = { width: 660, height: 440, margin: 48 };
-const kMetresPerE4min = 0.1852;
-
-function projection(track) {
-  let [south, north, west, east] = [Infinity, -Infinity, Infinity, -Infinity];
-  for (const part of track) {
-    for (const lat of part.lat) [south, north] = [Math.min(south, lat), Math.max(north, lat)];
-    for (const lon of part.lon) [west, east] = [Math.min(west, lon), Math.max(east, lon)];
-  }
-  const [midLat, midLon] = [(south + north) / 2, (west + east) / 2];
-  const shrink = Math.max(Math.cos(midLat / 600000 * Math.PI / 180), 0.01);
-  const least = 100 / kMetresPerE4min;
-  const scale = Math.min((kTrack.width - 2 * kTrack.margin) / Math.max((east - west) * shrink, least),
-      (kTrack.height - 2 * kTrack.margin) / Math.max(north - south, least));
-  return {
-    x: (lon) => kTrack.width / 2 + (lon - midLon) * shrink * scale,
-    y: (lat) => kTrack.height / 2 - (lat - midLat) * scale,
-    lon: (x) => midLon + (x - kTrack.width / 2) / (shrink * scale),
-    lat: (y) => midLat - (y - kTrack.height / 2) / scale,
-    metresPerPixel: kMetresPerE4min / scale,
-  };
-}
-
-// Where the vehicle was; where that is not known, where it was last, or first.
-function placeAt(track, ms) {
-  let place = null;
-  for (const part of track) {
-    const i = lastNotAbove(part.t, ms);
-    if (i < 0) return place || { lat: part.lat[0], lon: part.lon[0] };
-    const next = Math.min(i + 1, part.t.length - 1);
-    const share = next === i ? 0 : (ms - part.t[i]) / Math.max(part.t[next] - part.t[i], 1);
-    place = { lat: part.lat[i] + share * (part.lat[next] - part.lat[i]), lon: part.lon[i] + share * (part.lon[next] - part.lon[i]) };
-  }
-  return place;
-}
-
-function trackLength(track) {
-  let metres = 0;
-  for (const part of track) {
-    for (let i = 1; i < part.t.length; ++i) {
-      const shrink = Math.cos(part.lat[i] / 600000 * Math.PI / 180);
-      metres += Math.hypot(part.lat[i] - part.lat[i - 1], (part.lon[i] - part.lon[i - 1]) * shrink) * kMetresPerE4min;
-    }
-  }
-  return metres;
-}
-
-function drawScale(svg, metresPerPixel) {
-  const most = 130 * metresPerPixel;
+function drawScale(svg, at) {
+  const most = 0.2 * at.width * at.metresPerPixel;
   const power = Math.pow(10, Math.floor(Math.log10(most)));
   const metres = [5, 2, 1].map((factor) => factor * power).find((length) => length <= most);
-  const [x, y, width] = [16, kTrack.height - 14, metres / metresPerPixel];
+  const [x, y, width] = [16, at.height - 14, metres / at.metresPerPixel];
   add(svg, 'path', { d: `M${x},${y - 5}V${y}H${x + width}V${y - 5}`, fill: 'none', stroke: kInk, 'stroke-width': 1.5 });
   add(svg, 'text', { x: x + width + 7, y: y + 1 }, distance(metres));
-  const right = kTrack.width - 20;
+  const right = at.width - 20;
   add(svg, 'path', { d: `M${right},12l6,16l-6,-4l-6,4z`, fill: kInk });
   add(svg, 'text', { x: right, y: 41, 'text-anchor': 'middle', class: 'small' }, 'N');
 }
 
 // Lines of latitude and longitude.
 function drawGraticule(svg, at) {
+  const count = at.width < 500 ? 2 : 3;
   const ticks = (from, to) => {
-    const values = valueTicks(from / 600000, to / 600000, 3);
+    const values = valueTicks(from / 600000, to / 600000, count);
     const digits = Math.max(0, Math.ceil(-Math.log10(values[1] - values[0]) - 1e-9));
     return values.map((value) => [value * 600000, digits]);
   };
-  for (const [lat, digits] of ticks(at.lat(kTrack.height), at.lat(0))) {
+  for (const [lat, digits] of ticks(at.lat(at.height), at.lat(0))) {
     const y = at.y(lat);
-    if (y < 30 || y > kTrack.height - 36) continue;
-    add(svg, 'line', { x1: 0, x2: kTrack.width, y1: y, y2: y, stroke: kGrid });
+    if (y < 30 || y > at.height - 36) continue;
+    add(svg, 'line', { x1: 0, x2: at.width, y1: y, y2: y, stroke: kGrid });
     add(svg, 'text', { x: 6, y: y - 3, class: 'small' }, degrees(lat, 'N', 'S', digits));
   }
-  for (const [lon, digits] of ticks(at.lon(0), at.lon(kTrack.width))) {
+  for (const [lon, digits] of ticks(at.lon(0), at.lon(at.width))) {
     const x = at.x(lon);
-    if (x < 70 || x > kTrack.width - 90) continue;
-    add(svg, 'line', { x1: x, x2: x, y1: 0, y2: kTrack.height, stroke: kGrid });
+    if (x < 70 || x > at.width - 90) continue;
+    add(svg, 'line', { x1: x, x2: x, y1: 0, y2: at.height, stroke: kGrid });
     add(svg, 'text', { x: x + 4, y: 14, class: 'small' }, degrees(lon, 'E', 'W', digits));
   }
 }
@@ -96,7 +50,7 @@ function isRecording(run, ms) {
   return bar !== undefined && ms < bar.to;
 }
 
-// A line for each stretch with or without recording, and for those without a fix.
+// A line for each stretch with or without recording, and a dotted one for each stretch without a fix.
 function drawWays(svg, run, at) {
   let before = null;
   for (const part of run.track) {
@@ -113,31 +67,42 @@ function drawWays(svg, run, at) {
   }
 }
 
-function drawTrack(parent, run) {
-  const svg = figure(parent, kTrack.width, kTrack.height, 'the track');
-  const at = projection(run.track);
+// The dot at the place of the cursor, dashed if the place is not known. Returns what moves it.
+function drawDot(svg, run, at) {
+  const dot = add(svg, 'circle', { r: 6, fill: kPaper, stroke: kInk, 'stroke-width': 2.5, visibility: 'hidden', class: 'dot screen' });
+  return (ms) => {
+    dot.setAttribute('visibility', ms === null ? 'hidden' : 'visible');
+    if (ms === null) return;
+    const place = placeAt(run, ms);
+    dot.setAttribute('cx', at.x(place.lon));
+    dot.setAttribute('cy', at.y(place.lat));
+    dot.setAttribute('stroke-dasharray', place.isKnown ? 'none' : '2 3');
+  };
+}
+
+// Draws the map into a panel, as wide as that is.
+function drawMap(panel, run, view) {
+  panel.textContent = '';
+  const width = Math.max(panel.clientWidth, 200);
+  const at = projection(run.track, width, Math.round(Math.max(width * 2 / 3, 260)));
+  const svg = figure(panel, at.width, at.height, 'the track');
   drawGraticule(svg, at);
   drawWays(svg, run, at);
   drawSigns(svg, run, at);
-  drawScale(svg, at.metresPerPixel);
-  const dot = add(svg, 'circle', { r: 6, fill: '#fff', stroke: kInk, 'stroke-width': 2.5, visibility: 'hidden', class: 'screen' });
-  run.showPlace = (ms) => {
-    dot.setAttribute('visibility', ms === null ? 'hidden' : 'visible');
-    if (ms === null) return;
-    const { lat, lon } = placeAt(run.track, ms);
-    dot.setAttribute('cx', at.x(lon));
-    dot.setAttribute('cy', at.y(lat));
-  };
-  // When the vehicle was nearest to a point of the picture; null where it was not near.
-  run.whenAt = (x, y) => {
-    let [nearest, least] = [null, 30];
-    for (const part of run.track) {
-      part.t.forEach((t, i) => {
-        const away = Math.hypot(at.x(part.lon[i]) - x, at.y(part.lat[i]) - y);
-        if (away < least) [nearest, least] = [t, away];
-      });
-    }
-    return nearest;
-  };
-  return svg;
+  drawScale(svg, at);
+  followMap(svg, run, view, at);
+  view.moveDot = drawDot(svg, run, at);
+  view.moveDot(view.cursorMs);
+}
+
+// Keeps the map as wide as its panel, and the dot at the cursor.
+function addMap(panel, run, view) {
+  drawMap(panel, run, view);
+  view.followers.push((ms) => view.moveDot(ms));
+  let width = panel.clientWidth;
+  new ResizeObserver(() => {
+    if (panel.clientWidth === width || panel.clientWidth === 0) return;
+    width = panel.clientWidth;
+    drawMap(panel, run, view);
+  }).observe(panel);
 }

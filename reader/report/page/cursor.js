@@ -1,0 +1,75 @@
+// The cursor is the time that the reader looks at: view.cursorMs, null if there is none. It is a line through the
+// plots, a dot on the map and the readout. Followers in view.followers are told of each change.
+
+// `at` is the point of the window beside which the readout stands; without it that is the cursor's line.
+function setCursor(run, view, time, at = null) {
+  const ms = time === null ? null : Math.round(time);  // as exact as the times of records
+  view.cursorMs = ms;
+  const isShown = ms !== null && ms >= view.from && ms <= view.to;
+  view.cursor.hidden = !isShown;
+  if (isShown) view.cursor.style.left = view.offset + timeToX(view, ms) + 'px';
+  if (ms === null) hideReadout(); else showReadout(run, view, ms, at || besideCursor(view));
+  for (const follow of view.followers) follow(ms);
+}
+
+function besideCursor(view) {
+  const [line, plot] = [view.cursor.getBoundingClientRect(), view.plot.getBoundingClientRect()];
+  return { x: line.left, y: Math.min(Math.max(plot.top + 60, 60), innerHeight - 60) };
+}
+
+// Shows another stretch of time. The cursor stays under the pointer, or at its time if that is still in view.
+function zoom(run, view, from, to) {
+  const whole = wholeRun(run);
+  const least = 50;
+  const length = Math.min(Math.max(to - from, least), whole.to - whole.from);
+  view.from = Math.min(Math.max(from, whole.from), whole.to - length);
+  view.to = view.from + length;
+  view.draw();
+  if (view.pointer) setCursor(run, view, timeUnder(view, view.pointer), view.pointer);
+  else if (view.cursorMs !== null) setCursor(run, view, view.cursorMs >= view.from && view.cursorMs <= view.to ? view.cursorMs : null);
+}
+
+function wholeRun(run) {
+  return { from: run.beginMs, to: Math.max(run.endMs, run.beginMs + 1000) };
+}
+
+function zoomOut(run, view) {
+  const { from, to } = wholeRun(run);
+  zoom(run, view, from, to);
+}
+
+function isWhole(run, view) {
+  const { from, to } = wholeRun(run);
+  return view.from <= from && view.to >= to;
+}
+
+// Makes what is shown so many times as long, around the cursor or else the middle.
+function scale(run, view, factor) {
+  const fixed = view.cursorMs === null ? (view.from + view.to) / 2 : view.cursorMs;
+  view.pointer = null;
+  zoom(run, view, fixed - (fixed - view.from) * factor, fixed + (view.to - fixed) * factor);
+}
+
+// Moves what is shown by a share of its length.
+function pan(run, view, share) {
+  const by = (view.to - view.from) * share;
+  view.pointer = null;
+  zoom(run, view, view.from + by, view.to + by);
+}
+
+// Moves the cursor to a time of the run, and what is shown so far that the cursor is in it.
+function goTo(run, view, ms) {
+  const { from, to } = wholeRun(run);
+  const at = Math.min(Math.max(ms, from), to);
+  const length = view.to - view.from;
+  view.pointer = null;
+  view.cursorMs = at;
+  if (at < view.from || at > view.to) zoom(run, view, at - length / 2, at + length / 2);
+  else setCursor(run, view, at);
+}
+
+// The time under a point of the window; outside of the plots the nearest time that is shown.
+function timeUnder(view, { x }) {
+  const ms = xToTime(view, x - view.plot.getBoundingClientRect().left - view.offset);
+  return Math.min(Math.max(ms, view.from), view.to);
+}
