@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 seconds=$1
 shift
 declare -A maxBytes=([FuzzDrives]=250 [FuzzEndpoint]=2000 [FuzzGps]=2000 [FuzzHandlers]=4000 [FuzzItems]=2100
-  [FuzzReader]=600)
+  [FuzzReader]=600 [FuzzWal]=400)
 declare -A moreSeeds=([FuzzDrives]=bench/drives [FuzzGps]=tests/bench/nmea)
 mkdir -p out/fuzz
 TMPDIR=$(mktemp -d -p /dev/shm fuzz-XXXXXX)
@@ -32,5 +32,5 @@ fuzz() {
     END { printf "%-14s %9d inputs, %5d places reached, %4d MB\n", name, runs, cov, mb }' "$report"
 }
 
-[ $# -ne 0 ] || set -- FuzzDrives FuzzEndpoint FuzzGps FuzzHandlers FuzzItems FuzzReader
+[ $# -ne 0 ] || set -- FuzzDrives FuzzEndpoint FuzzGps FuzzHandlers FuzzItems FuzzReader FuzzWal
 for target in "$@"; do fuzz "$target"; done
