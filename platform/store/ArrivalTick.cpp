@@ -3,23 +3,23 @@
 namespace store {
 
 void ArrivalTick::Start(std::uint32_t tick) {
-  if (last_ != kNone) return;  // a store opened again goes on
-  now_ = tick == kNone ? 0 : std::int64_t{tick};
+  if (last_ != kNoTick) return;  // a store opened again goes on
+  now_ = tick == kNoTick ? 0 : std::int64_t{tick};
 }
 
 bool ArrivalTick::Advance(std::uint32_t tick) {
-  if (tick == kNone) return false;
-  const std::int64_t distance = Distance(tick);
-  const bool first = last_ == kNone;
+  if (tick == kNoTick) return false;
+  const std::int64_t distanceMs = DistanceMs(tick);
+  const bool first = last_ == kNoTick;
   last_ = tick;
   if (first) {
     // It decides where time begins, whatever that was taken for until now.
-    now_ = now_ + distance < 0 ? std::int64_t{tick} : now_ + distance;
+    now_ = now_ + distanceMs < 0 ? std::int64_t{tick} : now_ + distanceMs;
     return false;
   }
-  if (distance < 0 && distance >= -std::int64_t{kJitterMs}) return false;
+  if (distanceMs < 0 && distanceMs >= -std::int64_t{kJitterMs}) return false;
   now_ += tick - static_cast<std::uint32_t>(now_);
-  return distance < 0;
+  return distanceMs < 0;
 }
 
 }  // namespace store

@@ -2,6 +2,7 @@
 
 #include "GpsTime.h"
 #include "Store.h"
+#include "Tables.h"
 #include "items/ConfigurationItems.h"
 #include "items/GpsStatusItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
@@ -11,6 +12,8 @@ using store::EventOf;
 using store::kNoSenderTick;
 
 namespace {
+
+static_assert(store::kNoAltitudeDm == GpsStatusItem::kNoAltitude);
 
 // Ten-thousandths of a minute, negative to the south and west.
 std::int64_t SignedAngle(unsigned int degrees, unsigned int minutes, unsigned int fraction, bool positive) {

@@ -8,7 +8,9 @@
 
 using store::CopyFile;
 using store::CopyWriter;
+using store::Ok;
 using store::RunFiles;
+using store::SqliteCode;
 using store::TickRange;
 
 namespace {
@@ -21,10 +23,10 @@ struct Asked {
   unsigned int last;
 };
 
-int WriteCopy(CopyWriter& writer, const std::string& path, const Asked& asked) {
-  int rc = writer.Begin(path);
-  if (rc == SQLITE_OK) rc = writer.CopyRun();
-  return rc == SQLITE_OK ? writer.End(asked.source, asked.first, asked.last) : rc;
+SqliteCode WriteCopy(CopyWriter& writer, const std::string& path, const Asked& asked) {
+  SqliteCode code = writer.Begin(path);
+  if (Ok(code)) code = writer.CopyRun();
+  return Ok(code) ? writer.End(asked.source, asked.first, asked.last) : code;
 }
 
 }  // namespace
@@ -49,8 +51,8 @@ bool MetadataReader::ReadToNewFile(const std::string& source, const std::string&
     pet();
     file.WriteBack();
   });
-  const int rc = WriteCopy(writer, file.PartialPath(), {source, first, last});
-  const char* trouble = rc != SQLITE_OK ? sqlite3_errstr(rc) : nullptr;
+  const SqliteCode code = WriteCopy(writer, file.PartialPath(), {source, first, last});
+  const char* trouble = Ok(code) ? nullptr : store::TextOf(code);
   pet();
   if (trouble == nullptr && !file.Publish()) trouble = "it cannot be put in its place";
   pet();

@@ -15,11 +15,6 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-// A told tick that is further away from the arrival is of another time, as for the timeline.
-constexpr bool IsNear(std::int64_t distanceMs) {
-  return distanceMs >= -60'000 && distanceMs <= 60'000;
-}
-
 }  // namespace
 
 DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& options)
@@ -60,7 +55,7 @@ void DataStoreNormal::Store::TimerTick(unsigned int tick) {
   const std::int64_t now = arrival_.Now();
   if (anchors_.CheckDue(now) && anchors_.SystemDue(now, SystemUtcMs())) AddClock();
   // Without a tick nothing grows older: nothing is kept waiting then.
-  const bool timeless = tick == store::ArrivalTick::kNone && !batch_.Empty();
+  const bool timeless = tick == store::kNoTick && !batch_.Empty();
   if (timeless || CommitDue()) (void)Commit();
 }
 
@@ -110,7 +105,7 @@ void DataStoreNormal::Store::CommitCritical() {
 // Ticks are told once in a turn of the loop, which can take a second: too coarse for this.
 bool DataStoreNormal::Store::CriticalGapOver() const {
   const unsigned int now = clock_.TickMs();
-  return !criticalWritten_ || now == store::ArrivalTick::kNone || now - criticalWrittenMs_ >= kCriticalGapMs;
+  return !criticalWritten_ || now == store::kNoTick || now - criticalWrittenMs_ >= kCriticalGapMs;
 }
 
 bool DataStoreNormal::Store::Commit() {
@@ -154,8 +149,8 @@ std::int64_t DataStoreNormal::Store::SystemUtcMs() const {
     utcMs = clock_.UtcMs();
     if (clock_.TickMs() - tick <= 1) break;
   }
-  const std::int64_t ago = arrival_.Distance(tick);
-  const bool sameClock = tick != store::ArrivalTick::kNone && IsNear(ago);
+  const std::int64_t ago = arrival_.DistanceMs(tick);
+  const bool sameClock = tick != store::kNoTick && store::IsNear(ago);
   return sameClock ? utcMs - ago : utcMs;
 }
 
@@ -172,10 +167,10 @@ void DataStoreNormal::Store::AddClock() {
 
 // A reading of another time says nothing about this one.
 void DataStoreNormal::Store::AddGpsTime(std::uint32_t tick, std::int64_t utcMs) {
-  if (!recorder_.IsOpen() || tick == 0 || tick == store::ArrivalTick::kNone) return;
-  const std::int64_t later = arrival_.Distance(tick);
+  if (!recorder_.IsOpen() || tick == 0 || tick == store::kNoTick) return;
+  const std::int64_t later = arrival_.DistanceMs(tick);
   const std::int64_t now = arrival_.Now();
-  if (!IsNear(later) || !anchors_.GpsDue(now, utcMs - later)) return;
+  if (!store::IsNear(later) || !anchors_.GpsDue(now, utcMs - later)) return;
   anchors_.SetGps(now, utcMs - later);
   AddClock();
 }
@@ -230,7 +225,7 @@ void DataStoreNormal::Store::AddConfiguration(Event event) {
   for (const char* name : {"user_version", "journal_mode", "synchronous", "page_size", "cache_size",
                            "wal_autocheckpoint", "journal_size_limit"}) {
     std::string value;
-    if (recorder_.File().Connection().Query(std::string("PRAGMA ") + name, value) == SQLITE_OK) {
+    if (Ok(recorder_.File().Connection().Query(std::string("PRAGMA ") + name, value))) {
       AddSetting(event, name, value);
     }
   }

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Tables.h"
-#include "Text.h"
+#include "Utf8.h"
 
 namespace store {
 namespace {

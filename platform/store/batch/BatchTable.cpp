@@ -140,9 +140,9 @@ sqlite3_module MakeModule() {
 
 }  // namespace
 
-int BatchTable::Register(sqlite3* database) {
+SqliteCode BatchTable::Register(sqlite3* database) {
   static const sqlite3_module module = MakeModule();
-  return sqlite3_create_module(database, "batch", &module, this);
+  return SqliteCode{sqlite3_create_module(database, "batch", &module, this)};
 }
 
 RecordHeader BatchTable::Take(const Batch& batch, std::size_t maxBytes) {

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <sqlite3.h>
-
 #include <array>
 #include <vector>
 
 #include "Batch.h"
+#include "SqliteCode.h"
 
 namespace store {
 
@@ -18,8 +17,8 @@ class BatchTable {
   BatchTable(const BatchTable&) = delete;  // SQLite knows its address
   BatchTable& operator=(const BatchTable&) = delete;
 
-  // Makes the table known to a connection, which must not outlive this object. An SQLite code.
-  int Register(sqlite3* database);
+  // Makes the table known to a connection, which must not outlive this object.
+  SqliteCode Register(sqlite3* database);
 
   // Takes records from the beginning of the batch, as many as begin within `maxBytes`, and returns the
   // header of the last. The batch must not be empty, nor change until their rows have been read.

@@ -1,6 +1,6 @@
 #include "CopyStatements.h"
 
-#include "Schema.h"
+#include "RecordTime.h"
 #include "Tables.h"
 
 namespace store {
@@ -58,7 +58,7 @@ std::string SelectFirstGps() {
 }
 
 std::string SelectFirstTrusted() {
-  return SelectFirstAnchor(std::string("utc_ms>=") + kTrustedFromUtcMs);
+  return SelectFirstAnchor("utc_ms>=" + std::to_string(kFirstTrustedUtcMs));
 }
 
 std::string SelectLosses() {
@@ -68,8 +68,8 @@ std::string SelectLosses() {
 // UTC goes with the ticks.
 std::string Restate(TableId table) {
   std::string columns = "?2, ?3, sender_tick, 2";
-  for (int i = 0; i < kTables[table].ColumnCount(); ++i) {
-    const std::string name = kTables[table].columns[static_cast<std::size_t>(i)].name;
+  for (std::size_t i = 0; i < kTables[table].ColumnCount(); ++i) {
+    const std::string name = kTables[table].columns[i].name;
     columns += ", " + name;
     if (table == kClockTable && name.ends_with("utc_ms")) columns += "+?3-tick";
   }

@@ -1,9 +1,9 @@
 #include "CopyWriter.h"
 
 #include <algorithm>
-#include <cctype>
 
 #include "CopyStatements.h"
+#include "FileUri.h"
 #include "Schema.h"
 #include "Tables.h"
 
@@ -16,20 +16,6 @@ constexpr const char* kSettings =
     "PRAGMA mmap_size=0";
 
 constexpr int kPaceSteps = 10'000;  // of SQLite's machine: a millisecond or so
-
-std::string UriOf(const std::string& path) {
-  constexpr char kHex[] = "0123456789ABCDEF";
-  std::string uri = "file:";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (std::isalnum(byte) != 0 || c == '/' || c == '.' || c == '-' || c == '_') {
-      uri += c;
-    } else {
-      uri.append({'%', kHex[byte >> 4], kHex[byte & 15]});
-    }
-  }
-  return uri + "?mode=ro";
-}
 
 std::string Mark(int applicationId) {
   return "PRAGMA application_id=" + std::to_string(applicationId) + ";";
@@ -45,8 +31,8 @@ CopyWriter::CopyWriter(const RunFiles& run, const TickRange& range, std::functio
   }
 }
 
-int CopyWriter::Begin(const std::string& path) {
-  if (const int rc = database_.OpenForAttaching(path); rc != SQLITE_OK) return rc;
+SqliteCode CopyWriter::Begin(const std::string& path) {
+  if (const SqliteCode code = database_.OpenForAttaching(path); !Ok(code)) return code;
   const auto callPace = [](void* writer) {
     static_cast<CopyWriter*>(writer)->pace_();
     return 0;
@@ -54,54 +40,55 @@ int CopyWriter::Begin(const std::string& path) {
   sqlite3_progress_handler(database_.Handle(), kPaceSteps, callPace, this);
   const std::string mark =
       Mark(kUnfinishedCopyId) + "PRAGMA user_version=" + std::to_string(kSchemaVersion) + ";";
-  int rc = database_.Execute(kSettings);
-  if (rc == SQLITE_OK) rc = database_.Execute(mark);
-  return rc == SQLITE_OK ? database_.Execute(CreateSchema()) : rc;
+  SqliteCode code = database_.Execute(kSettings);
+  if (Ok(code)) code = database_.Execute(mark);
+  return Ok(code) ? database_.Execute(CreateSchema()) : code;
 }
 
-int CopyWriter::CopyRun() {
+SqliteCode CopyWriter::CopyRun() {
   for (std::size_t i = firstFile_; i < run_.files.size(); ++i) {
-    if (const int rc = CopyFrom(run_.files[i], i == firstFile_); rc != SQLITE_OK) return rc;
+    if (const SqliteCode code = CopyFrom(run_.files[i], i == firstFile_); !Ok(code)) return code;
   }
-  return SQLITE_OK;
+  return SqliteCode::kOk;
 }
 
-int CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
-  int rc = Attach(file);
-  if (rc == SQLITE_OK && isFirst && file.firstTick < range_.from) rc = RestateBegin();
-  if (rc == SQLITE_OK && file.firstTick <= range_.to) rc = CopyRecords(file);
-  if (rc == SQLITE_OK && file.lastTick > range_.to) rc = RestateLater();
-  return rc == SQLITE_OK ? database_.Execute("COMMIT; DETACH source") : rc;
+SqliteCode CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
+  SqliteCode code = Attach(file);
+  if (Ok(code) && isFirst && file.firstTick < range_.from) code = RestateBegin();
+  if (Ok(code) && file.firstTick <= range_.to) code = CopyRecords(file);
+  if (Ok(code) && file.lastTick > range_.to) code = RestateLater();
+  return Ok(code) ? database_.Execute("COMMIT; DETACH source") : code;
 }
 
 // A table that is something else, say an endless view, is not read.
-int CopyWriter::Attach(const RunFile& file) {
-  int rc = database_.Execute("ATTACH '" + UriOf(file.path) + "' AS source");
-  if (rc == SQLITE_OK) rc = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
+SqliteCode CopyWriter::Attach(const RunFile& file) {
+  SqliteCode code = database_.Execute("ATTACH '" + FileUri(file.path, "?mode=ro") + "' AS source");
+  if (Ok(code)) code = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
   std::int64_t differences = 0;
-  if (rc == SQLITE_OK) rc = database_.Query(CountDifferences(), differences);
-  return rc == SQLITE_OK && differences != 0 ? SQLITE_NOTADB : rc;
+  if (Ok(code)) code = database_.Query(CountDifferences(), differences);
+  return Ok(code) && differences != 0 ? SqliteCode::kNotDatabase : code;
 }
 
-int CopyWriter::CopyRecords(const RunFile& file) {
+SqliteCode CopyWriter::CopyRecords(const RunFile& file) {
   const bool all = file.firstTick >= range_.from && file.lastTick <= range_.to;
-  int rc = SQLITE_OK;
+  SqliteCode code = SqliteCode::kOk;
   for (const Table& table : kTables) {
-    if (rc == SQLITE_OK) rc = Run(all ? CopyAll(table.id) : CopyBetween(table.id), {range_.from, range_.to});
+    if (Ok(code)) code = Run(all ? CopyAll(table.id) : CopyBetween(table.id), {range_.from, range_.to});
   }
-  return rc;
+  return code;
 }
 
-int CopyWriter::LastSeq(std::int64_t& seq) {
+SqliteCode CopyWriter::LastSeq(std::int64_t& seq) {
   return database_.Query("SELECT max(seq) FROM (" + SelectLastRecords() + ")", seq);
 }
 
-int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
+SqliteCode CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked,
+                                 std::uint32_t lastAsked) {
   std::int64_t lastSeq = 0;
   Statement insert;
-  int rc = LastSeq(lastSeq);
-  if (rc == SQLITE_OK) rc = insert.Prepare(database_.Handle(), InsertInto(kCopyTable));
-  if (rc != SQLITE_OK) return rc;
+  SqliteCode code = LastSeq(lastSeq);
+  if (Ok(code)) code = insert.Prepare(database_.Handle(), InsertInto(kCopyTable));
+  if (!Ok(code)) return code;
   const std::string firstName = NameOf(run_.files[firstFile_].path);
   const std::string lastName = NameOf(run_.files[lastFile_].path);
   const std::int64_t to = std::min(range_.to, run_.files.back().lastTick);
@@ -121,17 +108,17 @@ int CopyWriter::AddOrigin(const std::string& store, std::uint32_t firstAsked, st
   return insert.Run();
 }
 
-int CopyWriter::End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
-  int rc = AddOrigin(store, firstAsked, lastAsked);
-  if (rc == SQLITE_OK) rc = Run("UPDATE progress SET (last_seq, last_tick) = (SELECT seq, tick FROM copy)");
-  if (rc == SQLITE_OK) rc = database_.Execute(Mark(kApplicationId));
+SqliteCode CopyWriter::End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked) {
+  SqliteCode code = AddOrigin(store, firstAsked, lastAsked);
+  if (Ok(code)) code = Run("UPDATE progress SET (last_seq, last_tick) = (SELECT seq, tick FROM copy)");
+  if (Ok(code)) code = database_.Execute(Mark(kApplicationId));
   database_.Close();
-  return rc;
+  return code;
 }
 
-int CopyWriter::Run(const std::string& sql, std::initializer_list<std::int64_t> values) {
+SqliteCode CopyWriter::Run(const std::string& sql, std::initializer_list<std::int64_t> values) {
   Statement statement;
-  if (const int rc = statement.Prepare(database_.Handle(), sql); rc != SQLITE_OK) return rc;
+  if (const SqliteCode code = statement.Prepare(database_.Handle(), sql); !Ok(code)) return code;
   int index = 0;
   for (const std::int64_t value : values) statement.Bind(++index, value);
   return statement.Run();

@@ -19,10 +19,10 @@ class CopyWriter {
   // `pace` is called every few milliseconds.
   CopyWriter(const RunFiles& run, const TickRange& range, std::function<void()> pace);
 
-  int Begin(const std::string& path);
-  int CopyRun();
+  SqliteCode Begin(const std::string& path);
+  SqliteCode CopyRun();
   // Says what the copy is: whose, the ticks that were asked for, what they meant.
-  int End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
+  SqliteCode End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
 
  private:
   struct Pick {
@@ -31,23 +31,23 @@ class CopyWriter {
   };
   using Picks = std::vector<Pick>;
 
-  int CopyFrom(const RunFile& file, bool isFirst);
-  int Attach(const RunFile& file);
-  int CopyRecords(const RunFile& file);
-  int AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
-  int LastSeq(std::int64_t& seq);
+  SqliteCode CopyFrom(const RunFile& file, bool isFirst);
+  SqliteCode Attach(const RunFile& file);
+  SqliteCode CopyRecords(const RunFile& file);
+  SqliteCode AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
+  SqliteCode LastSeq(std::int64_t& seq);
 
   // CopyRestated.cpp: what makes the copy stand alone, numbered on from the records of the range to
   // both sides.
-  int RestateBegin();
-  int RestateLater();
-  int PickSources(TableId table, Picks& picks);
-  int PickEach(TableId table, const std::string& select, std::int64_t tick, Picks& picks);
-  int LastSeqBefore(std::int64_t& seq);
-  int RestateAll(const Picks& picks, std::int64_t firstSeq, std::int64_t tick);
+  SqliteCode RestateBegin();
+  SqliteCode RestateLater();
+  SqliteCode PickSources(TableId table, Picks& picks);
+  SqliteCode PickEach(TableId table, const std::string& select, std::int64_t tick, Picks& picks);
+  SqliteCode LastSeqBefore(std::int64_t& seq);
+  SqliteCode RestateAll(const Picks& picks, std::int64_t firstSeq, std::int64_t tick);
 
   // Runs a statement with these values, as far as it has parameters for them.
-  int Run(const std::string& sql, std::initializer_list<std::int64_t> values = {});
+  SqliteCode Run(const std::string& sql, std::initializer_list<std::int64_t> values = {});
 
   const RunFiles& run_;
   TickRange range_;

@@ -12,20 +12,20 @@ namespace {
 constexpr LogSource log{"DataStore"};
 
 // What is no recording of this schema has come in the place of one.
-int ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& firstTick) {
+SqliteCode ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& firstTick) {
   Database database;
   std::int64_t id = 0;
   std::int64_t version = 0;
-  int rc = database.OpenToRead(path);
-  if (rc == SQLITE_OK) database.LimitWork();
-  if (rc == SQLITE_OK) rc = database.Query("PRAGMA application_id", id);
-  if (rc == SQLITE_OK) rc = database.Query("PRAGMA user_version", version);
-  if (rc == SQLITE_OK && (id != kApplicationId || version != kSchemaVersion)) rc = SQLITE_NOTADB;
-  if (rc == SQLITE_OK) rc = database.Query(kReadProgress, lastSeq);
-  if (rc == SQLITE_OK && lastSeq != 0) {
-    rc = database.Query("SELECT min(tick) FROM (" + SelectFirstRecords() + ")", firstTick);
+  SqliteCode code = database.OpenToRead(path);
+  if (Ok(code)) database.LimitWork();
+  if (Ok(code)) code = database.Query("PRAGMA application_id", id);
+  if (Ok(code)) code = database.Query("PRAGMA user_version", version);
+  if (Ok(code) && (id != kApplicationId || version != kSchemaVersion)) code = SqliteCode::kNotDatabase;
+  if (Ok(code)) code = database.Query(kReadProgress, lastSeq);
+  if (Ok(code) && lastSeq != 0) {
+    code = database.Query("SELECT min(tick) FROM (" + SelectFirstRecords() + ")", firstTick);
   }
-  return rc;
+  return code;
 }
 
 }  // namespace
@@ -42,8 +42,8 @@ bool RunFiles::Look(const FileNames& names, const CurrentRun& run, const std::fu
       continue;
     }
     std::int64_t lastSeq = 0;
-    if (const int rc = ReadFirstTick(file.path, lastSeq, file.firstTick); rc != SQLITE_OK) {
-      log(kLogError, "Not to be copied: ", file.path, ": ", sqlite3_errstr(rc));
+    if (const SqliteCode code = ReadFirstTick(file.path, lastSeq, file.firstTick); !Ok(code)) {
+      log(kLogError, "Not to be copied: ", file.path, ": ", TextOf(code));
       return false;
     }
     if (lastSeq == 0) continue;

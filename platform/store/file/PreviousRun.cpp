@@ -16,14 +16,14 @@ constexpr const char* kLastUtc =
     "SELECT utc_ms + last_tick - tick FROM clock, progress WHERE seq <= last_seq ORDER BY seq DESC LIMIT 1";
 
 // A file that was being begun when the power went, or whose first commit never came, tells nothing.
-int CountRecorded(Database& database, std::int64_t& lastSeq) {
+SqliteCode CountRecorded(Database& database, std::int64_t& lastSeq) {
   std::int64_t tables = 0;
-  int rc = database.Query("SELECT count(*) FROM sqlite_master", tables);
-  if (rc != SQLITE_OK || tables == 0) return rc;
+  SqliteCode code = database.Query("SELECT count(*) FROM sqlite_master", tables);
+  if (!Ok(code) || tables == 0) return code;
   std::int64_t id = 0;
-  rc = database.Query("PRAGMA application_id", id);
-  if (rc == SQLITE_OK && id != kApplicationId) rc = SQLITE_NOTADB;
-  return rc == SQLITE_OK ? database.Query("SELECT last_seq FROM progress", lastSeq) : rc;
+  code = database.Query("PRAGMA application_id", id);
+  if (Ok(code) && id != kApplicationId) code = SqliteCode::kNotDatabase;
+  return Ok(code) ? database.Query("SELECT last_seq FROM progress", lastSeq) : code;
 }
 
 bool Read(const std::string& path, PreviousRun& run) {
@@ -34,14 +34,14 @@ bool Read(const std::string& path, PreviousRun& run) {
   }
   Database database;
   std::int64_t clean = 0;
-  int rc = database.Open(path);
-  if (rc == SQLITE_OK) database.LimitWork();
-  if (rc == SQLITE_OK) rc = CountRecorded(database, run.lastSeq);
-  if (rc == SQLITE_OK && run.lastSeq == 0) return true;
-  if (rc == SQLITE_OK) rc = database.Query("SELECT last_tick FROM progress", run.lastTick);
-  if (rc == SQLITE_OK) rc = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
-  if (rc != SQLITE_OK) {
-    log(kLogError, "Left alone: ", path, " cannot be read: ", sqlite3_errstr(rc));
+  SqliteCode code = database.Open(path);
+  if (Ok(code)) database.LimitWork();
+  if (Ok(code)) code = CountRecorded(database, run.lastSeq);
+  if (Ok(code) && run.lastSeq == 0) return true;
+  if (Ok(code)) code = database.Query("SELECT last_tick FROM progress", run.lastTick);
+  if (Ok(code)) code = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
+  if (!Ok(code)) {
+    log(kLogError, "Left alone: ", path, " cannot be read: ", TextOf(code));
     return false;
   }
   (void)database.Query(kLastUtc, run.lastUtcMs);

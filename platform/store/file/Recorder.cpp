@@ -55,8 +55,8 @@ bool Recorder::Write(Batch& batch) {
       continue;
     }
     std::int64_t lastSeq = 0;
-    const int rc = file_->Write(batch, failing_ ? kProbeBytes : kChunkBytes, lastSeq);
-    if (rc != SQLITE_OK) return Fail(rc);
+    const SqliteCode code = file_->Write(batch, failing_ ? kProbeBytes : kChunkBytes, lastSeq);
+    if (!Ok(code)) return Fail(code);
     batch.RemoveUpTo(lastSeq);
     Work();
   }
@@ -68,16 +68,16 @@ bool Recorder::Write(Batch& batch) {
 // A commit that failed may have taken effect: what the file has is not written again.
 bool Recorder::SettleDoubt(Batch& batch) {
   std::int64_t committed = 0;
-  if (const int rc = file_->CommittedSeq(committed); rc != SQLITE_OK) return Fail(rc);
+  if (const SqliteCode code = file_->CommittedSeq(committed); !Ok(code)) return Fail(code);
   batch.RemoveUpTo(committed);
   inDoubt_ = false;
   return true;
 }
 
-bool Recorder::Fail(int code) {
-  SayFailing(sqlite3_errstr(code));  // the connection's message is that of the rollback
+bool Recorder::Fail(SqliteCode code) {
+  SayFailing(TextOf(code));  // the connection's message is that of the rollback
   inDoubt_ = true;
-  if (code == SQLITE_CORRUPT || code == SQLITE_NOTADB) spoiled_ = true;
+  if (code == SqliteCode::kCorrupt || code == SqliteCode::kNotDatabase) spoiled_ = true;
   return false;
 }
 

@@ -43,7 +43,7 @@ class Recorder {
   static constexpr std::uint64_t kMinFileBytes = std::uint64_t{80} << 10;  // its beginning takes some 60
 
   bool SettleDoubt(Batch& batch);
-  bool Fail(int code);
+  bool Fail(SqliteCode code);
   void SayFailing(const char* reason);
   void Work();
   void WatchLog();

@@ -32,12 +32,12 @@ std::string LogOf(const std::string& path) {
 }
 
 bool Configure(Database& database) {
-  const auto run = [&database](const std::string& sql) { return database.Execute(sql) == SQLITE_OK; };
+  const auto run = [&database](const std::string& sql) { return Ok(database.Execute(sql)); };
   const std::string mark = "BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
                            "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
   if (!std::all_of(std::begin(kBeforeLogMode), std::end(kBeforeLogMode), run) || !run(mark)) return false;
   std::string mode;
-  if (database.Query(kLogMode, mode) != SQLITE_OK || mode != "wal") return false;
+  if (!Ok(database.Query(kLogMode, mode)) || mode != "wal") return false;
   return std::all_of(std::begin(kAfterLogMode), std::end(kAfterLogMode), run) && run(CreateSchema());
 }
 
@@ -46,8 +46,8 @@ bool Configure(Database& database) {
 bool RecordingFile::Create(const std::string& path) {
   if (CreateNewFile(path) != 0) return false;
   path_ = path;
-  if (database_.Open(path) == SQLITE_OK && Configure(database_) && Prepare() &&
-      Identify(path_, identity_) == 0 && Identify(LogOf(path_), log_) == 0) {
+  if (Ok(database_.Open(path)) && Configure(database_) && Prepare() && Identify(path_, identity_) == 0 &&
+      Identify(LogOf(path_), log_) == 0) {
     return true;
   }
   Finalize();
@@ -58,48 +58,48 @@ bool RecordingFile::Create(const std::string& path) {
 
 bool RecordingFile::Prepare() {
   sqlite3* const handle = database_.Handle();
-  int rc = rows_.Register(handle);
-  if (rc == SQLITE_OK) rc = begin_.Prepare(handle, "BEGIN IMMEDIATE");
-  if (rc == SQLITE_OK) rc = commit_.Prepare(handle, "COMMIT");
-  if (rc == SQLITE_OK) rc = progress_.Prepare(handle, kUpdateProgress);
-  if (rc == SQLITE_OK) rc = readProgress_.Prepare(handle, kReadProgress);
+  SqliteCode code = rows_.Register(handle);
+  if (Ok(code)) code = begin_.Prepare(handle, "BEGIN IMMEDIATE");
+  if (Ok(code)) code = commit_.Prepare(handle, "COMMIT");
+  if (Ok(code)) code = progress_.Prepare(handle, kUpdateProgress);
+  if (Ok(code)) code = readProgress_.Prepare(handle, kReadProgress);
   for (const Table& table : kTables) {
-    if (rc == SQLITE_OK) rc = inserts_[table.id].Prepare(handle, InsertFromBatch(table.id));
+    if (Ok(code)) code = inserts_[table.id].Prepare(handle, InsertFromBatch(table.id));
   }
-  return rc == SQLITE_OK;
+  return Ok(code);
 }
 
-int RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq) {
+SqliteCode RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq) {
   const RecordHeader last = rows_.Take(batch, maxBytes);
-  int rc = begin_.Run();
-  if (rc == SQLITE_OK) rc = InsertAll();
-  if (rc == SQLITE_OK) {
+  SqliteCode code = begin_.Run();
+  if (Ok(code)) code = InsertAll();
+  if (Ok(code)) {
     progress_.Bind(1, last.seq);
     progress_.Bind(2, last.tick);
-    rc = progress_.Run();
+    code = progress_.Run();
   }
-  if (rc == SQLITE_OK) rc = commit_.Run();
-  if (rc == SQLITE_OK) {
+  if (Ok(code)) code = commit_.Run();
+  if (Ok(code)) {
     lastSeq = last.seq;
   } else if (sqlite3_get_autocommit(database_.Handle()) == 0) {
     (void)database_.Execute("ROLLBACK");
   }
-  return rc;
+  return code;
 }
 
-int RecordingFile::InsertAll() {
+SqliteCode RecordingFile::InsertAll() {
   for (const Table& table : kTables) {
     if (!rows_.Select(table.id)) continue;
-    if (const int rc = inserts_[table.id].Run(); rc != SQLITE_OK) return rc;
+    if (const SqliteCode code = inserts_[table.id].Run(); !Ok(code)) return code;
   }
-  return SQLITE_OK;
+  return SqliteCode::kOk;
 }
 
-int RecordingFile::CommittedSeq(std::int64_t& seq) {
-  const int rc = readProgress_.Step();
-  if (rc == SQLITE_ROW) seq = readProgress_.Integer(0);
+SqliteCode RecordingFile::CommittedSeq(std::int64_t& seq) {
+  const SqliteCode code = readProgress_.Step();
+  if (code == SqliteCode::kRow) seq = readProgress_.Integer(0);
   readProgress_.Reset();
-  return rc == SQLITE_ROW ? SQLITE_OK : rc == SQLITE_DONE ? SQLITE_CORRUPT : rc;
+  return code == SqliteCode::kRow ? SqliteCode::kOk : code == SqliteCode::kDone ? SqliteCode::kCorrupt : code;
 }
 
 bool RecordingFile::StillThere() {

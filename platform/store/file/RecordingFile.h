@@ -21,10 +21,10 @@ class RecordingFile {
   bool Create(const std::string& path);
 
   // Writes records from the front of the batch, at most about `maxBytes` of them, in one
-  // transaction, and tells the sequence number of the last one. SQLITE_OK or an error: the records
+  // transaction, and tells the sequence number of the last one. kOk or an error: the records
   // may have been written nevertheless, CommittedSeq tells.
-  int Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
-  int CommittedSeq(std::int64_t& seq);
+  SqliteCode Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
+  SqliteCode CommittedSeq(std::int64_t& seq);
 
   // Looks at the file: false when the path no longer leads to it, to its log or to all of it.
   bool StillThere();
@@ -41,7 +41,7 @@ class RecordingFile {
  private:
   bool Prepare();
   void Finalize();  // the statements: SQLite closes no connection that has any
-  int InsertAll();
+  SqliteCode InsertAll();
 
   std::string path_;
   FileIdentity identity_;

@@ -34,6 +34,17 @@ std::uint32_t TakeNumber(std::string_view& name) {
 
 }  // namespace
 
+std::optional<RecordingName> ParseRecordingName(std::string_view path) {
+  if (!path.ends_with(kSuffix)) return std::nullopt;
+  std::string_view base = path.substr(0, path.size() - kSuffix.size());
+  const std::size_t dot = base.rfind('.');
+  if (dot == std::string_view::npos) return std::nullopt;
+  std::string_view digits = base.substr(dot + 1);
+  const std::uint32_t number = TakeNumber(digits);
+  if (number == 0 || !digits.empty()) return std::nullopt;
+  return RecordingName{path.substr(0, dot), number};
+}
+
 FileNames::FileNames(std::string base) : base_(std::move(base)) {
   const std::size_t slash = base_.rfind('/');
   directory_ = slash == std::string::npos ? "." : base_.substr(0, slash + 1);

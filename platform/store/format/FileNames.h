@@ -1,11 +1,20 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace store {
+
+// The name of a recording, taken apart: "x/metadata.000012.db" is number 12 of "x/metadata".
+struct RecordingName {
+  std::string_view base;
+  std::uint32_t number = 0;
+};
+// Nothing for every other name; the base is part of `path`.
+std::optional<RecordingName> ParseRecordingName(std::string_view path);
 
 // The files of one store: "<base>.NNNNNN.db".
 class FileNames {

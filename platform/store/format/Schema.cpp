@@ -1,5 +1,6 @@
 #include "Schema.h"
 
+#include "RecordTime.h"
 #include "Tables.h"
 #include "Tags.h"
 
@@ -10,8 +11,8 @@ std::string CreateTable(const Table& table) {
   std::string sql = std::string("CREATE TABLE ") + table.name +
                     "(seq INTEGER PRIMARY KEY, tick INTEGER NOT NULL, sender_tick INTEGER, "
                     "event INTEGER NOT NULL";
-  for (int i = 0; i < table.ColumnCount(); ++i) {
-    const Column& column = table.columns[static_cast<std::size_t>(i)];
+  for (std::size_t i = 0; i < table.ColumnCount(); ++i) {
+    const Column& column = table.columns[i];
     sql += std::string(", ") + column.name + (column.type == ColumnType::kText ? " TEXT" : " INTEGER") +
            " NOT NULL";
   }
@@ -34,30 +35,30 @@ std::string CreateRecordView() {
   std::string sql = "CREATE VIEW record AS\n";
   const char* separator = "";
   for (const Table& table : kTables) {
-    sql += std::string(separator) + "SELECT seq, tick, sender_tick, event, " + table.source + " AS source, " +
-           table.text + " AS text, ((sender_tick-tick+2147483648)&4294967295)-2147483648 AS shift FROM " +
-           table.name;
+    sql += std::string(separator) + "SELECT seq, tick, sender_tick, event, " + SourceSql(table) +
+           " AS source, " + table.text +
+           " AS text, ((sender_tick-tick+2147483648)&4294967295)-2147483648 AS shift FROM " + table.name;
     separator = "\nUNION ALL ";
   }
   return sql + ";\n";
 }
 
-// A sender's tick counts where it is one (0 and 4294967295 are not) and is near; a restated record
-// has the time at which it was restated. Records before the first anchor that can be trusted take that
-// one: the first by GPS, else the first since a date at which there was this system (2024-01-01).
-constexpr const char* kTimelineUpToTrust = R"(
+// The rules of RecordTime.h in SQL.
+std::string CreateTimelineView() {
+  return R"(
 CREATE VIEW timeline AS
 WITH shifted AS (
   SELECT seq, tick, sender_tick, event, source, text,
-         iif(event<>2 AND sender_tick NOT IN (0,4294967295) AND abs(shift)<=60000, shift, NULL) AS shift
+         iif(event<>2 AND sender_tick NOT IN (0,)" +
+         std::to_string(kNoTick) + ") AND abs(shift)<=" + std::to_string(kNearMs) + R"(, shift, NULL) AS shift
   FROM record),
 timed AS (
   SELECT *, tick + coalesce(shift,0) +
       (SELECT utc_ms-clock.tick FROM clock
        WHERE clock.seq<=max(shifted.seq, (SELECT coalesce(
            (SELECT min(seq) FROM clock WHERE clock_source='gps'),
-           (SELECT min(seq) FROM clock WHERE utc_ms>=)";
-constexpr const char* kTimelineFromTrust = R"(),
+           (SELECT min(seq) FROM clock WHERE utc_ms>=)" +
+         std::to_string(kFirstTrustedUtcMs) + R"(),
            (SELECT min(seq) FROM clock))))
        ORDER BY clock.seq DESC LIMIT 1) AS utc_ms
   FROM shifted)
@@ -69,6 +70,7 @@ SELECT seq,
        text
 FROM timed ORDER BY seq;
 )";
+}
 
 std::string SelectOneOfEach(const char* order) {
   std::string sql;
@@ -90,8 +92,7 @@ constexpr const char* kCreateProgress =
 std::string CreateSchema() {
   std::string sql = "BEGIN IMMEDIATE;\n";
   for (const Table& table : kTables) sql += CreateTable(table);
-  return sql + CreateTagNames() + CreateRecordView() + kTimelineUpToTrust + kTrustedFromUtcMs +
-         kTimelineFromTrust + kCreateProgress + "COMMIT;\n";
+  return sql + CreateTagNames() + CreateRecordView() + CreateTimelineView() + kCreateProgress + "COMMIT;\n";
 }
 
 std::string SelectFirstRecords() {
@@ -104,14 +105,14 @@ std::string SelectLastRecords() {
 
 std::string InsertInto(TableId table) {
   std::string sql = std::string("INSERT INTO ") + kTables[table].name + " VALUES(?,?,?,?";
-  for (int i = 0; i < kTables[table].ColumnCount(); ++i) sql += ",?";
+  for (std::size_t i = 0; i < kTables[table].ColumnCount(); ++i) sql += ",?";
   return sql + ")";
 }
 
 std::string InsertFromBatch(TableId table) {
   std::string sql =
       std::string("INSERT INTO ") + kTables[table].name + " SELECT seq, tick, sender_tick, event";
-  for (int i = 0; i < kTables[table].ColumnCount(); ++i) sql += ", c" + std::to_string(i);
+  for (std::size_t i = 0; i < kTables[table].ColumnCount(); ++i) sql += ", c" + std::to_string(i);
   return sql + " FROM batch";
 }
 

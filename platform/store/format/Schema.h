@@ -19,9 +19,6 @@ std::string InsertInto(TableId table);
 // All rows of the table "batch" (BatchTable.h).
 std::string InsertFromBatch(TableId table);
 
-// A wall clock that tells an earlier time (than 2024-01-01) was not set yet.
-inline constexpr const char* kTrustedFromUtcMs = "1704067200000";
-
 // Sequence number and tick of each table's first record; of its last one.
 std::string SelectFirstRecords();
 std::string SelectLastRecords();

@@ -1,40 +1,277 @@
 #pragma once
 
-#include <array>
+#include <string_view>
 
-#include "Record.h"
+#include "Table.h"
 
 namespace store {
 
-enum class ColumnType : unsigned char { kInteger, kText };
+// GPS tells this altitude, in decimetres, when it knows none.
+inline constexpr std::int64_t kNoAltitudeDm = 134'217'727;
+#define STORE_NO_ALTITUDE "134217727"
 
-struct Column {
-  const char* name = nullptr;
-  ColumnType type = ColumnType::kInteger;
-};
+// The table of tables, in the order of TableId.
+inline constexpr std::array<Table, kTableCount> kTables{{
+    {.id = kStateTable,
+     .name = "state",
+     .keyColumns = 1,
+     .source = "signal",
+     .naming = Naming::kTags,
+     .text = "coalesce((SELECT iif(active,active_text,inactive_text) FROM tag_name WHERE tag=signal),"
+             "iif(active,'on','off'))",
+     .columns = {{{"signal"}, {.name = "active", .lanes = Lanes::kInputs}}}},
+    {.id = kStringTable,
+     .name = "string",
+     .keyColumns = 1,
+     .source = "text",
+     .naming = Naming::kTags,
+     .text = "text",
+     .columns = {{{"tag"}, {"text", ColumnType::kText}}}},
+    {.id = kBookmarkTable, .name = "bookmark", .source = "bookmark", .text = "'set'"},
+    {.id = kGpsStateTable,
+     .name = "gps_state",
+     .keyColumns = 0,
+     .source = "gps",
+     .text = "iif(valid,'fix','no fix')",
+     .columns = {{{.name = "valid", .lanes = Lanes::kReception}}}},
+    {.id = kGpsTable,
+     .name = "gps",
+     .keyColumns = 0,
+     .cadence = Cadence::kPeriodic,
+     .source = "gps",
+     .text = "printf('%.6f %.6f',latitude_e4min/600000.0,longitude_e4min/600000.0)||"
+             "iif(altitude_dm=" STORE_NO_ALTITUDE ",'',printf(' %.1f m',altitude_dm/10.0))||"
+             "printf(', %.1f km/h, course %.1f',speed_deci_kmh/10.0,course_deci_deg/10.0)||"
+             "CASE quality WHEN 0 THEN ', no fix' WHEN 1 THEN ', fix' WHEN 2 THEN ', differential' "
+             "WHEN 8 THEN ', simulated' ELSE ', quality '||quality END||', '||satellites_used||' satellites'",
+     .columns =
+         {{{.name = "latitude_e4min", .unit = "\u00B0", .perUnit = 600'000},
+           {.name = "longitude_e4min", .unit = "\u00B0", .perUnit = 600'000},
+           {.name = "altitude_dm", .unit = "m", .perUnit = 10, .chart = Chart::kAltitude, .line = "GPS"},
+           {.name = "speed_deci_kmh", .unit = "km/h", .perUnit = 10, .chart = Chart::kSpeed, .line = "GPS"},
+           {.name = "speed_deci_knots", .unit = "kn", .perUnit = 10},
+           {.name = "course_deci_deg", .unit = "\u00B0", .perUnit = 10},
+           {"quality"},
+           {"fix_dimensions"},
+           {.name = "satellites_used", .chart = Chart::kSatellites, .line = "GPS"},
+           {"satellites_in_view"},
+           {.name = "signal_db", .unit = "dB"},
+           {"utc_date"},
+           {.name = "utc_time_ms", .unit = "ms"},
+           {"valid"}}}},
+    {.id = kSpeedTable,
+     .name = "speed",
+     .keyColumns = 1,
+     .cadence = Cadence::kPeriodic,
+     .source = "speed",
+     .naming = Naming::kSpeeds,
+     .text = "speed",
+     .columns =
+         {{{"source"}, {.name = "speed", .unit = "km/h", .chart = Chart::kSpeed, .line = "radar"}, {"tag"}}}},
+    {.id = kSpeedValidTable,
+     .name = "speed_valid",
+     .keyColumns = 1,
+     .source = "speed",
+     .naming = Naming::kSpeeds,
+     .text = "iif(valid,'valid','not valid')",
+     .columns = {{{"source"}, {"valid"}}}},
+    {.id = kRadarStateTable,
+     .name = "radar_state",
+     .keyColumns = 1,
+     .source = "radar",
+     .naming = Naming::kNumbered,
+     .text = "iif(valid,'reading','no reading')",
+     .columns = {{{"radar"}, {.name = "valid", .lanes = Lanes::kReception}}}},
+    {.id = kRadarTable,
+     .name = "radar",
+     .keyColumns = 1,
+     .cadence = Cadence::kPeriodic,
+     .source = "radar",
+     .naming = Naming::kNumbered,
+     .text = "speed1||' '||speed2||' '||speed3||iif(direction,' direction '||direction,'')",
+     .columns = {{{"radar"},
+                  {.name = "speed1", .unit = "km/h", .chart = Chart::kRadar, .line = "target"},
+                  {.name = "speed2", .unit = "km/h", .chart = Chart::kRadar, .line = "fastest"},
+                  {.name = "speed3", .unit = "km/h", .chart = Chart::kRadar, .line = "locked"},
+                  {"direction"},
+                  {"tag"}}}},
+    {.id = kMicPresentTable,
+     .name = "mic_present",
+     .keyColumns = 1,
+     .source = "microphone",
+     .naming = Naming::kNumbered,
+     .text = "iif(present,'present','absent')",
+     .columns = {{{"mic"}, {.name = "present", .lanes = Lanes::kMicrophones}}}},
+    {.id = kMicActiveTable,
+     .name = "mic_active",
+     .keyColumns = 1,
+     .source = "microphone",
+     .naming = Naming::kNumbered,
+     .text = "iif(active,'active','not active')",
+     .columns = {{{"mic"}, {.name = "active", .lanes = Lanes::kMicrophones}}}},
+    {.id = kTemperatureTable,
+     .name = "temperature",
+     .keyColumns = 1,
+     .cadence = Cadence::kPeriodic,
+     .source = "temperature",
+     .naming = Naming::kNumbered,
+     .text = "temperature",
+     .columns = {{{"sensor"}, {.name = "temperature", .unit = "\u00B0C", .chart = Chart::kTemperature}}}},
+    {.id = kCameraTable,
+     .name = "camera",
+     .keyColumns = 1,
+     .source = "camera",
+     .naming = Naming::kNumbered,
+     .text = "'state '||state",
+     .columns = {{{"camera"}, {.name = "state", .lanes = Lanes::kCameras}}}},
+    {.id = kVideoStreamTable,
+     .name = "video_stream",
+     .keyColumns = 1,
+     .source = "stream",
+     .naming = Naming::kNumbered,
+     .text = "'state '||state",
+     .columns = {{{"stream"}, {.name = "state", .lanes = Lanes::kStreams}}}},
+    {.id = kLiveStreamTable,
+     .name = "live_stream",
+     .keyColumns = 1,
+     .source = "live stream",
+     .naming = Naming::kNumbered,
+     .text = "iif(enabled,'on','off')||' camera '||camera||iif(high_quality,' high quality','')||iif(address="
+             "4294967295,'',' to '||(address>>24)||'.'||((address>>16)&255)||'.'||((address>>8)&255)||'.'||"
+             "(address&255)||':'||port)",
+     .columns = {{{"stream"},
+                  {"camera"},
+                  {"high_quality"},
+                  {.name = "enabled", .lanes = Lanes::kStreams},
+                  {"address"},
+                  {"port"}}}},
+    {.id = kStreamQualityTable,
+     .name = "stream_quality",
+     .keyColumns = 1,
+     .source = "stream",
+     .naming = Naming::kNumbered,
+     .text = "width||'x'||height||' '||frames_per_second||' frames/s '||bit_rate_kbps||' kbit/s'",
+     .columns = {{{"stream"},
+                  {"width"},
+                  {"height"},
+                  {.name = "frames_per_second", .unit = "frames/s"},
+                  {.name = "bit_rate_kbps", .unit = "kbit/s"}}}},
+    {.id = kVehicleTable,
+     .name = "vehicle",
+     .keyColumns = 0,
+     .source = "vehicle",
+     .text = "'unit '||unit_id||', plate '||license_plate",
+     .columns = {{{"unit_id", ColumnType::kText}, {"license_plate", ColumnType::kText}}}},
+    {.id = kSystemTable,
+     .name = "system_info",
+     .keyColumns = 0,
+     .source = "system info",
+     .text = "device_name||', software '||software_version",
+     .columns = {{{"device_name", ColumnType::kText}, {"software_version", ColumnType::kText}}}},
+    {.id = kDepartmentTable,
+     .name = "department",
+     .keyColumns = 0,
+     .source = "department",
+     .text = "name||', '||division",
+     .columns = {{{"name", ColumnType::kText}, {"division", ColumnType::kText}}}},
+    {.id = kOfficerTable,
+     .name = "officer",
+     .keyColumns = 0,
+     .source = "officer",
+     .text = "name||', badge '||badge_number",
+     .columns = {{{"name", ColumnType::kText}, {"badge_number", ColumnType::kText}}}},
+    {.id = kRecordingSettingsTable,
+     .name = "recording_settings",
+     .keyColumns = 0,
+     .source = "recording settings",
+     .text = "pre_event_s||' s before, '||post_event_s||' s after, '||width||'x'||height||' '||"
+             "frames_per_second||' frames/s '||bit_rate_kbps||' kbit/s'",
+     .columns = {{{.name = "pre_event_s", .unit = "s"},
+                  {.name = "post_event_s", .unit = "s"},
+                  {"width"},
+                  {"height"},
+                  {.name = "frames_per_second", .unit = "frames/s"},
+                  {.name = "bit_rate_kbps", .unit = "kbit/s"}}}},
+    {.id = kMacTable,
+     .name = "mac",
+     .keyColumns = 0,
+     .source = "device",
+     .text = "'hardware address '||address",
+     .columns = {{{"address", ColumnType::kText}}}},
+    {.id = kSerialTable,
+     .name = "serial",
+     .keyColumns = 0,
+     .source = "device",
+     .text = "'serial number '||serial",
+     .columns = {{{"serial", ColumnType::kText}}}},
+    {.id = kVersionTable,
+     .name = "version",
+     .keyColumns = 1,
+     .source = "device",
+     .text = "'version of component '||component||': '||version",
+     .columns = {{{"component"}, {"version", ColumnType::kText}}}},
+    {.id = kConfigurationTable,
+     .name = "configuration",
+     .keyColumns = 1,
+     .source = "store",
+     .text = "name||' = '||value",
+     .columns = {{{"name", ColumnType::kText}, {"value", ColumnType::kText}}}},
+    {.id = kPreviousRunTable,
+     .name = "previous_run",
+     .keyColumns = 0,
+     .source = "previous run",
+     .text = "ended||iif(file='','',' '||file||' at tick '||last_tick)",
+     .columns = {{{"ended", ColumnType::kText},
+                  {"file", ColumnType::kText},
+                  {"last_seq"},
+                  {"last_tick"},
+                  {"last_utc_ms"}}}},
+    {.id = kRunEndTable, .name = "run_end", .source = "run", .text = "'clean end'"},
+    {.id = kClockTable,
+     .name = "clock",
+     .source = "clock",
+     .text = "'set by '||clock_source||iif(abs(system_utc_ms-utc_ms)<=1000,'',"
+             "printf(', the wall clock is off by %+.1f s',(system_utc_ms-utc_ms)/1000.0))",
+     .columns = {{{"utc_ms"}, {"clock_source", ColumnType::kText}, {"system_utc_ms"}}}},
+    {.id = kLossTable,
+     .name = "loss",
+     .source = "store",
+     .text = "'lost '||count||' records of '||lost_table||' from tick '||from_tick||' to '||to_tick",
+     .columns = {{{"lost_table", ColumnType::kText}, {"from_tick"}, {"to_tick"}, {"count"}}}},
+    {.id = kLogPinnedTable,
+     .name = "log_pinned",
+     .source = "store",
+     .text = "iif(pinned,'a reader makes the log grow','the log is short again')||': '||log_bytes||' bytes'",
+     .columns = {{{"pinned"}, {.name = "log_bytes", .unit = "bytes"}}}},
+    {.id = kCopyTable,
+     .name = "copy",
+     .source = "copy",
+     .text = "'of '||store||', '||first_file||' to '||last_file||', ticks '||from_tick||' to '||to_tick||"
+             "iif(missing_files=0,'',', '||missing_files||' files are missing')",
+     .columns = {{{"store", ColumnType::kText},
+                  {"first_file", ColumnType::kText},
+                  {"last_file", ColumnType::kText},
+                  {"missing_files"},
+                  {"first_asked"},
+                  {"last_asked"},
+                  {"from_tick"},
+                  {"to_tick"}}}},
+}};
 
-constexpr int kNoState = -1;
-
-// Everything about one kind of record. CREATE TABLE, INSERT, the timeline view and the full state are
-// made from it.
-struct Table {
-  TableId id;
-  const char* name;
-  // How many of the first columns tell one source from another; the full state holds the last
-  // record of each. kNoState: the table has no part in the full state.
-  int keyColumns;
-  // SQL over the columns: what the timeline shows as source and as text.
-  const char* source;
-  const char* text;
-  std::array<Column, 14> columns;  // ends at the first without a name
-
-  constexpr int ColumnCount() const {
-    int count = 0;
-    for (const Column& column : columns) count += column.name != nullptr ? 1 : 0;
-    return count;
+constexpr bool TablesAreInOrder() {
+  for (std::size_t i = 0; i < kTables.size(); ++i) {
+    if (kTables[i].id != i) return false;
   }
-};
+  return true;
+}
+static_assert(TablesAreInOrder());
 
-extern const std::array<Table, kTableCount> kTables;  // in the order of TableId
+constexpr std::int64_t NumberIn(std::string_view digits) {
+  std::int64_t number = 0;
+  for (const char digit : digits) number = 10 * number + (digit - '0');
+  return number;
+}
+static_assert(NumberIn(STORE_NO_ALTITUDE) == kNoAltitudeDm);
+#undef STORE_NO_ALTITUDE
 
 }  // namespace store

@@ -27,6 +27,15 @@ inline constexpr TagName kTagNames[] = {
     {e_Tag_RecordingStarted, "recording", "started", "stopped", true},
 };
 
+// Where a speed comes from.
+struct SpeedSource {
+  int number;
+  const char* name;
+};
+inline constexpr int kGpsSpeed = 1;
+inline constexpr int kRadarSpeed = 2;
+inline constexpr SpeedSource kSpeedSources[] = {{kGpsSpeed, "gps"}, {kRadarSpeed, "radar"}};
+
 constexpr unsigned int SignalOf(e_Tag tag) {
   return tag & ~1U;
 }

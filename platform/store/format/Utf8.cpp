@@ -1,4 +1,4 @@
-#include "Text.h"
+#include "Utf8.h"
 
 namespace store {
 namespace {
@@ -11,8 +11,9 @@ bool IsContinuation(std::string_view text, std::size_t index) {
   return index < text.size() && (ByteAt(text, index) & 0xC0) == 0x80;
 }
 
-// Bytes of the character that begins the text (not empty); 0 when none does.
-std::size_t CharacterSize(std::string_view text) {
+}  // namespace
+
+std::size_t CharacterBytes(std::string_view text) {
   const unsigned char first = ByteAt(text, 0);
   if (first < 0x80) return 1;
   const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
@@ -26,8 +27,6 @@ std::size_t CharacterSize(std::string_view text) {
   const bool beyond = first == 0xF4 && second > 0x8F;
   return tooLong || surrogate || beyond ? 0 : size;
 }
-
-}  // namespace
 
 std::string_view CutText(std::string_view text, std::size_t maxBytes) {
   text = text.substr(0, text.find('\0'));
@@ -44,7 +43,7 @@ void MakeUtf8(char* text, std::size_t size) {
       ++at;
       continue;
     }
-    const std::size_t step = CharacterSize({text + at, size - at});
+    const std::size_t step = CharacterBytes({text + at, size - at});
     if (step == 0) text[at] = '?';
     at += step == 0 ? 1 : step;
   }

@@ -5,6 +5,9 @@
 
 namespace store {
 
+// Bytes of the character that begins the text, which is not empty; 0 where none does.
+std::size_t CharacterBytes(std::string_view text);
+
 // The part of a text that is recorded: up to its first NUL and at most `maxBytes`, ending between
 // two characters.
 std::string_view CutText(std::string_view text, std::size_t maxBytes);

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+
+namespace store {
+
+// The path as a URI for SQLite, followed by `parameters`: "?mode=ro".
+std::string FileUri(const std::string& path, const char* parameters);
+
+}  // namespace store

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <sqlite3.h>
+
+namespace store {
+
+// What a call of SQLite returned. The named ones decide something; every other value is an error.
+enum class [[nodiscard]] SqliteCode : int{
+    kOk = SQLITE_OK,
+    kRow = SQLITE_ROW,
+    kDone = SQLITE_DONE,
+    kCorrupt = SQLITE_CORRUPT,
+    kNotDatabase = SQLITE_NOTADB,
+};
+
+constexpr bool Ok(SqliteCode code) {
+  return code == SqliteCode::kOk;
+}
+
+// The reason in English.
+inline const char* TextOf(SqliteCode code) {
+  return sqlite3_errstr(static_cast<int>(code));
+}
+
+}  // namespace store
