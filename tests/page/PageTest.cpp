@@ -92,6 +92,13 @@ TEST_F(PageTest, ShowsTheRunThatIsChosen) {
   EXPECT_EQ(Check("runs"), "");
 }
 
+TEST_F(PageTest, DrawsStepsForWhatIsRecordedOnChange) {
+  Open();
+  Patrol();
+  Close();
+  EXPECT_EQ(Check("steps"), "");
+}
+
 TEST_F(PageTest, SaysWhereItIsThinned) {
   Open();
   Seconds(6000);

@@ -16,7 +16,10 @@ def expect(holds, *what):
 
 
 class Page:
-    def __init__(self, browser, path, recording, width=1280, scheme="light"):
+    def __init__(self, browser, path, recording, width=1280, scheme="light", change=None):
+        if change:
+            page = pathlib.Path(path)
+            page.write_text(change(page.read_text(encoding="utf-8")), encoding="utf-8")
         browser.open(path, width, scheme)
         browser.ask(FACTS)
         self.browser, self.ask = browser, browser.ask
@@ -76,7 +79,7 @@ def screens(make):
                 expect(text["pixels"] >= 10.9, where, "too small", text)
                 expect(text["right"] <= width + 1 and text["left"] >= -1, where, "beside the screen", text)
                 expect(text["lines"] <= 1 or len(text["text"]) / text["lines"] >= 6, where, "broken into letters", text)
-            expect(ask("boxOf('.row.chart svg').width") >= 350 if width == 390 else 700, where, "narrow charts")
+            expect(ask("boxOf('.row.chart svg').width") >= (350 if width == 390 else 700), where, "narrow charts")
             expect(any(text["text"].startswith("filler </script>") for text in texts), where, "markup in texts")
 
 
@@ -178,10 +181,23 @@ def thinned(make):
         expect(low <= recorded <= high and around[0] <= 10 * low and 10 * high <= around[1], "recorded", recorded, "shown", shown)
 
 
+def steps(make):
+    """The temperature of this drive, said to be recorded on change: each value holds to the next, the last to the end."""
+    page = make(change=lambda text: text.replace('{"name":"temperature 0"', '{"name":"temperature 0","steps":true'))
+    last = page.rows("SELECT temperature FROM temperature ORDER BY tick DESC LIMIT 1").fetchone()[0]
+    expect(page.readout_at(0.99)["Temperature"] == f"{last} °C", "at the end", page.ask("readout()"))
+    line = page.ask("document.querySelector('[aria-label=\"Temperature over time\"] polyline').getAttribute('points')")
+    points = [tuple(map(float, point.split(","))) for point in line.split()]
+    slanted = [(a, b) for a, b in zip(points, points[1:]) if a[0] != b[0] and a[1] != b[1]]
+    expect(len(points) > 30 and not slanted, "slanted", slanted, "of", len(points))
+    box = page.ask("boxOf('[aria-label=\"Temperature over time\"]')")
+    expect(abs(points[-1][0] - box["width"] + MARGIN_RIGHT) < 1, "ends at", points[-1], box)
+
+
 def main(check, path, recording):
     browser = Browser()
     try:
-        globals()[check](lambda width=1280, scheme="light": Page(browser, path, recording, width, scheme))
+        globals()[check](lambda *how, **more: Page(browser, path, recording, *how, **more))
         failures.extend(browser.errors)
     finally:
         browser.close()
