@@ -9,7 +9,7 @@
 
 using store::Event;
 using store::EventOf;
-using store::kNoSenderTick;
+using store::Row;
 
 namespace {
 
@@ -69,79 +69,80 @@ void DataStoreNormal::ReportMac(unsigned char* mac, bool report) {
     text[3 * i] = kHex[mac[i] >> 4];
     text[3 * i + 1] = kHex[mac[i] & 15];
   }
-  store_->Add(store::kMacTable, EventOf(report), kNoSenderTick, {std::string_view(text.data(), text.size())});
+  store_->Add({EventOf(report)}, Row<store::kMacTable>(std::string_view(text.data(), text.size())));
 }
 
 void DataStoreNormal::ReportSystemSerialNum(const std::string& serial) {
-  store_->Add(store::kSerialTable, Event::kInitial, kNoSenderTick, {std::string_view(serial)});
+  store_->Add({Event::kInitial}, Row<store::kSerialTable>(serial));
 }
 
 void DataStoreNormal::ReportVersion(e_COMPONENT component, const char* version) {
-  store_->Add(store::kVersionTable, Event::kInitial, kNoSenderTick, {component, TextOf(version)});
+  store_->Add({Event::kInitial}, Row<store::kVersionTable>(component, TextOf(version)));
 }
 
 void DataStoreNormal::ReportStateData(e_Tag tag, bool report, unsigned int tick) {
-  store_->Add(store::kStateTable, EventOf(report), tick, {store::SignalOf(tag), store::IsActive(tag)},
-              store::IsCritical(tag));
+  store_->Add({EventOf(report), tick, store::IsCritical(tag)},
+              Row<store::kStateTable>(store::SignalOf(tag), store::IsActive(tag)));
 }
 
 void DataStoreNormal::ReportBookmark(unsigned int tick) {
-  store_->Add(store::kBookmarkTable, Event::kChange, tick, {}, true);
+  store_->Add({Event::kChange, tick, true}, Row<store::kBookmarkTable>());
 }
 
 void DataStoreNormal::ReportStringData(e_Tag tag, const char* text) {
-  store_->Add(store::kStringTable, Event::kChange, kNoSenderTick, {tag, TextOf(text)});
+  store_->Add({Event::kChange}, Row<store::kStringTable>(tag, TextOf(text)));
 }
 
 void DataStoreNormal::ReportGpsState(bool valid, bool report) {
-  store_->Add(store::kGpsStateTable, EventOf(report), kNoSenderTick, {valid});
+  store_->Add({EventOf(report)}, Row<store::kGpsStateTable>(valid));
 }
 
 void DataStoreNormal::ReportSpeed(unsigned char source, unsigned short speed, bool report, unsigned int tick,
                                   e_Tag tag) {
-  store_->Add(store::kSpeedTable, EventOf(report), tick, {source, speed, tag});
+  store_->Add({EventOf(report), tick}, Row<store::kSpeedTable>(source, speed, tag));
 }
 
 void DataStoreNormal::ReportValidSpeed(unsigned char source, bool valid) {
-  store_->Add(store::kSpeedValidTable, Event::kChange, kNoSenderTick, {source, valid});
+  store_->Add({Event::kChange}, Row<store::kSpeedValidTable>(source, valid));
 }
 
 void DataStoreNormal::ReportRadarState(unsigned char radar, bool valid, bool report) {
-  store_->Add(store::kRadarStateTable, EventOf(report), kNoSenderTick, {radar, valid});
+  store_->Add({EventOf(report)}, Row<store::kRadarStateTable>(radar, valid));
 }
 
 void DataStoreNormal::ReportRadar(unsigned char radar, unsigned short speed1, unsigned short speed2,
                                   unsigned short speed3, e_RADAR_DIRECTION direction, bool report,
                                   unsigned int tick, e_Tag tag) {
-  store_->Add(store::kRadarTable, EventOf(report), tick, {radar, speed1, speed2, speed3, direction, tag});
+  store_->Add({EventOf(report), tick},
+              Row<store::kRadarTable>(radar, speed1, speed2, speed3, direction, tag));
 }
 
 void DataStoreNormal::ReportMicPresent(e_MicrophonePosition mic, bool present, bool report,
                                        unsigned int tick) {
-  store_->Add(store::kMicPresentTable, EventOf(report), tick, {mic, present});
+  store_->Add({EventOf(report), tick}, Row<store::kMicPresentTable>(mic, present));
 }
 
 void DataStoreNormal::ReportMicState(e_MicrophonePosition mic, bool active, bool report, unsigned int tick) {
-  store_->Add(store::kMicActiveTable, EventOf(report), tick, {mic, active});
+  store_->Add({EventOf(report), tick}, Row<store::kMicActiveTable>(mic, active));
 }
 
 void DataStoreNormal::ReportTemp(e_TempSensors sensor, short temperature, bool report, unsigned int tick) {
-  store_->Add(store::kTemperatureTable, EventOf(report), tick, {sensor, temperature});
+  store_->Add({EventOf(report), tick}, Row<store::kTemperatureTable>(sensor, temperature));
 }
 
 void DataStoreNormal::ReportCameraState(e_CameraPort camera, e_CameraState state, bool report,
                                         unsigned int tick) {
-  store_->Add(store::kCameraTable, EventOf(report), tick, {camera, state});
+  store_->Add({EventOf(report), tick}, Row<store::kCameraTable>(camera, state));
 }
 
 void DataStoreNormal::ReportVideoStreamState(e_VideoStream stream, e_StreamState state, bool report,
                                              unsigned int tick) {
-  store_->Add(store::kVideoStreamTable, EventOf(report), tick, {stream, state});
+  store_->Add({EventOf(report), tick}, Row<store::kVideoStreamTable>(stream, state));
 }
 
 void DataStoreNormal::ReportLvsState(e_VideoStream stream, unsigned char camera, bool highQuality,
                                      bool enabled, unsigned int address, unsigned short port, bool report,
                                      unsigned int tick) {
-  store_->Add(store::kLiveStreamTable, EventOf(report), tick,
-              {stream, camera, highQuality, enabled, ntohl(address), port});
+  store_->Add({EventOf(report), tick},
+              Row<store::kLiveStreamTable>(stream, camera, highQuality, enabled, ntohl(address), port));
 }

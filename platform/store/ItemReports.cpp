@@ -9,7 +9,7 @@
 #include "store/DataStoreNormal.h"
 
 using store::EventOf;
-using store::kNoSenderTick;
+using store::Row;
 
 namespace {
 
@@ -28,45 +28,46 @@ void DataStoreNormal::ReportGps(const GpsStatusItem& position, unsigned int tick
   if (const auto utcMs = store::UtcMsOf(p)) store_->AddGpsTime(tick, *utcMs);
   const bool north = p.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
   const bool east = p.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
-  store_->Add(store::kGpsTable, EventOf(report), tick,
-              {SignedAngle(p.latitudeDegrees, p.latitudeMinutes, p.latitudeMinuteFraction, north),
-               SignedAngle(p.longitudeDegrees, p.longitudeMinutes, p.longitudeMinuteFraction, east),
-               p.altitudeDeciMetres, p.speedDeciKmh, p.speedDeciKnots, p.courseDeciDegrees, p.quality,
-               p.fixDimensions, p.satellitesUsed, p.satellitesInView, p.signalDecibels, p.utcDate,
-               p.utcTimeOfDayMs, p.valid});
+  store_->Add({EventOf(report), tick},
+              Row<store::kGpsTable>(
+                  SignedAngle(p.latitudeDegrees, p.latitudeMinutes, p.latitudeMinuteFraction, north),
+                  SignedAngle(p.longitudeDegrees, p.longitudeMinutes, p.longitudeMinuteFraction, east),
+                  p.altitudeDeciMetres, p.speedDeciKmh, p.speedDeciKnots, p.courseDeciDegrees, p.quality,
+                  p.fixDimensions, p.satellitesUsed, p.satellitesInView, p.signalDecibels, p.utcDate,
+                  p.utcTimeOfDayMs, p.valid));
 }
 
 void DataStoreNormal::ReportStreamQualityItem(VideoMgrStreamQualityItem& quality, bool report) {
   int number = 0;
   for (const VideoMgrStreamQualityItem::Stream& stream : quality.streams) {
-    store_->Add(
-        store::kStreamQualityTable, EventOf(report), quality.tick,
-        {number++, stream.widthPixels, stream.heightPixels, stream.framesPerSecond, stream.bitRateKbps});
+    store_->Add({EventOf(report), quality.tick},
+                Row<store::kStreamQualityTable>(number++, stream.widthPixels, stream.heightPixels,
+                                                stream.framesPerSecond, stream.bitRateKbps));
   }
 }
 
 void DataStoreNormal::ReportVehicleInfo(const VehicleInfo& vehicle, bool report) {
-  store_->Add(store::kVehicleTable, EventOf(report), kNoSenderTick,
-              {vehicle.unitId.View(), vehicle.licensePlate.View()});
+  store_->Add({EventOf(report)},
+              Row<store::kVehicleTable>(vehicle.unitId.View(), vehicle.licensePlate.View()));
 }
 
 void DataStoreNormal::ReportSystemInfo(const SystemInfo& system, bool report) {
-  store_->Add(store::kSystemTable, EventOf(report), kNoSenderTick,
-              {system.deviceName.View(), system.softwareVersion.View()});
+  store_->Add({EventOf(report)},
+              Row<store::kSystemTable>(system.deviceName.View(), system.softwareVersion.View()));
 }
 
 void DataStoreNormal::ReportDepartmentInfo(const DepartmentInfo& department, bool report) {
-  store_->Add(store::kDepartmentTable, EventOf(report), kNoSenderTick,
-              {department.name.View(), department.division.View()});
+  store_->Add({EventOf(report)},
+              Row<store::kDepartmentTable>(department.name.View(), department.division.View()));
 }
 
 void DataStoreNormal::ReportOfficerInfo(const Officer& officer, bool report) {
-  store_->Add(store::kOfficerTable, EventOf(report), kNoSenderTick,
-              {officer.name.View(), officer.badgeNumber.View()});
+  store_->Add({EventOf(report)}, Row<store::kOfficerTable>(officer.name.View(), officer.badgeNumber.View()));
 }
 
 void DataStoreNormal::ReportVideoRecordingSettings(const VideoRecordingSettings& settings, bool report) {
-  store_->Add(store::kRecordingSettingsTable, EventOf(report), kNoSenderTick,
-              {settings.preEventSeconds, settings.postEventSeconds, settings.widthPixels,
-               settings.heightPixels, settings.framesPerSecond, settings.bitRateKbps});
+  store_->Add({EventOf(report)},
+              Row<store::kRecordingSettingsTable>(settings.preEventSeconds, settings.postEventSeconds,
+                                                  settings.widthPixels, settings.heightPixels,
+                                                  settings.framesPerSecond, settings.bitRateKbps));
 }

@@ -7,9 +7,7 @@
 #include "log/LogLine.h"
 
 using store::Event;
-using store::kNoSenderTick;
-using store::TableId;
-using store::Value;
+using store::Row;
 
 namespace {
 
@@ -65,27 +63,24 @@ bool DataStoreNormal::Store::Settle(store::CurrentRun& run) {
   return true;
 }
 
-void DataStoreNormal::Store::Add(TableId table, Event event, std::int64_t senderTick,
-                                 std::initializer_list<Value> values, bool critical) {
+void DataStoreNormal::Store::Add(const Report& report, const store::RowView& row) {
   if (!recorder_.IsOpen()) return;
-  AddRecord(table, event, senderTick, values, critical);
-  if (critical) {
+  AddRecord(report, row);
+  if (report.critical) {
     CommitCritical();
   } else if (batch_.Bytes() >= options_.maxPendingBytes / 4 && !recorder_.Failing()) {
     (void)Commit();
   }
 }
 
-void DataStoreNormal::Store::AddRecord(TableId table, Event event, std::int64_t senderTick,
-                                       std::initializer_list<Value> values, bool critical) {
+void DataStoreNormal::Store::AddRecord(const Report& report, const store::RowView& row) {
   store::RecordHeader header;
   header.seq = ++seq_;
   header.tick = arrival_.Now();
-  header.senderTick = senderTick;
-  header.table = table;
-  header.event = event;
-  header.critical = critical;
-  fullState_.Keep(header, batch_.Add(header, values));
+  header.senderTick = report.senderTick;
+  header.event = report.event;
+  header.critical = report.critical;
+  fullState_.Keep(header, batch_.Add(header, row));
 }
 
 bool DataStoreNormal::Store::CommitDue() const {
@@ -159,10 +154,8 @@ void DataStoreNormal::Store::AddClock() {
   const std::int64_t systemUtcMs = SystemUtcMs();
   anchors_.RecordedSystem(now, systemUtcMs);
   const bool gps = anchors_.GpsKnown();
-  AddRecord(
-      store::kClockTable, Event::kChange, kNoSenderTick,
-      {gps ? anchors_.GpsUtcAt(now) : systemUtcMs, std::string_view(gps ? "gps" : "system"), systemUtcMs},
-      false);
+  AddRecord({}, Row<store::kClockTable>(gps ? anchors_.GpsUtcAt(now) : systemUtcMs, gps ? "gps" : "system",
+                                        systemUtcMs));
 }
 
 // A reading of another time says nothing about this one.
@@ -177,8 +170,7 @@ void DataStoreNormal::Store::AddGpsTime(std::uint32_t tick, std::int64_t utcMs) 
 
 void DataStoreNormal::Store::AddLogPinned() {
   logPinned_ = recorder_.LogPinned();
-  AddRecord(store::kLogPinnedTable, Event::kChange, kNoSenderTick, {logPinned_, recorder_.File().LogBytes()},
-            false);
+  AddRecord({}, Row<store::kLogPinnedTable>(logPinned_, recorder_.File().LogBytes()));
 }
 
 void DataStoreNormal::Store::AddLosses() {
@@ -186,20 +178,19 @@ void DataStoreNormal::Store::AddLosses() {
   for (const store::Table& table : store::kTables) {
     const store::Loss& loss = losses[table.id];
     if (loss.count == 0) continue;
-    AddRecord(store::kLossTable, Event::kChange, kNoSenderTick,
-              {std::string_view(table.name), loss.fromTick, loss.toTick, loss.count}, true);
+    AddRecord({.critical = true}, Row<store::kLossTable>(table.name, loss.fromTick, loss.toTick, loss.count));
   }
 }
 
 void DataStoreNormal::Store::AddPreviousRun() {
-  Add(store::kPreviousRunTable, Event::kInitial, kNoSenderTick,
-      {std::string_view(previousRun_.ended), std::string_view(previousRun_.file), previousRun_.lastSeq,
-       previousRun_.lastTick, previousRun_.lastUtcMs});
+  const store::PreviousRun& run = previousRun_;
+  Add({Event::kInitial},
+      Row<store::kPreviousRunTable>(run.ended, run.file, run.lastSeq, run.lastTick, run.lastUtcMs));
 }
 
 void DataStoreNormal::Store::AddRunEnd() {
   if (!recorder_.IsOpen()) return;
-  AddRecord(store::kRunEndTable, Event::kChange, kNoSenderTick, {}, true);
+  AddRecord({.critical = true}, Row<store::kRunEndTable>());
   ending_ = true;
   (void)Commit();
 }
@@ -211,7 +202,7 @@ void DataStoreNormal::Store::AddFullState() {
 }
 
 void DataStoreNormal::Store::AddSetting(Event event, std::string_view name, const std::string& value) {
-  Add(store::kConfigurationTable, event, kNoSenderTick, {name, std::string_view(value)});
+  Add({event}, Row<store::kConfigurationTable>(name, value));
 }
 
 void DataStoreNormal::Store::AddConfiguration(Event event) {

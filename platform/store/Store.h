@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 
 #include "ArrivalTick.h"
@@ -33,9 +32,14 @@ class DataStoreNormal::Store : public store::OpenStore {
   bool Settle(store::CurrentRun& run) override;
   unsigned int LastTick() const { return arrival_.Last(); }
 
-  // One record; nothing unless open. The values are those of the table's columns.
-  void Add(store::TableId table, store::Event event, std::int64_t senderTick,
-           std::initializer_list<store::Value> values, bool critical = false);
+  // Why and when a record was reported.
+  struct Report {
+    store::Event event = store::Event::kChange;
+    std::int64_t senderTick = store::kNoSenderTick;
+    bool critical = false;
+  };
+  // One record; nothing unless open.
+  void Add(const Report& report, const store::RowView& row);
 
   void AddPreviousRun();
   void AddConfiguration(store::Event event);
@@ -45,8 +49,7 @@ class DataStoreNormal::Store : public store::OpenStore {
   void AddFullState();
 
  private:
-  void AddRecord(store::TableId table, store::Event event, std::int64_t senderTick,
-                 std::initializer_list<store::Value> values, bool critical);
+  void AddRecord(const Report& report, const store::RowView& row);
   void AddClock();
   void AddLogPinned();
   std::int64_t SystemUtcMs() const;

@@ -1,11 +1,21 @@
 #include <arpa/inet.h>
 
 #include "Items.h"
+#include "Row.h"
 #include "StoreFixture.h"
 #include "items/ConfigurationItems.h"
 #include "items/VideoMgrStreamQualityItem.h"
 
 namespace {
+
+// A row that is not its table's does not compile.
+template <typename... Values>
+constexpr bool kIsSpeed = std::is_constructible_v<store::Row<store::kSpeedTable>, Values...>;
+static_assert(kIsSpeed<int, unsigned short, e_Tag>);
+static_assert(!kIsSpeed<int, int>, "a value is missing");
+static_assert(!kIsSpeed<int, int, int, int>, "a value too many");
+static_assert(!kIsSpeed<int, int, std::string>, "a text for a number");
+static_assert(!std::is_constructible_v<store::Row<store::kSerialTable>, int>, "a number for a text");
 
 // At a date of which no clock would be set.
 GpsStatusItem Position() {

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <utility>
 
-#include "Tables.h"
 #include "Utf8.h"
 
 namespace store {
@@ -76,13 +75,14 @@ unsigned char* Batch::Append(const RecordHeader& header) {
   return bytes_.data() + start + sizeof header;
 }
 
-const unsigned char* Batch::Add(RecordHeader& header, std::initializer_list<Value> values) {
+const unsigned char* Batch::Add(RecordHeader& header, const RowView& row) {
+  header.table = row.Table();
   header.cellBytes = 0;
-  for (const Value& value : values) header.cellBytes += CellBytes(value);
+  for (const Value& value : row.Values()) header.cellBytes += CellBytes(value);
   MakeRoom(sizeof header + header.cellBytes);
   unsigned char* const cells = Append(header);
   unsigned char* cell = cells;
-  for (const Value& value : values) {
+  for (const Value& value : row.Values()) {
     cell = value.IsText() ? PutText(cell, value.Text()) : PutInteger(cell, value.Number());
   }
   return cells;

@@ -2,10 +2,9 @@
 
 #include <array>
 #include <cstddef>
-#include <initializer_list>
 #include <vector>
 
-#include "Record.h"
+#include "Row.h"
 
 namespace store {
 
@@ -38,8 +37,8 @@ class Batch {
 
   // Beyond the bound the oldest records go first, critical ones only when no others are left; they
   // are counted as losses. The texts are cut to what the contract says.
-  // Sets the header's cellBytes and returns the cells; valid until the batch changes.
-  const unsigned char* Add(RecordHeader& header, std::initializer_list<Value> values);
+  // Sets the header's table and cellBytes and returns the cells; valid until the batch changes.
+  const unsigned char* Add(RecordHeader& header, const RowView& row);
 
   // The same for cells taken from a record that does not lie in this batch.
   void AddCells(const RecordHeader& header, const unsigned char* cells);

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <concepts>
 #include <cstdint>
-#include <string_view>
-#include <type_traits>
 
 namespace store {
 
@@ -62,26 +59,6 @@ struct RecordHeader {
   TableId table = kStateTable;
   Event event = Event::kChange;
   bool critical = false;  // durable at once, and the last to go
-};
-
-// One column's value on its way into the batch; a text is not copied before it gets there.
-class Value {
- public:
-  // NOLINTBEGIN(google-explicit-constructor): the values of a record are written as they are
-  Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}
-  template <typename E>
-  requires std::is_enum_v<E> Value(E number) : number_(static_cast<std::int64_t>(number)) {}
-  Value(std::string_view text)
-      : number_(static_cast<std::int64_t>(text.size())), text_(text.empty() ? "" : text.data()) {}
-  // NOLINTEND(google-explicit-constructor)
-
-  std::int64_t Number() const { return number_; }
-  std::string_view Text() const { return {text_, static_cast<std::size_t>(number_)}; }
-  bool IsText() const { return text_ != nullptr; }
-
- private:
-  std::int64_t number_ = 0;  // of a text: its length
-  const char* text_ = nullptr;
 };
 
 }  // namespace store

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <type_traits>
+
+#include "Tables.h"
+
+namespace store {
+
+// One column's value on its way into the batch; a text is not copied before it gets there.
+class Value {
+ public:
+  explicit Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}
+  template <typename E>
+  requires std::is_enum_v<E>
+  explicit Value(E number) : number_(static_cast<std::int64_t>(number)) {}
+  explicit Value(std::string_view text)
+      : number_(static_cast<std::int64_t>(text.size())), text_(text.empty() ? "" : text.data()) {}
+
+  std::int64_t Number() const { return number_; }
+  std::string_view Text() const { return {text_, static_cast<std::size_t>(number_)}; }
+  bool IsText() const { return text_ != nullptr; }
+
+ private:
+  std::int64_t number_ = 0;  // of a text: its length
+  const char* text_ = nullptr;
+};
+
+template <typename T>
+constexpr bool kFits[] = {std::is_integral_v<T> || std::is_enum_v<T>,  // in the order of ColumnType
+                          std::is_convertible_v<T, std::string_view>};
+
+// Whether values of these types are those of the table's columns, in their order.
+template <TableId kTable, typename... Values>
+constexpr bool FitColumns() {
+  if (sizeof...(Values) != kTables[kTable].ColumnCount()) return false;
+  [[maybe_unused]] const Column* column = kTables[kTable].columns.data();
+  return (kFits<Values>[static_cast<std::size_t>((column++)->type)] && ...);
+}
+
+// The values of one record of a table: as many as the table has columns, numbers and texts where the columns
+// are. Anything else does not compile.
+template <TableId kTable>
+class Row {
+ public:
+  template <typename... Values>
+  requires(FitColumns<kTable, Values...>()) explicit Row(const Values&... values)
+      : values_{Value(values)...} {}
+
+  std::span<const Value> Values() const { return values_; }
+
+ private:
+  std::array<Value, kTables[kTable].ColumnCount()> values_;
+};
+
+// A row of any table; valid as long as the row itself.
+class RowView {
+ public:
+  template <TableId kTable>
+  RowView(const Row<kTable>& row)  // NOLINT(google-explicit-constructor): a row where one is wanted
+      : table_(kTable), values_(row.Values()) {}
+
+  TableId Table() const { return table_; }
+  std::span<const Value> Values() const { return values_; }
+
+ private:
+  TableId table_;
+  std::span<const Value> values_;
+};
+
+}  // namespace store
