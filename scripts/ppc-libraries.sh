@@ -38,9 +38,10 @@ amalgamate_sqlite() {
   make sqlite3.c
 }
 
-# Its own build: one library, without a shared one. Warnings of an older dialect of C are not ours.
+# Its own build, which Debian has without the scripts that are made for it.
 build_libsodium() {
   cd "$cache"/source/libsodium-*/
+  autoreconf -fi
   ./configure --host=powerpc-linux-gnu --prefix="$cache/root" --disable-shared --disable-dependency-tracking \
     --enable-minimal CFLAGS="-O2 -ffunction-sections -fdata-sections -D_FILE_OFFSET_BITS=64 -D_TIME_BITS=64"
   make -j"$(nproc)" install
