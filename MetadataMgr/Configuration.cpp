@@ -2,23 +2,23 @@
 #include "items/ConfigurationItems.h"
 
 void MetadataMgr::VehicleChanged(const VehicleInfo& vehicle) {
-  dataStore_.ReportVehicleInfo(vehicle, true);
+  dataStore.ReportVehicleInfo(vehicle, true);
 }
 
 void MetadataMgr::OfficerChanged(const Officer& officer) {
-  dataStore_.ReportOfficerInfo(officer, true);
+  dataStore.ReportOfficerInfo(officer, true);
 }
 
 void MetadataMgr::DepartmentInfoChanged(const DepartmentInfo& department) {
-  dataStore_.ReportDepartmentInfo(department, true);
+  dataStore.ReportDepartmentInfo(department, true);
 }
 
 void MetadataMgr::SystemInfoChanged(const SystemInfo& system) {
-  dataStore_.ReportSystemInfo(system, true);
+  dataStore.ReportSystemInfo(system, true);
 }
 
 void MetadataMgr::VideoRecordingSettingsChanged(const VideoRecordingSettings& settings) {
-  dataStore_.ReportVideoRecordingSettings(settings, true);
+  dataStore.ReportVideoRecordingSettings(settings, true);
 }
 
 void MetadataMgr::VehicleInfoChangedHandler(LinxIpc* ipc, void* context) {

@@ -15,28 +15,28 @@ void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {
   log(kLogInfo, "Add in SystemTick to GpsStatusItem - tick = ", item.tick);
   if (item.HasFix()) {
     const auto speedKmh = static_cast<unsigned short>(item.speedDeciKmh / 10);
-    dataStore_.ReportGpsState(true, report);
-    dataStore_.ReportGps(item, item.tick, report);
-    dataStore_.ReportSpeed(kSourceGps, speedKmh, report, item.tick, e_Tag_None);
+    dataStore.ReportGpsState(true, report);
+    dataStore.ReportGps(item, item.tick, report);
+    dataStore.ReportSpeed(kSourceGps, speedKmh, report, item.tick, e_Tag_None);
   } else {
-    dataStore_.ReportGpsState(false, report);
-    dataStore_.ReportValidSpeed(kSourceGps, false);
+    dataStore.ReportGpsState(false, report);
+    dataStore.ReportValidSpeed(kSourceGps, false);
   }
-  sharedrecord::WriteGps(sharedMem_.MetadataItems(true), item);
+  sharedrecord::WriteGps(sharedMem.MetadataItems(true), item);
 }
 
 void MetadataMgr::ReportRadarEvent(const RadarItem& item, bool report) {
   log(kLogInfo, "Add in SystemTick to RadarItem - tick = ", item.tick);
   if (item.Valid()) {
-    dataStore_.ReportRadarState(kRadarNumber, true, report);
-    dataStore_.ReportRadar(kRadarNumber, item.targetSpeedKmh, item.fastestSpeedKmh, item.lockedSpeedKmh,
-                           e_RADAR_DIRECTION_Unknown, report, item.tick, e_Tag_None);
-    dataStore_.ReportSpeed(kSourceRadar, item.patrolSpeedKmh, report, item.tick, e_Tag_None);
+    dataStore.ReportRadarState(kRadarNumber, true, report);
+    dataStore.ReportRadar(kRadarNumber, item.targetSpeedKmh, item.fastestSpeedKmh, item.lockedSpeedKmh,
+                          e_RADAR_DIRECTION_Unknown, report, item.tick, e_Tag_None);
+    dataStore.ReportSpeed(kSourceRadar, item.patrolSpeedKmh, report, item.tick, e_Tag_None);
   } else {
-    dataStore_.ReportRadarState(kRadarNumber, false, report);
-    dataStore_.ReportValidSpeed(kSourceRadar, false);
+    dataStore.ReportRadarState(kRadarNumber, false, report);
+    dataStore.ReportValidSpeed(kSourceRadar, false);
   }
-  sharedrecord::WriteRadar(sharedMem_.MetadataItems(true), item);
+  sharedrecord::WriteRadar(sharedMem.MetadataItems(true), item);
 }
 
 void MetadataMgr::GpsStatusEventHandler(LinxIpc* ipc, void* context) {

@@ -31,7 +31,7 @@ void MetadataMgr::ReportExternalEvent(const FpgaExternalEventItem& item, bool re
     if ((item.changedMask & signal.bit) == 0) continue;
     log(kLogInfo, "ReportExternalEvent", signal.text);
     const bool active = (item.inputLevels & signal.bit) != 0;
-    dataStore_.ReportStateData(active ? signal.active : signal.inactive, report, item.tick);
+    dataStore.ReportStateData(active ? signal.active : signal.inactive, report, item.tick);
   }
 }
 

@@ -1,13 +1,14 @@
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "ControlRequests.h"
+#include "FollowedServers.h"
 #include "ManagerLog.h"
-#include "MetadataMgr.h"
 #include "ProcessState.h"
 #include "SharedRecord.h"
 #include "system/KvGetenv.h"
@@ -51,20 +52,20 @@ void ReportDeviceFacts(DataStore& store) {
 
 }  // namespace
 
-MetadataMgr::MetadataMgr() : watchdog_(e_Process_MetadataMgr, e_ThreadIds_Main), dataStore_(gMetadataPath) {
+MetadataMgr::MetadataMgr() : watchdog(e_Process_MetadataMgr, e_ThreadIds_Main), dataStore(gMetadataPath) {
   if (KvGetenv("FORCE_METADATA") == nullptr) return;
   log(kLogUnusual, "Forcing fake periodic metadata");
-  forceMetadata_ = true;
+  forceMetadata = true;
 }
 
 MetadataMgr::~MetadataMgr() {
-  sharedrecord::MarkEnded(sharedMem_.MetadataItems(true));
+  sharedrecord::MarkEnded(sharedMem.MetadataItems(true));
 }
 
 bool MetadataMgr::PreInit(LinxIpc& ipc) {
   log(kLogTrace, "PreInit");
   if (!MakeMetadataDir()) return false;
-  unsigned char* items = sharedMem_.MetadataItems(false);
+  unsigned char* items = sharedMem.MetadataItems(false);
   if (items == nullptr) {
     log(kLogError, "Shared Memory attachment failure");
     return false;
@@ -72,34 +73,45 @@ bool MetadataMgr::PreInit(LinxIpc& ipc) {
   log(kLogInfo, "Connected to shared Memory");
   sharedrecord::Reset(items);
   RegisterHandlers(ipc);
-  if (!dataStore_.Open()) return false;
-  server_ = std::make_unique<MetadataMgrServer>(ipc);
+  if (!dataStore.Open()) return false;
+  server = std::make_unique<MetadataMgrServer>(ipc);
   return true;
 }
 
 void MetadataMgr::RegisterHandlers(LinxIpc& ipc) {
-  ipc.RegisterHandler(MetadataMgrMsg_Ping, PingHandler, nullptr);
-  ipc.RegisterHandler(MetadataMgrMsg_MetadataToFile, MetadataToFileHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_GetLastSystemTick, GetLastSystemTickHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_VideoStreamState, VideoStreamStateChangeHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_CameraState, CliCameraStateChangedHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_MicState, MicStateChangedHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_RecordStartStop, RecordStartStopHandler, this);
-  ipc.RegisterHandler(MetadataMgrMsg_Bookmark, BookmarkHandler, this);
+  static constexpr struct {
+    unsigned int type;
+    LinxIpc::Handler handler;
+  } kRows[] = {
+      {MetadataMgrMsg_Ping, PingHandler},
+      {MetadataMgrMsg_MetadataToFile, MetadataToFileHandler},
+      {MetadataMgrMsg_GetLastSystemTick, GetLastSystemTickHandler},
+      {MetadataMgrMsg_VideoStreamState, VideoStreamStateChangeHandler},
+      {MetadataMgrMsg_CameraState, CliCameraStateChangedHandler},
+      {MetadataMgrMsg_MicState, MicStateChangedHandler},
+      {MetadataMgrMsg_RecordStartStop, RecordStartStopHandler},
+      {MetadataMgrMsg_Bookmark, BookmarkHandler},
+  };
+  static_assert(std::none_of(std::begin(kRows), std::end(kRows),
+                             [](const auto& row) { return servers::CountOf(row.type) != 0; }),
+                "no message is also a notice");
+  for (const auto& row : kRows) {
+    ipc.RegisterHandler(row.type, row.handler, row.handler == PingHandler ? nullptr : this);
+  }
 }
 
 void MetadataMgr::InitializeStore() {
   if (gStoreInitialized) return;
-  const unsigned int tick = systick_.SystemTick();
+  const unsigned int tick = systick.SystemTick();
   if (tick == Systick::kUnavailable) {
     log(kLogMalformed, "SystemTick not correct in InitializeStore");
     return;
   }
   log(kLogTrace, "Starting first output to metadata files at system tick ", tick);
-  dataStore_.ReportShutdownDataAtStartup();
-  dataStore_.TimerTick(tick);
-  ReportDeviceFacts(dataStore_);
-  dataStore_.ReportConfiguration(false);
+  dataStore.ReportShutdownDataAtStartup();
+  dataStore.TimerTick(tick);
+  ReportDeviceFacts(dataStore);
+  dataStore.ReportConfiguration(false);
   gStoreInitialized = true;
   log(kLogTrace, "finished first output to metadata files");
 }
@@ -111,15 +123,13 @@ void MetadataMgr::Shutdown(LinxIpc& /*ipc*/) {
 }
 
 void MetadataMgr::Cleanup() {
-  dataStore_.ReportShutdownData();
-  dataStore_.Close();
-  // Not the order of the members; the state manager is released last.
-  const std::initializer_list<SubscribeClient*> clients = {
-      configClient_.get(),      fpgaClient_.get(),    gpsHalClient_.get(),   radarHalClient_.get(),
-      videoMgrClient_.get(),    tempHalClient_.get(), accelHalClient_.get(), micClient_.get(),
-      externalMgrClient_.get(), stateMgrClient_.get()};
-  for (SubscribeClient* client : clients) {
-    if (client != nullptr) client->UnsubscribeAll(false);
+  dataStore.ReportShutdownData();
+  dataStore.Close();
+  for (unsigned int place = 1; place <= FollowedServers().size(); ++place) {
+    for (const FollowedServer& followed : FollowedServers()) {
+      SubscribeClient* client = followed.cleanUpPlace == place ? followed.client(*this) : nullptr;
+      if (client != nullptr) client->UnsubscribeAll(false);
+    }
   }
-  watchdog_.Unsubscribe();
+  watchdog.Unsubscribe();
 }

@@ -28,8 +28,7 @@ void MetadataMgr::ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateIt
   log(kLogShutdown, "Rcvd ext streaming state change, stream ", stream, "  en:", item.enabled.Value(),
       "  HiQual:", item.highQuality.Value(), "  Cam:", unsigned{item.camera.Value()}, "  Ip: ", address,
       "  Port:", unsigned{item.port.Value()});
-  dataStore_.ReportLvsState(static_cast<e_VideoStream>(stream),
-                            static_cast<unsigned char>(item.camera.Value()), item.highQuality.Value(),
-                            item.enabled.Value(), inet_addr(address.c_str()), item.port.Value(), report,
-                            tick);
+  dataStore.ReportLvsState(static_cast<e_VideoStream>(stream),
+                           static_cast<unsigned char>(item.camera.Value()), item.highQuality.Value(),
+                           item.enabled.Value(), inet_addr(address.c_str()), item.port.Value(), report, tick);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 
 #include "MetadataMgrServer.h"
 #include "clients/ExternalMgrApi.h"
@@ -61,14 +62,14 @@ class MetadataMgr {
 
   // --- Periodic.cpp ---
 
-  void PetWatchdog() { watchdog_.PetWatchdog(); }
-  Watchdog& GetWatchdog() { return watchdog_; }
+  void PetWatchdog() { watchdog.PetWatchdog(); }
+  Watchdog& GetWatchdog() { return watchdog; }
 
   // The work of each pass of the main loop; nothing after a shutdown.
   void PeriodicProcessing();
 
   // The tick that the store holds as current; 0xFFFFFFFF when it has none.
-  unsigned int GetLastSystemTick() { return dataStore_.GetCurrentSystemTick(); }
+  unsigned int GetLastSystemTick() { return dataStore.GetCurrentSystemTick(); }
 
   // --- SimulateData.cpp ---
 
@@ -205,23 +206,34 @@ class MetadataMgr {
   static void GetLastSystemTickHandler(LinxIpc* ipc, void* context);
 
  private:
-  void RegisterHandlers(LinxIpc& ipc);
+  struct FollowedServer;
 
-  // Destroyed in reverse order. Clients are made at their first subscription.
-  Watchdog watchdog_;
-  DataStoreNormal dataStore_;
-  Systick systick_;
-  std::unique_ptr<ConfigClient> configClient_;
-  std::unique_ptr<FpgaClient> fpgaClient_;
-  std::unique_ptr<GpsHalClient> gpsHalClient_;
-  std::unique_ptr<StateMgrClient> stateMgrClient_;
-  std::unique_ptr<MetadataMgrServer> server_;
-  std::unique_ptr<RadarHalClient> radarHalClient_;
-  std::unique_ptr<MicClient> micClient_;
-  std::unique_ptr<VideoMgrClient> videoMgrClient_;
-  std::unique_ptr<AccelHalClient> accelHalClient_;
-  std::unique_ptr<TempHalClient> tempHalClient_;
-  std::unique_ptr<ExternalMgrApi> externalMgrClient_;
-  bool forceMetadata_ = false;
-  MetadataSharedMem sharedMem_;
+  // In the order of the subscriptions.
+  static std::span<const FollowedServer> FollowedServers();
+  template <auto kMember>
+  static SubscribeClient* Client(const MetadataMgr& manager) {
+    return (manager.*kMember).get();
+  }
+
+  void RegisterHandlers(LinxIpc& ipc);
+  bool SubscribeTo(const FollowedServer& followed, LinxIpc& ipc);
+
+  // Named as the system names them, without a trailing underscore. Destroyed in reverse order. Clients
+  // are made at their first subscription.
+  Watchdog watchdog;
+  DataStoreNormal dataStore;
+  Systick systick;
+  std::unique_ptr<ConfigClient> configClient;
+  std::unique_ptr<FpgaClient> fpgaClient;
+  std::unique_ptr<GpsHalClient> gpsHalClient;
+  std::unique_ptr<StateMgrClient> stateMgrClient;
+  std::unique_ptr<MetadataMgrServer> server;
+  std::unique_ptr<RadarHalClient> radarHalClient;
+  std::unique_ptr<MicClient> micClient;
+  std::unique_ptr<VideoMgrClient> videoMgrClient;
+  std::unique_ptr<AccelHalClient> accelHalClient;
+  std::unique_ptr<TempHalClient> tempHalClient;
+  std::unique_ptr<ExternalMgrApi> externalMgrClient;
+  bool forceMetadata = false;
+  MetadataSharedMem sharedMem;
 };

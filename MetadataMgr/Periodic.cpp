@@ -6,11 +6,11 @@
 
 void MetadataMgr::PeriodicProcessing() {
   if (gShutdownRequested) return;
-  dataStore_.TimerTick(systick_.SystemTick());
-  if (forceMetadata_) {
+  dataStore.TimerTick(systick.SystemTick());
+  if (forceMetadata) {
     std::array<char, 256> text;
-    (void)std::snprintf(text.data(), text.size(), "Test string for filler %u", systick_.SystemTick());
-    dataStore_.ReportStringData(e_Tag_Filler, text.data());
+    (void)std::snprintf(text.data(), text.size(), "Test string for filler %u", systick.SystemTick());
+    dataStore.ReportStringData(e_Tag_Filler, text.data());
   }
   if (gSimulatorMode) SimulateData();
 }

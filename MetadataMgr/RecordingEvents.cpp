@@ -16,18 +16,18 @@ e_Tag TagOf(e_Tag off, bool on) {
 
 void MetadataMgr::ReportRecordingEvent(bool recordStart, unsigned int tick, bool report) {
   log(kLogInfo, "ReportRecordingEvent - recordStart = ", recordStart);
-  dataStore_.ReportStateData(TagOf(e_Tag_RecordingStopped, recordStart), report, tick);
+  dataStore.ReportStateData(TagOf(e_Tag_RecordingStopped, recordStart), report, tick);
 }
 
 void MetadataMgr::ReportCovertModeEvent(bool enabled, unsigned int tick, bool report) {
   log(kLogInfo, "ReportCovertModeEvent - enabled = ", enabled);
-  dataStore_.ReportStateData(TagOf(e_Tag_CovertLeft, enabled), report, tick);
+  dataStore.ReportStateData(TagOf(e_Tag_CovertLeft, enabled), report, tick);
 }
 
 void MetadataMgr::ReportBookmark(unsigned int tick) {
   log(kLogInfo, "ReportBookmark");
-  dataStore_.ReportBookmark(tick);
-  server_->Bookmark();
+  dataStore.ReportBookmark(tick);
+  server->Bookmark();
 }
 
 // Only a record start of the state manager is tested for tick 0.

@@ -13,8 +13,8 @@ constexpr unsigned int kLastMicrophone = 3;
 
 void MetadataMgr::ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick,
                                  bool report) {
-  dataStore_.ReportMicPresent(mic, present, report, tick);
-  dataStore_.ReportMicState(mic, active, report, tick);
+  dataStore.ReportMicPresent(mic, present, report, tick);
+  dataStore.ReportMicState(mic, active, report, tick);
 }
 
 void MetadataMgr::ReportMicStatus(const MicStatusResponse& status, bool report) {
@@ -26,14 +26,14 @@ void MetadataMgr::ReportMicStatus(const MicStatusResponse& status, bool report) 
 }
 
 void MetadataMgr::ReportTempChange(const TempStatus& temp, bool report) {
-  dataStore_.ReportTemp(e_TempSensors{3}, temp.sensor3Celsius, report, temp.tick);
-  dataStore_.ReportTemp(e_TempSensors{0}, temp.sensor0Celsius, report, temp.tick);
-  dataStore_.ReportTemp(e_TempSensors{1}, temp.sensor1Celsius, report, temp.tick);
-  dataStore_.ReportTemp(e_TempSensors{2}, temp.sensor2Celsius, report, temp.tick);
+  dataStore.ReportTemp(e_TempSensors{3}, temp.sensor3Celsius, report, temp.tick);
+  dataStore.ReportTemp(e_TempSensors{0}, temp.sensor0Celsius, report, temp.tick);
+  dataStore.ReportTemp(e_TempSensors{1}, temp.sensor1Celsius, report, temp.tick);
+  dataStore.ReportTemp(e_TempSensors{2}, temp.sensor2Celsius, report, temp.tick);
 }
 
 void MetadataMgr::HandleCrash(bool crash, unsigned int tick) {
-  dataStore_.ReportStateData(crash ? e_Tag_CrashDetected : e_Tag_CrashCleared, true, tick);
+  dataStore.ReportStateData(crash ? e_Tag_CrashDetected : e_Tag_CrashCleared, true, tick);
 }
 
 void MetadataMgr::MicStateChangedHandler(LinxIpc* ipc, void* context) {

@@ -90,17 +90,17 @@ void ReportRadar(DataStore& store, unsigned char* record) {
 }  // namespace
 
 void MetadataMgr::SimulateData() {
-  const unsigned int tick = systick_.SystemTick();
-  unsigned char* record = sharedMem_.MetadataItems(true);
+  const unsigned int tick = systick.SystemTick();
+  unsigned char* record = sharedMem.MetadataItems(true);
   if (!gRadarOnlyMode) {
     gSimulator.StepInputs();
-    ReportInputs(dataStore_, tick);
+    ReportInputs(dataStore, tick);
     gSimulator.StepGps(record);
-    ReportGps(dataStore_, record, tick);
+    ReportGps(dataStore, record, tick);
     gSimulator.StepMicrophones();
     ReportMicrophones(*this, tick);
-    if (gSimulator.DrawBookmark()) dataStore_.ReportBookmark(tick);
+    if (gSimulator.DrawBookmark()) dataStore.ReportBookmark(tick);
   }
   gSimulator.StepRadar(record);
-  ReportRadar(dataStore_, record);
+  ReportRadar(dataStore, record);
 }

@@ -1,11 +1,11 @@
-#include <algorithm>
+#include <array>
 #include <iterator>
 #include <string>
 
+#include "FollowedItems.h"
+#include "FollowedServers.h"
 #include "ManagerLog.h"
-#include "MetadataMgr.h"
 #include "StreamingLvsStateItem.h"
-#include "SubscriptionTable.h"
 #include "clients/StreamMgrApi.h"
 #include "items/ConfigurationItems.h"
 #include "items/CrashItem.h"
@@ -27,90 +27,86 @@ constexpr int kStreamMgrTimeoutMs = 60000;
 constexpr int kPatientTimeoutMs = 30000;  // of the configuration and the state manager
 constexpr int kExternalMgrTimeoutMs = 2000;
 
-bool IsSet(const char* variable) {
-  return KvGetenv(variable) != nullptr;
+bool IsOff(const ServerRow& server) {
+  return server.offSwitch != nullptr && KvGetenv(server.offSwitch) != nullptr;
 }
 
-// True, after a line, when the variable switches a server off.
-bool Ignored(const char* variable, const char* operation, const char* text) {
-  if (!IsSet(variable)) return false;
-  log(kLogDetail, operation, text);
+void TraceOperation(e_Process process, LogMask mask = kLogInfo) {
+  log({mask}, "SubscribeTo", servers::Of(process).name);
+}
+
+// True, after a line, when the server is switched off.
+bool Ignored(e_Process process) {
+  const ServerRow& server = servers::Of(process);
+  if (!IsOff(server)) return false;
+  log(kLogDetail, "SubscribeTo", server.name, " - set to ignore ", server.name, " ");
   return true;
 }
 
-// Subscribes to one row of the table, or logs the row's complaint.
-bool Subscribe(SubscribeClient& client, const SubscriptionRow& row, Item& item, MetadataMgr* manager) {
-  if (client.Subscribe(row.itemId, row.notificationId, item, row.handler, manager) == 0) return true;
-  log(kLogError, row.failure);
-  return false;
+template <typename Client, typename... Arguments>
+Client& MakeOnce(std::unique_ptr<Client>& client, LinxIpc& ipc, const Arguments&... arguments) {
+  if (!client) client = std::make_unique<Client>(ipc, arguments...);
+  return *client;
 }
 
-struct Step {
-  bool (MetadataMgr::*subscribe)(LinxIpc& ipc);
-  const char* failure;
-};
-
-constexpr Step kFirstStep = {&MetadataMgr::SubscribeToConfigMgr,
-                             "MetadataMgr - Failed to subscribe to ConfigMgr"};
-
-// What follows once the store has made its first output.
-constexpr Step kFurtherSteps[] = {
-    {&MetadataMgr::SubscribeToFpga, "MetadataMgr - Failed to subscribe to External Events"},
-    {&MetadataMgr::SubscribeToGpsHal, "MetadataMgr - Failed to subscribe to Gps Events"},
-    {&MetadataMgr::SubscribeToStateMgr, "MetadataMgr - Failed to subscribe to StateMgr Events"},
-    {&MetadataMgr::SubscribeToRadarHal, "MetadataMgr - Failed to subscribe to RadarHal Events"},
-    {&MetadataMgr::SubscribeToMicMgr, "MetadataMgr - Failed to subscribe to MicMgr Events"},
-    {&MetadataMgr::SubscribeToVideoMgr, "MetadataMgr - Failed to subscribe to VideoMgr Events"},
-    {&MetadataMgr::SubscribeToAccelHal, "MetadataMgr - Failed to subscribe to Accelerometer Events"},
-    {&MetadataMgr::SubscribeToTempHal,
-     "MetadataMgr::SubscribeToServers - Failed to subscribe to TempHal Events"},
-    {&MetadataMgr::SubscribeToExternalMgr, "MetadataMgr - Failed to subscribe to LVS state changes"},
-};
-
-bool Run(MetadataMgr& manager, LinxIpc& ipc, const Step& step) {
-  if ((manager.*step.subscribe)(ipc)) return true;
-  log(kLogError, step.failure);
-  return false;
+// Subscribes to the server's items one after the other, up to the first that it refuses. Of a server that
+// is switched off the values stay as they were constructed.
+template <e_Process kProcess, std::size_t kCount>
+bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[kCount]) {
+  constexpr const ServerRow& server = servers::Of(kProcess);
+  static_assert(server.items.size() == kCount);
+  if (IsOff(server)) return true;
+  Item* const* value = std::begin(values);
+  for (const ServedItem& item : server.items) {
+    const FollowedItem& row = followed::Row(item);
+    if (client.Subscribe(item.id, item.notificationId, **value++, row.handler, manager) == 0) continue;
+    log(kLogError, row.failure);
+    return false;
+  }
+  return true;
 }
 
 }  // namespace
 
+bool MetadataMgr::SubscribeTo(const FollowedServer& followed, LinxIpc& ipc) {
+  if ((this->*followed.subscribe)(ipc)) return true;
+  log(kLogError, followed.stepFailure);
+  return false;
+}
+
+// The store makes its first output between the first server and the second.
 bool MetadataMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
   log(kLogTrace, "SubscribeToServers");
-  if (!Run(*this, ipc, kFirstStep)) return false;
+  if (!SubscribeTo(FollowedServers().front(), ipc)) return false;
   InitializeStore();
-  for (const Step& step : kFurtherSteps) {
-    if (!Run(*this, ipc, step)) return false;
+  for (const FollowedServer& followed : FollowedServers().subspan(1)) {
+    if (!SubscribeTo(followed, ipc)) return false;
   }
-  if (!watchdog_.Subscribe(kWatchdogSeconds)) return false;
+  if (!watchdog.Subscribe(kWatchdogSeconds)) return false;
   // A recording that began before this process did.
   const std::string recording = StreamMgrApi::CurrentlyRecordingREID(ipc, kStreamMgrTimeoutMs);
   if (!recording.empty()) ReportRecordingEvent(true, 0, false);
-  dataStore_.WriteFullState(true);
+  dataStore.WriteFullState(true);
   return true;
 }
 
 bool MetadataMgr::SubscribeToConfigMgr(LinxIpc& ipc) {
-  log(kLogTrace, "SubscribeToConfigMgr");
-  if (Ignored("NO_CONFIGMGR", "SubscribeToConfigMgr", " - set to ignore ConfigMgr ")) return true;
-  if (!configClient_) configClient_ = std::make_unique<ConfigClient>(ipc, kPatientTimeoutMs);
+  TraceOperation(e_Process_ConfigMgr, kLogTrace);
+  if (Ignored(e_Process_ConfigMgr)) return true;
   VehicleInfo vehicle;
   SystemInfo system;
   DepartmentInfo department;
   Officer officer;
   VideoRecordingSettings settings;
-  if (!Subscribe(*configClient_, subscriptions::kVehicleInfo, vehicle, this) ||
-      !Subscribe(*configClient_, subscriptions::kSystemInfo, system, this) ||
-      !Subscribe(*configClient_, subscriptions::kDepartmentInfo, department, this) ||
-      !Subscribe(*configClient_, subscriptions::kOfficer, officer, this) ||
-      !Subscribe(*configClient_, subscriptions::kVideoRecordingSettings, settings, this)) {
+  if (!Fetch<e_Process_ConfigMgr>(MakeOnce(configClient, ipc, kPatientTimeoutMs), this,
+                                  {&vehicle, &system, &department, &officer, &settings})) {
     return false;
   }
-  dataStore_.ReportVehicleInfo(vehicle, false);
-  dataStore_.ReportSystemInfo(system, false);
-  dataStore_.ReportDepartmentInfo(department, false);
-  dataStore_.ReportOfficerInfo(officer, false);
-  dataStore_.ReportVideoRecordingSettings(settings, false);
+  dataStore.ReportVehicleInfo(vehicle, false);
+  dataStore.ReportSystemInfo(system, false);
+  dataStore.ReportDepartmentInfo(department, false);
+  dataStore.ReportOfficerInfo(officer, false);
+  dataStore.ReportVideoRecordingSettings(settings, false);
   return true;
 }
 
@@ -119,10 +115,9 @@ bool MetadataMgr::SubscribeToConfigMgr(LinxIpc& ipc) {
 
 // All inputs are reported, changed or not.
 bool MetadataMgr::SubscribeToFpga(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToFpga");
-  if (!fpgaClient_) fpgaClient_ = std::make_unique<FpgaClient>(ipc);
+  TraceOperation(e_Process_Fpga);
   FpgaExternalEventItem item;
-  if (!IsSet("NO_FPGA") && !Subscribe(*fpgaClient_, subscriptions::kExternalEvent, item, this)) return false;
+  if (!Fetch<e_Process_Fpga>(MakeOnce(fpgaClient, ipc), this, {&item})) return false;
   item.changedMask |= FpgaExternalEventItem::kAllInputs;
   item.reserved = 0;
   ReportExternalEvent(item, false);
@@ -130,90 +125,84 @@ bool MetadataMgr::SubscribeToFpga(LinxIpc& ipc) {
 }
 
 bool MetadataMgr::SubscribeToGpsHal(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToGpsHal");
-  if (!gpsHalClient_) gpsHalClient_ = std::make_unique<GpsHalClient>(ipc);
+  TraceOperation(e_Process_GpsHal);
   GpsStatusItem item;
-  if (!IsSet("NO_GPSHAL") && !Subscribe(*gpsHalClient_, subscriptions::kGpsStatus, item, this)) return false;
+  if (!Fetch<e_Process_GpsHal>(MakeOnce(gpsHalClient, ipc), this, {&item})) return false;
   ReportGpsStatus(item, false);
   return true;
 }
 
+// Its client subscribes by operations that name the events, in the order of the items.
 bool MetadataMgr::SubscribeToStateMgr(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToStateMgr");
-  if (IsSet("RUN_WITHOUT_STATEMGR")) return true;
-  if (!stateMgrClient_) stateMgrClient_ = std::make_unique<StateMgrClient>(ipc, kPatientTimeoutMs);
-  const auto subscribed = [&](const StateMgrSubscription& row) {
-    if ((stateMgrClient_.get()->*row.subscribe)(row.notificationId, row.handler, this)) return true;
+  using Operation = bool (StateMgrClient::*)(unsigned int, LinxIpc::Handler, void*);
+  static constexpr Operation kOperations[] = {
+      &StateMgrClient::SubscribeForRecordStart, &StateMgrClient::SubscribeForRecordStop,
+      &StateMgrClient::SubscribeForEnterCovertMode, &StateMgrClient::SubscribeForExitCovertMode};
+  static_assert(std::size(kOperations) == std::size(servers::kStateMgr));
+  TraceOperation(e_Process_StateMgr);
+  if (IsOff(servers::Of(e_Process_StateMgr))) return true;
+  StateMgrClient& client = MakeOnce(stateMgrClient, ipc, kPatientTimeoutMs);
+  const ServedItem* item = std::begin(servers::kStateMgr);
+  for (const Operation operation : kOperations) {
+    const FollowedItem& row = followed::Row(*item++);
+    if ((client.*operation)(row.notificationId, row.handler, this)) continue;
     log(kLogError, row.failure);
     return false;
-  };
-  return std::all_of(std::begin(subscriptions::kStateMgr), std::end(subscriptions::kStateMgr), subscribed);
+  }
+  return true;
 }
 
 bool MetadataMgr::SubscribeToRadarHal(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToRadarHal");
-  if (!radarHalClient_) radarHalClient_ = std::make_unique<RadarHalClient>(ipc);
+  TraceOperation(e_Process_RadarHal);
   RadarItem item;
-  if (!IsSet("NO_RADARHAL") && !Subscribe(*radarHalClient_, subscriptions::kRadar, item, this)) return false;
+  if (!Fetch<e_Process_RadarHal>(MakeOnce(radarHalClient, ipc), this, {&item})) return false;
   ReportRadarEvent(item, false);
   return true;
 }
 
 bool MetadataMgr::SubscribeToMicMgr(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToMicMgr");
-  if (Ignored("NO_MICMGR", "SubscribeToMicMgr", " - set to ignore MicMgr ")) return true;
-  if (!micClient_) micClient_ = std::make_unique<MicClient>(ipc);
+  TraceOperation(e_Process_MicMgr);
+  if (Ignored(e_Process_MicMgr)) return true;
   MicStatusResponse status;
-  if (!Subscribe(*micClient_, subscriptions::kMicStatus, status, this)) return false;
+  if (!Fetch<e_Process_MicMgr>(MakeOnce(micClient, ipc), this, {&status})) return false;
   ReportMicStatus(status, false);
   return true;
 }
 
 bool MetadataMgr::SubscribeToVideoMgr(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToVideoMgr");
-  if (Ignored("NO_VIDEOMGR", "SubscribeToVideoMgr", " - set to ignore VideoMgr ")) return true;
-  if (!videoMgrClient_) videoMgrClient_ = std::make_unique<VideoMgrClient>(ipc);
+  TraceOperation(e_Process_VideoMgr);
+  if (Ignored(e_Process_VideoMgr)) return true;
   VideoMgrCameraItem cameras;
   VideoMgrStreamQualityItem quality;
-  if (!Subscribe(*videoMgrClient_, subscriptions::kCameras, cameras, this) ||
-      !Subscribe(*videoMgrClient_, subscriptions::kStreamQuality, quality, this)) {
-    return false;
-  }
+  if (!Fetch<e_Process_VideoMgr>(MakeOnce(videoMgrClient, ipc), this, {&cameras, &quality})) return false;
   ReportCameraItem(cameras, false);
   ReportStreamQualityItem(quality, false);
   return true;
 }
 
 bool MetadataMgr::SubscribeToAccelHal(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToAccelHal");
-  if (Ignored("NO_ACCELHAL", "SubscribeToAccelHal", " - set to ignore AccelHal ")) return true;
-  if (!accelHalClient_) accelHalClient_ = std::make_unique<AccelHalClient>(ipc);
+  TraceOperation(e_Process_AccelHal);
+  if (Ignored(e_Process_AccelHal)) return true;
   CrashItem item;
-  if (!Subscribe(*accelHalClient_, subscriptions::kCrash, item, this)) return false;
+  if (!Fetch<e_Process_AccelHal>(MakeOnce(accelHalClient, ipc), this, {&item})) return false;
   HandleCrash(item.crash, item.tick);
   return true;
 }
 
 bool MetadataMgr::SubscribeToTempHal(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToTempHal");
-  if (Ignored("NO_TEMPHAL", "SubscribeToTempHal", " - set to ignore TempHal ")) return true;
-  if (!tempHalClient_) tempHalClient_ = std::make_unique<TempHalClient>(ipc);
+  TraceOperation(e_Process_TempHal);
+  if (Ignored(e_Process_TempHal)) return true;
   TempStatus temp;
-  if (!Subscribe(*tempHalClient_, subscriptions::kTemperatures, temp, this)) return false;
+  if (!Fetch<e_Process_TempHal>(MakeOnce(tempHalClient, ipc), this, {&temp})) return false;
   ReportTempChange(temp, false);
   return true;
 }
 
 // The values at subscription are discarded: live streaming is stored when it changes.
 bool MetadataMgr::SubscribeToExternalMgr(LinxIpc& ipc) {
-  log(kLogInfo, "SubscribeToExternalMgr");
-  if (!externalMgrClient_) {
-    const std::string& server = LinxServerNameList::Instance().Name(e_Process_ExternalMgr);
-    externalMgrClient_ = std::make_unique<ExternalMgrApi>(ipc, server, kExternalMgrTimeoutMs);
-  }
+  TraceOperation(e_Process_ExternalMgr);
+  const std::string& name = LinxServerNameList::Instance().Name(e_Process_ExternalMgr);
   ExternalMgrApi::StreamingLvsStateItem item;
-  for (const SubscriptionRow& row : subscriptions::kLiveStreams) {
-    if (!Subscribe(*externalMgrClient_, row, item, this)) return false;
-  }
-  return true;
+  return Fetch<e_Process_ExternalMgr>(MakeOnce(externalMgrClient, ipc, name, kExternalMgrTimeoutMs), this,
+                                      {&item, &item, &item, &item, &item, &item});
 }

@@ -29,7 +29,7 @@ void MetadataMgr::ReportVideoStreamState(unsigned int stream, e_StreamState stat
     log(kLogError, "VideoStreamStateChanged: Invalid streamNo ", stream);
     return;
   }
-  dataStore_.ReportVideoStreamState(static_cast<e_VideoStream>(stream), state, report, tick);
+  dataStore.ReportVideoStreamState(static_cast<e_VideoStream>(stream), state, report, tick);
 }
 
 void MetadataMgr::ReportCameraState(unsigned int camera, e_CameraState state, unsigned int tick,
@@ -38,7 +38,7 @@ void MetadataMgr::ReportCameraState(unsigned int camera, e_CameraState state, un
     log(kLogError, "CameraStateChanged: Invalid camera no ", camera);
     return;
   }
-  dataStore_.ReportCameraState(static_cast<e_CameraPort>(camera), state, report, tick);
+  dataStore.ReportCameraState(static_cast<e_CameraPort>(camera), state, report, tick);
 }
 
 // Port 3 stands for entry 3 and for the last active one of entries 5 to 8; entry 4 does not count.
@@ -53,7 +53,7 @@ void MetadataMgr::ReportCameraItem(VideoMgrCameraItem& item, bool report) {
 }
 
 void MetadataMgr::ReportStreamQualityItem(VideoMgrStreamQualityItem& item, bool report) {
-  dataStore_.ReportStreamQualityItem(item, report);
+  dataStore.ReportStreamQualityItem(item, report);
 }
 
 void MetadataMgr::VideoStreamStateChangeHandler(LinxIpc* ipc, void* context) {

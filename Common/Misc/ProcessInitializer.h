@@ -3,8 +3,8 @@
 #include <cerrno>
 #include <string>
 
-#include "Misc/ControlHandlers.h"
 #include "Misc/MiscLog.h"
+#include "Misc/ProcessControl.h"
 #include "Misc/StateMgrNotices.h"
 #include "ipc/LinxIpc.h"
 #include "ipc/LinxServerNameList.h"
@@ -21,7 +21,7 @@
 //   void ProcessDied(LinxIpc&, e_Process)
 //   void ProcessRestarted(LinxIpc&, e_Process)
 template <typename T>
-class ProcessInitializer {
+class ProcessInitializer : private ProcessControl {
  public:
   // `managed` outlives this object. Constructs the endpoint under the process's own name.
   ProcessInitializer(T& managed, e_Process process)
@@ -31,9 +31,13 @@ class ProcessInitializer {
   // logged.
   bool Init(const std::string& processName, unsigned int logLevel);
 
+  // The endpoint, from which the process receives once Init has returned true.
   LinxIpc& Ipc() { return ipc_; }
 
  private:
+  using ProcessControl::NotifyStateMgr;
+  bool NotifyStateMgr(IpcMessage& message) { return NotifyStateMgr(ipc_, message); }
+
   bool SetupServer();
   bool NotifyStarted();
   bool ProcessStarted();

@@ -52,7 +52,7 @@ bool ProcessInitializer<T>::ProcessStarted() {
     log_(kLogError, "ProcessInitializer::ProcessStarted - Error allocating request");
     return false;
   }
-  return NotifyStateMgr(ipc_, notice);
+  return NotifyStateMgr(notice);
 }
 
 template <typename T>
@@ -64,7 +64,7 @@ void ProcessInitializer<T>::NotifyFailedStart() {
     log_(kLogError, "ProcessInitializer::NotifyFailedStart - Error allocating request");
     return;
   }
-  (void)NotifyStateMgr(ipc_, notice);
+  (void)NotifyStateMgr(notice);
 }
 
 // The two messages waited for are inspected here after each receive, so that a subscribe request
@@ -120,7 +120,7 @@ bool ProcessInitializer<T>::RespondToSubscribed(bool success) {
     log_(kLogError, "ProcessInitializer::RespondToSubscribed - Error allocating request");
     return false;
   }
-  return NotifyStateMgr(ipc_, response);
+  return NotifyStateMgr(response);
 }
 
 // No death, restart or second quit notice is handled after this one.

@@ -1,24 +1,10 @@
 #include "Misc/StateMgrNotices.h"
 
-#include "Misc/MiscLog.h"
 #include "system/BigEndian.h"
 #include "system/KvGetenv.h"
 
-namespace {
-
-constexpr const LogSource& log = kInitializerLog;
-
-}  // namespace
-
 bool RunsWithoutStateMgr() {
   return KvGetenv("RUN_WITHOUT_STATEMGR") != nullptr;
-}
-
-bool NotifyStateMgr(LinxIpc& ipc, IpcMessage& message) {
-  log(kLogInfo, "Notify to ", gStateMgrName);
-  if (ipc.Notify(gStateMgrName, message, true) == 0) return true;
-  log(kLogError, "Error sending notify to ", gStateMgrName);
-  return false;
 }
 
 ProcessPayload::ProcessPayload(e_Process process) {

@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "ipc/LinxIpc.h"
-#include "system/Messages.h"
 #include "system/Process.h"
 
 // IPC name of the state manager. Every process defines and sets it.
@@ -12,9 +10,6 @@ extern std::string gStateMgrName;
 // True when the environment variable RUN_WITHOUT_STATEMGR exists: nothing is sent to the state
 // manager and nothing is waited for.
 bool RunsWithoutStateMgr();
-
-// Sends a message to the state manager; logs and returns false when that fails.
-bool NotifyStateMgr(LinxIpc& ipc, IpcMessage& message);
 
 // The payload of the notices that carry a process.
 class ProcessPayload {

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "MetadataMgrMessages.h"
-#include "Misc/ControlHandlers.h"
 #include "Processes.h"
 #include "SentLog.h"
 #include "clients/SubscribeClient.h"
 #include "items/BoolItem.h"
 #include "system/BigEndian.h"
+#include "system/Messages.h"
 #include "system/Process.h"
 #include "system/Systick.h"
 

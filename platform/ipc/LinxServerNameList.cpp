@@ -1,9 +1,10 @@
 #include "ipc/LinxServerNameList.h"
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 #include "system/Process.h"
+#include "system/Servers.h"
 
 namespace {
 
@@ -12,21 +13,14 @@ struct NamedProcess {
   std::string name;
 };
 
-const std::array<NamedProcess, 12>& Processes() {
-  static const std::array<NamedProcess, 12> processes{{
-      {e_Process_StateMgr, "StateMgr"},
-      {e_Process_ConfigMgr, "ConfigMgr"},
-      {e_Process_Fpga, "Fpga"},
-      {e_Process_RadarHal, "RadarHal"},
-      {e_Process_MicMgr, "MicMgr"},
-      {e_Process_GpsHal, "GpsHal"},
-      {e_Process_AccelHal, "AccelHal"},
-      {e_Process_TempHal, "TempHal"},
-      {e_Process_MetadataMgr, "MetadataMgr"},
-      {e_Process_StreamMgr, "StreamMgr"},
-      {e_Process_VideoMgr, "VideoMgr"},
-      {e_Process_ExternalMgr, "ExternalMgr"},
-  }};
+// The servers and those that serve MetadataMgr nothing.
+const std::vector<NamedProcess>& Processes() {
+  static const std::vector<NamedProcess> processes = [] {
+    std::vector<NamedProcess> all = {{e_Process_MetadataMgr, "MetadataMgr"},
+                                     {e_Process_StreamMgr, "StreamMgr"}};
+    for (const ServerRow& server : servers::kAll) all.push_back({server.process, server.name});
+    return all;
+  }();
   return processes;
 }
 

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <iterator>
+
 #include "clients/SubscribeClient.h"
+#include "system/Servers.h"
 
 // Client of the external manager, which streams live video on up to six streams.
 class ExternalMgrApi : public SubscribeClient {
  public:
-  static constexpr unsigned int kFirstStreamState = 16;  // StreamingLvsStateItem of stream 0; 5 more follow
-  static constexpr unsigned int kStreams = 6;
+  // Item of stream 0, a StreamingLvsStateItem; those of the others follow.
+  static constexpr unsigned int kFirstStreamState = servers::ItemId(MetadataMgrNotice_LiveStream0);
+  static constexpr unsigned int kStreams = std::size(servers::kExternalMgr);
 
   // The state of one stream. Defined by the processes that use it.
   class StreamingLvsStateItem;

@@ -3,9 +3,10 @@
 #include "clients/SubscribeClient.h"
 #include "ipc/LinxServerNameList.h"
 #include "system/Process.h"
+#include "system/Servers.h"
 
 // The clients of the servers that publish the vehicle's state. Each names the items that its
-// server publishes.
+// server publishes; system/Messages.h says of which class they are.
 
 // A subscribe client that knows its server.
 template <e_Process kProcess>
@@ -17,53 +18,54 @@ class ServerClient : public SubscribeClient {
 
 class ConfigClient : public ServerClient<e_Process_ConfigMgr> {
  public:
-  static constexpr unsigned int kSystemInfo = 7;               // SystemInfo
-  static constexpr unsigned int kVehicleInfo = 10;             // VehicleInfo
-  static constexpr unsigned int kDepartmentInfo = 11;          // DepartmentInfo
-  static constexpr unsigned int kOfficer = 12;                 // Officer
-  static constexpr unsigned int kVideoRecordingSettings = 13;  // VideoRecordingSettings
+  static constexpr unsigned int kSystemInfo = servers::ItemId(MetadataMgrNotice_SystemInfo);
+  static constexpr unsigned int kVehicleInfo = servers::ItemId(MetadataMgrNotice_VehicleInfo);
+  static constexpr unsigned int kDepartmentInfo = servers::ItemId(MetadataMgrNotice_DepartmentInfo);
+  static constexpr unsigned int kOfficer = servers::ItemId(MetadataMgrNotice_Officer);
+  static constexpr unsigned int kVideoRecordingSettings =
+      servers::ItemId(MetadataMgrNotice_VideoRecordingSettings);
   using ServerClient::ServerClient;
 };
 
 class FpgaClient : public ServerClient<e_Process_Fpga> {
  public:
-  static constexpr unsigned int kExternalEvent = 17;  // FpgaExternalEventItem
+  static constexpr unsigned int kExternalEvent = servers::ItemId(MetadataMgrNotice_ExternalEvent);
   using ServerClient::ServerClient;
 };
 
 class GpsHalClient : public ServerClient<e_Process_GpsHal> {
  public:
-  static constexpr unsigned int kStatus = 1;  // GpsStatusItem
+  static constexpr unsigned int kStatus = servers::ItemId(MetadataMgrNotice_GpsStatus);
   using ServerClient::ServerClient;
 };
 
 class RadarHalClient : public ServerClient<e_Process_RadarHal> {
  public:
-  static constexpr unsigned int kRadar = 1;  // RadarItem
+  static constexpr unsigned int kRadar = servers::ItemId(MetadataMgrNotice_Radar);
   using ServerClient::ServerClient;
 };
 
 class MicClient : public ServerClient<e_Process_MicMgr> {
  public:
-  static constexpr unsigned int kStatus = 0;  // MicStatusResponse
+  static constexpr unsigned int kStatus = servers::ItemId(MetadataMgrNotice_MicStatus);
   using ServerClient::ServerClient;
 };
 
 class VideoMgrClient : public ServerClient<e_Process_VideoMgr> {
  public:
-  static constexpr unsigned int kCamera = 0;         // VideoMgrCameraItem
-  static constexpr unsigned int kStreamQuality = 1;  // VideoMgrStreamQualityItem
+  static constexpr unsigned int kCamera = servers::ItemId(MetadataMgrNotice_Cameras);
+  static constexpr unsigned int kStreamQuality = servers::ItemId(MetadataMgrNotice_StreamQuality);
   using ServerClient::ServerClient;
 };
 
 class AccelHalClient : public ServerClient<e_Process_AccelHal> {
  public:
-  static constexpr unsigned int kCrash = 1;  // CrashItem
+  static constexpr unsigned int kCrash = servers::ItemId(MetadataMgrNotice_Crash);
   using ServerClient::ServerClient;
 };
 
 class TempHalClient : public ServerClient<e_Process_TempHal> {
  public:
-  static constexpr unsigned int kStatus = 0;  // TempStatus
+  static constexpr unsigned int kStatus = servers::ItemId(MetadataMgrNotice_Temperatures);
   using ServerClient::ServerClient;
 };

@@ -6,10 +6,10 @@
 // event as a SystickItem; the value at subscription is not looked at.
 class StateMgrClient : public ServerClient<e_Process_StateMgr> {
  public:
-  static constexpr unsigned int kRecordStart = 1;
-  static constexpr unsigned int kRecordStop = 2;
-  static constexpr unsigned int kEnterCovertMode = 3;
-  static constexpr unsigned int kExitCovertMode = 4;
+  static constexpr unsigned int kRecordStart = servers::ItemId(MetadataMgrNotice_RecordStart);
+  static constexpr unsigned int kRecordStop = servers::ItemId(MetadataMgrNotice_RecordStop);
+  static constexpr unsigned int kEnterCovertMode = servers::ItemId(MetadataMgrNotice_EnterCovertMode);
+  static constexpr unsigned int kExitCovertMode = servers::ItemId(MetadataMgrNotice_ExitCovertMode);
 
   using ServerClient::ServerClient;
 

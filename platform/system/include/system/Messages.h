@@ -45,26 +45,31 @@ enum e_MetadataMgrMsg : unsigned int {
   MetadataMgrMsg_Bookmark = 13509,                   // 32-bit tick
 };
 
-// Under which MetadataMgr gets the notices of the servers; the payload is the item.
+// Under which MetadataMgr gets the notices of the servers; the payload is the item of this class.
 enum e_MetadataMgrNotice : unsigned int {
-  MetadataMgrNotice_VehicleInfo = 13492,
-  MetadataMgrNotice_SystemInfo = 13493,
-  MetadataMgrNotice_DepartmentInfo = 13494,
-  MetadataMgrNotice_Officer = 13495,
-  MetadataMgrNotice_VideoRecordingSettings = 13496,
-  MetadataMgrNotice_ExternalEvent = 13497,
-  MetadataMgrNotice_GpsStatus = 13504,
-  MetadataMgrNotice_RecordStart = 13505,
+  MetadataMgrNotice_VehicleInfo = 13492,             // VehicleInfo
+  MetadataMgrNotice_SystemInfo = 13493,              // SystemInfo
+  MetadataMgrNotice_DepartmentInfo = 13494,          // DepartmentInfo
+  MetadataMgrNotice_Officer = 13495,                 // Officer
+  MetadataMgrNotice_VideoRecordingSettings = 13496,  // VideoRecordingSettings
+  MetadataMgrNotice_ExternalEvent = 13497,           // FpgaExternalEventItem
+  MetadataMgrNotice_GpsStatus = 13504,               // GpsStatusItem
+  MetadataMgrNotice_RecordStart = 13505,             // SystickItem, as the next three
   MetadataMgrNotice_RecordStop = 13506,
   MetadataMgrNotice_EnterCovertMode = 13507,
   MetadataMgrNotice_ExitCovertMode = 13508,
-  MetadataMgrNotice_Radar = 13510,
-  MetadataMgrNotice_MicStatus = 13511,
-  MetadataMgrNotice_Crash = 13512,
-  MetadataMgrNotice_Cameras = 13513,
-  MetadataMgrNotice_StreamQuality = 13514,
-  MetadataMgrNotice_Temperatures = 13515,
-  MetadataMgrNotice_LiveStream0 = 18952,  // five more follow, one a stream
+  MetadataMgrNotice_Radar = 13510,          // RadarItem
+  MetadataMgrNotice_MicStatus = 13511,      // MicStatusResponse
+  MetadataMgrNotice_Crash = 13512,          // CrashItem
+  MetadataMgrNotice_Cameras = 13513,        // VideoMgrCameraItem
+  MetadataMgrNotice_StreamQuality = 13514,  // VideoMgrStreamQualityItem
+  MetadataMgrNotice_Temperatures = 13515,   // TempStatus
+  MetadataMgrNotice_LiveStream0 = 18952,    // ExternalMgrApi::StreamingLvsStateItem, as the next five
+  MetadataMgrNotice_LiveStream1 = 18953,
+  MetadataMgrNotice_LiveStream2 = 18954,
+  MetadataMgrNotice_LiveStream3 = 18955,
+  MetadataMgrNotice_LiveStream4 = 18956,
+  MetadataMgrNotice_LiveStream5 = 18957,
 };
 
 // Served by the stream manager.

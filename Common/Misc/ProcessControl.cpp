@@ -1,4 +1,4 @@
-#include "Misc/ControlHandlers.h"
+#include "Misc/ProcessControl.h"
 
 #include <string>
 
@@ -21,7 +21,14 @@ bool HasBytes(const IpcMessage& message, unsigned int needed, const char* who) {
 
 }  // namespace
 
-void HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
+bool ProcessControl::NotifyStateMgr(LinxIpc& ipc, IpcMessage& message) {
+  log(kLogInfo, "Notify to ", gStateMgrName);
+  if (ipc.Notify(gStateMgrName, message, true) == 0) return true;
+  log(kLogError, "Error sending notify to ", gStateMgrName);
+  return false;
+}
+
+void ProcessControl::HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
   log(kLogInfo, "HandleLogLevel");
   IpcMessage& message = ipc->CurrentMessage();
   if (message.DataPtr() == nullptr) {
@@ -44,11 +51,11 @@ void HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
   if (ipc->Notify(sender, message, true) != 0) log(kLogMalformed, "handleLogLevel: Failed to send response");
 }
 
-void IgnoreHandler(LinxIpc* /*ipc*/, void* /*context*/) {
+void ProcessControl::IgnoreHandler(LinxIpc* /*ipc*/, void* /*context*/) {
   log(kLogInfo, "IgnoreHandler");
 }
 
-void RespondToShutdown(LinxIpc& ipc) {
+void ProcessControl::RespondToShutdown(LinxIpc& ipc) {
   if (RunsWithoutStateMgr()) return;
   IpcMessage response;
   if (response.Allocate(StateMgrProcessMsg_ShutdownResponse, 0, nullptr) != 0) {
@@ -58,7 +65,7 @@ void RespondToShutdown(LinxIpc& ipc) {
   (void)NotifyStateMgr(ipc, response);
 }
 
-bool ReadNoticeProcess(LinxIpc& ipc, e_Process& process) {
+bool ProcessControl::ReadNoticeProcess(LinxIpc& ipc, e_Process& process) {
   const IpcMessage& message = ipc.CurrentMessage();
   if (message.DataPtr() == nullptr) {
     log(kLogMalformed, "NULL MESSAGE");

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+
+#include "system/Messages.h"
+#include "system/Process.h"
+
+// The servers that MetadataMgr follows, in the order in which it subscribes to them, each with its items
+// in the order of the subscriptions. Everything that must know all servers reads this table; what
+// MetadataMgr itself does with a server stands in MetadataMgr/FollowedServers.cpp.
+
+struct ServedItem {
+  unsigned int id;              // at its server
+  unsigned int notificationId;  // under which MetadataMgr gets its changes
+};
+
+struct ServerRow {
+  e_Process process;
+  const char* name;       // of its endpoint
+  const char* offSwitch;  // the environment variable that switches it off; null: none
+  bool defaultWhenOff;    // when it is off, its item as constructed is reported
+  std::span<const ServedItem> items;
+};
+
+namespace servers {
+
+inline constexpr ServedItem kConfigMgr[] = {{10, MetadataMgrNotice_VehicleInfo},
+                                            {7, MetadataMgrNotice_SystemInfo},
+                                            {11, MetadataMgrNotice_DepartmentInfo},
+                                            {12, MetadataMgrNotice_Officer},
+                                            {13, MetadataMgrNotice_VideoRecordingSettings}};
+inline constexpr ServedItem kFpga[] = {{17, MetadataMgrNotice_ExternalEvent}};
+inline constexpr ServedItem kGpsHal[] = {{1, MetadataMgrNotice_GpsStatus}};
+inline constexpr ServedItem kStateMgr[] = {{1, MetadataMgrNotice_RecordStart},
+                                           {2, MetadataMgrNotice_RecordStop},
+                                           {3, MetadataMgrNotice_EnterCovertMode},
+                                           {4, MetadataMgrNotice_ExitCovertMode}};
+inline constexpr ServedItem kRadarHal[] = {{1, MetadataMgrNotice_Radar}};
+inline constexpr ServedItem kMicMgr[] = {{0, MetadataMgrNotice_MicStatus}};
+inline constexpr ServedItem kVideoMgr[] = {{0, MetadataMgrNotice_Cameras},
+                                           {1, MetadataMgrNotice_StreamQuality}};
+inline constexpr ServedItem kAccelHal[] = {{1, MetadataMgrNotice_Crash}};
+inline constexpr ServedItem kTempHal[] = {{0, MetadataMgrNotice_Temperatures}};
+inline constexpr ServedItem kExternalMgr[] = {
+    {16, MetadataMgrNotice_LiveStream0}, {17, MetadataMgrNotice_LiveStream1},
+    {18, MetadataMgrNotice_LiveStream2}, {19, MetadataMgrNotice_LiveStream3},
+    {20, MetadataMgrNotice_LiveStream4}, {21, MetadataMgrNotice_LiveStream5}};
+
+inline constexpr ServerRow kAll[] = {
+    {e_Process_ConfigMgr, "ConfigMgr", "NO_CONFIGMGR", false, kConfigMgr},
+    {e_Process_Fpga, "Fpga", "NO_FPGA", true, kFpga},
+    {e_Process_GpsHal, "GpsHal", "NO_GPSHAL", true, kGpsHal},
+    {e_Process_StateMgr, "StateMgr", "RUN_WITHOUT_STATEMGR", false, kStateMgr},
+    {e_Process_RadarHal, "RadarHal", "NO_RADARHAL", true, kRadarHal},
+    {e_Process_MicMgr, "MicMgr", "NO_MICMGR", false, kMicMgr},
+    {e_Process_VideoMgr, "VideoMgr", "NO_VIDEOMGR", false, kVideoMgr},
+    {e_Process_AccelHal, "AccelHal", "NO_ACCELHAL", false, kAccelHal},
+    {e_Process_TempHal, "TempHal", "NO_TEMPHAL", false, kTempHal},
+    {e_Process_ExternalMgr, "ExternalMgr", nullptr, false, kExternalMgr},
+};
+
+// The row of a process that stands in the table.
+constexpr const ServerRow& Of(e_Process process) {
+  return *std::find_if(std::begin(kAll), std::end(kAll),
+                       [process](const ServerRow& row) { return row.process == process; });
+}
+
+// How many subscriptions have this notification id.
+constexpr std::ptrdiff_t CountOf(unsigned int notificationId) {
+  std::ptrdiff_t count = 0;
+  for (const ServerRow& server : kAll) {
+    count += std::count_if(
+        server.items.begin(), server.items.end(),
+        [notificationId](const ServedItem& item) { return item.notificationId == notificationId; });
+  }
+  return count;
+}
+
+// The id that the item with this notification id has at its server.
+consteval unsigned int ItemId(unsigned int notificationId) {
+  for (const ServerRow& server : kAll) {
+    for (const ServedItem& item : server.items) {
+      if (item.notificationId == notificationId) return item.id;
+    }
+  }
+  throw "no server has such an item";  // does not compile
+}
+
+constexpr bool NotificationIdsAreUnique() {
+  return std::all_of(std::begin(kAll), std::end(kAll), [](const ServerRow& server) {
+    return std::all_of(server.items.begin(), server.items.end(),
+                       [](const ServedItem& item) { return CountOf(item.notificationId) == 1; });
+  });
+}
+static_assert(NotificationIdsAreUnique());
+
+}  // namespace servers
