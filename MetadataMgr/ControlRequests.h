@@ -7,7 +7,7 @@
 struct AnswerTexts {
   const char* cannotAllocate;  // mask 1
   const char* cannotSend;
-  LogMask cannotSendMask;
+  e_LogMask cannotSendMask;
 };
 
 // Answers the sender of the current message, in place of that message.

@@ -19,7 +19,7 @@ struct HandlerShape {
 
   const char* name;
   unsigned int payloadBytes;              // a shorter payload is dropped; 0 for items
-  LogMask traceMask = kLogTrace;          // of the entry trace, which is the name
+  e_LogMask traceMask = kLogTrace;        // of the entry trace, which is the name
   const char* nullPayloadName = nullptr;  // who is named when there is no payload; null: the name
 };
 

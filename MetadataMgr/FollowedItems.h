@@ -60,17 +60,17 @@ constexpr FollowedItem kItems[] = {
 };
 // clang-format on
 
-// The row of an item of the servers.
-constexpr const FollowedItem& Row(const ServedItem& item) {
-  return *std::find_if(std::begin(kItems), std::end(kItems), [&item](const FollowedItem& row) {
-    return row.notificationId == item.notificationId;
+// The row of the item with this notification id.
+constexpr const FollowedItem& Row(unsigned int notificationId) {
+  return *std::find_if(std::begin(kItems), std::end(kItems), [notificationId](const FollowedItem& row) {
+    return row.notificationId == notificationId;
   });
 }
 
 constexpr bool EveryItemHasARow() {
   return std::all_of(std::begin(servers::kAll), std::end(servers::kAll), [](const ServerRow& server) {
     return std::all_of(server.items.begin(), server.items.end(),
-                       [](const ServedItem& item) { return &Row(item) != std::end(kItems); });
+                       [](const ServedItem& item) { return &Row(item.notificationId) != std::end(kItems); });
   });
 }
 static_assert(EveryItemHasARow());

@@ -31,7 +31,7 @@ bool IsOff(const ServerRow& server) {
   return server.offSwitch != nullptr && KvGetenv(server.offSwitch) != nullptr;
 }
 
-void TraceOperation(e_Process process, LogMask mask = kLogInfo) {
+void TraceOperation(e_Process process, e_LogMask mask = kLogInfo) {
   log({mask}, "SubscribeTo", servers::Of(process).name);
 }
 
@@ -58,7 +58,7 @@ bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[
   if (IsOff(server)) return true;
   Item* const* value = std::begin(values);
   for (const ServedItem& item : server.items) {
-    const FollowedItem& row = followed::Row(item);
+    const FollowedItem& row = followed::Row(item.notificationId);
     if (client.Subscribe(item.id, item.notificationId, **value++, row.handler, manager) == 0) continue;
     log(kLogError, row.failure);
     return false;
@@ -144,7 +144,7 @@ bool MetadataMgr::SubscribeToStateMgr(LinxIpc& ipc) {
   StateMgrClient& client = MakeOnce(stateMgrClient, ipc, kPatientTimeoutMs);
   const ServedItem* item = std::begin(servers::kStateMgr);
   for (const Operation operation : kOperations) {
-    const FollowedItem& row = followed::Row(*item++);
+    const FollowedItem& row = followed::Row((item++)->notificationId);
     if ((client.*operation)(row.notificationId, row.handler, this)) continue;
     log(kLogError, row.failure);
     return false;

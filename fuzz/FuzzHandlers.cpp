@@ -9,38 +9,49 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Input.h"
 #include "MetadataMgr.h"
 #include "Misc/ProcessInitializer.h"
 #include "ProcessState.h"
-#include "SubscriptionTable.h"
 #include "support/IpcDir.h"
 #include "support/RawPeer.h"
 #include "system/BigEndian.h"
 #include "system/Messages.h"
+#include "system/Servers.h"
 
 namespace {
 
-constexpr unsigned int kSubscribe = 1856;  // and 1857 the answer, 1858 the end
+// What any process may send, and the answers that the process itself waits for.
+constexpr unsigned int kMessages[] = {
+    SubscribeMsg_Subscribe,
+    SubscribeMsg_Answer,
+    SubscribeMsg_Unsubscribe,
+    LogLevelMsg_Set,
+    LogLevelMsg_Get,
+    StateMgrProcessMsg_Subscribe,
+    StateMgrProcessMsg_FullRun,
+    StateMgrProcessMsg_Restarted,
+    StateMgrProcessMsg_Died,
+    MetadataMgrMsg_Ping,
+    MetadataMgrMsg_MetadataToFile,
+    MetadataMgrMsg_GetLastSystemTick,
+    MetadataMgrMsg_VideoStreamState,
+    MetadataMgrMsg_CameraState,
+    MetadataMgrMsg_MicState,
+    MetadataMgrMsg_RecordStartStop,
+    MetadataMgrMsg_Bookmark,
+    StreamMgrMsg_GetRecordingResponse,
+};
 
-struct Server {
-  const char* name;
-  unsigned int firstItem, firstId, count;
-};
-constexpr Server kServers[] = {
-    {"StateMgr", 1, 13505, 4}, {"GpsHal", 1, 13504, 1},  {"RadarHal", 1, 13510, 1},
-    {"Fpga", 17, 13497, 1},    {"MicMgr", 0, 13511, 1},  {"VideoMgr", 0, 13513, 2},
-    {"AccelHal", 1, 13512, 1}, {"TempHal", 0, 13515, 1}, {"ExternalMgr", 16, 18952, 6},
-    {"ConfigMgr", 0, 0, 0},
-};
-constexpr unsigned int kConfigItems[] = {10, 7, 11, 12, 13};  // 13492 and on
-
-constexpr unsigned int kTypes[] = {
-    13488, 13490, 13498, 13500, 13501, 13502, 13503, 13509, 1872,  1873,  1856,  1857,  1858,
-    13233, 13235, 13236, 13237, 13492, 13493, 13494, 13495, 13496, 13497, 13504, 13505, 13506,
-    13507, 13508, 13510, 13511, 13512, 13513, 13514, 13515, 18952, 18957, 13617, 4711,
-};
+std::vector<unsigned int> Types() {
+  std::vector<unsigned int> types(std::begin(kMessages), std::end(kMessages));
+  for (const ServerRow& server : servers::kAll) {
+    for (const ServedItem& item : server.items) types.push_back(item.notificationId);
+  }
+  return types;
+}
 
 class Vehicle {
  public:
@@ -66,8 +77,9 @@ class Vehicle {
 
   void TakeMessage(Input& input) {
     const RawPeer& sender = peers_[input.Below(std::size(peers_))];
-    const std::size_t which = input.Below(std::size(kTypes) + 1);
-    const unsigned int type = which < std::size(kTypes) ? kTypes[which] : input.Word();
+    static const std::vector<unsigned int> types = Types();
+    const std::size_t which = input.Below(types.size() + 1);
+    const unsigned int type = which < types.size() ? types[which] : input.Word();
     std::string payload = input.Text();
     if (type == LinxIpc::kShutdownNotice) return;
     if (type == MetadataMgrMsg_MetadataToFile) KeepInDirectory(payload);
@@ -93,26 +105,22 @@ class Vehicle {
 
   bool PreInit(LinxIpc& ipc) {
     if (!manager_->PreInit(ipc)) return false;
-    for (std::size_t i = 0; i < std::size(kServers); ++i)
-      peers_[i] = RawPeer::To("MetadataMgr", kServers[i].name);
-    peers_[std::size(kServers)] = RawPeer::To("MetadataMgr", "Tool");
+    for (std::size_t i = 0; i < std::size(servers::kAll); ++i)
+      peers_[i] = RawPeer::To("MetadataMgr", servers::kAll[i].name);
+    peers_[std::size(servers::kAll)] = RawPeer::To("MetadataMgr", "Tool");
     IpcMessage none;
     constexpr int kHellosMs = 50;
     Require(ipc.Receive(kHellosMs, 1, LinxIpc::emptyString, &none) == ETIMEDOUT);  // takes the hellos
-    return peers_[0].Send(Packet(StateMgrProcessMsg_Subscribe, "\x01")) == 0;
+    return StateMgr().Send(Packet(StateMgrProcessMsg_Subscribe, "\x01")) == 0;
   }
 
   // All servers answer beforehand. So many zeros are every item.
   bool SubscribeToServers(LinxIpc& ipc, bool flag) {
-    for (std::size_t i = 0; i < std::size(kServers); ++i) {
-      const Server& server = kServers[i];
-      for (unsigned int n = 0; n < server.count; ++n)
-        Accept(peers_[i], server.firstItem + n, server.firstId + n);
+    for (std::size_t i = 0; i < std::size(servers::kAll); ++i) {
+      for (const ServedItem& item : servers::kAll[i].items) Accept(peers_[i], item);
     }
-    unsigned int id = subscriptions::kVehicleInfo.notificationId;
-    for (const unsigned int item : kConfigItems) Accept(peers_[std::size(kServers) - 1], item, id++);
     const bool subscribed = manager_->SubscribeToServers(ipc, flag);
-    Require(peers_[0].Send(Packet(StateMgrProcessMsg_FullRun)) == 0);
+    Require(StateMgr().Send(Packet(StateMgrProcessMsg_FullRun)) == 0);
     return subscribed;
   }
 
@@ -121,8 +129,12 @@ class Vehicle {
   void ProcessRestarted(LinxIpc& ipc, e_Process process) { manager_->ProcessRestarted(ipc, process); }
 
  private:
-  static void Accept(const RawPeer& server, unsigned int item, unsigned int id) {
-    Require(server.Send(Packet(kSubscribe + 1, U32(item) + U32(id) + U32(0) + std::string(300, '\0'))) == 0);
+  static void Accept(const RawPeer& server, const ServedItem& item) {
+    const std::string answer = U32(item.id) + U32(item.notificationId) + U32(0) + std::string(300, '\0');
+    Require(server.Send(Packet(SubscribeMsg_Answer, answer)) == 0);
+  }
+  const RawPeer& StateMgr() const {
+    return peers_[&servers::Of(e_Process_StateMgr) - std::begin(servers::kAll)];
   }
 
   // A request for a copy gets a path below a directory that is emptied.
@@ -140,7 +152,7 @@ class Vehicle {
   const std::string shared_ = "/mm-fuzz-" + std::to_string(getpid());
   const std::string copies_ = directory_.Beside("copies");
   bool copied_ = false;
-  RawPeer peers_[std::size(kServers) + 1];
+  RawPeer peers_[std::size(servers::kAll) + 1];
   std::unique_ptr<MetadataMgr> manager_;
   std::unique_ptr<ProcessInitializer<Vehicle>> initializer_;
 };

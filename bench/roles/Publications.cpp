@@ -209,6 +209,9 @@ void AsItIs(MicStatusResponse& /*item*/, double /*seconds*/) {}
 template <typename T>
 void Begin(T& /*item*/) {}
 
+void Begin(RadarItem& item) {
+  item.status = 0;  // nobody drives by
+}
 void Begin(VehicleInfo& item) {
   SetVehicle(item, {"unit-1", "BENCH_1"});
 }

@@ -14,11 +14,9 @@
 #include "support/Eventually.h"
 #include "system/BigEndian.h"
 #include "system/Messages.h"
+#include "system/Servers.h"
 
 namespace {
-
-const char* const kSwitchedOff[] = {"NO_CONFIGMGR", "NO_FPGA",     "NO_GPSHAL",   "NO_RADARHAL",
-                                    "NO_MICMGR",    "NO_VIDEOMGR", "NO_ACCELHAL", "NO_TEMPHAL"};
 
 void Send(LinxIpc& from, unsigned int type, std::string payload = {}) {
   IpcMessage message;
@@ -34,9 +32,9 @@ std::string Await(LinxIpc& at, unsigned int type) {
                                       : std::string(message.DataPtr(), message.DataPtr() + message.Size());
 }
 
-// Accepts so many subscriptions. The zeros are the item.
-void Accept(LinxIpc& server, int count) {
-  for (int i = 0; i < count; ++i) {
+// Accepts all subscriptions with a server. The zeros are the item.
+void AcceptAll(LinxIpc& server, e_Process process) {
+  for (std::size_t i = 0; i < servers::Of(process).items.size(); ++i) {
     Send(server, SubscribeMsg_Answer, Await(server, SubscribeMsg_Subscribe) + std::string(20, '\0'));
   }
 }
@@ -53,8 +51,12 @@ Victim::Victim() : sharedName_("/metadata-hostile-" + std::to_string(getpid())) 
   setenv("METADATA_ROOT", directory_.Beside("").c_str(), 1);
   setenv("METADATA_SHM", sharedName_.c_str(), 1);
   setenv("LOG_TARGET", "stderr", 1);
+  for (const ServerRow& server : servers::kAll) {
+    const bool played = server.process == e_Process_StateMgr || server.process == e_Process_ExternalMgr;
+    Need(played || server.offSwitch != nullptr, server.name);
+    if (!played) setenv(server.offSwitch, "", 1);
+  }
   unsetenv("RUN_WITHOUT_STATEMGR");
-  for (const char* server : kSwitchedOff) setenv(server, "", 1);
   const std::string log = directory_.Beside("log");
   process_ = std::make_unique<Child>([&log] {
     (void)dup2(open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
@@ -72,12 +74,10 @@ Victim::~Victim() {
 }
 
 void Victim::LeadToFullRun() {
-  constexpr int kStateMgrItems = 4;
-  constexpr int kLiveStreams = 6;
   (void)Await(*stateMgr_, StateMgrProcessMsg_Started);
   Send(*stateMgr_, StateMgrProcessMsg_Subscribe, std::string(1, '\0'));
-  Accept(*stateMgr_, kStateMgrItems);
-  Accept(*externalMgr_, kLiveStreams);
+  AcceptAll(*stateMgr_, e_Process_StateMgr);
+  AcceptAll(*externalMgr_, e_Process_ExternalMgr);
   Need(Await(*stateMgr_, StateMgrProcessMsg_Subscribed) == "\x01", "the start");
   Send(*stateMgr_, StateMgrProcessMsg_FullRun);
   Send(*stateMgr_, MetadataMgrMsg_Ping);

@@ -56,7 +56,7 @@ TEST(LogLine, OnlyMasksOfTheLevelAreWritten) {
     std::string masks;
     for (const std::string& line : Logged([level] {
            if (level >= 0) LogClient::Instance().Level(static_cast<unsigned int>(level));
-           for (unsigned int mask = 1; mask <= kLogInfo; mask *= 2) log(static_cast<LogMask>(mask), "");
+           for (unsigned int mask = 1; mask <= kLogInfo; mask *= 2) log(static_cast<e_LogMask>(mask), "");
          })) {
       masks += line.substr(0, line.find(' ') + 1);
     }
@@ -72,17 +72,17 @@ TEST(LogLine, AFloodOfTroubleIsBounded) {
   const Lines lines = Logged([] {
     LogClient& client = LogClient::Instance();
     client.Level(255);
-    const auto written = [&client](LogMask mask) {
+    const auto written = [&client](e_LogMask mask) {
       int count = 0;
       for (int i = 0; i < 5000; ++i) count += client.Admits(mask, "Flood", mask) ? 1 : 0;
       return count;
     };
-    for (const LogMask mask : {kLogError, kLogMalformed, kLogUnusual}) {
+    for (const e_LogMask mask : {kLogError, kLogMalformed, kLogUnusual}) {
       const int count = written(mask);
       EXPECT_GE(count, 2000);
       EXPECT_LT(count, 3000);
     }
-    for (const LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
+    for (const e_LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
     log(kLogError, "another, after ", client.DroppedLines() > 6000);
     int ofManyPlaces = 0;
     for (unsigned int i = 0; i < 300'000; ++i) {

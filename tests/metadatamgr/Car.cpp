@@ -1,20 +1,34 @@
 #include "Car.h"
 
+#include "system/Servers.h"
+
 namespace {
 
-constexpr const char* kSwitches[] = {"NO_CONFIGMGR", "NO_FPGA",     "NO_GPSHAL",   "NO_RADARHAL",
-                                     "NO_MICMGR",    "NO_VIDEOMGR", "NO_ACCELHAL", "NO_TEMPHAL"};
+bool CanBeSwitchedOff(const ServerRow& server) {
+  return server.offSwitch != nullptr && server.process != e_Process_StateMgr;
+}
+
+// Accepts all subscriptions with a server that the test plays.
+void AcceptAll(Peer& peer, e_Process server, const std::string& value) {
+  for (std::size_t i = 0; i < servers::Of(server).items.size(); ++i) peer.Accept(value);
+}
 
 }  // namespace
 
 Car::Car() {
-  for (const char* variable : kSwitches) environment[variable] = "";
+  for (const ServerRow& server : servers::kAll) {
+    const bool played = server.process == e_Process_StateMgr || server.process == e_Process_ExternalMgr;
+    EXPECT_TRUE(played || CanBeSwitchedOff(server)) << "nobody plays " << server.name;
+    if (!played) environment[server.offSwitch] = "";
+  }
 }
 
 void Car::UseServers() {
   servers = std::make_unique<FakeServers>(
       std::map<std::string, Behaviour>{{"StateMgr", {.absent = true}}, {"ExternalMgr", {.absent = true}}});
-  for (const char* variable : kSwitches) environment.erase(variable);
+  for (const ServerRow& server : servers::kAll) {
+    if (CanBeSwitchedOff(server)) environment.erase(server.offSwitch);
+  }
 }
 
 void Car::Begin(const Arguments& arguments) {
@@ -31,13 +45,17 @@ void Car::Run(const Arguments& arguments) {
 
 std::string Car::Subscribe(const std::string& flag) {
   stateMgr.Send(kSubscribe, flag);
-  Serve();
+  ServeStateMgr();
+  ServeExternalMgr(externalMgr);
   return stateMgr.Await(kSubscribed);
 }
 
-void Car::Serve(bool withStateMgr) {
-  for (int event = 0; withStateMgr && event < 4; ++event) stateMgr.Accept("00000000");
-  for (int stream = 0; stream < 6; ++stream) externalMgr.Accept("00 00 0000 0000 0000");
+void Car::ServeStateMgr() {
+  AcceptAll(stateMgr, e_Process_StateMgr, "00000000");
+}
+
+void Car::ServeExternalMgr(Peer& peer) {
+  AcceptAll(peer, e_Process_ExternalMgr, "00 00 0000 0000 0000");
 }
 
 int Car::Quit() {

@@ -39,7 +39,7 @@ class Car : public Recorder {
  public:
   Car();
 
-  // From now on the other eight servers are there, too.
+  // From now on the other servers are there, too.
   void UseServers();
   // Starts MetadataMgr, up to its announcement.
   void Begin(const Arguments& arguments = {});
@@ -47,8 +47,9 @@ class Car : public Recorder {
   void Run(const Arguments& arguments = {});
   // The state manager asks it to subscribe; the answer.
   std::string Subscribe(const std::string& flag = "01");
-  // Accepts its subscriptions with the two servers.
-  void Serve(bool withStateMgr = true);
+  // Accepts its subscriptions with the two servers that the test plays.
+  void ServeStateMgr();
+  static void ServeExternalMgr(Peer& peer);
   // The state manager lets it quit: its end, before which it has closed its recording.
   int Quit();
 

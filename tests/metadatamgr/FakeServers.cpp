@@ -8,18 +8,22 @@
 
 #include <array>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 
 #include "clients/SubscribeServer.h"
 #include "log/LogClient.h"
 #include "support/Eventually.h"
 #include "support/Hex.h"
 #include "support/LogText.h"
+#include "system/Servers.h"
 
 namespace {
 
 constexpr int kLateMs = 300;
 
-// The current values, as docs/wire.md describes the items; those of a server alone are of all its items.
+// The current values, as docs/wire.md describes the items. The value of a server without a number is that of
+// all its items.
 const std::map<std::string, std::string>& Values() {
   static const std::map<std::string, std::string> values = {
       {"ConfigMgr 10", "0004" + ToHex("unit") + "0000"},
@@ -41,6 +45,14 @@ const std::map<std::string, std::string>& Values() {
   return values;
 }
 
+const std::string& ValueOf(const std::string& server, unsigned int item) {
+  const auto ofAll = Values().find(server);
+  const auto found = ofAll != Values().end() ? ofAll : Values().find(server + " " + std::to_string(item));
+  if (found != Values().end()) return found->second;
+  std::fprintf(stderr, "FakeServers has no value for item %u of %s\n", item, server.c_str());
+  std::abort();
+}
+
 class FakeServer : public SubscribeServer {
  public:
   FakeServer(LinxIpc& ipc, std::string name, const Behaviour& behaviour, int askedFd)
@@ -56,8 +68,7 @@ class FakeServer : public SubscribeServer {
     if (when == When::kDies) _exit(0);
     if (when == When::kIsMute) (void)poll(nullptr, 0, -1);
     if (when == When::kIsLate) (void)poll(nullptr, 0, kLateMs);
-    const std::string& key = Values().contains(name_) ? name_ : asked;
-    std::string value = FromHex(Values().at(key));
+    std::string value = FromHex(ValueOf(name_, itemId));
     (void)reply.Allocate(messageType, static_cast<unsigned int>(value.size()), value.data());
   }
 
@@ -120,10 +131,10 @@ int ServeTwice(const std::string& name, const Behaviour& behaviour, Ends ends) {
 FakeServers::FakeServers(const std::map<std::string, Behaviour>& behaviours) {
   if (pipe2(asked_, O_NONBLOCK | O_CLOEXEC) != 0 || pipe2(reached_, O_NONBLOCK | O_CLOEXEC) != 0)
     std::abort();
-  for (const char* name : {"ConfigMgr", "Fpga", "GpsHal", "StateMgr", "RadarHal", "MicMgr", "VideoMgr",
-                           "AccelHal", "TempHal", "ExternalMgr"}) {
-    const auto found = behaviours.find(name);
-    Start(name, found == behaviours.end() ? Behaviour() : found->second);
+  for (const ServerRow& server : servers::kAll) {
+    for (const ServedItem& item : server.items) (void)ValueOf(server.name, item.id);
+    const auto found = behaviours.find(server.name);
+    Start(server.name, found == behaviours.end() ? Behaviour() : found->second);
   }
 }
 

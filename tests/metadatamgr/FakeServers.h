@@ -17,7 +17,7 @@ struct Behaviour {
   bool returns = false;
 };
 
-// The ten servers of the vehicle, each a process of its own with its real endpoint name. Items have
+// The servers of the vehicle, each a process of its own with its real endpoint name. Items have
 // telling values: their tick is 100 and more. The state manager also leads a process that announces
 // itself: lets it subscribe, then run, then quit. Each can be reached as soon as it is started.
 class FakeServers {

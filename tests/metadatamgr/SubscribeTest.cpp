@@ -1,21 +1,37 @@
 // What the process asks the servers for, what it records of their answers, and how it renews its
 // subscriptions.
 #include <algorithm>
+#include <iterator>
 
 #include "Car.h"
 #include "support/Eventually.h"
 #include "support/RawPeer.h"
+#include "system/Servers.h"
 
 namespace {
 
-// In the order of the vehicle's start; the state manager and the external manager are played by the test.
-const Lines kAsked = {"ConfigMgr 10", "ConfigMgr 7", "ConfigMgr 11", "ConfigMgr 12", "ConfigMgr 13",
-                      "Fpga 17",      "GpsHal 1",    "RadarHal 1",   "MicMgr 0",     "VideoMgr 0",
-                      "VideoMgr 1",   "AccelHal 1",  "TempHal 0"};
+// Those that FakeServers plays; the state manager and the external manager are played by the test.
+std::vector<ServerRow> Played() {
+  std::vector<ServerRow> rows(std::begin(servers::kAll), std::end(servers::kAll));
+  std::erase_if(rows, [](const ServerRow& server) {
+    return server.process == e_Process_StateMgr || server.process == e_Process_ExternalMgr;
+  });
+  return rows;
+}
 
-Lines AskedOf(const std::string& server) {
-  Lines asked = kAsked;
-  std::erase_if(asked, [&](const std::string& line) { return !line.starts_with(server + " "); });
+Lines AskedOf(const ServerRow& server) {
+  Lines asked;
+  for (const ServedItem& item : server.items)
+    asked.push_back(std::string(server.name) + " " + std::to_string(item.id));
+  return asked;
+}
+
+// All that is asked for, but of one server.
+Lines AskedBut(const char* left = "") {
+  Lines asked;
+  for (const ServerRow& server : Played()) {
+    if (std::string(server.name) != left) std::ranges::copy(AskedOf(server), std::back_inserter(asked));
+  }
   return asked;
 }
 
@@ -30,7 +46,7 @@ TEST(Subscribe, RecordsWhatTheServersAnswer) {
   Car car;
   car.UseServers();
   car.Run();
-  EXPECT_EQ(car.servers->Asked(), kAsked);
+  EXPECT_EQ(car.servers->Asked(), AskedBut());
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(Values(car),
             (Lines{"vehicle unit unit, plate  initial",
@@ -78,23 +94,17 @@ TEST(Subscribe, RecordsInputsGpsAndRadarAlsoWithoutTheirServers) {
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(Values(car), (Lines{"lights off initial 0", "brakes off initial 0", "siren off initial 0",
                                 "aux off initial 0", "doorOpen closed initial 0", "ignition off initial 0",
-                                "gps no fix initial", "speed gps not valid event", "radar 1 reading initial",
-                                "radar 1 0 0 0 initial 0", "speed radar 0 initial 0"}));
+                                "gps no fix initial", "speed gps not valid event",
+                                "radar 1 no reading initial", "speed radar not valid event"}));
 }
 
 TEST(Subscribe, SwitchesLeaveOutTheirServer) {
-  const std::pair<const char*, const char*> switches[] = {
-      {"NO_CONFIGMGR", "ConfigMgr"}, {"NO_FPGA", "Fpga"},      {"NO_GPSHAL", "GpsHal"},
-      {"NO_RADARHAL", "RadarHal"},   {"NO_MICMGR", "MicMgr"},  {"NO_VIDEOMGR", "VideoMgr"},
-      {"NO_ACCELHAL", "AccelHal"},   {"NO_TEMPHAL", "TempHal"}};
-  for (const auto& [variable, server] : switches) {
+  for (const ServerRow& server : Played()) {
     Car car;
     car.UseServers();
-    car.environment[variable] = "";
+    car.environment[server.offSwitch] = "";
     car.Run();
-    Lines expected = kAsked;
-    for (const std::string& left : AskedOf(server)) std::erase(expected, left);
-    EXPECT_EQ(car.servers->Asked(), expected);
+    EXPECT_EQ(car.servers->Asked(), AskedBut(server.name));
   }
 }
 
@@ -107,33 +117,25 @@ Lines SaidOfRestart(unsigned int process, const char* server) {
 }
 
 TEST(Restart, RenewsTheSubscriptionsOfItsServerAndReportsNothing) {
-  const struct {
-    unsigned int process;
-    const char* server;
-    const char* said;
-  } rows[] = {
-      {3, "ConfigMgr", "ConfigMgr"}, {4, "Fpga", "FpgaHal"},       {7, "RadarHal", "RadarHal"},
-      {11, "MicMgr", "MicMgr"},      {12, "GpsHal", "GpsHal"},     {13, "AccelHal", "AccelHal"},
-      {14, "TempHal", "TempHal"},    {21, "VideoMgr", "VideoMgr"},
-  };
   Car car;
   car.UseServers();
   car.Run({"-l", "255"});
   (void)car.servers->Asked();
   const auto said = [&](unsigned int process) { return car.LogAfter(kRestarted, ToHex(U32(process))); };
-  for (const auto& row : rows) {
-    EXPECT_EQ(said(row.process), SaidOfRestart(row.process, row.said));
+  for (const ServerRow& server : Played()) {
+    const std::string name = server.process == e_Process_Fpga ? "FpgaHal" : server.name;
+    EXPECT_EQ(said(server.process), SaidOfRestart(server.process, name.c_str()));
     Lines renewed;
     EXPECT_TRUE(Eventually([&] {
       for (const std::string& line : car.servers->Asked()) renewed.push_back(line);
-      return renewed.size() >= AskedOf(row.server).size();
+      return renewed.size() >= server.items.size();
     }));
-    EXPECT_EQ(renewed, AskedOf(row.server));
+    EXPECT_EQ(renewed, AskedOf(server));
   }
   EXPECT_EQ(said(2), SaidOfRestart(2, "StateMgr"));
-  for (int event = 0; event < 4; ++event) car.stateMgr.Accept("00000000");
+  car.ServeStateMgr();
   EXPECT_EQ(said(29), SaidOfRestart(29, "ExternalMgr"));
-  for (int stream = 0; stream < 6; ++stream) car.externalMgr.Accept("00 00 0000 0000 0000");
+  car.ServeExternalMgr(car.externalMgr);
   EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
   EXPECT_EQ(car.servers->Asked(), Lines{});
   EXPECT_EQ(car.Quit(), 0);
@@ -155,7 +157,7 @@ TEST(Restart, OfAServerThatIsNotThereIsARefusedRenewalAndAnotherTriesAgain) {
   EXPECT_EQ(car.LogAfter(kRestarted, "0000001d").back(), refused.back()) << "too early";
   Peer successor("ExternalMgr");
   car.stateMgr.Send(kRestarted, "0000001d");
-  for (int stream = 0; stream < 6; ++stream) successor.Accept("00 00 0000 0000 0000");
+  car.ServeExternalMgr(successor);
   successor.Send(kLiveStream0, "01 00 0001 0000 0001");
   EXPECT_EQ(successor.Ask(kPing, "", kPong), "");
   EXPECT_EQ(car.Quit(), 0);
@@ -170,12 +172,12 @@ TEST(Quit, EndsTheSubscriptions) {
   Car car;
   car.Run();
   car.stateMgr.Send(kQuit);
-  for (unsigned int event = 0; event < 4; ++event) {
-    EXPECT_EQ(car.stateMgr.Await(kUnsubscribeItem).substr(0, 11), "00 00 00 0" + std::to_string(event + 1));
-  }
-  for (unsigned int stream = 0; stream < 6; ++stream) {
-    EXPECT_EQ(car.externalMgr.Await(kUnsubscribeItem).substr(0, 11), "00 00 00 1" + std::to_string(stream));
-  }
+  const auto ends = [](Peer& peer, e_Process server) {
+    for (const ServedItem& item : servers::Of(server).items)
+      EXPECT_EQ(peer.Await(kUnsubscribeItem), ToHex(U32(item.id) + U32(item.notificationId)));
+  };
+  ends(car.stateMgr, e_Process_StateMgr);
+  ends(car.externalMgr, e_Process_ExternalMgr);
   EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
   EXPECT_EQ(car.End(), 0);
 }

@@ -1,7 +1,11 @@
 #include "support/EventKinds.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "FollowedItems.h"
 #include "StreamingLvsStateItem.h"
-#include "SubscriptionTable.h"
 #include "items/ConfigurationItems.h"
 #include "items/CrashItem.h"
 #include "items/FpgaExternalEventItem.h"
@@ -13,7 +17,7 @@
 #include "items/VideoMgrCameraItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
 #include "system/BigEndian.h"
-#include "system/Messages.h"
+#include "system/Servers.h"
 
 namespace {
 
@@ -63,6 +67,13 @@ std::string Gps() {
   });
 }
 
+std::string Radar() {
+  return Filled<RadarItem>([](RadarItem& item) {
+    item.status = 0;
+    item.tick = kTick;
+  });
+}
+
 std::string Mics() {
   return Filled<MicStatusResponse>([](MicStatusResponse& item) {
     for (unsigned int mic = 0; mic < 4; ++mic) item.Add({e_MicrophonePosition{mic}, true, true});
@@ -84,9 +95,21 @@ std::string WithTick() {
   return Filled<T>([](T& item) { item.tick = kTick; });
 }
 
-template <typename Row>
-EventKind Subscribed(const char* name, const Row& row, std::string payload) {
-  return {name, row.notificationId, row.handler, std::move(payload)};
+EventKind Subscribed(const char* name, unsigned int notificationId, std::string payload) {
+  return {name, notificationId, followed::Row(notificationId).handler, std::move(payload)};
+}
+
+// Ends the program, by name of the server, when there is no message of it.
+std::vector<EventKind> Complete(std::vector<EventKind> kinds) {
+  for (const ServerRow& server : servers::kAll) {
+    const bool known = std::any_of(kinds.begin(), kinds.end(), [&server](const EventKind& kind) {
+      return kind.type == server.items.front().notificationId;
+    });
+    if (known) continue;
+    std::fprintf(stderr, "EventKinds has no message of %s\n", server.name);
+    std::abort();
+  }
+  return kinds;
 }
 
 std::vector<EventKind> MakeKinds() {
@@ -104,24 +127,24 @@ std::vector<EventKind> MakeKinds() {
       {"VideoStream", MetadataMgrMsg_VideoStreamState, MetadataMgr::VideoStreamStateChangeHandler,
        Words({kTick, 3, 1})},
       {"Camera", MetadataMgrMsg_CameraState, MetadataMgr::CliCameraStateChangedHandler, Words({kTick, 3, 1})},
-      Subscribed("RecordStart", subscriptions::kStateMgr[0], Encoded(SystickItem(kTick))),
-      Subscribed("RecordStop", subscriptions::kStateMgr[1], Encoded(SystickItem(kTick))),
-      Subscribed("CovertEntered", subscriptions::kStateMgr[2], Encoded(SystickItem(kTick))),
-      Subscribed("CovertLeft", subscriptions::kStateMgr[3], Encoded(SystickItem(kTick))),
-      Subscribed("Inputs", subscriptions::kExternalEvent, inputs),
-      Subscribed("Gps", subscriptions::kGpsStatus, Gps()),
-      Subscribed("Radar", subscriptions::kRadar, WithTick<RadarItem>()),
-      Subscribed("Microphones", subscriptions::kMicStatus, Mics()),
-      Subscribed("Temperatures", subscriptions::kTemperatures, WithTick<TempStatus>()),
-      Subscribed("Crash", subscriptions::kCrash, WithTick<CrashItem>()),
-      Subscribed("Cameras", subscriptions::kCameras, WithTick<VideoMgrCameraItem>()),
-      Subscribed("StreamQuality", subscriptions::kStreamQuality, WithTick<VideoMgrStreamQualityItem>()),
-      Subscribed("LiveStream", subscriptions::kLiveStreams[0], LiveStream()),
-      Subscribed("Vehicle", subscriptions::kVehicleInfo, Texts<VehicleInfo>()),
-      Subscribed("System", subscriptions::kSystemInfo, Texts<SystemInfo>()),
-      Subscribed("Department", subscriptions::kDepartmentInfo, Texts<DepartmentInfo>()),
-      Subscribed("Officer", subscriptions::kOfficer, Texts<Officer>()),
-      Subscribed("RecordingSettings", subscriptions::kVideoRecordingSettings,
+      Subscribed("RecordStart", MetadataMgrNotice_RecordStart, Encoded(SystickItem(kTick))),
+      Subscribed("RecordStop", MetadataMgrNotice_RecordStop, Encoded(SystickItem(kTick))),
+      Subscribed("CovertEntered", MetadataMgrNotice_EnterCovertMode, Encoded(SystickItem(kTick))),
+      Subscribed("CovertLeft", MetadataMgrNotice_ExitCovertMode, Encoded(SystickItem(kTick))),
+      Subscribed("Inputs", MetadataMgrNotice_ExternalEvent, inputs),
+      Subscribed("Gps", MetadataMgrNotice_GpsStatus, Gps()),
+      Subscribed("Radar", MetadataMgrNotice_Radar, Radar()),
+      Subscribed("Microphones", MetadataMgrNotice_MicStatus, Mics()),
+      Subscribed("Temperatures", MetadataMgrNotice_Temperatures, WithTick<TempStatus>()),
+      Subscribed("Crash", MetadataMgrNotice_Crash, WithTick<CrashItem>()),
+      Subscribed("Cameras", MetadataMgrNotice_Cameras, WithTick<VideoMgrCameraItem>()),
+      Subscribed("StreamQuality", MetadataMgrNotice_StreamQuality, WithTick<VideoMgrStreamQualityItem>()),
+      Subscribed("LiveStream", MetadataMgrNotice_LiveStream0, LiveStream()),
+      Subscribed("Vehicle", MetadataMgrNotice_VehicleInfo, Texts<VehicleInfo>()),
+      Subscribed("System", MetadataMgrNotice_SystemInfo, Texts<SystemInfo>()),
+      Subscribed("Department", MetadataMgrNotice_DepartmentInfo, Texts<DepartmentInfo>()),
+      Subscribed("Officer", MetadataMgrNotice_Officer, Texts<Officer>()),
+      Subscribed("RecordingSettings", MetadataMgrNotice_VideoRecordingSettings,
                  Encoded(VideoRecordingSettings())),
   };
 }
@@ -133,7 +156,7 @@ std::string EventKind::Packet() const {
 }
 
 const std::vector<EventKind>& EventKinds() {
-  static const std::vector<EventKind> kinds = MakeKinds();
+  static const std::vector<EventKind> kinds = Complete(MakeKinds());
   return kinds;
 }
 

@@ -12,13 +12,15 @@
 //   0x1C      16    fastestSpeedKmh  0x52
 //   0x24      16    lockedSpeedKmh   0x54
 //   0x28      32    tick
+//
+// As constructed it is no usable reading.
 class RadarItem : public RecordItem<RadarItem> {
  public:
   static constexpr std::uint16_t kStatusInvalid = 0x0080;  // no usable reading
 
   bool Valid() const { return (status & kStatusInvalid) == 0; }
 
-  std::uint16_t status = 0;
+  std::uint16_t status = kStatusInvalid;
   std::uint16_t patrolSpeedKmh = 0;  // of the vehicle itself
   std::uint16_t targetSpeedKmh = 0;
   std::uint16_t fastestSpeedKmh = 0;

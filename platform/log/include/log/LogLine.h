@@ -4,7 +4,7 @@
 #include "log/SysLogMsg.h"
 
 // Bits of the log level, as used by the whole system.
-enum LogMask : unsigned int {
+enum e_LogMask : unsigned int {
   kLogError = 1,      // an operation failed
   kLogMalformed = 2,  // malformed input and soft errors
   kLogUnusual = 4,    // unusual modes
@@ -17,8 +17,8 @@ enum LogMask : unsigned int {
 // A mask together with the source line of the call it is written in.
 struct LogAt {
   // NOLINTNEXTLINE(google-explicit-constructor): implicit, so that it is made in the line of the call
-  LogAt(LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}
-  LogMask mask;
+  LogAt(e_LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}
+  e_LogMask mask;
   unsigned int line;
 };
 
