@@ -3,19 +3,24 @@
 #include <cstdint>
 #include <span>
 
+#include "sharedmem/RecordLayout.h"
+
 class GpsStatusItem;
 class RadarItem;
 
-// The shared record as this process writes it; byte offsets are part of the system's interface.
-// `items` is the record's first byte, or null: then nothing is done. Each call is one change.
+// The shared record as this process writes it. `items` is the record's first byte, or null: then nothing is
+// done. Each call is one change.
 namespace sharedrecord {
 
 // What is written to one field. Of `value` the low bits count.
 struct Field {
-  unsigned int offset;
-  unsigned int bits;  // 8, 16 or 32
+  Place place;
   std::uint32_t value;
 };
+
+// The letters of the hemispheres.
+std::uint32_t NorthOrSouth(const GpsStatusItem& gps);
+std::uint32_t EastOrWest(const GpsStatusItem& gps);
 
 void Write(unsigned char* items, std::span<const Field> fields);
 

@@ -12,7 +12,7 @@ using sharedrecord::Field;
 constexpr std::array kInputTags = {e_Tag_LightsOn, e_Tag_BrakesOn, e_Tag_SirenOn,
                                    e_Tag_AuxOn,    e_Tag_DoorOpen, e_Tag_IgnitionOn};
 
-constexpr Field kStandingStill[] = {{0x28, 16, 0}, {0x40, 16, 0}};
+constexpr Field kStandingStill[] = {{sharedrecord::kSpeedDeciKnots, 0}, {sharedrecord::kSpeedDeciKmh, 0}};
 
 void ReportInputs(DataStore& store, unsigned int tick) {
   for (std::size_t i = 0; i < kInputTags.size(); ++i) {
@@ -23,25 +23,23 @@ void ReportInputs(DataStore& store, unsigned int tick) {
 
 // The longitude's minutes are not in the record; its fraction stands twice.
 void WritePosition(unsigned char* record, const GpsStatusItem& position, std::uint16_t speed) {
-  const auto north = position.latitudeHemisphere == GpsStatusItem::kNorthOrEast;
-  const auto east = position.longitudeHemisphere == GpsStatusItem::kNorthOrEast;
   const Field fields[] = {
-      {0x04, 8, 1},
-      {0x08, 8, static_cast<std::uint32_t>(north ? 'N' : 'S')},
-      {0x0C, 32, position.latitudeDegrees},
-      {0x10, 16, position.latitudeMinutes},
-      {0x14, 32, position.latitudeMinuteFraction},
-      {0x18, 8, static_cast<std::uint32_t>(east ? 'E' : 'W')},
-      {0x1C, 32, position.longitudeDegrees},
-      {0x20, 16, position.longitudeMinuteFraction},
-      {0x24, 32, position.longitudeMinuteFraction},
-      {0x28, 16, speed},
-      {0x2C, 32, 1},
-      {0x30, 32, 2},
-      {0x34, 32, 0},
-      {0x38, 32, 5},
-      {0x3C, 32, 21},
-      {0x40, 16, speed},
+      {sharedrecord::kGpsValid, 1},
+      {sharedrecord::kLatitudeHemisphere, sharedrecord::NorthOrSouth(position)},
+      {sharedrecord::kLatitudeDegrees, position.latitudeDegrees},
+      {sharedrecord::kLatitudeMinutes, position.latitudeMinutes},
+      {sharedrecord::kLatitudeMinuteFraction, position.latitudeMinuteFraction},
+      {sharedrecord::kLongitudeHemisphere, sharedrecord::EastOrWest(position)},
+      {sharedrecord::kLongitudeDegrees, position.longitudeDegrees},
+      {sharedrecord::kLongitudeMinutes, position.longitudeMinuteFraction},
+      {sharedrecord::kLongitudeMinuteFraction, position.longitudeMinuteFraction},
+      {sharedrecord::kSpeedDeciKnots, speed},
+      {sharedrecord::kQuality, 1},
+      {sharedrecord::kFixDimensions, 2},
+      {sharedrecord::kAltitudeDeciMetres, 0},
+      {sharedrecord::kSatellitesUsed, 5},
+      {sharedrecord::kSignalDecibels, 21},
+      {sharedrecord::kSpeedDeciKmh, speed},
   };
   sharedrecord::Write(record, fields);
 }
@@ -83,7 +81,10 @@ void ReportRadar(DataStore& store, unsigned char* record) {
   const std::uint16_t locked = speed(3);
   store.ReportRadarState(kRadarNumber, true, true);
   store.ReportRadar(kRadarNumber, target, fastest, locked, e_RADAR_DIRECTION_Unknown, true, 0, e_Tag_None);
-  const Field fields[] = {{0x4E, 16, patrol}, {0x50, 16, target}, {0x52, 16, fastest}, {0x54, 16, locked}};
+  const Field fields[] = {{sharedrecord::kPatrolSpeedKmh, patrol},
+                          {sharedrecord::kTargetSpeedKmh, target},
+                          {sharedrecord::kFastestSpeedKmh, fastest},
+                          {sharedrecord::kLockedSpeedKmh, locked}};
   sharedrecord::Write(record, fields);
 }
 

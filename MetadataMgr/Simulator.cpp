@@ -45,13 +45,18 @@ constexpr RadarRow kRadarRows[] = {
 };
 
 // Quality, dimensions, altitude, satellites used, signal; at the start also satellites in view.
-constexpr Field kStartFields[] = {{0x2C, 32, 1}, {0x30, 32, 2},  {0x34, 32, 0},
-                                  {0x38, 32, 5}, {0x3C, 32, 21}, {0x2A, 16, 5}};
-constexpr Field kFixLostFields[] = {{0x2C, 32, 0},
-                                    {0x30, 32, 0},
-                                    {0x34, 32, GpsStatusItem::kNoAltitude},
-                                    {0x38, 32, 0},
-                                    {0x3C, 32, static_cast<std::uint32_t>(GpsStatusItem::kNoSignal)}};
+constexpr Field kStartFields[] = {{sharedrecord::kQuality, 1},
+                                  {sharedrecord::kFixDimensions, 2},
+                                  {sharedrecord::kAltitudeDeciMetres, 0},
+                                  {sharedrecord::kSatellitesUsed, 5},
+                                  {sharedrecord::kSignalDecibels, 21},
+                                  {sharedrecord::kSatellitesInView, 5}};
+constexpr Field kFixLostFields[] = {
+    {sharedrecord::kQuality, 0},
+    {sharedrecord::kFixDimensions, 0},
+    {sharedrecord::kAltitudeDeciMetres, GpsStatusItem::kNoAltitude},
+    {sharedrecord::kSatellitesUsed, 0},
+    {sharedrecord::kSignalDecibels, static_cast<std::uint32_t>(GpsStatusItem::kNoSignal)}};
 
 // The row that a number from 1 on belongs to; the table's end when it is above all.
 template <typename Row, std::size_t N>
@@ -132,7 +137,7 @@ void Simulator::StepRadar(unsigned char* record) {
   const RadarRow& row = *Find(kRadarRows, random.Draw(100) + 1);
   if (row.status != kUnchanged) {
     radarActive = row.status != kNoReading;
-    const Field status[] = {{0x4C, 16, row.status}};
+    const Field status[] = {{sharedrecord::kRadarStatus, row.status}};
     sharedrecord::Write(record, status);
   }
   for (std::size_t i = 0; i < radarSpeeds.size(); ++i) {

@@ -16,6 +16,7 @@
 #include "support/IpcDir.h"
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
+#include "system/Servers.h"
 
 namespace {
 
@@ -30,9 +31,10 @@ class WireTest : public testing::Test {
     setenv("METADATA_SHM", sharedName_.c_str(), 1);
     unsetenv("NOTIFY_SOCKET");
     unsetenv("RUN_WITHOUT_STATEMGR");
-    for (const char* server :
-         {"CONFIGMGR", "FPGA", "GPSHAL", "RADARHAL", "MICMGR", "VIDEOMGR", "ACCELHAL", "TEMPHAL"}) {
-      setenv((std::string("NO_") + server).c_str(), "", 1);
+    for (const ServerRow& server : servers::kAll) {
+      const bool isPlayed = server.process == e_Process_StateMgr || server.process == e_Process_ExternalMgr;
+      EXPECT_TRUE(isPlayed || server.offSwitch != nullptr) << "the document does not play " << server.name;
+      if (!isPlayed) setenv(server.offSwitch, "", 1);
     }
   }
   ~WireTest() override { shm_unlink(sharedName_.c_str()); }
