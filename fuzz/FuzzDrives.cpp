@@ -1,13 +1,15 @@
-// Any text as a drive: errors are lines for people, and every command that is found good can be
-// performed.
+// Any text as a drive: errors are lines for people, and every command without an error can be performed.
 
 #include <algorithm>
 #include <string>
 
+#include "Changes.h"
 #include "Drive.h"
 #include "Input.h"
 #include "Publications.h"
 #include "Verbs.h"
+
+namespace bench {
 
 namespace {
 
@@ -17,9 +19,12 @@ bool IsPrintable(const std::string& line) {
 }
 
 void Apply(const Change& change, const Words& arguments) {
-  const unsigned int id = change.id + (change.idFromArgument ? NumberOf(arguments[0]) : 0);
+  const Source& source = *change.source;
   for (const Publication& row : Publications()) {
-    if (row.server != change.server || row.kind != change.kind || row.id != id) continue;
+    if (row.source->server != source.server || row.source->kind != source.kind ||
+        row.source->id != change.Id(arguments)) {
+      continue;
+    }
     const auto item = row.make();
     change.apply(*item, arguments);
     row.stamp(*item, 1);
@@ -28,7 +33,7 @@ void Apply(const Change& change, const Words& arguments) {
     Require(!row.describe(*item).empty());
     return;
   }
-  Require(false);  // a verb that is none of its server's values
+  Require(false);  // the server has no such source
 }
 
 void Perform(const Command& command) {
@@ -54,3 +59,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   return 0;
 }
+
+}  // namespace bench

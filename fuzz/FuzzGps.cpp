@@ -1,5 +1,5 @@
-// Any text as what a GPS receiver says: a text that begins with "{" as lines of a gpsd, any other as a
-// log of NMEA sentences. What is made of it is a place on earth.
+// Any text as the words of a GPS receiver: a text that begins with "{" as lines of a gpsd, any other as a log
+// of NMEA sentences. Every reading is a place on earth.
 
 #include <string>
 
@@ -7,6 +7,8 @@
 #include "GpsdReports.h"
 #include "Input.h"
 #include "NmeaLog.h"
+
+namespace bench {
 
 namespace {
 
@@ -50,3 +52,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   return 0;
 }
+
+}  // namespace bench

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <fstream>
 
+namespace bench {
+
 namespace {
 
 constexpr int kCannotRun = 127;
@@ -93,16 +95,22 @@ const Child* Children::Find(const std::string& name) const {
   return found == children_.end() ? nullptr : &*found;
 }
 
-void Children::Signal(const std::string& name, int signal) const {
-  const Child* child = Find(name);
-  if (child != nullptr && !child->ended) (void)kill(child->id, signal);
+bool Children::Signal(Child& child, int signal) {
+  if (child.ended || kill(child.id, signal) != 0) return false;
+  if (signal == SIGTERM || signal == SIGKILL) child.toldToEnd = true;
+  return true;
 }
 
-std::string Children::SignalAll(int signal) const {
+void Children::Signal(const std::string& name, int signal) {
+  for (Child& child : children_) {
+    if (child.name == name) (void)Signal(child, signal);
+  }
+}
+
+std::string Children::SignalAll(int signal) {
   std::string names;
-  for (const Child& child : children_) {
-    if (child.ended || kill(child.id, signal) != 0) continue;
-    names += " " + child.name;
+  for (Child& child : children_) {
+    if (Signal(child, signal)) names += " " + child.name;
   }
   return names;
 }
@@ -116,3 +124,5 @@ unsigned long PeakMemoryKb(pid_t id) {
   }
   return 0;
 }
+
+}  // namespace bench

@@ -1,44 +1,28 @@
 #include "Director.h"
 
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 
 #include "MetadataMgrQuestions.h"
 #include "Processes.h"
-#include "Roles.h"
+#include "ShutDown.h"
+#include "StartUp.h"
 
-using std::chrono::milliseconds;
-
-std::string OwnProgram() {
-  std::array<char, 4096> path;
-  const ssize_t size = readlink("/proc/self/exe", path.data(), path.size());
-  return size < 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(size));
-}
+namespace bench {
 
 Director::Director(const RunOptions& options, const Drive& drive, const Surroundings& surroundings)
     : options_(options),
       drive_(drive),
       surroundings_(surroundings),
-      program_(OwnProgram()),
       report_(options.speed),
-      ipc_(kBenchName),
-      actions_(MetadataMgrActions(ipc_, options.speed)) {
+      vehicle_(surroundings, report_),
+      news_(options, vehicle_, report_, [this](const std::string& process) { TakeFullRun(process); }),
+      actions_(MetadataMgrActions(vehicle_.Ipc(), options.speed)) {
+  actions_.merge(vehicle_.ServerActions());
   actions_["quit"] = [this](const Words&) {
-    quit_ = true;
+    vehicle_.MustEndNow(Vehicle::End::kAskedFor);
     return Outcome{true, "shutting down"};
   };
-  actions_["kill"] = [this](const Words& words) { return Kill(words[0]); };
-  actions_["start"] = [this](const Words& words) { return Start(words[0]); };
-  actions_["mute"] = [this](const Words& words) { return Signal(words[0], SIGSTOP); };
-  actions_["wake"] = [this](const Words& words) { return Signal(words[0], SIGCONT); };
-  for (const RoleRow& role : Roles()) stages_.Set(ProcessName(role.process), Stage::kAbsent);
-  stages_.Set(MetadataMgrName(), Stage::kAbsent);
 }
 
 bool Director::Run() {
@@ -47,48 +31,40 @@ bool Director::Run() {
   char speed[32];
   (void)std::snprintf(speed, sizeof speed, "%g", options_.speed);
   report_.Line("Drive " + drive_.name + ", speed " + speed + ", in " + surroundings_.Directory());
-  if (StartAll()) Play();
-  StopAll();
-  const Child* child = children_.Find(MetadataMgrName());
-  if (child != nullptr && child->ended) report_.SayHowItEnded(*child, peakMemoryKb_);
+  StartUp startUp(options_, drive_, vehicle_, news_, report_,
+                  [this](const Words& words) { (void)Execute(words, {}); });
+  if (startUp.Run()) Play();
+  ShutDown shutDown(options_, vehicle_, news_, report_);
+  shutDown.Run();
+  const Child* child = vehicle_.Processes().Find(MetadataMgrName());
+  if (child != nullptr && child->ended) report_.SayHowItEnded(*child, shutDown.PeakMemoryKb());
   report_.SayHowItWent(linesPlayed_, drive_.lines.size(), driveSeconds_, toFullRun_);
   return report_.Good();
 }
 
 bool Director::Open() {
-  if (const int error = ipc_.Init(); error != 0) {
-    report_.Line(error == EADDRINUSE
-                     ? "Another bench runs in " + surroundings_.Directory()
-                     : std::string("Cannot open the bench's endpoint: ") + std::strerror(error));
-    return false;
-  }
-  ipc_.RegisterHandler(BenchMsg_News, NewsHandler, this);
-  ipc_.RegisterHandler(BenchMsg_Do, DoHandler, this);
-  ipc_.RegisterShutdown(QuitHandler, this);
+  if (!vehicle_.Open()) return false;
+  news_.Begin();
+  LinxIpc& ipc = vehicle_.Ipc();
+  ipc.RegisterHandler(BenchMsg_Do, DoHandler, this);
+  ipc.RegisterHandler(BenchMsg_Said, SaidHandler, this);
+  ipc.RegisterShutdown(QuitHandler, this);
   return true;
 }
 
 void Director::Play() {
   report_.BeginDrive();
-  driveBegin_ = Clock::now();
-  driving_ = true;
+  clock_ = DriveClock(report_.DriveBegin(), options_.speed);
   TellDriveBegins(StateMgrName());
-  for (const auto& [name, stage] : stages_) TellDriveBegins(name);
+  for (const auto& [name, stage] : vehicle_.Progress()) TellDriveBegins(name);
+  const auto mustEnd = [this] { return vehicle_.MustEnd(); };
   for (const DriveLine& line : drive_.lines) {
-    if (ReceiveUntil(report_.WhenDue(line.at), [this] { return MustEnd(); })) break;
+    if (vehicle_.ReceiveUntil(report_.WhenDue(line.at), mustEnd)) break;
     ++linesPlayed_;
     (void)Execute(line.command.words, {});
   }
-  (void)ReceiveUntil(Clock::time_point::max(), [this] { return MustEnd(); });
-  driving_ = false;
+  (void)vehicle_.ReceiveUntil(Vehicle::Clock::time_point::max(), mustEnd);
   driveSeconds_ = report_.DriveSeconds();
-}
-
-// To readings the time of the drive is what counts.
-void Director::TellDriveBegins(const std::string& process) {
-  const auto begin = std::chrono::duration_cast<std::chrono::microseconds>(driveBegin_.time_since_epoch());
-  const std::string text = std::to_string(begin.count()) + " " + std::to_string(options_.speed);
-  if (process != MetadataMgrName()) (void)SendMessage(ipc_, process, BenchMsg_DriveBegins, text);
 }
 
 Outcome Director::Execute(const Words& words, const std::string& from) {
@@ -97,7 +73,7 @@ Outcome Director::Execute(const Words& words, const std::string& from) {
   Outcome outcome{false, {}};
   if (ParseCommand(words, command, outcome.text)) {
     const std::string performer = PerformerOf(command);
-    outcome = performer == kBenchName ? Perform(actions_, words) : Ask(ipc_, performer, words);
+    outcome = performer == kBenchName ? Perform(actions_, words) : Ask(vehicle_.Ipc(), performer, words);
   }
   const std::string what = JoinWords(words) + (from.empty() ? "" : " (" + from + ")");
   if (outcome.ok) {
@@ -108,31 +84,43 @@ Outcome Director::Execute(const Words& words, const std::string& from) {
   return outcome;
 }
 
-bool Director::ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done) {
-  constexpr milliseconds kLook{50};  // at the children
-  while (!done()) {
-    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
-    if (left.count() <= 0) return false;
-    (void)ipc_.Receive(static_cast<int>(std::min(left, kLook).count()), 0, LinxIpc::emptyString, nullptr);
-    LookAfterChildren();
-    StartLateOnes();
-  }
-  return true;
+void Director::TakeFullRun(const std::string& process) {
+  if (report_.Driving()) TellDriveBegins(process);
+  if (process != MetadataMgrName()) return;
+  toFullRun_ = vehicle_.SinceStart(process).substr(std::strlen(" after "));
+  const Outcome subscribed = SubscribeToBookmarks(vehicle_.Ipc(), BookmarkHandler, this);
+  if (!subscribed.ok) report_.Problem(subscribed.text);
 }
 
-void Director::LookAfterChildren() {
-  while (const Child* child = children_.NextEnded()) {
-    if (killed_.contains(child->name)) {
-      (void)stages_.Remove(child->name);
-      (void)SendMessage(ipc_, StateMgrName(), BenchMsg_Died, child->name);
-      continue;
-    }
-    const std::string text = child->name + " ended with " + child->HowItEnded() + Log(child->name);
-    if (!stopping_) {
-      broken_ = true;
-      report_.Problem(text);
-    } else if (child->status != 0 && !signalled_ && MustEndWell(child->name)) {
-      report_.Problem(text);
-    }
-  }
+// Readings are due by the time of the drive.
+void Director::TellDriveBegins(const std::string& process) {
+  if (process == MetadataMgrName()) return;
+  (void)SendMessage(vehicle_.Ipc(), process, BenchMsg_DriveBegins, clock_.Text());
 }
+
+void Director::DoHandler(LinxIpc* ipc, void* self) {
+  auto& director = *static_cast<Director*>(self);
+  const std::string asker = ipc->CurrentMessage().GetSender();
+  const Words words = SplitWords(TextOf(ipc->CurrentMessage()));
+  const Outcome outcome = director.report_.Driving() ? director.Execute(words, asker)
+                                                     : Outcome{false, "the bench is not at full run"};
+  Answer(*ipc, outcome, asker);
+}
+
+void Director::SaidHandler(LinxIpc* ipc, void* self) {
+  const IpcMessage& message = ipc->CurrentMessage();
+  static_cast<Director*>(self)->report_.Event(message.GetSender() + ": " + TextOf(message));
+}
+
+void Director::QuitHandler(LinxIpc* /*ipc*/, void* self) {
+  auto& director = *static_cast<Director*>(self);
+  director.report_.Event("a shut-down was asked for");
+  director.vehicle_.MustEndNow(Vehicle::End::kAskedFor);
+}
+
+// Handles a notice that no command waited for.
+void Director::BookmarkHandler(LinxIpc* /*ipc*/, void* self) {
+  static_cast<Director*>(self)->report_.Event("bookmark notice received");
+}
+
+}  // namespace bench

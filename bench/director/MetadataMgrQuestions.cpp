@@ -1,56 +1,72 @@
 #include "MetadataMgrQuestions.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <vector>
 
-#include "MetadataMgrMessages.h"
+#include "Numbers.h"
 #include "Processes.h"
 #include "SentLog.h"
+#include "TickMessage.h"
+#include "clients/MetadataMgrClient.h"
 #include "clients/SubscribeClient.h"
 #include "items/BoolItem.h"
-#include "system/BigEndian.h"
 #include "system/Messages.h"
-#include "system/Process.h"
 #include "system/Systick.h"
+
+namespace bench {
 
 namespace {
 
-constexpr unsigned int kFieldSize = 4;
-constexpr unsigned int kLastTickSize = 8;
+using Clock = std::chrono::steady_clock;
 
-Outcome TooShort() {
-  return {false, "the answer is too short"};
+// MetadataMgr publishes it: true in a notice says that a bookmark was taken.
+constexpr unsigned int kBookmarkItem = 0;
+// The bench's number for those notices.
+constexpr unsigned int kBookmarkNotice = 30736;
+
+double MsSince(Clock::time_point begin) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-Outcome RequestMetadataMgr(LinxIpc& ipc, IpcMessage& request, unsigned int answerType, IpcMessage& answer) {
-  return Request(ipc, MetadataMgrName(), request, answerType, answer);
+// Why the client's question failed.
+std::string WhyNot(int error) {
+  const std::string& name = MetadataMgrName();
+  if (error == ENOENT || error == ECONNREFUSED) return name + " is not there";
+  if (error == ETIMEDOUT) return name + " did not answer within " + Milliseconds(kAnswerTimeoutMs);
+  if (error == ENOTCONN) return name + " ended without an answer";
+  if (error == EPROTO) return "the answer is too short";
+  return "cannot ask " + name + ": " + std::strerror(error);
+}
+
+// Asks a question of the client. `text` says what came back; " answered in 1.2 ms" is added.
+template <typename Question, typename Text>
+Outcome AskClient(LinxIpc& ipc, Question question, Text text) {
+  MetadataMgrClient client(ipc, kAnswerTimeoutMs);
+  const auto begin = Clock::now();
+  if (const int error = question(client); error != 0) return {false, WhyNot(error)};
+  return {true, text() + "answered in " + Milliseconds(MsSince(begin))};
 }
 
 Outcome Ping(LinxIpc& ipc) {
-  IpcMessage request;
-  IpcMessage answer;
-  (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
-  Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
-  return asked.ok ? Outcome{true, "answered in " + asked.text} : asked;
+  return AskClient(
+      ipc, [](MetadataMgrClient& client) { return client.Ping(); }, [] { return std::string(); });
 }
 
-// At most one each 5 ms.
+// The pings are at least 5 ms apart.
 Outcome Pings(LinxIpc& ipc, double seconds) {
-  using Clock = std::chrono::steady_clock;
   constexpr int kPauseMs = 5;
   const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+  MetadataMgrClient client(ipc, kAnswerTimeoutMs);
+  IpcMessage ignored;
   std::vector<double> ms;
-  IpcMessage request;
-  IpcMessage answer;
-  (void)request.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
   while (Clock::now() < end) {
     const auto asked = Clock::now();
-    Outcome outcome = RequestMetadataMgr(ipc, request, MetadataMgrMsg_PingResponse, answer);
-    if (!outcome.ok) return outcome;
-    ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - asked).count());
-    (void)ipc.Receive(kPauseMs, MetadataMgrMsg_PingResponse, MetadataMgrName(), &answer);
+    if (const int error = client.Ping(); error != 0) return {false, WhyNot(error)};
+    ms.push_back(MsSince(asked));
+    (void)ipc.Receive(kPauseMs, MetadataMgrMsg_PingResponse, MetadataMgrName(), &ignored);
   }
   if (ms.empty()) return {true, "none"};
   std::sort(ms.begin(), ms.end());
@@ -66,10 +82,10 @@ Outcome Bookmark(LinxIpc& ipc) {
   IpcMessage notice;
   const std::uint32_t tick = AllocateTick(bookmark, MetadataMgrMsg_Bookmark);
   LogSent(kBenchName, "bookmark " + std::to_string(tick));
-  Outcome asked = RequestMetadataMgr(ipc, bookmark, kBookmarkNotice, notice);
+  Outcome asked = Request(ipc, MetadataMgrName(), bookmark, kBookmarkNotice, notice);
   if (!asked.ok) return {false, "no bookmark notice: " + asked.text};
   BoolItem taken;
-  if (!taken.DecodeMsg(notice)) return TooShort();
+  if (!taken.DecodeMsg(notice)) return {false, "the notice is too short"};
   return {taken.Value(),
           "bookmark notice received after " + asked.text + (taken.Value() ? "" : ", but it says false")};
 }
@@ -81,31 +97,27 @@ std::string Hexadecimal(unsigned int value) {
 }
 
 Outcome LogLevel(LinxIpc& ipc, const Words& arguments) {
-  IpcMessage request;
-  IpcMessage answer;
-  std::uint32_t wanted = 0;
-  const bool set = !arguments.empty() && ReadNumber(arguments[0], wanted);
-  (void)request.Allocate(set ? LogLevelMsg_Set : LogLevelMsg_Get, kFieldSize, nullptr);
-  PutU32(request.DataPtr(), wanted);
-  Outcome asked = RequestMetadataMgr(ipc, request, LogLevelMsg_Response, answer);
-  if (!asked.ok) return asked;
-  if (answer.Size() < kFieldSize) return TooShort();
-  const std::uint32_t level = GetU32(answer.DataPtr());
-  return {!set || level == wanted, "level now " + Hexadecimal(level) + ", answered in " + asked.text};
+  const bool set = !arguments.empty();
+  const unsigned int wanted = set ? NumberOf(arguments[0]) : 0;
+  unsigned int level = wanted;
+  Outcome outcome = AskClient(
+      ipc,
+      [&](MetadataMgrClient& client) { return set ? client.SetLogLevel(level) : client.LogLevel(level); },
+      [&] { return "level now " + Hexadecimal(level) + ", "; });
+  if (set && level != wanted) outcome.ok = false;
+  return outcome;
 }
 
 Outcome LastTick(LinxIpc& ipc) {
-  IpcMessage request;
-  IpcMessage answer;
-  (void)request.Allocate(MetadataMgrMsg_GetLastSystemTick, 0, nullptr);
-  Outcome asked = RequestMetadataMgr(ipc, request, MetadataMgrMsg_GetLastSystemTickResponse, answer);
-  if (!asked.ok) return asked;
-  if (answer.Size() < kLastTickSize) return TooShort();
-  const std::uint32_t tick = GetU32(answer.DataPtr());
-  if (answer.DataPtr()[kFieldSize] == 0) return {true, "no tick yet, answered in " + asked.text};
-  const std::uint32_t age = Systick().SystemTick() - tick;
-  return {true,
-          "tick " + std::to_string(tick) + ", " + std::to_string(age) + " ms ago, answered in " + asked.text};
+  constexpr unsigned int kNone = 0xFFFFFFFF;
+  unsigned int tick = kNone;
+  return AskClient(
+      ipc, [&tick](MetadataMgrClient& client) { return client.LastSystemTick(tick); },
+      [&tick] {
+        if (tick == kNone) return std::string("no tick yet, ");
+        const std::uint32_t age = Systick().SystemTick() - tick;
+        return "tick " + std::to_string(tick) + ", " + std::to_string(age) + " ms ago, ";
+      });
 }
 
 }  // namespace
@@ -128,3 +140,5 @@ Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* conte
   if (error == 0) return {true, "subscribed to the bookmark item"};
   return {false, std::string("cannot subscribe to MetadataMgr's bookmark item: ") + std::strerror(error)};
 }
+
+}  // namespace bench

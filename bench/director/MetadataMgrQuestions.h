@@ -3,9 +3,13 @@
 #include "Actions.h"
 #include "ipc/LinxIpc.h"
 
-// The verbs with which the director asks MetadataMgr. They wait for the answer, up to
-// kAnswerTimeoutMs. Times are those of a drive that runs so many times faster.
+namespace bench {
+
+// The verbs with which the director asks MetadataMgr. They wait up to kAnswerTimeoutMs for the answer. A
+// drive that runs `speed` times faster asks for a shorter time.
 Actions MetadataMgrActions(LinxIpc& ipc, double speed);
 
-// Subscribes to the bookmark item; a notice that no action waits for is handled by `handler`.
+// Subscribes to MetadataMgr's bookmark item. `handler` gets the notices that no action waits for.
 Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context);
+
+}  // namespace bench

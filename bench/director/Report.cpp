@@ -1,8 +1,8 @@
 #include "Report.h"
 
-#include <cstdio>
+#include "Numbers.h"
 
-#include "BenchMessages.h"
+namespace bench {
 
 namespace {
 
@@ -11,12 +11,6 @@ double Ms(const timeval& time) {
 }
 
 }  // namespace
-
-std::string OneDecimal(double value) {
-  char text[32];
-  (void)std::snprintf(text, sizeof text, "%.1f", value);
-  return text;
-}
 
 void Report::Problem(const std::string& stamp, const std::string& text) {
   Event(stamp, "FAILED: " + text);
@@ -42,3 +36,5 @@ void Report::SayHowItWent(std::size_t linesPlayed, std::size_t lines, double dri
   if (!Good()) text += "; problems: " + std::to_string(problems_) + ", the first: " + firstProblem_;
   Line(text);
 }
+
+}  // namespace bench

@@ -5,20 +5,22 @@
 #include "Children.h"
 #include "Screen.h"
 
-// What a run tells people: its events as they happen, its problems, and at the end how it went.
+namespace bench {
+
+// The report of a run: events as they happen, problems, and a summary at the end.
 class Report : public Screen {
  public:
   explicit Report(double speed) : Screen(speed) {}
 
-  // An event that should not be.
+  // Reports an event that is a failure.
   void Problem(const std::string& text) { Problem(Stamp(), text); }
   void Problem(const std::string& stamp, const std::string& text);
 
-  bool Good() const { return problems_ == 0; }
+  bool Good() const { return problems_ == 0 && !OutputFailed(); }
 
-  // What a process used; `peakMemoryKb` of it is 0 when it was not read while it ran.
+  // Reports the end, memory and CPU time of a process. `peakMemoryKb` is 0 when it was not read while it ran.
   void SayHowItEnded(const Child& child, unsigned long peakMemoryKb) const;
-  // `toFullRun` is how long the start took, if it came so far.
+  // Reports the summary. `toFullRun` is the time that the start took; empty when full run was not reached.
   void SayHowItWent(std::size_t linesPlayed, std::size_t lines, double driveSeconds,
                     const std::string& toFullRun) const;
 
@@ -27,5 +29,4 @@ class Report : public Screen {
   std::string firstProblem_;
 };
 
-// "1.0"
-std::string OneDecimal(double value);
+}  // namespace bench

@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+namespace bench {
+
 void Screen::BeginDrive() {
   phase_ = Phase::kDrive;
   begin_ = Clock::now();
@@ -30,6 +32,8 @@ std::string Screen::Stamp() const {
 
 // Whole lines at once, also into a pipe.
 void Screen::Line(const std::string& text) const {
-  (void)std::printf("%s\n", text.c_str());
-  (void)std::fflush(stdout);
+  const bool written = std::printf("%s\n", text.c_str()) >= 0 && std::fflush(stdout) == 0;
+  if (!written) outputFailed_ = true;
 }
+
+}  // namespace bench

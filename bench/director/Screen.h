@@ -3,7 +3,9 @@
 #include <chrono>
 #include <string>
 
-// What people read while a drive runs: one line an event, each with the drive's time.
+namespace bench {
+
+// The lines that people read while a drive runs: one an event, each with the drive's time.
 class Screen {
  public:
   using Clock = std::chrono::steady_clock;
@@ -12,21 +14,27 @@ class Screen {
 
   // The drive begins: its time is 0 now.
   void BeginDrive();
-  // From now on "stop" stands in place of the time.
+  // The drive is over: the stamp is "stop" from now on.
   void EndDrive();
+
+  bool Driving() const { return phase_ == Phase::kDrive; }
+  bool Stopping() const { return phase_ == Phase::kStop; }
+  Clock::time_point DriveBegin() const { return begin_; }
 
   // When a line of the drive is due.
   Clock::time_point WhenDue(std::chrono::milliseconds at) const;
   // The drive's time, its speed taken into account.
   double DriveSeconds() const;
 
-  // What stands before an event that happens now.
+  // The stamp of an event that happens now.
   std::string Stamp() const;
   // An event, with its stamp.
   void Event(const std::string& text) const { Event(Stamp(), text); }
   void Event(const std::string& stamp, const std::string& text) const { Line(stamp + "  " + text); }
   // A line without a time.
   void Line(const std::string& text) const;
+  // Whether a line could not be written.
+  bool OutputFailed() const { return outputFailed_; }
 
  private:
   enum class Phase { kStart, kDrive, kStop };
@@ -34,4 +42,7 @@ class Screen {
   double speed_;
   Phase phase_ = Phase::kStart;
   Clock::time_point begin_;
+  mutable bool outputFailed_ = false;
 };
+
+}  // namespace bench

@@ -8,6 +8,8 @@
 #include "BenchMessages.h"
 #include "Processes.h"
 
+namespace bench {
+
 // The bench itself may wait for an answer, of the drive's line and then of this one.
 bool SendToBench(const Words& words) {
   constexpr int kTimeoutMs = 4 * kAnswerTimeoutMs;
@@ -18,3 +20,5 @@ bool SendToBench(const Words& words) {
                      outcome.text.c_str());
   return outcome.ok;
 }
+
+}  // namespace bench

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace bench {
+
 bool Stages::IsAt(const std::string& process, Stage stage) const {
   const auto found = stages_.find(process);
   return found != stages_.end() && found->second == stage;
@@ -25,3 +27,5 @@ std::string Stages::LastOnes() const {
   }
   return names;
 }
+
+}  // namespace bench

@@ -3,23 +3,25 @@
 #include <map>
 #include <string>
 
-// How far each process of the bench, but the state manager, is on its way to full run. Processes
-// are those that take part: one that was killed, or is missing for now, is none.
+namespace bench {
+
+// How far each process of the bench except the state manager is on its way to full run. A process that was
+// killed or is missing does not take part.
 class Stages {
  public:
   enum class Stage { kAbsent, kStarted, kFullRun };
   using Map = std::map<std::string, Stage>;
 
   void Set(const std::string& process, Stage stage) { stages_[process] = stage; }
-  // False when it took no part.
+  // False when it did not take part.
   bool Remove(const std::string& process) { return stages_.erase(process) > 0; }
 
   bool Contains(const std::string& process) const { return stages_.contains(process); }
   bool IsAt(const std::string& process, Stage stage) const;
   bool AllAt(Stage stage) const;
-  // All but this process.
+  // Whether all except this process have reached a stage.
   bool OthersAt(const std::string& process, Stage stage) const;
-  // Those for which the others wait, each after a blank.
+  // The processes for which the others wait, each after a blank.
   std::string LastOnes() const;
 
   Map::const_iterator begin() const { return stages_.begin(); }
@@ -28,3 +30,5 @@ class Stages {
  private:
   Map stages_;
 };
+
+}  // namespace bench

@@ -12,6 +12,8 @@
 #include "SentLog.h"
 #include "system/KvGetenv.h"
 
+namespace bench {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -129,3 +131,5 @@ std::string Surroundings::Settings() {
   }
   return settings;
 }
+
+}  // namespace bench

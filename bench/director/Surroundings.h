@@ -2,13 +2,15 @@
 
 #include <string>
 
+namespace bench {
+
 // The directory in which a bench works, DIR, and the environment of its processes:
-//   DIR/mnt  what is /mnt/hd in the car      METADATA_ROOT
+//   DIR/mnt  in place of /mnt/hd in the car  METADATA_ROOT
 //   DIR/ipc  the endpoints                   LINX_IPC_DIR
-//   DIR/log  what each process logs          LOG_TARGET=stderr
-//   DIR/sent what was sent to MetadataMgr    BENCH_SENT, of this run only
-// and a shared record of its own (METADATA_SHM). Variables that are set already win; what they
-// name is then neither created nor removed.
+//   DIR/log  the log of each process         LOG_TARGET=stderr
+//   DIR/sent lists of what was sent          BENCH_SENT, of this run only
+// and a shared record of its own (METADATA_SHM). Variables that are set already are used; the bench then
+// neither creates nor removes their files.
 //
 // Where the path of DIR/ipc is too long for sockets, it is a link to a directory under /tmp; one
 // that a killed bench left behind is used again.
@@ -20,7 +22,7 @@ class Surroundings {
   Surroundings(const Surroundings&) = delete;
   Surroundings& operator=(const Surroundings&) = delete;
 
-  // Creates what is needed and sets the variables. False and why not.
+  // Creates directories and sets the variables. Returns false and sets `error` when it fails.
   bool Prepare(std::string& error);
 
   // Empties DIR/sent.
@@ -43,3 +45,5 @@ class Surroundings {
   std::string temporary_;
   std::string sharedRecord_;
 };
+
+}  // namespace bench

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+namespace bench {
+
 namespace {
 
 void PutAngle(std::int64_t e4Min, std::uint16_t& degrees, std::uint16_t& minutes, std::uint32_t& fraction,
@@ -48,3 +50,5 @@ GpsStatusItem NoFix() {
   LoseFix(item);
   return item;
 }
+
+}  // namespace bench

@@ -13,6 +13,8 @@
 #include <memory>
 #include <string_view>
 
+namespace bench {
+
 namespace {
 
 constexpr std::size_t kMaxLine = 65536;
@@ -31,7 +33,7 @@ Addresses AddressesOf(const std::string& host, const std::string& port, int flag
           }};
 }
 
-// A host that vanished without a word is found out within half a minute.
+// Notices within half a minute that the host has vanished.
 void KeepAlive(int fd) {
   const auto set = [fd](int level, int option, int value) {
     (void)setsockopt(fd, level, option, &value, sizeof value);
@@ -112,6 +114,7 @@ GpsdConnection::Input GpsdConnection::Fill() {
 }
 
 GpsdConnection::Input GpsdConnection::Lose() {
+  failures_ = connected_ ? 0 : failures_ + 1;
   close(fd_);
   fd_ = -1;
   received_.clear();
@@ -119,6 +122,13 @@ GpsdConnection::Input GpsdConnection::Lose() {
   const bool stood = connected_;
   connected_ = false;
   return stood ? Input::kGone : Input::kNothing;
+}
+
+std::string GpsdConnection::Address() const {
+  if (peer_.size() < 2) return "nowhere";
+  const std::string& address = peer_[1 + (attempts_ == 0 ? 0 : attempts_ - 1) % (peer_.size() - 1)];
+  const bool ipv6 = address.find(':') != std::string::npos;
+  return (ipv6 ? "[" + address + "]" : address) + ":" + peer_[0];
 }
 
 bool ResolveGpsd(const std::string& text, std::string& peer, std::string& error) {
@@ -147,3 +157,5 @@ bool ResolveGpsd(const std::string& text, std::string& peer, std::string& error)
   }
   return true;
 }
+
+}  // namespace bench

@@ -7,20 +7,27 @@
 
 #include "Words.h"
 
-// A connection to a gpsd that asks it to report in JSON, and connects again when it is gone. Nothing
+namespace bench {
+
+// A connection to a gpsd: asks it to report in JSON, and connects again when the connection is lost. Nothing
 // blocks.
 class GpsdConnection {
  public:
   enum class Input { kNothing, kLine, kGone };
 
-  // "PORT ADDRESS ADDRESS...", in numbers; they are tried in turn.
+  // `peer` is "PORT ADDRESS ADDRESS...", in numbers. The addresses are tried in turn.
   explicit GpsdConnection(const std::string& peer);
   ~GpsdConnection();
   GpsdConnection(const GpsdConnection&) = delete;
   GpsdConnection& operator=(const GpsdConnection&) = delete;
 
-  // The next line, without its end. kGone: the connection that stood does so no more.
+  // Reads the next line, without its end. kGone: the connection is lost.
   Input Read(std::string& line);
+
+  // The last address that was tried, as "ADDRESS:PORT".
+  std::string Address() const;
+  // Attempts that failed since the last connection.
+  std::size_t Failures() const { return failures_; }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -33,6 +40,7 @@ class GpsdConnection {
 
   Words peer_;  // port, addresses
   std::size_t attempts_ = 0;
+  std::size_t failures_ = 0;
   Clock::time_point nextAttempt_;
   int fd_ = -1;
   bool connected_ = false;
@@ -40,6 +48,8 @@ class GpsdConnection {
   std::string received_;
 };
 
-// "HOST:PORT" or "[HOST]:PORT" as the constructor takes it. Asks the system for the host's addresses,
-// which may take its time. False and why not.
+// Turns "HOST:PORT" or "[HOST]:PORT" into a `peer` for the constructor. Asks the system for the host's
+// addresses, which may block. Returns false and sets `error` when it fails.
 bool ResolveGpsd(const std::string& text, std::string& peer, std::string& error);
+
+}  // namespace bench

@@ -6,7 +6,10 @@
 #include <optional>
 
 #include "GpsItem.h"
+#include "NmeaFix.h"
 #include "NmeaSentence.h"
+
+namespace bench {
 
 namespace {
 
@@ -70,10 +73,6 @@ void PutReading(const Json& tpv, GpsStatusItem& item) {
   item.quality = QualityOf(tpv);
   if (!item.HasFix()) return;
   PutPlaceDegrees(item, *latitude, *longitude);
-  const auto speed = NumberIn(tpv, "speed");  // metres a second
-  item.speedDeciKmh = InField(Units(speed, 36));
-  item.speedDeciKnots = InField(Units(speed, 36 / 1.852));
-  item.courseDeciDegrees = InField(Units(NumberIn(tpv, "track"), 10) % 3600);
   const auto altitude = tpv.contains("altMSL") ? NumberIn(tpv, "altMSL") : NumberIn(tpv, "alt");
   if (altitude) item.altitudeDeciMetres = static_cast<std::int32_t>(Units(altitude, 10));
   item.fixDimensions = mode < 3 ? 2 : 3;
@@ -87,15 +86,20 @@ GpsdReport GpsdReports::Take(const std::string& line, GpsStatusItem& item) {
   if (!report.is_object()) return GpsdReport::kOther;
   const std::string kind = TextIn(report, "class");
   if (kind == "WATCH") return GpsdReport::kWatching;
-  if (kind == "TPV") {
-    PutReading(report, item);
-    item.satellitesInView = inView_;
-    item.signalDecibels = bestDecibels_;
-    item.satellitesUsed = item.HasFix() ? used_ : 0;
-    return GpsdReport::kReading;
-  }
-  const auto satellites = report.find("satellites");
-  if (kind != "SKY" || satellites == report.end() || !satellites->is_array()) return GpsdReport::kOther;
+  if (kind == "SKY") TakeSky(report);
+  if (kind != "TPV") return GpsdReport::kOther;
+  const bool hadFix = item.HasFix();
+  PutReading(report, item);
+  if (item.HasFix()) PutMotion(report, hadFix, item);
+  item.satellitesInView = inView_;
+  item.signalDecibels = bestDecibels_;
+  item.satellitesUsed = item.HasFix() ? used_ : 0;
+  return GpsdReport::kReading;
+}
+
+void GpsdReports::TakeSky(const Json& sky) {
+  const auto satellites = sky.find("satellites");
+  if (satellites == sky.end() || !satellites->is_array()) return;
   inView_ = used_ = 0;
   bestDecibels_ = GpsStatusItem::kNoSignal;
   for (const Json& satellite : *satellites) {
@@ -106,5 +110,15 @@ GpsdReport GpsdReports::Take(const std::string& line, GpsStatusItem& item) {
     const auto decibels = static_cast<std::int32_t>(InField(Units(NumberIn(satellite, "ss"), 1)));
     if (decibels > 0) bestDecibels_ = std::max(bestDecibels_, decibels);
   }
-  return GpsdReport::kOther;
 }
+
+void GpsdReports::PutMotion(const Json& tpv, bool hadFix, GpsStatusItem& item) {
+  const auto speed = NumberIn(tpv, "speed");  // metres a second
+  if (!speed && hadFix && ++motionRepeats_ <= NmeaFix::kMostRepeats) return;
+  motionRepeats_ = 0;
+  item.speedDeciKmh = InField(Units(speed, 36));
+  item.speedDeciKnots = InField(Units(speed, 36 / 1.852));
+  item.courseDeciDegrees = InField(Units(NumberIn(tpv, "track"), 10) % 3600);
+}
+
+}  // namespace bench

@@ -6,83 +6,87 @@
 #include <set>
 #include <string>
 
+#include "NmeaReports.h"
 #include "NmeaSentence.h"
 #include "items/GpsStatusItem.h"
 
-// What the sentences of a receiver tell, put together for each moment that they tell of (an epoch).
+namespace bench {
+
+// Puts the sentences of a receiver together, for each moment (epoch) that they tell of.
 //
-// GGA, RMC and GLL each tell a place and whether it is good. An RMC or GLL that says no outweighs the
-// others; of the GGAs of several systems the best counts. The rest comes from the best source of the epoch:
-// the place from GGA, else RMC, else GLL; quality, altitude and satellites used from GGA; speed, course and
-// date from RMC, speed and course else from VTG. What GSA and GSV tell holds until they tell again. Nothing
-// told is filled in: no course is 0, no altitude kNoAltitude, no date 0.
+// GGA, RMC and GLL each tell a place and whether there is a fix. A "no" of RMC or GLL outweighs the others;
+// of the GGAs of several systems the best counts. The rest comes from the best source of the epoch: the place
+// from GGA, else RMC, else GLL; quality, altitude and satellites used from GGA; speed, course and date from
+// RMC, speed and course else from VTG. GSA and GSV hold until they come again. Speed and course that are
+// told less often than the place are repeated while the fix lasts, at most kMostRepeats times. Any other
+// value that is not told is not filled in: no altitude is kNoAltitude, no date 0.
 class NmeaFix {
  public:
   enum class Taken { kNo, kYes, kMalformed };
 
-  // Whether a sentence of this type tells a place, and so belongs to one moment.
-  static bool TellsPlace(const NmeaSentence& sentence);
+  static constexpr unsigned int kMostRepeats = 20;  // of speed and course
 
-  // Whether the sentence belongs to a later moment than those since Begin: its time is another one, or
-  // there is no time and it comes again.
+  // Whether the sentence belongs to a later moment than those since Begin: its time differs, or it has no
+  // time and its type comes again.
   bool BelongsToNext(const NmeaSentence& sentence) const;
 
-  // Takes note of a sentence; one of another type is not taken, and of a malformed one nothing is.
+  // Takes a sentence. Sentences of other types and malformed ones change nothing.
   Taken Take(const NmeaSentence& sentence);
 
-  // Something told a place since Begin, or that there is none.
+  // Whether a sentence since Begin told a place, or that there is no fix.
   bool Told() const { return !seen_.empty(); }
-  // The moment in milliseconds of the day, where it was told.
-  std::optional<std::int64_t> TimeOfDayMs() const { return timeMs_; }
+  // The moment in milliseconds of the day; nullopt when it was not told.
+  std::optional<std::int64_t> TimeOfDayMs() const { return moment_.timeMs; }
 
   // Fills in what was told since Begin. Without a fix the place stays as it was.
   void Fill(GpsStatusItem& item) const;
 
-  // The next moment begins.
+  // Begins the next moment.
   void Begin();
 
  private:
-  struct Place {
-    std::int64_t latitudeE4Min = 0;
-    std::int64_t longitudeE4Min = 0;
-  };
-  struct View {  // of the satellites of one system
-    std::uint16_t count = 0;
+  struct View {  // the satellites of one system
+    std::uint32_t count = 0;
     std::int32_t bestDecibels = GpsStatusItem::kNoSignal;
   };
-  struct Motion {
-    std::optional<std::int64_t> knotsE3;
-    std::optional<std::int64_t> kmhE3;
-    std::optional<std::int64_t> courseE1;
+  struct Moment {
+    std::optional<std::int64_t> timeMs;
+    bool refused = false;  // RMC or GLL said that there is no fix
+    std::optional<NmeaPlace> ggaPlace;
+    std::optional<NmeaPlace> rmcPlace;
+    std::optional<NmeaPlace> gllPlace;
+    std::optional<std::uint32_t> ggaQuality;
+    std::optional<std::uint32_t> modeQuality;  // of RMC, else of GLL
+    std::optional<std::int64_t> altitudeDeciMetres;
+    std::map<std::string, std::uint32_t> used;  // satellites of each system
+    NmeaMotion rmc;
+    NmeaMotion vtg;
   };
 
-  Taken TakeGga(const NmeaSentence& sentence);
-  Taken TakeRmc(const NmeaSentence& sentence);
-  Taken TakeGll(const NmeaSentence& sentence);
-  Taken TakeVtg(const NmeaSentence& sentence);
-  Taken TakeGsa(const NmeaSentence& sentence);
-  Taken TakeGsv(const NmeaSentence& sentence);
-  void TakeMoment(const NmeaSentence& sentence, std::optional<std::int64_t> timeMs);
+  bool TakeGga(const NmeaSentence& sentence);
+  bool TakeRmc(const NmeaSentence& sentence);
+  bool TakeGll(const NmeaSentence& sentence);
+  bool TakeVtg(const NmeaSentence& sentence);
+  bool TakeGsa(const NmeaSentence& sentence);
+  bool TakeGsv(const NmeaSentence& sentence);
+  void Note(const NmeaSentence& sentence, const NmeaPosition& position);
+
+  const std::optional<NmeaPlace>& Place() const;
+  std::uint32_t Quality() const;
+  NmeaMotion Motion() const;
   void FillMotion(GpsStatusItem& item) const;
   void FillView(GpsStatusItem& item) const;
 
-  // Of this moment
-  std::set<std::string> seen_;  // "GPGGA"
-  std::optional<std::int64_t> timeMs_;
-  bool refused_ = false;  // one said that there is no fix
-  std::optional<Place> ggaPlace_;
-  std::optional<Place> rmcPlace_;
-  std::optional<Place> gllPlace_;
-  std::optional<std::uint32_t> ggaQuality_;
-  std::optional<std::uint32_t> rmcQuality_;
-  std::optional<std::int64_t> altitudeDeciMetres_;
-  std::map<std::string, std::uint32_t> used_;  // satellites of each system
-  Motion rmc_;
-  Motion vtg_;
+  std::set<std::string> seen_;  // types of this moment, as "GPGGA"
+  Moment moment_;
 
-  // Of this one or an earlier one
+  // Told in this moment or an earlier one
+  NmeaMotion motion_;
+  unsigned int motionRepeats_ = 0;
   std::uint32_t date_ = 0;
   std::int64_t dateTimeMs_ = 0;
   std::uint32_t dimensions_ = 0;  // 0: not told
   std::map<std::string, View, std::less<>> views_;
 };
+
+}  // namespace bench

@@ -7,6 +7,8 @@
 #include "NmeaFix.h"
 #include "TextFile.h"
 
+namespace bench {
+
 namespace {
 
 constexpr std::int64_t kSecondMs = 1000;
@@ -116,3 +118,5 @@ bool ReadNmea(const std::string& path, NmeaLog& log) {
   log = ParseNmea(text);
   return true;
 }
+
+}  // namespace bench

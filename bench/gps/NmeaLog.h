@@ -8,10 +8,12 @@
 
 #include "items/GpsStatusItem.h"
 
+namespace bench {
+
 // The log of a GPS receiver, NMEA 0183 as text: GGA, RMC, GSA, GSV, VTG and GLL of any talker.
 // Everything else is skipped and counted; lines that begin with "#" are comments.
 
-// What the receiver told of one moment.
+// One moment of the receiver.
 struct NmeaReading {
   std::int64_t atMs = 0;  // since the first reading of the log
   GpsStatusItem item;     // without a tick
@@ -20,7 +22,7 @@ struct NmeaReading {
 struct NmeaCounts {
   std::size_t used = 0;
   std::size_t otherTypes = 0;
-  std::size_t malformed = 0;  // with a good checksum, but fields that say nothing
+  std::size_t malformed = 0;  // with a good checksum and malformed fields
   std::size_t badChecksum = 0;
   std::size_t cutShort = 0;  // without a checksum
   std::size_t garbage = 0;   // lines that are no sentences
@@ -35,9 +37,11 @@ struct NmeaLog {
   std::string Summary() const;
 };
 
-// The readings have the distances of their times. Where there is no time, the time goes back, or it leaps
-// by more than a minute (a log in several parts), the distance is a second.
+// The readings have the distances of their times. The distance is a second where a time is missing, goes
+// back, or leaps by more than a minute (a log in several parts).
 NmeaLog ParseNmea(std::string_view text);
 
-// The same for a file; false when it cannot be read.
+// Reads a file. False when it cannot be read.
 bool ReadNmea(const std::string& path, NmeaLog& log);
+
+}  // namespace bench

@@ -4,6 +4,8 @@
 
 #include "log/LogLine.h"
 
+namespace bench {
+
 namespace {
 
 constexpr LogSource log{"NmeaReceiver"};
@@ -32,3 +34,5 @@ bool NmeaReceiver::Next(double driveSeconds, GpsStatusItem& item) {
   item.tick = tick;
   return true;
 }
+
+}  // namespace bench

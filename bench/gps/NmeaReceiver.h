@@ -6,13 +6,15 @@
 #include "NmeaLog.h"
 #include "Receiver.h"
 
+namespace bench {
+
 // Plays a log in its own time, which begins with the drive.
 class NmeaReceiver : public Receiver {
  public:
-  // A file that cannot be read is logged, and tells nothing.
+  // A file that cannot be read is logged; the receiver then has no readings.
   explicit NmeaReceiver(const std::string& path);
 
-  // One that joins later leaves out what was due before.
+  // Leaves out the readings that were due before.
   void BeginAt(double driveSeconds) override;
   int MsToNext(double driveSeconds, double speed) const override;
   bool Next(double driveSeconds, GpsStatusItem& item) override;
@@ -24,3 +26,5 @@ class NmeaReceiver : public Receiver {
   NmeaLog log_;
   std::size_t next_ = 0;
 };
+
+}  // namespace bench

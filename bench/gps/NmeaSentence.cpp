@@ -5,6 +5,8 @@
 
 #include "GpsItem.h"
 
+namespace bench {
+
 namespace {
 
 constexpr std::size_t kMaxBytes = 256;  // the standard says 82, receivers with many digits take more
@@ -124,3 +126,5 @@ bool ReadAngle(std::string_view text, std::string_view hemisphere, char positive
   e4Min = back ? -total : total;
   return true;
 }
+
+}  // namespace bench

@@ -7,6 +7,8 @@
 
 #include "GpsItem.h"
 
+namespace bench {
+
 namespace {
 
 constexpr double kStepsPerSecond = 100;
@@ -80,3 +82,5 @@ void PutUtc(GpsStatusItem& item) {
                  unsigned{date.day()};
   item.utcTimeOfDayMs = static_cast<std::uint32_t>((now - today).count());
 }
+
+}  // namespace bench

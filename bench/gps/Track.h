@@ -4,8 +4,10 @@
 
 #include "items/GpsStatusItem.h"
 
-// The way that the bench vehicle drives: laps of twenty seconds, in each of which it speeds up,
-// turns to the right, drives on, brakes and stands. It depends on the drive's time alone.
+namespace bench {
+
+// The track of the bench vehicle: laps of twenty seconds. In each it speeds up, turns right, drives on,
+// brakes and stands. It depends on the drive's time alone.
 class Track {
  public:
   struct Point {
@@ -16,7 +18,7 @@ class Track {
     double altitudeMetres = 12;
   };
 
-  // Where it is at this time of the drive, in seconds; it never goes back.
+  // The point at this time of the drive, in seconds. The time never goes back.
   const Point& At(double seconds);
 
  private:
@@ -29,3 +31,5 @@ void PutPoint(GpsStatusItem& item, const Track::Point& point);
 
 // The wall clock's date and time of day.
 void PutUtc(GpsStatusItem& item);
+
+}  // namespace bench

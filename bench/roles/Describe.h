@@ -10,8 +10,10 @@
 #include "items/RecordItem.h"
 #include "items/SystickItem.h"
 
-// The values of an item in the order in which they travel, each after a blank. Texts have "_" in
-// place of blanks, and nothing else is left of an empty one.
+namespace bench {
+
+// The values of an item in the order in which they travel, each after a blank. Texts have "_" in place of
+// blanks; an empty text is "_".
 
 template <field::Number T>
 std::string Describe(const T& value) {
@@ -60,3 +62,5 @@ inline std::string Describe(const ExternalMgrApi::StreamingLvsStateItem& item) {
   return Describe(item.enabled.Value()) + Describe(item.highQuality.Value()) + Describe(item.camera.Value()) +
          Describe(item.address.Value()) + Describe(item.port.Value());
 }
+
+}  // namespace bench

@@ -1,17 +1,20 @@
 #include "GpsHal.h"
 
 #include "GpsItem.h"
-#include "MetadataMgrMessages.h"
 #include "Processes.h"
-#include "clients/ServerClients.h"
 #include "system/KvGetenv.h"
+#include "system/Messages.h"
 
-GpsHal::GpsHal() : publisher_(e_Process_GpsHal), receiver_(MakeReceiver()) {
+namespace bench {
+
+GpsHal::GpsHal()
+    : publisher_(e_Process_GpsHal), receiver_(MakeReceiver([this](const std::string& text) { Say(text); })) {
   publisher_.AddActions(actions_);
   if (receiver_ == nullptr) return;
-  static_cast<GpsStatusItem&>(*publisher_.ItemOf(GpsHalClient::kStatus)) = NoFix();
+  item_ = static_cast<GpsStatusItem*>(publisher_.ItemOf(kSource));
+  *item_ = NoFix();
   for (const char* verb : {"gps fix", "gps none", "gps rate"}) {
-    actions_[verb] = [](const Words&) { return Outcome{false, "a receiver is followed"}; };
+    actions_[verb] = [](const Words&) { return Outcome{false, "GpsHal follows a receiver"}; };
   }
 }
 
@@ -23,8 +26,8 @@ void GpsHal::Prepare(LinxIpc& ipc) {
 int GpsHal::WaitMs() const {
   const int waitMs = publisher_.WaitMs();
   if (receiver_ == nullptr || waitMs >= 0) return waitMs;
-  return begun_ ? receiver_->MsToNext(publisher_.DriveSeconds(), publisher_.Speed())
-                : receiver_->MsToNext(-1, 1);
+  const DriveClock& drive = publisher_.Drive();
+  return begun_ ? receiver_->MsToNext(drive.Seconds(), drive.Speed()) : receiver_->MsToNext(-1, 1);
 }
 
 void GpsHal::DoDueWork() {
@@ -33,23 +36,27 @@ void GpsHal::DoDueWork() {
 }
 
 void GpsHal::Follow() {
-  if (!begun_ && publisher_.Driving()) {
-    receiver_->BeginAt(publisher_.JoinedLate() ? publisher_.DriveSeconds() : 0);
+  const DriveClock& drive = publisher_.Drive();
+  if (!begun_ && drive.Running()) {
+    receiver_->BeginAt(publisher_.JoinedLate() ? drive.Seconds() : 0);
     begun_ = true;
   }
-  auto& item = static_cast<GpsStatusItem&>(*publisher_.ItemOf(GpsHalClient::kStatus));
-  while (receiver_->Next(begun_ ? publisher_.DriveSeconds() : -1, item)) {
-    (void)publisher_.SendItem(GpsHalClient::kStatus);
-  }
+  while (receiver_->Next(begun_ ? drive.Seconds() : -1, *item_)) (void)publisher_.SendItem(kSource);
   if (begun_ && receiver_->AtEnd() && !endTold_) TellEnd();
 }
 
-// MetadataMgr answers what comes over one connection in its order: with its answer it has all readings.
+// MetadataMgr handles the messages of one connection in their order: when it answers, it has all readings.
 void GpsHal::TellEnd() {
   if (KvGetenv(kNmeaEndsDriveVariable) == nullptr) return;
-  endTold_ = SendMessage(Ipc(), ProcessName(e_Process_MetadataMgr), MetadataMgrMsg_Ping) == 0;
+  endTold_ = SendMessage(Ipc(), MetadataMgrName(), MetadataMgrMsg_Ping) == 0;
 }
 
 void GpsHal::EndReachedHandler(LinxIpc* ipc, void* /*self*/) {
   (void)Ask(*ipc, kBenchName, {"quit"});
 }
+
+void GpsHal::Say(const std::string& text) {
+  (void)SendMessage(Ipc(), kBenchName, BenchMsg_Said, text);
+}
+
+}  // namespace bench

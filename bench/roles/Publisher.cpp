@@ -3,14 +3,13 @@
 #include <poll.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <sstream>
 
+#include "Changes.h"
 #include "Processes.h"
 #include "SentLog.h"
-#include "Verbs.h"
 #include "system/Systick.h"
+
+namespace bench {
 
 class Publisher::Server : public SubscribeServer {
  public:
@@ -25,28 +24,27 @@ class Publisher::Server : public SubscribeServer {
 
 Publisher::Publisher(e_Process server) : process_(server) {
   for (const Publication& publication : Publications()) {
-    if (publication.server != process_) continue;
+    if (publication.source->server != process_) continue;
     values_.push_back({&publication, publication.make()});
     publication.stamp(*values_.back().item, Systick().SystemTick());
-  }
-  for (const Reading& reading : Readings()) {
-    if (reading.server == process_) sources_.push_back({&reading});
   }
 }
 
 void Publisher::AddActions(Actions& actions) {
   for (const Change& change : Changes()) {
-    if (change.server != process_) continue;
+    if (change.source->server != process_) continue;
     actions[change.verb] = [this, &change](const Words& words) {
-      Value* value = Find(change.kind, change.id + (change.idFromArgument ? NumberOf(words[0]) : 0));
+      Value* value = Find(change.source->kind, change.Id(words));
       if (value == nullptr) return Outcome{false, "there is no such item"};
       if (change.apply != nullptr) change.apply(*value->item, words);
       return Send(*value);
     };
   }
-  for (Source& source : sources_) {
-    actions[source.reading->verb] = [this, &source](const Words& words) {
-      return SetRate(source, DecimalOf(words[0]));
+  for (const Reading& reading : Readings()) {
+    if (reading.source->server != process_) continue;
+    actions[reading.verb] = [this, &reading](const Words& words) {
+      schedule_.SetRate(reading, DecimalOf(words[0]));
+      return Outcome{true, "from now on"};
     };
   }
   actions["flood"] = [this](const Words& words) { return BeginFlood(words[1], DecimalOf(words[2])); };
@@ -66,142 +64,100 @@ void Publisher::Open(LinxIpc& ipc) {
   ipc.RegisterHandler(BenchMsg_DriveBegins, DriveBeginsHandler, this);
 }
 
-Publisher::Value* Publisher::Find(Publication::Kind kind, unsigned int id) {
+Publisher::Value* Publisher::Find(Source::Kind kind, unsigned int id) {
   const auto found = std::find_if(values_.begin(), values_.end(), [kind, id](const Value& value) {
-    return value.publication->kind == kind && value.publication->id == id;
+    const Source& source = *value.publication->source;
+    return source.kind == kind && source.id == id;
   });
   return found == values_.end() ? nullptr : &*found;
 }
 
-Item* Publisher::ItemOf(unsigned int itemId) {
-  Value* value = Find(Publication::kItem, itemId);
+Publisher::Value* Publisher::Find(std::string_view source) {
+  const auto found = std::find_if(values_.begin(), values_.end(), [source](const Value& value) {
+    return value.publication->source->name == source;
+  });
+  return found == values_.end() ? nullptr : &*found;
+}
+
+Item* Publisher::ItemOf(std::string_view source) {
+  Value* value = Find(source);
   return value == nullptr ? nullptr : value->item.get();
 }
 
-Outcome Publisher::SendItem(unsigned int itemId) {
-  Value* value = Find(Publication::kItem, itemId);
-  return value == nullptr ? Outcome{false, "there is no such item"} : Send(*value);
+Outcome Publisher::SendItem(std::string_view source) {
+  Value* value = Find(source);
+  return value == nullptr ? Outcome{false, "there is no such source"} : Send(*value);
 }
 
 void Publisher::GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType) {
   if (lateMs_ > 0) (void)poll(nullptr, 0, lateMs_);
-  const Value* value = Find(Publication::kItem, itemId);
+  const Value* value = Find(Source::kItem, itemId);
   if (value == nullptr || refused_.contains(itemId)) return;
   if (reply.Allocate(messageType, value->item->Size(), nullptr) == 0) (void)value->item->EncodeMsg(reply);
 }
 
-// What nobody has subscribed to, or the subscriber is too slow for, is not in the list of what was sent.
+// The list of what was sent leaves out values without a subscriber, and values that the subscriber is too
+// slow for. Their tick is new all the same: a later subscriber gets the value with the tick of its reading.
 Outcome Publisher::Send(Value& value) {
-  if (value.publication->kind == Publication::kItem && server_->Subscriptions() == 0) {
-    return {true, "nobody has subscribed"};
-  }
-  Outcome outcome = Transmit(value);
-  if (outcome.ok) {
-    LogSent(ProcessName(process_), value.publication->source + value.publication->describe(*value.item));
-  }
-  return outcome;
-}
-
-Outcome Publisher::Transmit(Value& value) {
   const Publication& publication = *value.publication;
   const std::uint32_t tick = Systick().SystemTick();
   publication.stamp(*value.item, tick);
-  if (publication.kind == Publication::kMessage) {
-    IpcMessage message;
-    (void)message.Allocate(publication.id, value.item->Size(), nullptr);
-    (void)value.item->EncodeMsg(message);
-    if (ipc_->Notify(MetadataMgrName(), message, true) != 0) {
-      return {false, "MetadataMgr cannot be told"};
-    }
-  } else {
-    const std::uint64_t lost = server_->LostNotices();
-    server_->NotifySubscribers(publication.id, *value.item);
-    if (server_->LostNotices() != lost) return {false, "the subscriber is too slow"};
+  if (publication.source->kind == Source::kItem && server_->Subscriptions() == 0) {
+    return {true, "nobody has subscribed"};
   }
+  const Outcome outcome = Transmit(value);
+  if (!outcome.ok) return outcome;
+  LogSent(ProcessName(process_), std::string(publication.source->name) + publication.describe(*value.item));
   return {true, "sent at tick " + std::to_string(tick)};
 }
 
-// ---- Readings
+Outcome Publisher::Transmit(Value& value) {
+  const Source& source = *value.publication->source;
+  if (source.kind == Source::kMessage) return TransmitMessage(value);
+  const std::uint64_t lost = server_->LostNotices();
+  server_->NotifySubscribers(source.id, *value.item);
+  return server_->LostNotices() == lost ? Outcome{true, ""} : Outcome{false, "the subscriber is too slow"};
+}
 
-// "BEGIN SPEED": the steady clock's time in microseconds, and how many times faster the drive runs.
+Outcome Publisher::TransmitMessage(const Value& value) {
+  IpcMessage message;
+  (void)message.Allocate(value.publication->source->id, value.item->Size(), nullptr);
+  (void)value.item->EncodeMsg(message);
+  const int error = ipc_->Notify(MetadataMgrName(), message, true);
+  return error == 0 ? Outcome{true, ""} : Outcome{false, "cannot send to MetadataMgr"};
+}
+
 void Publisher::DriveBeginsHandler(LinxIpc* ipc, void* self) {
   auto& publisher = *static_cast<Publisher*>(self);
-  std::istringstream text(TextOf(ipc->CurrentMessage()));
-  std::int64_t beginUs = 0;
-  double speed = 0;
-  if (!(text >> beginUs >> speed) || !(speed > 0)) return;
-  publisher.begin_ = Clock::time_point(std::chrono::microseconds(beginUs));
-  publisher.speed_ = speed;
-  publisher.driving_ = true;
-  for (Source& source : publisher.sources_) publisher.Align(source);
-}
-
-double Publisher::DriveSeconds() const {
-  return std::chrono::duration<double>(Clock::now() - begin_).count() * speed_;
-}
-
-Outcome Publisher::SetRate(Source& source, double perSecond) {
-  source.perSecond = perSecond;
-  if (driving_) Align(source);
-  return {true, "from now on"};
-}
-
-// Readings stand at multiples of their distance, so that those of a drive are the same each time.
-void Publisher::Align(Source& source) const {
-  if (source.perSecond > 0)
-    source.nextSecond = std::ceil(DriveSeconds() * source.perSecond) / source.perSecond;
-}
-
-int Publisher::MsToNextReading() const {
-  double seconds = -1;
-  for (const Source& source : sources_) {
-    if (!driving_ || source.perSecond <= 0) continue;
-    const double wait = std::max(0.0, source.nextSecond - DriveSeconds()) / speed_;
-    if (seconds < 0 || wait < seconds) seconds = wait;
-  }
-  constexpr double kLongest = 1000;
-  return seconds < 0 ? -1 : static_cast<int>(std::ceil(std::min(seconds, kLongest) * 1000));
-}
-
-// A reading is of the time at which it is due, not that at which it is sent.
-void Publisher::SendReadings() {
-  if (!driving_) return;
-  for (Source& source : sources_) {
-    while (source.perSecond > 0 && source.nextSecond <= DriveSeconds()) {
-      Value* value = Find(Publication::kItem, source.reading->itemId);
-      source.reading->advance(*value->item, source.nextSecond);
-      (void)Send(*value);
-      source.nextSecond += 1 / source.perSecond;
-    }
-  }
+  if (publisher.clock_.Take(TextOf(ipc->CurrentMessage()))) publisher.schedule_.Begin();
 }
 
 // ---- A flood
 
-Outcome Publisher::BeginFlood(const std::string& source, double seconds) {
-  for (Value& value : values_) {
-    if (value.publication->source != source) continue;
-    const std::chrono::duration<double> length(seconds / speed_);
-    flood_ = {&value, Clock::now() + std::chrono::duration_cast<Clock::duration>(length)};
-    return {true, "begins"};
-  }
-  return {false, "it has no such value"};
+Outcome Publisher::BeginFlood(std::string_view source, double seconds) {
+  Value* value = Find(source);
+  if (value == nullptr) return {false, "there is no such source"};
+  const std::chrono::duration<double> length(seconds / clock_.Speed());
+  flood_ = {value, Clock::now() + std::chrono::duration_cast<Clock::duration>(length)};
+  return {true, "begins"};
 }
 
-// Sends until the peer takes no more, or others have to have their turn. Then the loop sends what is
-// queued, as the peer drains it.
+// Sends until the peer takes no more, or other work has its turn. Then the loop sends what is queued, as
+// the peer drains it.
 void Publisher::GoOnFlooding() {
   constexpr int kTurn = 64;
   constexpr std::size_t kMostWaiting = 64UL * 1024;
   Flood& flood = *flood_;
   flood.waits = false;
   for (int i = 0; i < kTurn && !flood.waits; ++i) {
+    flood.value->publication->stamp(*flood.value->item, Systick().SystemTick());
     flood.waits = server_->WaitingBytes() > kMostWaiting || !Transmit(*flood.value).ok;
     ++(flood.waits ? flood.pushedBack : flood.sent);
   }
   if (Clock::now() < flood.end) return;
-  LogSent(ProcessName(process_), std::string("flood ") + flood.value->publication->source + " " +
-                                     std::to_string(flood.sent) + " " + std::to_string(flood.pushedBack));
+  const std::string source(flood.value->publication->source->name);
+  LogSent(ProcessName(process_),
+          "flood " + source + " " + std::to_string(flood.sent) + " " + std::to_string(flood.pushedBack));
   flood_.reset();
 }
 
@@ -209,10 +165,16 @@ void Publisher::GoOnFlooding() {
 
 int Publisher::WaitMs() const {
   if (flood_) return flood_->waits ? 1 : 0;
-  return MsToNextReading();
+  return schedule_.MsToNext();
 }
 
 void Publisher::DoDueWork() {
-  SendReadings();
+  schedule_.SendDue([this](const Reading& reading, const Advance& advance, double driveSeconds) {
+    Value* value = Find(reading.source->name);
+    advance(*value->item, driveSeconds);
+    (void)Send(*value);
+  });
   if (flood_) GoOnFlooding();
 }
+
+}  // namespace bench

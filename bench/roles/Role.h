@@ -4,9 +4,11 @@
 #include "ipc/LinxIpc.h"
 #include "system/Process.h"
 
-// What the processes of the bench vehicle have in common, beside the state manager: each takes part
-// in the start-up sequence as the real ones do, performs the commands that the director passes on,
-// and ends with the state manager's quit notice. A role adds its actions, handlers and servers.
+namespace bench {
+
+// A process of the bench vehicle other than the state manager. It takes part in the start-up sequence as the
+// real processes do, performs the commands that the director passes on, and ends with the state manager's
+// quit notice. A derived class adds its actions, handlers and servers.
 class Role {
  public:
   virtual ~Role() = default;
@@ -20,7 +22,7 @@ class Role {
 
   bool Stopped() const { return stop_; }
 
-  // For the loop: how long it may wait for messages, -1: for ever; and what is due then.
+  // For the loop: milliseconds that it may wait for messages (-1: for ever), and the work that is due then.
   virtual int WaitMs() const { return -1; }
   virtual void DoDueWork() {}
 
@@ -38,3 +40,5 @@ class Role {
   LinxIpc* ipc_ = nullptr;
   bool stop_ = false;
 };
+
+}  // namespace bench

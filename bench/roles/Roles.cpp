@@ -12,6 +12,8 @@
 
 std::string gStateMgrName;
 
+namespace bench {
+
 namespace {
 
 constexpr LogSource log{"Role"};
@@ -56,3 +58,5 @@ int RunRole(const std::string& name, const Words& expected) {
   log(kLogError, "There is no role ", name);
   return 2;
 }
+
+}  // namespace bench

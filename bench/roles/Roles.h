@@ -8,8 +8,10 @@
 #include "Words.h"
 #include "system/Process.h"
 
-// The processes of the bench vehicle but the state manager. A further one is a row here and rows
-// among the verbs; a further server is rows of Publications.cpp besides.
+namespace bench {
+
+// The processes of the bench vehicle except the state manager. A further process is a row here and rows in
+// VerbTable.cpp.
 struct RoleRow {
   e_Process process;
   std::unique_ptr<Role> (*make)(e_Process process);
@@ -17,6 +19,7 @@ struct RoleRow {
 
 std::span<const RoleRow> Roles();
 
-// Runs one of them, or the state manager, which is to expect the processes of these names. Returns
-// the exit status.
+// Runs one of them, or the state manager, which then expects the processes named. Returns the exit status.
 int RunRole(const std::string& name, const Words& expected);
+
+}  // namespace bench

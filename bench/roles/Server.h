@@ -3,7 +3,9 @@
 #include "Publisher.h"
 #include "Role.h"
 
-// A server around MetadataMgr; what tells one from another stands in the tables of Publications.cpp.
+namespace bench {
+
+// A server around MetadataMgr. The tables of sources, publications, changes and readings say what it serves.
 class Server : public Role {
  public:
   explicit Server(e_Process process) : publisher_(process) { publisher_.AddActions(actions_); }
@@ -16,3 +18,5 @@ class Server : public Role {
 
   Publisher publisher_;
 };
+
+}  // namespace bench

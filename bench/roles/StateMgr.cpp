@@ -1,38 +1,18 @@
 #include "StateMgr.h"
 
-#include <poll.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
 
 #include "Misc/StateMgrNotices.h"
 #include "Processes.h"
+#include "StopProcesses.h"
 #include "log/LogLine.h"
 #include "system/BigEndian.h"
 
+namespace bench {
+
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr LogSource log{"StateMgr"};
-
-int MsUntil(Clock::time_point end) {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-  return left < 0 ? 0 : static_cast<int>(left);
-}
-
-std::string MsSince(Clock::time_point begin) {
-  return Milliseconds(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
-}
-
-// A process that takes no more just now is asked again.
-bool AskToStop(LinxIpc& ipc, const std::string& process, Clock::time_point end) {
-  int error = 0;
-  while ((error = SendMessage(ipc, process, LinxIpc::kShutdownNotice)) == EAGAIN && Clock::now() < end)
-    (void)poll(nullptr, 0, 1);
-  return error == 0;
-}
 
 }  // namespace
 
@@ -161,7 +141,7 @@ void StateMgr::Send(Process& process, unsigned int type, const std::string& payl
 
 // ---- Deaths and restarts
 
-// None waits for one that is dead.
+// No process waits for a dead one.
 void StateMgr::DiedHandler(LinxIpc* ipc, void* self) {
   auto& stateMgr = *static_cast<StateMgr*>(self);
   std::uint32_t number = 0;
@@ -198,41 +178,22 @@ void StateMgr::StopSystemHandler(LinxIpc* ipc, void* self) {
   static_cast<StateMgr*>(self)->StopSystem(static_cast<int>(GetU32(message.DataPtr())));
 }
 
-// MetadataMgr first, so that it misses nothing that its servers still say. A process that failed to
-// start ends by itself.
+// MetadataMgr first, so that it misses nothing that its servers still send. A process that failed to start
+// ends by itself.
 void StateMgr::StopSystem(int timeoutMs) {
-  std::vector<Process*> recorder;
-  std::vector<Process*> others;
-  for (Process& process : processes_) {
+  Words recorder;
+  Words others;
+  for (const Process& process : processes_) {
     if (!Runs(process)) continue;
-    (process.name == MetadataMgrName() ? recorder : others).push_back(&process);
+    (process.name == MetadataMgrName() ? recorder : others).push_back(process.name);
   }
-  Stop(recorder, timeoutMs);
-  Stop(others, timeoutMs);
+  const auto tell = [this](News news, const std::string& process, const std::string& text) {
+    if (news == News::kStopped) Find(process)->phase = Phase::kStopped;
+    Tell(news, process, text);
+  };
+  StopProcesses(ipc_, recorder, timeoutMs, tell);
+  StopProcesses(ipc_, others, timeoutMs, tell);
   Tell(News::kAllStopped, StateMgrName(), "is done");
-}
-
-void StateMgr::Stop(std::vector<Process*> processes, int timeoutMs) {
-  const Clock::time_point begin = Clock::now();
-  const Clock::time_point end = begin + std::chrono::milliseconds(timeoutMs);
-  std::erase_if(processes, [&](const Process* process) {
-    if (AskToStop(ipc_, process->name, end)) return false;
-    Tell(News::kSilent, process->name, "is not there to be shut down");
-    return true;
-  });
-  IpcMessage answer;
-  while (!processes.empty() && ipc_.Receive(MsUntil(end), StateMgrProcessMsg_ShutdownResponse,
-                                            LinxIpc::emptyString, &answer) == 0) {
-    std::erase_if(processes, [&](Process* process) {
-      if (process->name != answer.GetSender()) return false;
-      process->phase = Phase::kStopped;
-      Tell(News::kStopped, process->name, "answered the shut-down after " + MsSince(begin));
-      return true;
-    });
-  }
-  for (const Process* process : processes) {
-    Tell(News::kSilent, process->name, "did not answer the shut-down within " + Milliseconds(timeoutMs));
-  }
 }
 
 void StateMgr::QuitHandler(LinxIpc* /*ipc*/, void* self) {
@@ -251,3 +212,5 @@ void StateMgr::Fail(Process& process, const std::string& text) {
   process.phase = Phase::kFailed;
   Tell(News::kFailed, process.name, text);
 }
+
+}  // namespace bench

@@ -8,21 +8,22 @@
 #include "Publisher.h"
 #include "ipc/LinxIpc.h"
 
-// The state manager of the bench vehicle: leads the processes that it expects to full run, tells
-// them of deaths and restarts, publishes its own events, and shuts all down. What happens it tells
-// the director.
+namespace bench {
+
+// The state manager of the bench vehicle: leads the processes that it expects to full run, tells them of
+// deaths and restarts, publishes its own events, shuts all down, and reports to the director.
 //
-// When all have started, each is asked to subscribe to its servers; when all have, each is told
-// full run. One that starts later, for the first time or again, goes the same way alone.
+// When all processes have started, each is asked to subscribe to its servers; when all have subscribed, each
+// is told full run. A process that starts later, for the first time or again, goes the same way alone.
 class StateMgr {
  public:
   explicit StateMgr(const Words& expected);
 
-  // Runs until a shut-down is asked of it; returns the exit status.
+  // Runs until it is asked to shut down; returns the exit status.
   int Run();
 
  private:
-  // In this order a process goes through them; one that failed or is absent holds the others up.
+  // A process goes through them in this order. A failed or absent process holds the others up.
   enum class Phase { kFailed, kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kStopped, kDead };
   struct Process {
     std::string name;
@@ -36,13 +37,13 @@ class StateMgr {
   static void StopSystemHandler(LinxIpc* ipc, void* self);
   static void QuitHandler(LinxIpc* ipc, void* self);
 
-  // It has announced itself and is not on its way out.
+  // The process has announced itself and is not shutting down.
   static bool Runs(const Process& process) {
     return process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
   }
-  // Null when there is none of that name.
+  // Null when no process has that name.
   Process* Find(const std::string& name);
-  // The sender of the current message where it is expected, else null.
+  // The sender of the current message; null, and logged, when it is not expected.
   Process* Sender();
   void Started();
   void Advance();
@@ -50,7 +51,6 @@ class StateMgr {
   Outcome TellOthers(unsigned int type, std::uint32_t number);
 
   void StopSystem(int timeoutMs);
-  void Stop(std::vector<Process*> processes, int timeoutMs);
 
   void Tell(News news, const std::string& process, const std::string& text);
   void Fail(Process& process, const std::string& text);
@@ -61,3 +61,5 @@ class StateMgr {
   std::vector<Process> processes_;
   bool stop_ = false;
 };
+
+}  // namespace bench

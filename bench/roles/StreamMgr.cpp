@@ -1,10 +1,13 @@
 #include "StreamMgr.h"
 
-#include "MetadataMgrMessages.h"
 #include "Processes.h"
 #include "SentLog.h"
+#include "TickMessage.h"
 #include "clients/StreamMgrApi.h"
 #include "items/StringItem.h"
+#include "system/Messages.h"
+
+namespace bench {
 
 StreamMgr::StreamMgr() {
   actions_ = {
@@ -72,3 +75,5 @@ Outcome StreamMgr::Tell(bool start, const std::string& text) {
   LogSent(ProcessName(e_Process_StreamMgr), event + std::to_string(tick));
   return {true, text};
 }
+
+}  // namespace bench

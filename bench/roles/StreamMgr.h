@@ -6,9 +6,10 @@
 #include "Role.h"
 #include "clients/StateMgrClient.h"
 
-// The process that writes the video: records when the state manager says so, knows which recording
-// event is being written, and answers who asks for it. On command it tells MetadataMgr of a start or
-// stop directly.
+namespace bench {
+
+// The process that writes the video: records when the state manager says so, and answers which recording
+// event it writes. On command it tells MetadataMgr of a start or stop directly.
 class StreamMgr : public Role {
  public:
   StreamMgr();
@@ -30,3 +31,5 @@ class StreamMgr : public Role {
   std::string recording_;  // empty: none
   unsigned int recordings_ = 0;
 };
+
+}  // namespace bench

@@ -2,6 +2,8 @@
 
 #include "Verbs.h"
 
+namespace bench {
+
 namespace {
 
 void DoHandler(LinxIpc* ipc, void* context) {
@@ -24,3 +26,5 @@ Outcome Perform(const Actions& actions, const Words& words) {
 void ServeActions(LinxIpc& ipc, const Actions& actions) {
   ipc.RegisterHandler(BenchMsg_Do, DoHandler, const_cast<Actions*>(&actions));
 }
+
+}  // namespace bench

@@ -8,7 +8,9 @@
 #include "Words.h"
 #include "ipc/LinxIpc.h"
 
-// What a process of the bench can do: actions by the names of their verbs.
+namespace bench {
+
+// The actions of a process of the bench, by the names of their verbs.
 using Action = std::function<Outcome(const Words& arguments)>;
 using Actions = std::map<std::string, Action, std::less<>>;
 
@@ -17,3 +19,5 @@ Outcome Perform(const Actions& actions, const Words& words);
 
 // Performs each BenchMsg_Do from now on and answers it. `actions` must outlive the endpoint.
 void ServeActions(LinxIpc& ipc, const Actions& actions);
+
+}  // namespace bench

@@ -5,7 +5,10 @@
 #include <cstdint>
 
 #include "DefaultDrive.h"
+#include "Running.h"
 #include "TextFile.h"
+
+namespace bench {
 
 namespace {
 
@@ -46,47 +49,67 @@ Words WordsBeforeComment(std::string_view line) {
   return words;
 }
 
-// The error, or nothing and the line added.
-std::string AddBefore(const Command& command, Drive& drive) {
-  if (!drive.lines.empty()) return "'before' comes after a time";
-  if (NameOf(*command.verb) == "quit") return "'quit' is only possible after the start";
-  drive.before.push_back(command);
-  return {};
-}
+// Adds the lines of a text one by one.
+class Parser {
+ public:
+  explicit Parser(Drive& drive) : drive_(drive) {}
 
-std::string AddLine(const Words& words, Drive& drive) {
-  constexpr std::size_t kMaxBytes = 1000;
-  DriveLine line{};
-  std::string error;
-  const bool before = words[0] == "before";
-  if (!before && !ReadTime(words[0], line.at)) {
-    return Quoted(words[0]) + " is not a time: seconds with up to three decimals";
+  // Returns the error of a line, or "" when it was added.
+  std::string AddLine(const Words& words) {
+    constexpr std::size_t kMaxBytes = 1000;
+    DriveLine line{};
+    std::string error;
+    const bool before = words[0] == "before";
+    if (!before && !ReadTime(words[0], line.at)) {
+      return Quoted(words[0]) + " is not a time: seconds with up to three decimals";
+    }
+    if (JoinWords(words).size() > kMaxBytes) return Quoted(words.back()) + " makes the line too long";
+    if (words.size() == 1) return Quoted(words[0]) + " must be followed by a verb";
+    if (!ParseCommand({words.begin() + 1, words.end()}, line.command, error)) return error;
+    error = before ? CheckBefore(line.command) : CheckTime(words, line);
+    if (error.empty()) error = running_.Take(line.command);
+    if (!error.empty()) return error;
+    if (before) {
+      drive_.before.push_back(line.command);
+    } else {
+      drive_.lines.push_back(line);
+    }
+    return {};
   }
-  if (JoinWords(words).size() > kMaxBytes) return Quoted(words.back()) + " makes the line too long";
-  if (words.size() == 1) return Quoted(words[0]) + " must be followed by a verb";
-  if (!ParseCommand({words.begin() + 1, words.end()}, line.command, error)) return error;
-  if (before) return AddBefore(line.command, drive);
-  if (NameOf(*line.command.verb) == "missing") return Quoted(words[1]) + " is only possible before the start";
-  if (!drive.lines.empty()) {
-    const DriveLine& last = drive.lines.back();
+
+ private:
+  std::string CheckBefore(const Command& command) const {
+    if (!drive_.lines.empty()) return "'before' comes after a time";
+    const bool possible = command.verb->when != Verb::kFullRun;
+    return possible ? "" : Quoted(NameOf(*command.verb)) + " is only possible after the start";
+  }
+
+  std::string CheckTime(const Words& words, const DriveLine& line) const {
+    if (line.command.verb->when == Verb::kBefore)
+      return Quoted(words[1]) + " is only possible before the start";
+    if (drive_.lines.empty()) return {};
+    const DriveLine& last = drive_.lines.back();
     if (line.at < last.at) return Quoted(words[0]) + " is earlier than the line before";
     if (NameOf(*last.command.verb) == "quit") return Quoted(words[1]) + " comes after quit";
+    return {};
   }
-  drive.lines.push_back(line);
-  return {};
-}
+
+  Drive& drive_;
+  Running running_;
+};
 
 }  // namespace
 
 std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive) {
   std::vector<std::string> errors;
   drive = {name, {}, {}};
+  Parser parser(drive);
   for (unsigned int number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const Words words = WordsBeforeComment(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));
     if (words.empty()) continue;
-    const std::string error = AddLine(words, drive);
+    const std::string error = parser.AddLine(words);
     if (error.empty()) continue;
     errors.emplace_back(name).append(":").append(std::to_string(number)).append(": ").append(error);
   }
@@ -102,3 +125,5 @@ std::vector<std::string> ReadDrive(const std::string& path, Drive& drive) {
 std::vector<std::string> ReadDefaultDrive(Drive& drive) {
   return ParseDrive("default.drive", kDefaultDrive, drive);
 }
+
+}  // namespace bench

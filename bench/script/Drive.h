@@ -7,12 +7,14 @@
 
 #include "Verbs.h"
 
+namespace bench {
+
 // A drive: a text file of timed commands. On each line stands the time in seconds since the system
 // came to full run, with up to three decimals, then the words of a command. Times never go back.
-// "#" at the beginning of a word begins a comment; blank lines are passed over. After "quit"
-// nothing follows; a drive without "quit" goes on until it is ended from outside.
+// "#" at the beginning of a word begins a comment; blank lines are ignored. No line follows "quit"; a drive
+// without "quit" goes on until it is ended from outside.
 //
-// Lines with "before" in place of the time stand first: they are done before MetadataMgr starts.
+// Lines with "before" in place of the time come first: they are done before MetadataMgr starts.
 
 struct DriveLine {
   std::chrono::milliseconds at;
@@ -25,12 +27,13 @@ struct Drive {
   std::vector<DriveLine> lines;
 };
 
-// Reads the text of a drive. Each error reads "NAME:LINE: what is wrong with which word"; there are
-// none when the drive is good.
+// Reads the text of a drive. Returns its errors, each as "NAME:LINE: the wrong word and why".
 std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive);
 
-// The same for a file; a file that cannot be read is an error too.
+// Reads a file. A file that cannot be read is an error too.
 std::vector<std::string> ReadDrive(const std::string& path, Drive& drive);
 
 // The drive that comes with the bench, about 20 seconds.
 std::vector<std::string> ReadDefaultDrive(Drive& drive);
+
+}  // namespace bench

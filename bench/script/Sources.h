@@ -5,8 +5,10 @@
 
 #include "system/Process.h"
 
-// What the servers around MetadataMgr tell it. A drive, the servers and the lists of what was sent
-// know a source by its name.
+namespace bench {
+
+// A value that a server around MetadataMgr tells it. Drives, servers and the lists of what was sent know a
+// source by its name.
 struct Source {
   e_Process server;
   // An item is published to subscribers; a message goes to MetadataMgr without a subscription.
@@ -17,5 +19,7 @@ struct Source {
 
 std::span<const Source> Sources();
 
-// Null when there is none of that name.
+// Null when no source has that name.
 const Source* FindSource(std::string_view name);
+
+}  // namespace bench

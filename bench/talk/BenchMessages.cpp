@@ -2,8 +2,11 @@
 
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <cstring>
+
+#include "Numbers.h"
+
+namespace bench {
 
 namespace {
 
@@ -56,8 +59,4 @@ void Answer(LinxIpc& ipc, const Outcome& outcome, const std::string& asker) {
   (void)SendMessage(ipc, asker, BenchMsg_Done, (outcome.ok ? '\1' : '\0') + outcome.text);
 }
 
-std::string Milliseconds(double ms) {
-  char text[32];
-  (void)std::snprintf(text, sizeof text, ms < 10 ? "%.2f ms" : "%.0f ms", ms);
-  return text;
-}
+}  // namespace bench

@@ -4,6 +4,8 @@
 #include "ipc/LinxServerNameList.h"
 #include "system/Process.h"
 
+namespace bench {
+
 const std::string kBenchName = "Bench";
 
 const std::string& ProcessName(std::uint32_t process) {
@@ -28,3 +30,5 @@ bool ReadProcess(const std::string& word, std::uint32_t& process) {
   }
   return false;
 }
+
+}  // namespace bench

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+namespace bench {
+
 // Names of the endpoints of the bench and of the system's processes.
 
 // The director's endpoint.
@@ -11,10 +13,11 @@ extern const std::string kBenchName;
 // The endpoint name of a process; empty for an unknown number.
 const std::string& ProcessName(std::uint32_t process);
 
-// Those that the bench itself deals with.
+// The names of these two.
 const std::string& MetadataMgrName();
 const std::string& StateMgrName();
 
-// The number of a process that is given by its name, or by its number, which need not be one in
-// use. False when the word is neither.
+// Reads a process, given by its name or by any number. False when the word is neither.
 bool ReadProcess(const std::string& word, std::uint32_t& process);
+
+}  // namespace bench

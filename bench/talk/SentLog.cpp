@@ -4,6 +4,8 @@
 
 #include "system/KvGetenv.h"
 
+namespace bench {
+
 // Whole lines at once, so that a process that is killed leaves none in part.
 void LogSent(const std::string& process, const std::string& line) {
   const char* directory = KvGetenv(kSentDirectoryVariable);
@@ -11,3 +13,5 @@ void LogSent(const std::string& process, const std::string& line) {
   std::ofstream file(std::string(directory) + "/" + process + ".log", std::ios::app);
   file << line + "\n";
 }
+
+}  // namespace bench

@@ -2,11 +2,15 @@
 
 #include <string>
 
-// What the processes of the bench sent to MetadataMgr, as text to compare a recording with: a file
-// PROCESS.log each, in the directory that the environment variable names; one line an event, what
-// it is and its values in the order in which they travel.
+namespace bench {
+
+// Lists of what the processes of the bench sent to MetadataMgr, for comparison with a recording: a file
+// PROCESS.log for each, in the directory that the environment variable names. One line is one event: its name
+// and its values in the order in which they travel.
 
 constexpr const char* kSentDirectoryVariable = "BENCH_SENT";
 
-// Adds a line; nothing where the variable is not set.
+// Adds a line. Does nothing when the variable is not set.
 void LogSent(const std::string& process, const std::string& line);
+
+}  // namespace bench

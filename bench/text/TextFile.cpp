@@ -3,6 +3,8 @@
 #include <array>
 #include <fstream>
 
+namespace bench {
+
 bool ReadTextFile(const std::string& path, std::string& text) {
   std::ifstream file(path, std::ios::binary);
   std::array<char, 4096> block;
@@ -12,3 +14,5 @@ bool ReadTextFile(const std::string& path, std::string& text) {
   }
   return file.is_open() && !file.bad();
 }
+
+}  // namespace bench

@@ -2,5 +2,9 @@
 
 #include <string>
 
-// The whole of a file; false when it cannot be read.
+namespace bench {
+
+// Reads a whole file. False when it cannot be read.
 bool ReadTextFile(const std::string& path, std::string& text);
+
+}  // namespace bench

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+namespace bench {
+
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
@@ -72,3 +74,5 @@ double DecimalOf(std::string_view word) {
   (void)ReadDecimal(word, number);
   return number;
 }
+
+}  // namespace bench

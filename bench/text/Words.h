@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace bench {
+
 // The words of a drive line or of a command line.
 using Words = std::vector<std::string>;
 
@@ -14,16 +16,18 @@ Words SplitWords(std::string_view text);
 // The words from `first` on, with one blank between them.
 std::string JoinWords(const Words& words, std::size_t first = 0);
 
-// A word in quotes, fit for a message: cut when it is long, control characters as "?".
+// A word in quotes for a message: long words are cut, control characters become "?".
 std::string Quoted(std::string_view word);
 
-// A number of 32 bits, decimal or with "0x" hexadecimal. False when the word is none; `value` is
-// then unchanged.
+// Reads a number of 32 bits, decimal or with "0x" hexadecimal. False, and `value` unchanged, when the word is
+// not a number.
 bool ReadNumber(std::string_view word, std::uint32_t& value);
 
-// The same for a decimal number, which may be negative and have decimals: "-71.05".
+// Reads a number that may be negative and have decimals: "-71.05".
 bool ReadDecimal(std::string_view word, double& value);
 
-// The number that a word is known to be.
+// The number of a word that is known to be a number.
 std::uint32_t NumberOf(std::string_view word);
 double DecimalOf(std::string_view word);
+
+}  // namespace bench

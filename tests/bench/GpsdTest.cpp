@@ -2,12 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "GpsItem.h"
 #include "GpsdReceiver.h"
 #include "Listener.h"
 #include "Tracks.h"
 #include "support/Eventually.h"
+
+namespace bench {
 
 namespace {
 
@@ -32,14 +36,11 @@ const Report kReports[] = {
     {"RtkFloat", R"({"class":"TPV","mode":3,"status":4,"lat":0,"lon":0,"speed":1e300})",
      "0 0 134217727 65535 65535 0 5 3 1 3 41 0 0 1"},
     {"NoFix", R"({"class":"TPV","mode":1,"lat":1.5,"lon":2})", "no fix"},
-    {"NoMode", R"({"class":"TPV","lat":1.5,"lon":2})", "no fix"},
     {"SurveyedIn", R"({"class":"TPV","mode":3,"status":7,"lat":1.5,"lon":2})", "no fix"},
     {"NoPlace", R"({"class":"TPV","mode":3,"lat":1.5})", "no fix"},
-    {"PlaceOfText", R"({"class":"TPV","mode":3,"lat":"1.5","lon":[2]})", "no fix"},
     {"BeyondThePole", R"({"class":"TPV","mode":3,"lat":90.1,"lon":2})", "no fix"},
     {"TimeOfText", R"({"class":"TPV","mode":2,"lat":1.5,"lon":2,"time":"2026-06-10Tnoon, or so Z"})",
      "900000 1200000 134217727 0 0 0 1 2 1 3 41 0 0 1"},
-    {"OtherReport", R"({"class":"DEVICE","mode":3,"lat":1.5,"lon":2})", "nothing"},
     {"NoObject", "[1,2", "nothing"},
     {"Garbage", "\xff\xfe{{{{", "nothing"},
     {"Deep", std::string(60000, '['), "nothing"},
@@ -61,6 +62,7 @@ class FakeGpsd {
   ~FakeGpsd() { Stop(); }
 
   std::string Peer() const { return std::to_string(port_) + " 127.0.0.1"; }
+  std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
   void Stop() {
     listener_.reset();
     if (client_ >= 0) close(client_);
@@ -87,7 +89,8 @@ class FakeGpsd {
 
 TEST(Gpsd, IsFollowedAgainWhenItComesBackAndItsFixIsLostMeanwhile) {
   FakeGpsd gpsd;
-  GpsdReceiver receiver(gpsd.Peer());
+  std::vector<std::string> said;
+  GpsdReceiver receiver(gpsd.Peer(), [&said](const std::string& text) { said.push_back(text); });
   GpsStatusItem item = NoFix();
   const auto next = [&] {
     return Eventually([&] { return receiver.Next(0, item); }) ? RowOf(item) : "nothing";
@@ -112,8 +115,28 @@ TEST(Gpsd, IsFollowedAgainWhenItComesBackAndItsFixIsLostMeanwhile) {
   EXPECT_EQ(next(), kFixRow);
 
   gpsd.Report(std::string(100'000, 'x'));  // no line is that long
-  gpsd.Report("x\n" + kFix + "\n");
+  gpsd.Report("x\n{\"class\":\"WATCH\"}\n" + kFix + "\n");
   EXPECT_EQ(next(), kFixRow);
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_EQ(said[0], "the gpsd at " + gpsd.Address() + " is gone");
+  EXPECT_EQ(said[1], "follows the gpsd at " + gpsd.Address());
+}
+
+TEST(Gpsd, SpeedToldLessOftenThanThePlaceIsRepeatedWhileTheFixLasts) {
+  const std::string place = R"({"class":"TPV","mode":2,"lat":1.5,"lon":2})";
+  GpsdReports reports;
+  GpsStatusItem item = NoFix();
+  (void)reports.Take(kFix, item);
+  for (int i = 0; i < 2; ++i) {
+    (void)reports.Take(place, item);
+    EXPECT_EQ(item.speedDeciKmh, 378);
+    EXPECT_EQ(item.courseDeciDegrees, 0);
+  }
+  (void)reports.Take(R"({"class":"TPV","mode":1})", item);
+  (void)reports.Take(place, item);
+  EXPECT_EQ(item.speedDeciKmh, 0);
 }
 
 }  // namespace
+
+}  // namespace bench

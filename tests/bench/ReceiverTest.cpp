@@ -17,6 +17,8 @@
 #include "support/Eventually.h"
 #include "support/LogText.h"
 
+namespace bench {
+
 namespace {
 
 using testing::HasSubstr;
@@ -73,7 +75,7 @@ TEST(NmeaOption, GoesWithADriveAndARestartOfTheGpsProcess) {
   EXPECT_TRUE(Eventually([&] { return !recorded().empty() && recorded().back() == kLast; }));
   EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
   EXPECT_EQ(bench.Finish(), 1);  // the first line
-  EXPECT_THAT(bench.Output(), HasSubstr("FAILED: gps rate 5: a receiver is followed"));
+  EXPECT_THAT(bench.Output(), HasSubstr("FAILED: gps rate 5: GpsHal follows a receiver"));
   EXPECT_THAT(bench.Output(), HasSubstr("problems: 1,"));
   const Lines times = recorded();
   EXPECT_LE(times.size(), 30U);
@@ -128,9 +130,9 @@ TEST(GpsdOption, RecordsWhatGpsdTells) {
   BenchRun bench;
   bench.Start({"--gpsd", "127.0.0.1:" + port});  // before there is a gpsd
   ASSERT_TRUE(bench.Said("MetadataMgr told full run")) << bench.Output();
+  EXPECT_THAT(bench.Output(), HasSubstr("GpsHal: no gpsd answers at 127.0.0.1:" + port + " yet"));
   const Gpsfake gpsfake(directory, port, path);
-  ASSERT_TRUE(Eventually([&] { return Count(bench.Log("GpsHal"), "Follows the gpsd") == 1; }))
-      << directory.Read("gpsfake");
+  ASSERT_TRUE(bench.Said("GpsHal: follows the gpsd at 127.0.0.1:" + port)) << directory.Read("gpsfake");
   const Child gpspipe([&] {
     return ExecInto({"gpspipe", "-w", "127.0.0.1:" + port}, directory.Path("gpspipe"),
                     directory.Path("said"));
@@ -152,3 +154,5 @@ TEST(GpsdOption, RecordsWhatGpsdTells) {
 }
 
 }  // namespace
+
+}  // namespace bench

@@ -1,7 +1,9 @@
-#include "MetadataMgrMessages.h"
+#include "TickMessage.h"
 
 #include "system/BigEndian.h"
 #include "system/Systick.h"
+
+namespace bench {
 
 std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag) {
   constexpr unsigned int kTickSize = 4;
@@ -11,3 +13,5 @@ std::uint32_t AllocateTick(IpcMessage& message, unsigned int type, int flag) {
   if (flag >= 0) message.DataPtr()[kTickSize] = static_cast<unsigned char>(flag);
   return tick;
 }
+
+}  // namespace bench

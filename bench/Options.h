@@ -1,0 +1,28 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "RunOptions.h"
+#include "Words.h"
+
+namespace bench {
+
+// What the command line says.
+struct Options {
+  RunOptions run;
+  std::string out = "out";
+  std::string drive;
+  std::string nmea;
+  std::string gpsd;
+  Words words;
+  std::string role;
+};
+
+// Each adds a command with its options, which are put into `options`.
+CLI::App* AddRun(CLI::App& app, Options& options);
+CLI::App* AddCheck(CLI::App& app, Options& options);
+CLI::App* AddSend(CLI::App& app, Options& options);
+CLI::App* AddRole(CLI::App& app, Options& options);
+
+}  // namespace bench

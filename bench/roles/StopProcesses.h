@@ -1,0 +1,18 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "BenchMessages.h"
+#include "Words.h"
+#include "ipc/LinxIpc.h"
+
+namespace bench {
+
+using Tell = std::function<void(News news, const std::string& process, const std::string& text)>;
+
+// Asks processes to shut down and waits for their answers, together at most `timeoutMs`. Tells of each
+// process once, kStopped or kSilent.
+void StopProcesses(LinxIpc& ipc, Words processes, int timeoutMs, const Tell& tell);
+
+}  // namespace bench
