@@ -7,6 +7,7 @@
 #include "RangeOptions.h"
 #include "ReportPage.h"
 #include "RunReader.h"
+#include "VideoOption.h"
 
 namespace {
 
@@ -14,6 +15,7 @@ struct ReportOptions {
   Recordings recordings;
   RangeOptions range;
   SourceOption source;
+  VideoOption video;
   std::string out;
 };
 
@@ -31,14 +33,15 @@ void AppendEmbedded(const std::string& json, std::string& out) {
 // The runs of which there is something to show, one after the other.
 class RunsWriter {
  public:
-  RunsWriter(const ReportOptions& options, const Range& range, Messages& messages)
-      : options_(options), range_(range), messages_(messages) {}
+  RunsWriter(const ReportOptions& options, const Range& range, const Videos& videos, Messages& messages)
+      : options_(options), range_(range), videos_(videos), messages_(messages) {}
 
   void Append(const Run& run, std::string& out) {
     const Selection* selection = options_.source.Selected();
     const bool anyTime = !range_.from && !range_.to;
     const RunSummary summary = Summarize(run, messages_);
     DriveData drive(run, summary, {anyTime && selection == nullptr, selection == nullptr, bookmarks_});
+    drive.Show(videos_);
     RunReader reader({run}, selection, /*text=*/true, messages_);
     reader.ShowProgress(true);
     for (Row row; reader.Next(row);) {
@@ -61,6 +64,7 @@ class RunsWriter {
  private:
   const ReportOptions& options_;
   const Range& range_;
+  const Videos& videos_;
   Messages& messages_;
   int bookmarks_ = 0;
   bool first_ = true;
@@ -71,12 +75,18 @@ int Report(const ReportOptions& options) {
   const std::vector<Run> runs = options.recordings.Find(messages);
   Range range;
   if (!options.range.Find(runs, range, messages)) return kFinding;
+  const std::optional<Videos> videos = options.video.Find(options.out, messages);
+  if (!videos) return kFinding;
+  if (options.video.Any() && runs.size() != 1) {
+    messages.Problem("--video goes with one run; these files hold " + std::to_string(runs.size()));
+    return kFinding;
+  }
   OutputFile file;
   if (!file.Open(options.out, messages)) return kFinding;
   std::string& out = file.Out().Text();
-  out += ReportHead();
+  out += ReportHead(options.video.Any());
   out += '[';
-  RunsWriter writer(options, range, messages);
+  RunsWriter writer(options, range, *videos, messages);
   for (const Run& run : runs) {
     writer.Append(run, out);
     file.Out().Commit();
@@ -93,6 +103,7 @@ Action DeclareReport(CLI::App& app) {
   AddRecordings(app, options->recordings);
   options->range.Declare(app);
   options->source.Declare(app);
+  options->video.Declare(app);
   app.add_option("-o,--output", options->out, "the page to write [standard output]");
   app.footer(
       "The page needs nothing but itself: it opens offline and prints. It shows each run: the track, speed,\n"
@@ -103,6 +114,7 @@ Action DeclareReport(CLI::App& app) {
       "Examples:\n"
       "  metadata report -o drive.html\n"
       "  metadata report -o drive.html metadata.000007.db\n"
-      "  metadata report -o crash.html --from crash-2m --to crash+1m");
+      "  metadata report -o crash.html --from crash-2m --to crash+1m\n"
+      "  metadata report -o drive.html --video front.mp4 --video rear.mp4=0.5 metadata.000007.db");
   return [options] { return Report(*options); };
 }

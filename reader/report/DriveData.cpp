@@ -34,6 +34,7 @@ void DriveData::Add(const Row& row) {
   if (utcMs != kNoUtc) FollowClock(ms, utcMs);
   losses_.Add(row, ms);
   const TrackFollower::Step step = follower_.Take(row);
+  FollowRecording(row);
   // What a file restates of the one before it was shown, if that was given.
   if (row.event == EventKind::kRestated && !run_.beginIsMissing && !summary_.isCopy) return;
   if (step == TrackFollower::Step::kBegin) track_.Break();
@@ -50,6 +51,7 @@ void DriveData::Add(const Row& row) {
 void DriveData::Skip(const Row& row) {
   if (!Any()) lanes_.Add(row, clock_.Ms(row));
   (void)follower_.Take(row);
+  FollowRecording(row);
   events_.Follow(row);
 }
 
@@ -74,9 +76,15 @@ void DriveData::FollowClock(std::int64_t ms, std::int64_t utcMs) {
   offsetMs_ = offsetMs;
 }
 
+void DriveData::FollowRecording(const Row& row) {
+  const bool starts = row.table == "state" && row.source == "recording" && row.Number("active") > 0;
+  if (starts && row.event == EventKind::kEvent && !recordingMs_) recordingMs_ = clock_.Ms(row);
+}
+
 void DriveData::Write(JsonWriter& json) const {
   json.Object();
   WriteAbout(json);
+  if (!videos_.empty()) WriteVideos(json);
   track_.Write("track", json);
   charts_.Write("charts", gaps_, json);
   lanes_.Write("groups", endMs_, json);
@@ -108,6 +116,16 @@ void DriveData::WriteAbout(JsonWriter& json) const {
   for (const auto& [name, value] : summary_.facts)
     json.Text(Clipped(name, kFactBytes).c_str(), Clipped(value, kFactBytes));
   json.EndObject();
+}
+
+void DriveData::WriteVideos(JsonWriter& json) const {
+  json.Array("videos");
+  for (const Video& video : videos_) {
+    json.Object().Text("file", video.file);
+    json.Number("startMs", recordingMs_.value_or(0) + video.offsetMs);
+    json.EndObject();
+  }
+  json.EndArray();
 }
 
 void DriveData::WriteSources(JsonWriter& json) const {

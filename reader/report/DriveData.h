@@ -8,6 +8,7 @@
 #include "StateLanes.h"
 #include "TrackFollower.h"
 #include "TrackPoints.h"
+#include "Video.h"
 
 // What the page shows of one run, made smaller to what a picture can show: memory does not depend on the
 // number of records. Times are milliseconds since the run's first record.
@@ -27,6 +28,8 @@ class DriveData {
   void Add(const Row& row);
   void Skip(const Row& row);
 
+  void Show(const Videos& videos) { videos_ = videos; }
+
   bool Any() const { return records_ > 0; }
   int Bookmarks() const { return events_.Bookmarks(); }
   // One object.
@@ -39,7 +42,9 @@ class DriveData {
   // Null where it is not known.
   const GpsFix* Place() const;
   void FollowClock(std::int64_t ms, std::int64_t utcMs);
+  void FollowRecording(const Row& row);
   void WriteAbout(JsonWriter& json) const;
+  void WriteVideos(JsonWriter& json) const;
   void WriteSources(JsonWriter& json) const;
 
   const Run& run_;
@@ -53,6 +58,8 @@ class DriveData {
   EventList events_;
   Gaps gaps_;
   Losses losses_;
+  Videos videos_;
+  std::optional<std::int64_t> recordingMs_;  // the first start of a recording
   std::int64_t records_ = 0;
   std::int64_t beginMs_ = 0;
   std::int64_t endMs_ = 0;

@@ -2,10 +2,13 @@
 
 #include "PageText.h"
 
-const char* ReportHead() {
-  return kPageHead;
+std::string ReportHead(bool videos) {
+  constexpr std::string_view kPolicy = "style-src 'unsafe-inline'";
+  std::string head = kPageHead;
+  if (videos) head.insert(head.find(kPolicy) + kPolicy.size(), "; media-src 'self' file:");
+  return head;
 }
 
-const char* ReportTail() {
+std::string ReportTail() {
   return kPageTail;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
-// The page of a report: what stands before its data, an array of runs in JSON, and behind it.
-const char* ReportHead();
-const char* ReportTail();
+#include <string>
+
+// The page of a report: what stands before its data, an array of runs in JSON, and behind it. The page
+// loads nothing; with `videos` it may load videos from its own place.
+std::string ReportHead(bool videos);
+std::string ReportTail();

@@ -14,11 +14,12 @@ class PageTest : public DriveTest {
   }
 
   // Makes the page of all recordings. What does not hold on it, by a check of checks.py; empty if all holds.
-  std::string Check(const std::string& name) {
-    const Ran made = Metadata({"report", "-o", dir_.Path("drive.html"), dir_.Path("")});
+  std::string Check(const std::string& name, const std::vector<std::string>& options = {}) {
+    std::vector<std::string> arguments{"report", "-o", dir_.Path("drive.html"), dir_.Path("")};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    const Ran made = Metadata(arguments);
     EXPECT_EQ(made.status, 0) << made.said;
-    const std::vector<std::string> arguments{"/usr/bin/python3",      "-B",   PAGE_CHECKS, name,
-                                             dir_.Path("drive.html"), File(1)};
+    arguments = {"/usr/bin/python3", "-B", PAGE_CHECKS, name, dir_.Path("drive.html"), File(1)};
     Child checks([&] { return ExecInto(arguments, dir_.Path("out"), dir_.Path("said")); });
     const int status = checks.Wait(std::chrono::seconds(110));
     return status == 0 ? "" : dir_.Read("out") + dir_.Read("said") + "status " + std::to_string(status);
@@ -55,6 +56,15 @@ class PageTest : public DriveTest {
     Seconds(50);
     Store().ReportBookmark(clock_.tick);
     Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
+  }
+
+  // A video of 20 seconds.
+  std::string Video(const std::string& name) const {
+    const Ran ran =
+        RunProgram({"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=20",
+                    "-c:v", "libvpx", "-g", "5", dir_.Path(name)});
+    EXPECT_EQ(ran.status, 0) << ran.said;
+    return dir_.Path(name);
   }
 
  private:
@@ -104,6 +114,17 @@ TEST_F(PageTest, SaysWhereItIsThinned) {
   Seconds(6000);
   Close();
   EXPECT_EQ(Check("thinned"), "");
+}
+
+TEST_F(PageTest, KeepsVideosAndCursorTogether) {
+  if (!IsInstalled("ffmpeg")) GTEST_SKIP() << "ffmpeg is not installed";
+  Open();
+  After(2000);
+  Patrol();
+  Close();
+  const std::string front = Video("front #1=2.webm");
+  const std::string rear = Video("rear.webm");
+  EXPECT_EQ(Check("video", {"--video", front, "--video", rear + "=-1.5"}), "");
 }
 
 }  // namespace

@@ -194,6 +194,37 @@ def steps(make):
     expect(abs(points[-1][0] - box["width"] + MARGIN_RIGHT) < 1, "ends at", points[-1], box)
 
 
+def video(make):
+    """Cursor and videos show the same time, whichever is moved."""
+    page = make()
+    ask, wait_for = page.ask, page.browser.wait_for
+    wait_for("[...document.querySelectorAll('video')].filter((one) => one.readyState >= 2).length === 2")
+    start = page.rows("SELECT tick FROM timeline WHERE source = 'recording' AND event = 'event' ORDER BY seq").fetchone()[0]
+    state = """(([front, rear]) => ({front: front.currentTime, rear: rear.currentTime, paused: front.paused && rear.paused,
+        outside: front.classList.contains('outside') && rear.classList.contains('outside')}))(document.querySelectorAll('video'))"""
+
+    def together(what, most):
+        tick, now = int(ask("readout()")["tick"]), ask(state)
+        for camera, begins in (("front", start), ("rear", start - 1500)):
+            expect(abs(begins + 1000 * now[camera] - tick) < most, what, camera, now, "tick", tick)
+
+    page.readout_at(0.06)
+    together("pointer", 5)
+    page.show("video")
+    ask("document.querySelector('video').currentTime = 7")
+    wait_for(f"Math.abs(Number((readout() || {{}}).tick) - {start + 7000}) <= 1")
+    together("seek", 5)
+    ask("document.querySelector('video').play()")
+    wait_for("document.querySelector('video').currentTime > 8.5")
+    together("play", 400)
+    ask("document.querySelector('.plot').focus()")
+    page.browser.press("ArrowLeft")
+    expect(ask(state)["paused"], "a key stops the videos")
+    together("key", 5)
+    page.readout_at(0.9)
+    expect(ask(state)["outside"], "no picture at", ask("readout()"))
+
+
 def main(check, path, recording):
     browser = Browser()
     try:

@@ -194,4 +194,33 @@ TEST_F(ReportTest, HoldsEveryRun) {
   EXPECT_EQ(Data("[.[]|[.run,.isWhole,([.events[].number])]]"), "[[3,false,[4]]]\n");
 }
 
+TEST_F(ReportTest, RefersToVideosAndNamesThoseThatItCannot) {
+  Open();
+  TunnelDrive();
+  Close();
+  Make();
+  EXPECT_THAT(page_, Not(HasSubstr("; media-src")));
+  EXPECT_EQ(Data(".[]|has(\"videos\")"), "false\n");
+  dir_.Write("a=b.mp4", "");
+  Make({"--video", dir_.Path("a=b.mp4") + "=-0.25", "--video", dir_.Path("a=b.mp4"), "--from", "bookmark:2"});
+  EXPECT_THAT(page_, HasSubstr("; media-src"));
+  EXPECT_EQ(Data(".[].videos"), R"([{"file":"a=b.mp4","startMs":750},{"file":"a=b.mp4","startMs":1000}])"
+                                "\n");
+  const std::vector<std::pair<std::string, std::string>> bad{
+      {"absent.mp4", "absent.mp4: there is no such file"},
+      {dir_.Path("a=b.mp4") + "=soon", "=soon: the offset is not a number of seconds"},
+      {dir_.Path("a=b.mp4") + "=1e99", "=1e99: the offset is not a number of seconds"},
+  };
+  for (const auto& [video, said] : bad) {
+    const Ran ran = Metadata({"report", "-o", dir_.Path("bad.html"), "--video", video, dir_.Path("")});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.said, HasSubstr(said));
+    EXPECT_FALSE(std::filesystem::exists(dir_.Path("bad.html")));
+  }
+  Open();
+  Close();
+  EXPECT_THAT(Metadata({"report", "--video", dir_.Path("a=b.mp4"), dir_.Path("")}).said,
+              HasSubstr("--video goes with one run; these files hold 2"));
+}
+
 }  // namespace

@@ -1,7 +1,7 @@
 # Makes PageText.h: the page of a report in two pieces, before and behind its data.
 set(files page.html page.css timeline.css small.css print.css
   dom.js format.js colours.js model.js values.js place.js axis.js marks.js rows.js chart.js lanes.js
-  readout.js cursor.js pointer.js keys.js timeline.js signs.js labels.js track.js about.js tables.js runs.js page.js)
+  readout.js cursor.js pointer.js keys.js timeline.js signs.js labels.js track.js about.js tables.js video.js runs.js page.js)
 list(TRANSFORM files PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${files})
 set(style "")

@@ -8,8 +8,14 @@ function setCursor(run, view, time, at = null) {
   const isShown = ms !== null && ms >= view.from && ms <= view.to;
   view.cursor.hidden = !isShown;
   if (isShown) view.cursor.style.left = view.offset + timeToX(view, ms) + 'px';
-  if (ms === null) hideReadout(); else showReadout(run, view, ms, at || besideCursor(view));
+  if (ms === null || (at === null && !isOnScreen(view.plot))) hideReadout();
+  else showReadout(run, view, ms, at || besideCursor(view));
   for (const follow of view.followers) follow(ms);
+}
+
+function isOnScreen(element) {
+  const { top, bottom } = element.getBoundingClientRect();
+  return top < innerHeight && bottom > 0;
 }
 
 function besideCursor(view) {
@@ -27,6 +33,14 @@ function zoom(run, view, from, to) {
   view.draw();
   if (view.pointer) setCursor(run, view, timeUnder(view, view.pointer), view.pointer);
   else if (view.cursorMs !== null) setCursor(run, view, view.cursorMs >= view.from && view.cursorMs <= view.to ? view.cursorMs : null);
+}
+
+// The user moves the cursor, so the video that did so stops.
+function stopVideo(view) {
+  const { playing } = view;
+  if (!playing) return;
+  view.playing = null;
+  for (const video of [playing, ...playing.others]) video.element.pause();
 }
 
 function wholeRun(run) {

@@ -35,6 +35,7 @@ function followKeys(run, view) {
     const action = actions[event.key];
     if (!action || event.ctrlKey || event.altKey || event.metaKey) return;
     event.preventDefault();
+    stopVideo(view);
     action(event);
   });
 }

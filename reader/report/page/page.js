@@ -27,6 +27,7 @@ function drawRun(parent, run) {
   } else {
     const view = makeView(run);
     drawTop(section, run, view);
+    drawVideos(section, run, view);
     drawTimeLine(section, run, view);
     followWidth(run, view);
   }

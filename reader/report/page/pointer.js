@@ -11,6 +11,7 @@ function isBeside(view, { x }) {
 }
 
 function leave(run, view) {
+  if (view.playing) return;
   view.pointer = null;
   setCursor(run, view, null);
 }
@@ -25,6 +26,7 @@ function markDrag(view, fromMs, toMs) {
 function followPointer(run, view) {
   let dragFrom = null;
   const move = (event) => {
+    if (view.playing) return;  // the video moves the cursor
     const at = pointOf(event);
     if (dragFrom === null && isBeside(view, at)) return leave(run, view);
     view.pointer = at;
@@ -40,6 +42,7 @@ function followPointer(run, view) {
   };
   view.plot.addEventListener('pointermove', move);
   view.plot.addEventListener('pointerdown', (event) => {
+    stopVideo(view);
     if (event.pointerType === 'mouse' && event.button === 0 && !isBeside(view, pointOf(event))) {
       dragFrom = timeUnder(view, pointOf(event));
       view.plot.setPointerCapture(event.pointerId);
@@ -55,6 +58,7 @@ function followPointer(run, view) {
 // On the map the cursor is the time at which the vehicle was nearest to the pointer.
 function followMap(svg, run, view, at) {
   const move = (event) => {
+    if (view.playing) return;
     const box = svg.getBoundingClientRect();
     const scale = at.width / box.width;
     const ms = whenNear(run, at, { x: (event.clientX - box.left) * scale, y: (event.clientY - box.top) * scale });
@@ -62,6 +66,6 @@ function followMap(svg, run, view, at) {
     setCursor(run, view, ms, pointOf(event));
   };
   svg.addEventListener('pointermove', move);
-  svg.addEventListener('pointerdown', move);
+  svg.addEventListener('pointerdown', (event) => { stopVideo(view); move(event); });
   svg.addEventListener('pointerleave', (event) => { if (event.pointerType === 'mouse') leave(run, view); });
 }

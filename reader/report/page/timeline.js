@@ -2,7 +2,7 @@
 
 // What is shown of a run: from when to when, how wide, where the cursor is, and who follows it.
 function makeView(run) {
-  return { ...wholeRun(run), width: 0, offset: 0, cursorMs: null, pointer: null, followers: [], draw: () => {} };
+  return { ...wholeRun(run), width: 0, offset: 0, cursorMs: null, pointer: null, playing: null, followers: [], draw: () => {} };
 }
 
 function drawButtons(parent, run, view) {
