@@ -3,8 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <random>
 
 #include "Car.h"
 #include "support/Eventually.h"
@@ -21,28 +19,6 @@ TEST(Hostile, OnlyTheStateManagerSaysWhoDied) {
   car.Run({"-l", "255"});
   EXPECT_EQ(car.LogAfter(tool, kDied, "0000000c"),
             Lines{"2 LinxIpc: Dropped a process-died notice from Tool"});
-}
-
-TEST(Hostile, PeersWithoutMannersAreRefusedAndNonsenseIsDropped) {
-  Car car;
-  Peer tool("Tool");
-  car.Run();
-  EXPECT_EQ(car.LogAfter(tool, 4711, "00"), Lines{"2 LinxIpc: No handler for message 4711 from Tool"});
-  for (const std::string& packet :
-       {std::string("x"), Packet(kQuit), HelloPacket("../etc/passwd"), HelloPacket("Tool")}) {
-    const RawPeer peer = RawPeer::To(kName);
-    EXPECT_EQ(peer.Send(packet), 0);
-    EXPECT_TRUE(peer.Closed(20000)) << packet;
-  }
-  const RawPeer modem = RawPeer::To(kName, "Modem");
-  for (const std::string& packet :
-       {std::string("abc"), Packet(kBookmark, std::string(IpcMessage::kMaxPayload + 1, '\0')),
-        Packet(kPing)}) {
-    EXPECT_EQ(modem.Send(packet), 0);
-  }
-  EXPECT_EQ(modem.Receive(), Packet(kPong));
-  EXPECT_EQ(car.Quit(), 0);
-  EXPECT_EQ(car.Events(), Lines{});
 }
 
 TEST(Hostile, WhoDoesNotTakeItsAnswerIsSaid) {
@@ -134,35 +110,6 @@ TEST(Hostile, ASecondOneUnderTheNameDoesNotStart) {
   EXPECT_TRUE(car.Answers());
   EXPECT_TRUE(car.stateMgr.HasHeardNothing());
   EXPECT_EQ(car.SharedRecord()[0], 1);
-  EXPECT_EQ(car.Quit(), 0);
-}
-
-TEST(Hostile, RandomPacketsDoNoHarm) {
-  constexpr unsigned int kTypes[] = {kLogLevelSet,     kLogLevelGet,  kSubscribeItem, kItem,
-                                     kUnsubscribeItem, kStarted,      kSubscribe,     kFullRun,
-                                     kRestarted,       kDied,         kPing,          kCopy,
-                                     kGetTick,         kRecording,    kStreamState,   kCameraState,
-                                     kMicState,        kGetRecording, kBookmark,      kRecordStartStop};
-  std::mt19937 random(19);
-  const auto below = [&random](std::size_t end) { return static_cast<std::size_t>(random()) % end; };
-  const auto packet = [&] {
-    std::string payload(below(16) == 0 ? below(4200) : below(24), '\0');
-    for (char& c : payload) c = static_cast<char>(below(4) == 0 ? 0 : random());
-    const auto any = static_cast<unsigned int>(below(kQuit));
-    return Packet(below(8) == 0 ? any : kTypes[below(std::size(kTypes))], payload);
-  };
-  Car car;
-  car.Run();
-  const RawPeer tool = RawPeer::To(kName, "Tool");
-  for (int i = 0; i < 5000; ++i) {
-    if (below(64) == 0) (void)RawPeer::To(kName).Send(packet());
-    while (tool.Send(packet()) == EAGAIN) (void)tool.Receive(1);
-    while (!tool.Receive(0).value_or("").empty()) {
-    }
-  }
-  const std::string last = FromHex("deadbeef 00000001");
-  while (tool.Send(Packet(kSubscribeItem, last)) == EAGAIN) (void)tool.Receive(1);
-  EXPECT_TRUE(Eventually([&] { return tool.Receive().value_or("").starts_with(Packet(kItem, last)); }));
   EXPECT_EQ(car.Quit(), 0);
 }
 
