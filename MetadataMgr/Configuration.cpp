@@ -1,5 +1,27 @@
 #include "ItemHandler.h"
+#include "Subscribing.h"
 #include "items/ConfigurationItems.h"
+
+bool MetadataMgr::SubscribeToConfigMgr(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_ConfigMgr, kLogTrace);
+  if (subscribing::Ignored(e_Process_ConfigMgr)) return true;
+  VehicleInfo vehicle;
+  SystemInfo system;
+  DepartmentInfo department;
+  Officer officer;
+  VideoRecordingSettings settings;
+  if (!subscribing::Fetch<e_Process_ConfigMgr>(
+          subscribing::MakeOnce(configClient, ipc, subscribing::kPatientTimeoutMs), this,
+          {&vehicle, &system, &department, &officer, &settings})) {
+    return false;
+  }
+  dataStore.ReportVehicleInfo(vehicle, false);
+  dataStore.ReportSystemInfo(system, false);
+  dataStore.ReportDepartmentInfo(department, false);
+  dataStore.ReportOfficerInfo(officer, false);
+  dataStore.ReportVideoRecordingSettings(settings, false);
+  return true;
+}
 
 void MetadataMgr::VehicleChanged(const VehicleInfo& vehicle) {
   dataStore.ReportVehicleInfo(vehicle, true);

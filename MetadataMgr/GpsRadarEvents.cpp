@@ -2,6 +2,7 @@
 #include "ManagerLog.h"
 #include "SharedRecord.h"
 #include "SpeedSources.h"
+#include "Subscribing.h"
 #include "items/GpsStatusItem.h"
 #include "items/RadarItem.h"
 
@@ -10,6 +11,24 @@ namespace {
 constexpr const LogSource& log = kManagerLog;
 
 }  // namespace
+
+bool MetadataMgr::SubscribeToGpsHal(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_GpsHal);
+  GpsStatusItem item;
+  if (!subscribing::Fetch<e_Process_GpsHal>(subscribing::MakeOnce(gpsHalClient, ipc), this, {&item}))
+    return false;
+  ReportGpsStatus(item, false);
+  return true;
+}
+
+bool MetadataMgr::SubscribeToRadarHal(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_RadarHal);
+  RadarItem item;
+  if (!subscribing::Fetch<e_Process_RadarHal>(subscribing::MakeOnce(radarHalClient, ipc), this, {&item}))
+    return false;
+  ReportRadarEvent(item, false);
+  return true;
+}
 
 void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {
   log(kLogInfo, "Add in SystemTick to GpsStatusItem - tick = ", item.tick);

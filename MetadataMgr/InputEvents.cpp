@@ -1,5 +1,6 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
+#include "Subscribing.h"
 #include "items/FpgaExternalEventItem.h"
 
 namespace {
@@ -24,6 +25,18 @@ constexpr InputSignal kInputSignals[] = {
 };
 
 }  // namespace
+
+// All inputs are reported, changed or not.
+bool MetadataMgr::SubscribeToFpga(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_Fpga);
+  FpgaExternalEventItem item;
+  if (!subscribing::Fetch<e_Process_Fpga>(subscribing::MakeOnce(fpgaClient, ipc), this, {&item}))
+    return false;
+  item.changedMask |= FpgaExternalEventItem::kAllInputs;
+  item.reserved = 0;
+  ReportExternalEvent(item, false);
+  return true;
+}
 
 void MetadataMgr::ReportExternalEvent(const FpgaExternalEventItem& item, bool report) {
   log(kLogInfo, "Add in SystemTick to ExternalEvent - tick = ", item.tick);

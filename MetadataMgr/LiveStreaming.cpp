@@ -3,12 +3,24 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
 #include "StreamingLvsStateItem.h"
+#include "Subscribing.h"
 
 namespace {
 
 constexpr const LogSource& log = kManagerLog;
+constexpr int kExternalMgrTimeoutMs = 2000;
 
 }  // namespace
+
+// The values at subscription are discarded: live streaming is stored when it changes.
+bool MetadataMgr::SubscribeToExternalMgr(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_ExternalMgr);
+  const std::string& name = LinxServerNameList::Instance().Name(e_Process_ExternalMgr);
+  ExternalMgrApi::StreamingLvsStateItem item;
+  return subscribing::Fetch<e_Process_ExternalMgr>(
+      subscribing::MakeOnce(externalMgrClient, ipc, name, kExternalMgrTimeoutMs), this,
+      {&item, &item, &item, &item, &item, &item});
+}
 
 // The item carries no tick: the store's current one stands for it.
 void MetadataMgr::LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream) {

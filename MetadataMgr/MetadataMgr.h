@@ -85,8 +85,10 @@ class MetadataMgr {
   // refuses; those before it stay subscribed.
   bool SubscribeToServers(LinxIpc& ipc, bool flag);
 
-  // Each makes its client, where there is none yet, and subscribes to the server's items. True
-  // also when the server is switched off by its environment variable.
+  // Each stands in the source of its events. It makes its client, where there is none yet, and
+  // subscribes to the server's items. True also when the server is switched off by its environment
+  // variable. The FPGA, GPS and radar keep their client then, and report the item as it was
+  // constructed, so that the store has a value to begin with.
   bool SubscribeToConfigMgr(LinxIpc& ipc);
   bool SubscribeToFpga(LinxIpc& ipc);
   bool SubscribeToGpsHal(LinxIpc& ipc);

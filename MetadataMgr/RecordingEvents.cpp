@@ -1,5 +1,6 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
+#include "Subscribing.h"
 #include "items/SystickItem.h"
 #include "system/BigEndian.h"
 
@@ -13,6 +14,26 @@ e_Tag TagOf(e_Tag off, bool on) {
 }
 
 }  // namespace
+
+// Its client subscribes by operations that name the events, in the order of the items.
+bool MetadataMgr::SubscribeToStateMgr(LinxIpc& ipc) {
+  using Operation = bool (StateMgrClient::*)(unsigned int, LinxIpc::Handler, void*);
+  static constexpr Operation kOperations[] = {
+      &StateMgrClient::SubscribeForRecordStart, &StateMgrClient::SubscribeForRecordStop,
+      &StateMgrClient::SubscribeForEnterCovertMode, &StateMgrClient::SubscribeForExitCovertMode};
+  static_assert(std::size(kOperations) == std::size(servers::kStateMgr));
+  subscribing::Trace(e_Process_StateMgr);
+  if (subscribing::IsOff(servers::Of(e_Process_StateMgr))) return true;
+  StateMgrClient& client = subscribing::MakeOnce(stateMgrClient, ipc, subscribing::kPatientTimeoutMs);
+  const ServedItem* item = std::begin(servers::kStateMgr);
+  for (const Operation operation : kOperations) {
+    const FollowedItem& row = FollowedItemOf((item++)->notificationId);
+    if ((client.*operation)(row.notificationId, row.handler, this)) continue;
+    log(kLogError, row.failure);
+    return false;
+  }
+  return true;
+}
 
 void MetadataMgr::ReportRecordingEvent(bool recordStart, unsigned int tick, bool report) {
   log(kLogInfo, "ReportRecordingEvent - recordStart = ", recordStart);

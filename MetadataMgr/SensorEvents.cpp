@@ -1,5 +1,6 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
+#include "Subscribing.h"
 #include "items/CrashItem.h"
 #include "items/MicStatusResponse.h"
 #include "items/TempStatus.h"
@@ -10,6 +11,36 @@ constexpr const LogSource& log = kManagerLog;
 constexpr unsigned int kLastMicrophone = 3;
 
 }  // namespace
+
+bool MetadataMgr::SubscribeToMicMgr(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_MicMgr);
+  if (subscribing::Ignored(e_Process_MicMgr)) return true;
+  MicStatusResponse status;
+  if (!subscribing::Fetch<e_Process_MicMgr>(subscribing::MakeOnce(micClient, ipc), this, {&status}))
+    return false;
+  ReportMicStatus(status, false);
+  return true;
+}
+
+bool MetadataMgr::SubscribeToAccelHal(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_AccelHal);
+  if (subscribing::Ignored(e_Process_AccelHal)) return true;
+  CrashItem item;
+  if (!subscribing::Fetch<e_Process_AccelHal>(subscribing::MakeOnce(accelHalClient, ipc), this, {&item}))
+    return false;
+  HandleCrash(item.crash, item.tick);
+  return true;
+}
+
+bool MetadataMgr::SubscribeToTempHal(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_TempHal);
+  if (subscribing::Ignored(e_Process_TempHal)) return true;
+  TempStatus temp;
+  if (!subscribing::Fetch<e_Process_TempHal>(subscribing::MakeOnce(tempHalClient, ipc), this, {&temp}))
+    return false;
+  ReportTempChange(temp, false);
+  return true;
+}
 
 void MetadataMgr::ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick,
                                  bool report) {

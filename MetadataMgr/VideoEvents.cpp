@@ -1,6 +1,7 @@
 #include "ItemHandler.h"
 #include "ManagerLog.h"
 #include "MetadataMgr.h"
+#include "Subscribing.h"
 #include "items/VideoMgrCameraItem.h"
 #include "items/VideoMgrStreamQualityItem.h"
 #include "system/BigEndian.h"
@@ -22,6 +23,19 @@ HandlerShape CameraShape(const char* name, unsigned int payloadBytes) {
 }
 
 }  // namespace
+
+bool MetadataMgr::SubscribeToVideoMgr(LinxIpc& ipc) {
+  subscribing::Trace(e_Process_VideoMgr);
+  if (subscribing::Ignored(e_Process_VideoMgr)) return true;
+  VideoMgrCameraItem cameras;
+  VideoMgrStreamQualityItem quality;
+  if (!subscribing::Fetch<e_Process_VideoMgr>(subscribing::MakeOnce(videoMgrClient, ipc), this,
+                                              {&cameras, &quality}))
+    return false;
+  ReportCameraItem(cameras, false);
+  ReportStreamQualityItem(quality, false);
+  return true;
+}
 
 void MetadataMgr::ReportVideoStreamState(unsigned int stream, e_StreamState state, unsigned int tick,
                                          bool report) {

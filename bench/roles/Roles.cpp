@@ -1,6 +1,7 @@
 #include "Roles.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 #include "GpsHal.h"
@@ -9,6 +10,7 @@
 #include "Server.h"
 #include "StateMgr.h"
 #include "StreamMgr.h"
+#include "system/Servers.h"
 
 std::string gStateMgrName;
 
@@ -24,13 +26,16 @@ std::unique_ptr<Role> Make(e_Process process) {
   if constexpr (std::is_default_constructible_v<R>) return std::make_unique<R>();
 }
 
-constexpr RoleRow kRoles[] = {
-    {e_Process_StreamMgr, Make<StreamMgr>}, {e_Process_ConfigMgr, Make<Server>},
-    {e_Process_Fpga, Make<Server>},         {e_Process_GpsHal, Make<GpsHal>},
-    {e_Process_RadarHal, Make<Server>},     {e_Process_MicMgr, Make<Server>},
-    {e_Process_VideoMgr, Make<Server>},     {e_Process_AccelHal, Make<Server>},
-    {e_Process_TempHal, Make<Server>},      {e_Process_ExternalMgr, Make<Server>},
-};
+// The stream manager, and the servers but the state manager, which leads all others.
+constexpr auto kRoles = [] {
+  std::array<RoleRow, std::size(servers::kAll)> rows{{{e_Process_StreamMgr, Make<StreamMgr>}}};
+  std::size_t count = 1;
+  for (const ServerRow& server : servers::kAll) {
+    if (server.process == e_Process_StateMgr) continue;
+    rows[count++] = {server.process, server.process == e_Process_GpsHal ? Make<GpsHal> : Make<Server>};
+  }
+  return rows;
+}();
 
 int Run(const RoleRow& row) {
   const std::unique_ptr<Role> role = row.make(row.process);

@@ -6,7 +6,7 @@
 #include <ostream>
 
 #include "FakeServers.h"
-#include "FollowedItems.h"
+#include "FollowedServers.h"
 #include "Recorder.h"
 #include "support/Eventually.h"
 #include "system/Servers.h"
@@ -25,7 +25,7 @@ const std::vector<Step> kSteps = [] {
   std::vector<Step> steps;
   for (const ServerRow& server : servers::kAll) {
     for (const ServedItem& item : server.items)
-      steps.push_back({server.name, item.id, followed::Row(item.notificationId).failure});
+      steps.push_back({server.name, item.id, FollowedItemOf(item.notificationId).failure});
   }
   return steps;
 }();

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "FollowedItems.h"
+#include "FollowedServers.h"
 #include "StreamingLvsStateItem.h"
 #include "items/ConfigurationItems.h"
 #include "items/CrashItem.h"
@@ -96,7 +96,7 @@ std::string WithTick() {
 }
 
 EventKind Subscribed(const char* name, unsigned int notificationId, std::string payload) {
-  return {name, notificationId, followed::Row(notificationId).handler, std::move(payload)};
+  return {name, notificationId, FollowedItemOf(notificationId).handler, std::move(payload)};
 }
 
 // Ends the program, by name of the server, when there is no message of it.

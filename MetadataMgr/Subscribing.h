@@ -1,0 +1,54 @@
+#pragma once
+
+#include <iterator>
+#include <memory>
+
+#include "FollowedServers.h"
+#include "ManagerLog.h"
+#include "system/KvGetenv.h"
+
+// The steps that the subscribe operations of all servers share.
+namespace subscribing {
+
+constexpr int kPatientTimeoutMs = 30000;  // of the configuration and the state manager
+
+inline bool IsOff(const ServerRow& server) {
+  return server.offSwitch != nullptr && KvGetenv(server.offSwitch) != nullptr;
+}
+
+inline void Trace(e_Process process, e_LogMask mask = kLogInfo) {
+  kManagerLog({mask}, "SubscribeTo", servers::Of(process).name);
+}
+
+// True, after a line, when the server is switched off.
+inline bool Ignored(e_Process process) {
+  const ServerRow& server = servers::Of(process);
+  if (!IsOff(server)) return false;
+  kManagerLog(kLogDetail, "SubscribeTo", server.name, " - set to ignore ", server.name, " ");
+  return true;
+}
+
+template <typename Client, typename... Arguments>
+Client& MakeOnce(std::unique_ptr<Client>& client, LinxIpc& ipc, const Arguments&... arguments) {
+  if (!client) client = std::make_unique<Client>(ipc, arguments...);
+  return *client;
+}
+
+// Subscribes to the server's items one after the other, up to the first that it refuses. Of a server that
+// is switched off the values stay as they were constructed.
+template <e_Process kProcess, std::size_t kCount>
+bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[kCount]) {
+  constexpr const ServerRow& server = servers::Of(kProcess);
+  static_assert(server.items.size() == kCount);
+  if (IsOff(server)) return true;
+  Item* const* value = std::begin(values);
+  for (const ServedItem& item : server.items) {
+    const FollowedItem& row = FollowedItemOf(item.notificationId);
+    if (client.Subscribe(item.id, item.notificationId, **value++, row.handler, manager) == 0) continue;
+    kManagerLog(kLogError, row.failure);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace subscribing
