@@ -37,13 +37,21 @@ function highest(line) {
   return line.parts.reduce((most, part) => part.max.reduce((a, b) => Math.max(a, b), most), -Infinity);
 }
 
+// How far the vehicle drove: by all fixes, or by the points of the track if the data does not tell.
+function drivenText(run) {
+  if (run.track.length === 0) return ['\u2013', 'driven, by GPS'];
+  const { metres, leaps, leapMetres } = run.driven || { metres: trackLength(run.track), leaps: 0, leapMetres: 0 };
+  const without = leaps === 0 ? '' : ', without ' + several(leaps, 'leap') + ' of ' + distance(leapMetres);
+  return [distance(metres), 'driven, by GPS' + without];
+}
+
 function drawTotals(parent, run) {
   const gaps = run.gaps.reduce((sum, source) => sum + source.count, 0);
   const speed = highest(lineOf(run, 'Speed', 'GPS'));
   const bookmarks = run.events.filter((event) => event.number).length;
   const totals = [
     [run.recordings === 0 ? 'none' : duration(run.recordedMs), 'recorded' + (run.recordings === 0 ? '' : ', in ' + several(run.recordings, 'recording'))],
-    [run.track.length === 0 ? '\u2013' : distance(trackLength(run.track)), 'driven, by GPS'],
+    drivenText(run),
     [number(bookmarks), bookmarks === 1 ? 'bookmark' : 'bookmarks'],
     [speed === -Infinity ? '\u2013' : number(speed) + ' km/h', 'highest speed, by GPS'],
     [number(run.records), run.records === 1 ? 'record' : 'records'],
