@@ -33,9 +33,18 @@ void Chain::Miss(std::string reason) {
 bool Chain::Begin(const Seal& seal) {
   seal_ = seal;
   if (!ReadNote(seal_.note, items_)) return Fail(Verdict::kAltered, "the note cannot be read");
+  if (fileBegins_ && items_.hasFile) ForgetOtherRecorder(seal_);
   if (!CheckOrder(seal_) || !CheckFile(seal_) || !CheckEpoch(seal_)) return false;
   commit_.emplace(items_.hasFile ? items_.file.previous : last_.place.hash, seal_);
   return true;
+}
+
+// Between files of different recorders, or of one without a key, nothing is to be checked.
+void Chain::ForgetOtherRecorder(const Seal& seal) {
+  const PublicKey& root = items_.file.root;
+  const bool follows = seal.place.number == last_.place.number + 1;
+  if (root != lastRoot_ || (root == PublicKey{} && !follows)) last_ = Seal();
+  lastRoot_ = root;
 }
 
 bool Chain::CheckOrder(const Seal& seal) {

@@ -52,7 +52,7 @@ void Sealer::BeginFile(std::int64_t number) {
 }
 
 bool Sealer::EndsEpoch(std::int64_t tick) const {
-  return startDue_ || ending_ || keyStuck_ || tick - epochTick_ >= kEpochMs;
+  return startDue_ || ending_ || keyStuck_ || tick - epochTick_ >= kEpochMs || tick < epochTick_;
 }
 
 void Sealer::Begin(std::int64_t firstSeq, std::int64_t lastSeq, std::int64_t lastTick) {

@@ -1,8 +1,10 @@
 // The tree of keys, the file that keeps it, and what a start makes of both after the power was cut.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <set>
 
 #include "SealedCar.h"
@@ -209,6 +211,50 @@ TEST_F(Starts, BetweenAnEpochsEndAndTheMoveOfTheKeyEndNoEpochTwice) {
   car_.Drive(5'000);
   EXPECT_EQ(car_.files.back().front().seal.epoch, ended + 1);
   EXPECT_EQ(Verdict(), "proven");
+}
+
+// While the key file cannot be written the epoch goes on, and each seal ends it again.
+TEST_F(Starts, WithAKeyFileThatFailsGoOnAndMoveItLater) {
+  const std::string before = KeyNow();
+  (void)signal(SIGXFSZ, SIG_IGN);
+  struct rlimit whole {};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &whole), 0);
+  const struct rlimit none { 0, whole.rlim_max };
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+  car_.Record(1, seal::Sealer::kEpochMs);
+  car_.Record(1);
+  const bool stuck = car_.Sealer().KeyStuck();
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &whole), 0);
+  EXPECT_TRUE(stuck);
+  EXPECT_EQ(KeyNow(), before);
+  const std::int64_t epoch = car_.files.back().back().seal.epoch;
+  EXPECT_TRUE(car_.files.back().back().seal.isSigned);
+  car_.Record(1);
+  EXPECT_FALSE(car_.Sealer().KeyStuck());
+  car_.Record(1);
+  EXPECT_EQ(car_.files.back().back().seal.epoch, epoch + 1);
+  EXPECT_NE(KeyNow(), before);
+  car_.End();
+  EXPECT_EQ(Verdict(), "proven");
+}
+
+// A commit in doubt is settled by what the file has: it was written, or it was not.
+TEST_F(Starts, SettleACommitInDoubtByTheFile) {
+  seal::Sealer& sealer = car_.Sealer();
+  const seal::Place before = sealer.Last();
+  const auto attempt = [&] {
+    sealer.Begin(1000, 1000, 1'000'000);
+    sealer.AddRow({});
+    return sealer.End().place;
+  };
+  const seal::Place first = attempt();
+  EXPECT_TRUE(sealer.Settle(before));
+  EXPECT_EQ(sealer.Last(), before);
+  EXPECT_EQ(attempt(), first) << "the same once more";
+  EXPECT_TRUE(sealer.Settle(first));
+  EXPECT_EQ(sealer.Last(), first);
+  EXPECT_FALSE(sealer.Settle({first.number + 1, first.hash}));
+  EXPECT_FALSE(sealer.Settle(seal::Place()));
 }
 
 TEST_F(Starts, TellThatTheCardLostSeals) {

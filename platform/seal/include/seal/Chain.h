@@ -46,6 +46,7 @@ class Chain {
  private:
   bool Fail(Verdict verdict, std::string reason);
   void Miss(std::string reason);
+  void ForgetOtherRecorder(const Seal& seal);
   bool CheckOrder(const Seal& seal);
   bool CheckFile(const Seal& seal);
   bool CheckEpoch(const Seal& seal);
@@ -64,6 +65,7 @@ class Chain {
   Verdict verdict_ = Verdict::kProven;
   std::string reason_;
   PublicKey root_{};
+  PublicKey lastRoot_{};
   PublicKey epochKey_{};
   std::int64_t provenTo_ = 0;
   std::int64_t tail_ = 0;
