@@ -111,7 +111,7 @@ void Reseal(Files& files, const seal::KeyTree& stolen, std::int64_t from) {
         if (&commit == &file.front())
           std::copy(previous.begin(), previous.end(), seal.note.begin() + kPreviousAt);
         seal::CommitHash hash(previous, seal);
-        for (const Row& row : commit.rows) hash.AddRow(HashOf(row));
+        for (const Row& row : commit.rows) Add(hash, row);
         seal.place.hash = hash.End();
         if (seal.isSigned) seal.signature = stolen.SignHash(seal.place.hash);
       }

@@ -244,7 +244,7 @@ TEST_F(Starts, SettleACommitInDoubtByTheFile) {
   const seal::Place before = sealer.Last();
   const auto attempt = [&] {
     sealer.Begin(1000, 1000, 1'000'000);
-    sealer.AddRow({});
+    Add(sealer.Rows(), {"bookmark", {1000}});
     return sealer.End().place;
   };
   const seal::Place first = attempt();

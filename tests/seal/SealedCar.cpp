@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "seal/RowHash.h"
-
 namespace {
 
 Row Invent(std::int64_t seq, std::int64_t tick) {
@@ -29,7 +27,7 @@ bool Follow(seal::Chain& chain, const File& file, std::int64_t& number) {
   for (const Commit& commit : file) {
     number = commit.seal.place.number;
     if (!chain.Begin(commit.seal)) return false;
-    for (const Row& row : commit.rows) chain.AddRow(HashOf(row));
+    for (const Row& row : commit.rows) Add(chain.Rows(), row);
     if (!chain.End()) return false;
   }
   return true;
@@ -37,8 +35,8 @@ bool Follow(seal::Chain& chain, const File& file, std::int64_t& number) {
 
 }  // namespace
 
-seal::Hash HashOf(const Row& row) {
-  seal::RowHash hash(row.table, row.values.size());
+void Add(seal::CommitHash& hash, const Row& row) {
+  hash.BeginRow(row.table, row.values.size());
   for (const Value& value : row.values) {
     if (const auto* number = std::get_if<std::int64_t>(&value)) {
       hash.Add(*number);
@@ -48,7 +46,6 @@ seal::Hash HashOf(const Row& row) {
       hash.AddNull();
     }
   }
-  return hash.End();
 }
 
 SealedCar::SealedCar(Key key, unsigned char seed) : hasKey_(key == Key::kOwn) {
@@ -82,7 +79,7 @@ void SealedCar::Record(int rows, std::int64_t laterMs) {
   tick_ += laterMs;
   for (int i = 0; i < rows; ++i) commit.rows.push_back(Invent(++seq_, tick_));
   sealer_->Begin(seq_ - rows + 1, seq_, tick_);
-  for (const Row& row : commit.rows) sealer_->AddRow(HashOf(row));
+  for (const Row& row : commit.rows) Add(sealer_->Rows(), row);
   commit.seal = sealer_->End();
   files.back().push_back(std::move(commit));
   sealer_->Committed();

@@ -27,7 +27,7 @@ struct Commit {
 
 using File = std::vector<Commit>;
 
-seal::Hash HashOf(const Row& row);
+void Add(seal::CommitHash& hash, const Row& row);
 
 // A recorder without a store: it seals invented records, and its files are in memory.
 class SealedCar {

@@ -6,7 +6,6 @@
 
 #include "SealedCar.h"
 #include "seal/KeyTree.h"
-#include "seal/RowHash.h"
 #include "support/Connection.h"
 #include "support/Hex.h"
 #include "support/Program.h"
@@ -158,27 +157,27 @@ std::string Documented(const std::string& name) {
 
 TEST(Document, WorkedExampleIsWhatWeCompute) {
   const Row row{"speed", {5, 1234, std::monostate(), 1, 2, -88, 300}};
-  seal::HashState canonical(seal::Label::kRow);
-  const std::string bytes = FromHex(Documented("row"));
-  ASSERT_FALSE(bytes.empty());
-  EXPECT_EQ(bytes[0], 1);
-  canonical.Add({reinterpret_cast<const unsigned char*>(bytes.data()) + 1, bytes.size() - 1});
-  const seal::Hash rowHash = HashOf(row);
-  EXPECT_EQ(Hex(canonical.End()), Hex(rowHash)) << "the row's bytes";
-
+  seal::Hash previous{};
+  previous.fill(3);
   seal::Seal seal;
   seal.place.number = 9;
   seal.firstSeq = seal.lastSeq = 5;
   seal.lastTick = 1234;
-  seal::CommitHash commit(rowHash, seal);  // any hash may have come before
-  commit.AddRow(rowHash);
+  seal::CommitHash commit(previous, seal);
+  Add(commit, row);
   const seal::Hash hash = commit.End();
+  const std::string bytes = FromHex(Documented("commit") + Documented("row"));
+  ASSERT_FALSE(bytes.empty());
+  EXPECT_EQ(bytes[0], 1);
+  seal::HashState canonical(seal::Label::kCommit);
+  canonical.Add({reinterpret_cast<const unsigned char*>(bytes.data()) + 1, bytes.size() - 1});
+  EXPECT_EQ(Hex(canonical.End()), Hex(hash)) << "the bytes";
+
   seal::Seed seed;
   seed.fill(7);
   const seal::KeyTree tree(seed);
   std::array<unsigned char, seal::KeyTree::kPathBytes> path;
   tree.PutPath(path);
-  EXPECT_EQ(Documented("row hash"), PlainHex(Hex(rowHash)));
   EXPECT_EQ(Documented("seal hash"), PlainHex(Hex(hash)));
   EXPECT_EQ(Documented("public key"), PlainHex(Hex(tree.Root())));
   EXPECT_EQ(Documented("path, beginning"), PlainHex(Hex(std::span(path).first(96))));

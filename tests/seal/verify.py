@@ -24,28 +24,29 @@ def blake(label, data):
     return hashlib.blake2b(bytes([label]) + data, digest_size=32).digest()
 
 
-def number(value):
-    out = bytearray()
-    while value >= 0x80:
-        out.append(value & 0x7F | 0x80)
+def number(value, first=0, bits=0):
+    """Groups of seven bits, the lowest first; the first one has `bits` less, for a type."""
+    groups = [value << bits & 0x7F | first]
+    value >>= 7 - bits
+    while value:
+        groups.append(value & 0x7F)
         value >>= 7
-    out.append(value)
-    return bytes(out)
+    return bytes(group | 0x80 for group in groups[:-1]) + bytes(groups[-1:])
 
 
 def value_bytes(value):
     if value is None:
         return b"\0"
     if isinstance(value, int):
-        return b"\1" + number(value << 1 if value >= 0 else ~(value << 1))
+        return number(value << 1 if value >= 0 else ~(value << 1), 1, 2)
     if isinstance(value, bytes):  # a text, taken from SQLite as it stands
-        return b"\2" + number(len(value)) + value
+        return number(len(value), 2, 2) + value
     raise Bad(f"a value of type {type(value).__name__}")
 
 
-def row_hash(table, row):
+def row_bytes(table, row):
     name = table.encode()
-    return blake(1, number(len(name)) + name + number(len(row)) + b"".join(map(value_bytes, row)))
+    return number(len(name)) + name + number(len(row)) + b"".join(map(value_bytes, row))
 
 
 def signed_by(key, message, signature):
@@ -88,7 +89,7 @@ class Chain:
         self.root = self.key = NO_KEY
 
     def follow(self, seal, rows, begins):
-        """One seal with its rows (sequence number, hash); True where it is signed."""
+        """One seal with its rows (sequence number, bytes); True where it is signed."""
         num, first, last, tick, epoch, digest, signature, note = seal
         items = items_of(note or b"")
         if (1 in items) != begins:
@@ -108,7 +109,7 @@ class Chain:
         if 3 in items and signature is None:
             raise Bad("an epoch ends without a signature")
         head = previous + struct.pack(">5qI", num, first, last, tick, epoch, len(note or b""))
-        if blake(2, head + (note or b"") + b"".join(h for _, h in rows)) != digest:
+        if blake(1, head + (note or b"") + b"".join(row for _, row in rows)) != digest:
             raise Bad("the records are not those that were sealed")
         if signature is not None and not signed_by(self.key, b"MMDBseal" + digest, signature):
             raise Bad("the signature is wrong")
@@ -117,14 +118,14 @@ class Chain:
 
 
 def read(path):
-    """The seals of a file, and the hashes of its rows in the order of their sequence numbers."""
+    """The seals of a file, and the canonical bytes of its rows in the order of their sequence numbers."""
     database = sqlite3.connect(f"file:{path}?mode=ro", uri=True)
     database.text_factory = bytes
     tables = [name.decode() for (name,) in database.execute(
         "SELECT m.name FROM sqlite_schema AS m WHERE m.type='table' AND "
         "(SELECT group_concat(name) FROM (SELECT name FROM pragma_table_info(m.name) LIMIT 4))"
         "='seq,tick,sender_tick,event'")]
-    rows = sorted((row[0], row_hash(table, row)) for table in tables
+    rows = sorted((row[0], row_bytes(table, row)) for table in tables
                   for row in database.execute(f'SELECT * FROM "{table}"'))
     seals = database.execute("SELECT number, first_seq, last_seq, last_tick, epoch, hash, signature, note "
                              "FROM seal ORDER BY number").fetchall()

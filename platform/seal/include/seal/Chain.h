@@ -19,9 +19,9 @@ enum class Verdict : unsigned char {
 };
 
 // Follows the seals of one recorder through its files, from the oldest on. All that it is given may be
-// hostile. For each file BeginFile, for each of its seals in the order of their numbers Begin, AddRow for
-// each row that the file has from `firstSeq` to `lastSeq`, End. The first thing wrong is kept as reason; a
-// file goes on after it only with the next BeginFile.
+// hostile. For each file BeginFile; for each of its seals, in the order of their numbers: Begin, the rows
+// that the file has from `firstSeq` to `lastSeq`, End. The first thing wrong is kept as reason; a file goes
+// on after it only with the next BeginFile.
 class Chain {
  public:
   // The public key that proves; without it nothing is.
@@ -30,7 +30,7 @@ class Chain {
   void BeginFile();
   // False: the file is not to be followed further.
   bool Begin(const Seal& seal);
-  void AddRow(const Hash& row) { commit_->AddRow(row); }
+  CommitHash& Rows() { return *commit_; }
   bool End();
 
   // Of the current file.

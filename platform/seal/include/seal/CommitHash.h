@@ -1,23 +1,37 @@
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "seal/HashState.h"
 
 namespace seal {
 
-// The running hash of one commit: over the hash before it, the seal's own fields and note, and the hashes of
-// the commit's rows in the order of their sequence numbers. Allocates nothing.
+// The running hash of one commit: over the hash before it, the seal's own fields and note, and the canonical
+// bytes of the commit's rows in the order of their sequence numbers. Those are the same on every machine and
+// do not depend on how SQLite stores a row. Allocates nothing. For each row BeginRow, then its values in the
+// order of the columns.
 class CommitHash {
  public:
   // Of the seal: number, sequence numbers, tick, epoch and note.
   CommitHash(const Hash& previous, const Seal& seal);
 
-  void AddRow(const Hash& row) { state_.Add(row); }
+  void BeginRow(std::string_view table, std::size_t columns);
+  void Add(std::int64_t value);
+  void Add(std::string_view text);
+  void AddNull();
 
-  // At most once.
-  Hash End() { return state_.End(); }
+  // At most once, after all rows.
+  Hash End();
 
  private:
+  void PutNumber(unsigned char first, int bits, std::uint64_t number);
+  void PutBytes(std::string_view text);
+  void Flush();
+
   HashState state_;
+  std::size_t used_ = 0;
+  std::array<unsigned char, 512> buffer_;
 };
 
 // What a seal's signature is made over.

@@ -8,7 +8,7 @@
 namespace seal {
 
 // The first byte of what is hashed, so that a hash of one kind is never one of another.
-enum class Label : unsigned char { kRow = 1, kCommit = 2, kKeySlot = 3, kFingerprint = 4 };
+enum class Label : unsigned char { kCommit = 1, kKeySlot = 2, kFingerprint = 3 };
 
 // BLAKE2b over bytes that come piece by piece. Allocates nothing.
 class HashState {

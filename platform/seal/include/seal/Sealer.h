@@ -18,7 +18,7 @@ struct Found {
 };
 
 // Seals the commits of a recorder, one after the other. Without a key the seals are a chain of hashes that
-// proves nothing by itself. For each commit: Begin, AddRow for each row, End; then Committed when it is on
+// proves nothing by itself. For each commit: Begin, its rows, End; then Committed when it is on
 // the medium, or Settle when that is in doubt; an attempt that is given up needs neither.
 class Sealer {
  public:
@@ -40,7 +40,7 @@ class Sealer {
   void EndRun() { ending_ = true; }
 
   void Begin(std::int64_t firstSeq, std::int64_t lastSeq, std::int64_t lastTick);
-  void AddRow(const Hash& row) { commit_->AddRow(row); }
+  CommitHash& Rows() { return *commit_; }
   const Seal& End();  // valid until the next Begin
 
   void Committed();
