@@ -1,5 +1,7 @@
 #include "ArrivalTick.h"
 
+#include <algorithm>
+
 namespace store {
 
 void ArrivalTick::Start(std::uint32_t tick) {
@@ -20,6 +22,10 @@ bool ArrivalTick::Advance(std::uint32_t tick) {
   if (distanceMs < 0 && distanceMs >= -std::int64_t{kJitterMs}) return false;
   now_ += tick - static_cast<std::uint32_t>(now_);
   return distanceMs < 0;
+}
+
+void ArrivalTick::Follow(std::uint32_t tick) {
+  if (tick != kNoTick) now_ += std::max<std::int64_t>(DistanceMs(tick), 0);
 }
 
 }  // namespace store

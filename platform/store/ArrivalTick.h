@@ -19,6 +19,9 @@ class ArrivalTick {
   // anew, and the distance says nothing about the time that has passed.
   bool Advance(std::uint32_t tick);
 
+  // The clock of the ticks shows this one: moves ahead only, and Last() stays.
+  void Follow(std::uint32_t tick);
+
   std::int64_t Now() const { return now_; }
   std::uint32_t Last() const { return last_; }  // as told; kNoTick before the first
 

@@ -13,6 +13,8 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
+constexpr int kStartUpTurns = 2;  // the start's own TimerTick, and the first of the loop
+
 }  // namespace
 
 DataStoreNormal::Store::Store(const std::string& path, const StoreOptions& options)
@@ -26,7 +28,9 @@ bool DataStoreNormal::Store::Open() {
   if (recorder_.IsOpen()) return true;
   seq_ = 0;
   ending_ = false;
+  turns_ = 0;
   fullState_ = store::FullState();
+  recorder_.Start(store::NewRunId());
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   arrival_.Start(clock_.TickMs());
   if (!BeginFile()) return false;
@@ -47,6 +51,9 @@ void DataStoreNormal::Store::Close() {
 }
 
 void DataStoreNormal::Store::TimerTick(unsigned int tick) {
+  ticking_ = tick != store::kNoTick;
+  arrivalRead_ = false;
+  if (turns_ < kStartUpTurns) ++turns_;
   const std::int64_t before = arrival_.Now();
   if (arrival_.Advance(tick)) anchors_.TicksMoved(arrival_.Now() - before);
   if (!recorder_.IsOpen()) return;
@@ -65,12 +72,21 @@ bool DataStoreNormal::Store::Settle(store::CurrentRun& run) {
 
 void DataStoreNormal::Store::Add(const Report& report, const store::RowView& row) {
   if (!recorder_.IsOpen()) return;
+  ReadArrival();
   AddRecord(report, row);
   if (report.critical) {
     CommitCritical();
   } else if (batch_.Bytes() >= options_.maxPendingBytes / 4 && !recorder_.Failing()) {
     (void)Commit();
   }
+}
+
+// TimerTick comes at the end of a turn of the loop, which can have waited for a second: the first report of a
+// turn reads the tick itself. While the process starts, turns are long, and each report does.
+void DataStoreNormal::Store::ReadArrival() {
+  if (!ticking_ || (arrivalRead_ && turns_ == kStartUpTurns)) return;
+  arrival_.Follow(clock_.TickMs());
+  arrivalRead_ = true;
 }
 
 void DataStoreNormal::Store::AddRecord(const Report& report, const store::RowView& row) {
@@ -116,6 +132,7 @@ bool DataStoreNormal::Store::Commit() {
     criticalWrittenMs_ = clock_.TickMs();
   }
   if (recorder_.LogPinned() != logPinned_) AddLogPinned();
+  if (!ending_) KeepFullStateNear();
   return true;
 }
 
@@ -126,12 +143,28 @@ bool DataStoreNormal::Store::WriteAll() {
   return recorder_.Write(batch_);
 }
 
+void DataStoreNormal::Store::Restate() {
+  fullState_.Restate(batch_, seq_, arrival_.Now());
+  fullStateSeq_ = seq_;
+}
+
+// What was in force at some tick is then found by reading a stretch, not a run. At this distance a full state
+// adds less than 3 % to what is written.
+void DataStoreNormal::Store::KeepFullStateNear() {
+  constexpr std::int64_t kRecords = 16'384;
+  constexpr std::int64_t kRecordsASource = 64;
+  const std::int64_t sources = fullState_.Count();
+  if (seq_ - fullStateSeq_ < std::max(kRecords, kRecordsASource * sources)) return;
+  AddRecord({}, Row<store::kFullStateTable>(seq_ + 1 + sources));
+  Restate();
+}
+
 // Each file can be understood without the others.
 bool DataStoreNormal::Store::BeginFile() {
   if (!recorder_.Begin()) return false;
   logPinned_ = false;
   AddClock();
-  fullState_.Restate(batch_, seq_, arrival_.Now());
+  Restate();
   return true;
 }
 
@@ -197,7 +230,7 @@ void DataStoreNormal::Store::AddRunEnd() {
 
 void DataStoreNormal::Store::AddFullState() {
   if (!recorder_.IsOpen()) return;
-  fullState_.Restate(batch_, seq_, arrival_.Now());
+  Restate();
   (void)Commit();
 }
 

@@ -49,6 +49,7 @@ class DataStoreNormal::Store : public store::OpenStore {
   void AddFullState();
 
  private:
+  void ReadArrival();
   void AddRecord(const Report& report, const store::RowView& row);
   void AddClock();
   void AddLogPinned();
@@ -56,6 +57,8 @@ class DataStoreNormal::Store : public store::OpenStore {
   void AddLosses();
   void AddSetting(store::Event event, std::string_view name, const std::string& value);
 
+  void Restate();
+  void KeepFullStateNear();
   bool BeginFile();
   bool Commit();
   bool WriteAll();
@@ -69,12 +72,16 @@ class DataStoreNormal::Store : public store::OpenStore {
   store::Batch batch_;
   store::FullState fullState_;
   store::ArrivalTick arrival_;
+  bool ticking_ = false;      // the last TimerTick told a tick
+  bool arrivalRead_ = false;  // since the last TimerTick
+  int turns_ = 0;             // calls of TimerTick since Open, as far as they matter
   store::ClockAnchors anchors_;
   store::PreviousRun previousRun_;
 
   std::int64_t seq_ = 0;
-  std::int64_t nextAttempt_ = 0;  // arrival tick, while writing fails
-  bool ending_ = false;           // no next file, which would not tell of the clean end
+  std::int64_t fullStateSeq_ = 0;  // the end of the last full state
+  std::int64_t nextAttempt_ = 0;   // arrival tick, while writing fails
+  bool ending_ = false;            // no next file, which would not tell of the clean end
   bool criticalPending_ = false;
   bool criticalWritten_ = false;
   unsigned int criticalWrittenMs_ = 0;  // by the clock, not by arrival

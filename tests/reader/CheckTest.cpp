@@ -165,7 +165,7 @@ TEST_F(CheckRuns, AnotherSchemaIsReadAndWhatItMissesIsSaid) {
   const Ran ran = Dump({"--source", "camera,brakes", "--format", "jsonl"});
   EXPECT_EQ(ran.status, 0);
   EXPECT_THAT(ran.said,
-              MatchesRegex("metadata: .*000001.db: schema 0, this program knows 1: no column camera.state, "
+              MatchesRegex("metadata: .*000001.db: schema 0, this program knows 2: no column camera.state, "
                            "no table live_stream, unknown table odd\n"));
   EXPECT_THAT(ran.out, HasSubstr("\"source\":\"camera 2\",\"camera\":2}\n"));
 }

@@ -89,16 +89,18 @@ TEST_F(CopyTest, IsARecordingThatStandsAlone) {
   ASSERT_TRUE(Copy(15'000));
 
   EXPECT_EQ(InCopy("PRAGMA integrity_check; PRAGMA application_id; PRAGMA user_version; PRAGMA journal_mode"),
-            "ok\n1296909378\n1\ndelete\n");
+            "ok\n1296909378\n2\ndelete\n");
   ExpectSame("SELECT type, name, sql FROM sqlite_master ORDER BY name");
   ExpectSame("SELECT * FROM tag_name");
+  ExpectSame("SELECT hex(id), length(id) FROM run");
   ExpectSame("SELECT * FROM timeline WHERE tick>=15000 AND event<>'restated' AND source<>'copy'");
   ExpectSame("SELECT name, value FROM configuration UNION ALL SELECT ended, file FROM previous_run");
   EXPECT_EQ(InCopy("SELECT tick||' '||coalesce(sender_tick,'')||' '||source||' '||text FROM timeline "
                    "WHERE event='restated' AND source NOT IN ('store','previous run') ORDER BY seq"),
-            "15000  clock set by system\n15000 10000 brakes on\n15000 8 temperature 2 12\n"
-            "15000 9 temperature 1 21\n15000  device hardware address 00:01:02:03:04:05\n"
-            "15000  device serial number SN-1\n");
+            "15000  clock set by system\n15000  device hardware address 00:01:02:03:04:05\n"
+            "15000  device serial number SN-1\n15000 10000 brakes on\n15000 8 temperature 2 12\n"
+            "15000 9 temperature 1 21\n")
+      << "in the order of the originals";
   EXPECT_EQ(InCopy("SELECT text FROM timeline WHERE source='temperature 0'"), "30\n");
   EXPECT_EQ(InCopy("SELECT last_seq-(SELECT max(seq) FROM temperature), last_tick FROM progress; "
                    "SELECT count(*)=max(seq)-min(seq)+1, min(seq)=(SELECT min(seq) FROM clock) FROM record"),

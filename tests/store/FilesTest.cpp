@@ -95,9 +95,45 @@ TEST_F(FullFileTest, IsFollowedByOneThatStandsAlone) {
   EXPECT_EQ(
       Rows("SELECT source,text FROM timeline WHERE seq < (SELECT min(seq) FROM temperature WHERE event=1)",
            2),
-      "clock|set by system\nbrakes|on\ntemperature 0|" +
-          Rows("SELECT max(temperature) FROM temperature WHERE event=1") +
-          "device|hardware address 01:02:03:04:05:06\ndevice|serial number KV-0042\n");
+      "clock|set by system\ndevice|hardware address 01:02:03:04:05:06\ndevice|serial number KV-0042\n"
+      "brakes|on\ntemperature 0|" +
+          Rows("SELECT max(temperature) FROM temperature WHERE event=1"))
+      << "in the order of the originals";
+}
+
+TEST_F(FullFileTest, EachFileHasTheRandomIdOfItsRun) {
+  options_.maxFileBytes = 131'072;
+  Open();
+  while (!Exists(2)) Fill();
+  Close();
+  int nextRun = 3;
+  while (Exists(nextRun)) ++nextRun;
+  Open();
+  Close();
+  const std::string first = Rows("SELECT hex(id) FROM run WHERE length(id)=16", 1);
+  const std::string next = Rows("SELECT hex(id) FROM run WHERE length(id)=16", nextRun);
+  EXPECT_EQ(first.size(), 33U);
+  EXPECT_EQ(Rows("SELECT hex(id) FROM run", 2), first);
+  EXPECT_EQ(next.size(), 33U);
+  EXPECT_NE(next, first);
+}
+
+TEST_F(StoreTest, AFullStateStandsBehindEachSoManyRecords) {
+  Open();
+  Brakes(true);
+  Store().ReportSystemSerialNum("1");
+  for (int i = 0; i < 40'000; ++i) {
+    Temperature(i);
+    if (i % 1000 == 0) After(500);
+  }
+  Close();
+  const std::string marks = "(SELECT seq, tick, last_seq FROM full_state)";
+  EXPECT_EQ(Rows("SELECT count(*) FROM " + marks), "2\n");
+  EXPECT_EQ(Rows("SELECT DISTINCT source FROM record JOIN " + marks +
+                 " AS m ON record.seq>m.seq AND "
+                 "record.seq<=m.last_seq AND record.tick=m.tick AND event=2 ORDER BY source"),
+            "brakes\ndevice\ntemperature 0\n");
+  EXPECT_EQ(Rows("SELECT sum(last_seq-seq) FROM full_state"), "6\n") << "and nothing else";
 }
 
 TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitAndANewFileIsBegun) {

@@ -1,5 +1,6 @@
 #include "StoreFixture.h"
 #include "support/LogCapture.h"
+#include "support/Schema1.h"
 
 namespace fs = std::filesystem;
 
@@ -39,6 +40,11 @@ TEST_F(PreviousRunTest, AnEndThatFillsTheFileIsCleanToo) {
   Close();
   EXPECT_FALSE(Exists(2)) << "it would not tell of the end";
   EXPECT_EQ(Told("metadata", 2), "clean|metadata.000001.db|10000|1714564800000\n");
+}
+
+TEST_F(PreviousRunTest, ARecordingOfSchema1IsRead) {
+  ASSERT_EQ(WriteSchema1(dir_.Write("metadata.000001.db", "")), "");
+  EXPECT_EQ(Told("metadata", 2), "clean|metadata.000001.db|14000|1714564804000\n");
 }
 
 // What is left of files when the run ends while they are being begun.

@@ -171,7 +171,7 @@ TEST_F(StoreTest, TheConfigurationNamesSoftwareAndSettingsInForce) {
   EXPECT_EQ(Rows("SELECT name,value FROM configuration WHERE name IN ('user_version','journal_mode',"
                  "'synchronous','page_size','max_file_bytes','commit_after_ms') ORDER BY name"),
             "commit_after_ms|500\njournal_mode|wal\nmax_file_bytes|268435456\npage_size|1024\n"
-            "synchronous|2\nuser_version|1\n");
+            "synchronous|2\nuser_version|2\n");
   EXPECT_EQ(Rows("SELECT count(*) FROM configuration WHERE name='software' AND value<>''"), "1\n");
 }
 

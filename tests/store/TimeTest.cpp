@@ -18,9 +18,11 @@ TEST_F(StoreTest, RecordsCarryTheExtendedTick) {
       {"begins anew", {10'000, 8'999, 9'100}, "10000\n4294976295\n4294976396\n"},
   };
   for (const auto& c : kCases) {
+    clock_ = FakeClock();
     DataStoreNormal store(dir_.Path(c.name), options_);
     ASSERT_TRUE(store.Open());
     for (const unsigned int tick : c.ticks) {
+      clock_.tick = tick;
       store.TimerTick(tick);
       store.ReportStringData(e_Tag_Filler, "");
     }
@@ -29,6 +31,22 @@ TEST_F(StoreTest, RecordsCarryTheExtendedTick) {
               c.arrivals)
         << c.name;
   }
+}
+
+TEST_F(StoreTest, ARecordArrivesAtTheTickOfItsTurnsFirstReport) {
+  Open();
+  After(500);
+  clock_.tick += 915;
+  Store().ReportBookmark(clock_.tick);
+  clock_.tick += 5;
+  Temperature(1);
+  EXPECT_EQ(Store().GetCurrentSystemTick(), 10'500U);
+  After(80);
+  clock_.tick += 30;
+  Temperature(2);
+  Close();
+  EXPECT_EQ(Rows("SELECT tick FROM record WHERE source IN ('bookmark','temperature 0') ORDER BY seq"),
+            "11415\n11415\n11530\n");
 }
 
 // The wall clock shows noon at the tick of arrival.
@@ -157,6 +175,16 @@ TEST_F(ClockTest, AClockThatDidNotKnowTheDateDoesNotSpoilWhatWasRecordedBeforeIt
   EXPECT_EQ(Times(),
             "2024-05-01T11:58:30.000Z|sender|1\n2024-05-01T12:00:00.000Z|sender|2\n"
             "2024-05-01T12:00:01.000Z|sender|3\n");
+}
+
+TEST_F(ClockTest, UtcIsRightBefore1970) {
+  clock_.utcMs = -1'500;
+  Open();
+  Temperature(1);
+  After(1'250);
+  Temperature(2);
+  Close();
+  EXPECT_EQ(Times(), "1969-12-31T23:59:58.500Z|sender|1\n1969-12-31T23:59:59.750Z|sender|2\n");
 }
 
 TEST_F(ClockTest, UtcFollowsAWallClockThatStepsBackAndARestatedRecordHasTheTimeOfItsRestating) {

@@ -1,5 +1,6 @@
 #include "FullState.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Tables.h"
@@ -26,16 +27,26 @@ FullState::Slot* FullState::Find(TableId table, const unsigned char* key, std::s
   return &slots.emplace_back();
 }
 
+std::int64_t FullState::Count() const {
+  std::size_t count = 0;
+  for (const std::vector<Slot>& slots : slots_) count += slots.size();
+  return static_cast<std::int64_t>(count);
+}
+
 void FullState::Restate(Batch& batch, std::int64_t& seq, std::int64_t tick) const {
+  std::vector<const Slot*> inOrder;
   for (const std::vector<Slot>& slots : slots_) {
-    for (const Slot& slot : slots) {
-      RecordHeader header = slot.header;
-      header.seq = ++seq;
-      header.tick = tick;
-      header.event = Event::kRestated;
-      header.critical = false;
-      batch.AddCells(header, slot.cells.data());
-    }
+    for (const Slot& slot : slots) inOrder.push_back(&slot);
+  }
+  std::sort(inOrder.begin(), inOrder.end(),
+            [](const Slot* a, const Slot* b) { return a->header.seq < b->header.seq; });
+  for (const Slot* slot : inOrder) {
+    RecordHeader header = slot->header;
+    header.seq = ++seq;
+    header.tick = tick;
+    header.event = Event::kRestated;
+    header.critical = false;
+    batch.AddCells(header, slot->cells.data());
   }
 }
 

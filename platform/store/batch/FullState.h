@@ -12,8 +12,11 @@ class FullState {
  public:
   void Keep(const RecordHeader& header, const unsigned char* cells);
 
-  // Adds every kept record to the batch once more, as restated at this tick, numbered on from `seq`.
+  // Adds every kept record to the batch once more, as restated at this tick, numbered on from `seq`, in the
+  // order in which they were kept.
   void Restate(Batch& batch, std::int64_t& seq, std::int64_t tick) const;
+
+  std::int64_t Count() const;
 
  private:
   struct Slot {

@@ -16,6 +16,7 @@ constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
 SqliteCode CopyWriter::RestateBegin() {
   Picks picks;
   SqliteCode code = PickEach(kClockTable, SelectLast(kClockTable), range_.from, picks);
+  const auto clocks = static_cast<std::ptrdiff_t>(picks.size());
   for (const Table& table : kTables) {
     if (!Ok(code)) break;
     if (table.keyColumns == 0) code = PickEach(table.id, SelectLast(table.id), range_.from, picks);
@@ -24,6 +25,7 @@ SqliteCode CopyWriter::RestateBegin() {
   std::int64_t lastBefore = 0;
   if (Ok(code)) code = LastSeqBefore(lastBefore);
   if (!Ok(code)) return code;
+  std::sort(picks.begin() + clocks, picks.end(), [](const Pick& a, const Pick& b) { return a.seq < b.seq; });
   return RestateAll(picks, lastBefore - static_cast<std::int64_t>(picks.size()) + 1, range_.from);
 }
 
@@ -40,7 +42,7 @@ SqliteCode CopyWriter::RestateLater() {
   return Ok(code) ? RestateAll(picks, lastSeq + 1, range_.to) : code;
 }
 
-// The last record of each source, in their order.
+// The last record of each source.
 SqliteCode CopyWriter::PickSources(TableId table, Picks& picks) {
   Statement select;
   if (const SqliteCode code = select.Prepare(database_.Handle(), SelectSources(table)); !Ok(code))
@@ -57,9 +59,7 @@ SqliteCode CopyWriter::PickSources(TableId table, Picks& picks) {
       lastOfEach.emplace(source, select.Integer(0));
     }
   }
-  const auto first = static_cast<std::ptrdiff_t>(picks.size());
   for (const auto& [source, seq] : lastOfEach) picks.push_back({table, seq});
-  std::sort(picks.begin() + first, picks.end(), [](const Pick& a, const Pick& b) { return a.seq < b.seq; });
   return code == SqliteCode::kDone ? SqliteCode::kOk : code;
 }
 

@@ -54,6 +54,7 @@ SqliteCode CopyWriter::CopyRun() {
 
 SqliteCode CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
   SqliteCode code = Attach(file);
+  if (Ok(code) && isFirst) code = Run("INSERT INTO main.run SELECT id FROM source.run LIMIT 1");
   if (Ok(code) && isFirst && file.firstTick < range_.from) code = RestateBegin();
   if (Ok(code) && file.firstTick <= range_.to) code = CopyRecords(file);
   if (Ok(code) && file.lastTick > range_.to) code = RestateLater();

@@ -22,7 +22,7 @@ bool Recorder::Begin() {
   auto next = std::make_unique<RecordingFile>();
   if (names_.List(numbers, highest)) {
     const std::uint32_t number = std::max(highest, number_) + 1;
-    if (next->Create(names_.PathOf(number))) {
+    if (next->Create(names_.PathOf(number), run_)) {
       number_ = number;
       if (file_ == nullptr) firstNumber_ = number;
       file_ = std::move(next);

@@ -16,6 +16,9 @@ class Recorder {
   Recorder(const std::string& basePath, std::uint64_t maxFileBytes)
       : names_(basePath), maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)), fullAt_(maxFileBytes_) {}
 
+  // The files begun from now on are those of this run.
+  void Start(const RunId& run) { run_ = run; }
+
   // Creates the next file and goes on with it; on failure things stay as they were.
   bool Begin();
 
@@ -49,6 +52,7 @@ class Recorder {
   void WatchLog();
 
   FileNames names_;
+  RunId run_{};
   std::uint64_t maxFileBytes_;
   std::uint64_t fullAt_;
   std::unique_ptr<RecordingFile> file_;

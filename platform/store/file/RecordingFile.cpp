@@ -31,22 +31,22 @@ std::string LogOf(const std::string& path) {
   return path + "-wal";
 }
 
-bool Configure(Database& database) {
+bool Configure(Database& database, const RunId& id) {
   const auto run = [&database](const std::string& sql) { return Ok(database.Execute(sql)); };
   const std::string mark = "BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
                            "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
   if (!std::all_of(std::begin(kBeforeLogMode), std::end(kBeforeLogMode), run) || !run(mark)) return false;
   std::string mode;
   if (!Ok(database.Query(kLogMode, mode)) || mode != "wal") return false;
-  return std::all_of(std::begin(kAfterLogMode), std::end(kAfterLogMode), run) && run(CreateSchema());
+  return std::all_of(std::begin(kAfterLogMode), std::end(kAfterLogMode), run) && run(CreateRecording(id));
 }
 
 }  // namespace
 
-bool RecordingFile::Create(const std::string& path) {
+bool RecordingFile::Create(const std::string& path, const RunId& run) {
   if (CreateNewFile(path) != 0) return false;
   path_ = path;
-  if (Ok(database_.Open(path)) && Configure(database_) && Prepare() && Identify(path_, identity_) == 0 &&
+  if (Ok(database_.Open(path)) && Configure(database_, run) && Prepare() && Identify(path_, identity_) == 0 &&
       Identify(LogOf(path_), log_) == 0) {
     return true;
   }

@@ -6,6 +6,7 @@
 #include "BatchTable.h"
 #include "Database.h"
 #include "FileNames.h"
+#include "RunId.h"
 
 namespace store {
 
@@ -17,8 +18,9 @@ class RecordingFile {
   RecordingFile(const RecordingFile&) = delete;
   RecordingFile& operator=(const RecordingFile&) = delete;
 
-  // Creates the file with its schema. False when it cannot be; nothing is left behind then.
-  bool Create(const std::string& path);
+  // Creates the file with its schema, as one of this run. False when it cannot be; nothing is left behind
+  // then.
+  bool Create(const std::string& path, const RunId& run);
 
   // Writes records from the front of the batch, at most about `maxBytes` of them, in one
   // transaction, and tells the sequence number of the last one. kOk or an error: the records

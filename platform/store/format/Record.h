@@ -35,6 +35,7 @@ enum TableId : unsigned char {
   kClockTable,
   kLossTable,
   kLogPinnedTable,
+  kFullStateTable,
   kCopyTable,
   kTableCount
 };

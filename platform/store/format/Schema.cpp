@@ -61,14 +61,15 @@ timed AS (
          std::to_string(kFirstTrustedUtcMs) + R"(),
            (SELECT min(seq) FROM clock))))
        ORDER BY clock.seq DESC LIMIT 1) AS utc_ms
-  FROM shifted)
+  FROM shifted),
+split AS (SELECT *, (utc_ms%1000+1000)%1000 AS ms FROM timed)
 SELECT seq,
-       strftime('%Y-%m-%dT%H:%M:%S', utc_ms/1000, 'unixepoch') || printf('.%03dZ', utc_ms%1000) AS utc,
+       strftime('%Y-%m-%dT%H:%M:%S', (utc_ms-ms)/1000, 'unixepoch') || printf('.%03dZ', ms) AS utc,
        iif(shift IS NULL,'arrival','sender') AS utc_from,
        tick, sender_tick, source,
        CASE event WHEN 0 THEN 'initial' WHEN 1 THEN 'event' ELSE 'restated' END AS event,
        text
-FROM timed ORDER BY seq;
+FROM split ORDER BY seq;
 )";
 }
 
@@ -83,16 +84,25 @@ std::string SelectOneOfEach(const char* order) {
   return sql;
 }
 
-constexpr const char* kCreateProgress =
+constexpr const char* kCreateOthers =
     "CREATE TABLE progress(last_seq INTEGER NOT NULL, last_tick INTEGER NOT NULL) STRICT;\n"
-    "INSERT INTO progress VALUES(0,0);\n";
+    "INSERT INTO progress VALUES(0,0);\n"
+    "CREATE TABLE run(id BLOB NOT NULL) STRICT;\n"
+    "CREATE TABLE seal(number INTEGER PRIMARY KEY, first_seq INTEGER NOT NULL, last_seq INTEGER NOT NULL, "
+    "last_tick INTEGER NOT NULL, epoch INTEGER NOT NULL, hash BLOB NOT NULL, signature BLOB, note BLOB) "
+    "STRICT;\n";
 
 }  // namespace
 
 std::string CreateSchema() {
   std::string sql = "BEGIN IMMEDIATE;\n";
   for (const Table& table : kTables) sql += CreateTable(table);
-  return sql + CreateTagNames() + CreateRecordView() + CreateTimelineView() + kCreateProgress + "COMMIT;\n";
+  return sql + CreateTagNames() + CreateRecordView() + CreateTimelineView() + kCreateOthers + "COMMIT;\n";
+}
+
+std::string CreateRecording(const RunId& run) {
+  std::string sql = CreateSchema();
+  return sql.insert(sql.rfind("COMMIT"), "INSERT INTO run VALUES(" + BlobSql(run) + ");\n");
 }
 
 std::string SelectFirstRecords() {
