@@ -3,7 +3,7 @@
 #include "ipc/LinxIpc.h"
 #include "log/LogLine.h"
 
-// What an answer says when it cannot be made or sent.
+// The log lines of an answer that cannot be allocated or sent.
 struct AnswerTexts {
   const char* cannotAllocate;  // mask 1
   const char* cannotSend;

@@ -11,7 +11,7 @@ inline MetadataMgr& ManagerOf(void* context) {
   return *static_cast<MetadataMgr*>(context);
 }
 
-// What a handler says and needs.
+// The name of a handler, for its log lines, and the payload that it needs.
 struct HandlerShape {
   // Implicit, so that a table or a call may say just the name.
   HandlerShape(const char* handlerName, unsigned int bytes = 0)  // NOLINT(google-explicit-constructor)
@@ -20,7 +20,7 @@ struct HandlerShape {
   const char* name;
   unsigned int payloadBytes;              // a shorter payload is dropped; 0 for items
   e_LogMask traceMask = kLogTrace;        // of the entry trace, which is the name
-  const char* nullPayloadName = nullptr;  // who is named when there is no payload; null: the name
+  const char* nullPayloadName = nullptr;  // in the line of a missing payload; null: the name
 };
 
 // Traces the entry; returns the payload, or null after a mask-2 line when there is none or it is

@@ -5,10 +5,10 @@
 #include "EventHandler.h"
 #include "MetadataMgr.h"
 
-// The work of the handlers whose payload is an item: decodes it and reports it as a change.
+// Handlers whose payload is an item decode it and report it as a change.
 
-// For items that are decoded from the whole message. One that does not fit is reported as it was
-// constructed; the decoder has said so.
+// For items that are decoded from the whole message. An item that does not fit is reported as
+// constructed; the decoder has logged it.
 template <typename ItemType, typename Report>
 void HandleMessageItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
   if (EnterHandler(*ipc, shape) == nullptr) return;
@@ -17,8 +17,7 @@ void HandleMessageItem(LinxIpc* ipc, void* context, const HandlerShape& shape, R
   report(ManagerOf(context), item);
 }
 
-// For items that are decoded from the payload's first byte on. What the payload lacks reads as
-// zero.
+// For items that are decoded from the payload's first byte on. Missing bytes read as zero.
 template <typename ItemType, typename Report>
 void HandlePayloadItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
   unsigned char* payload = EnterHandler(*ipc, shape);

@@ -46,7 +46,7 @@ class MetadataMgr {
   MetadataMgr(const MetadataMgr&) = delete;
   MetadataMgr& operator=(const MetadataMgr&) = delete;
 
-  // Makes ready what needs the endpoint: metadata directory, shared record, request handlers,
+  // Prepares everything that needs the endpoint: metadata directory, shared record, request handlers,
   // store, server. False when one of them cannot be had.
   bool PreInit(LinxIpc& ipc);
 
@@ -73,8 +73,8 @@ class MetadataMgr {
 
   // --- SimulateData.cpp ---
 
-  // Invents what the vehicle did since the last call and reports it; in radar-only mode only what
-  // the radar showed.
+  // Invents the vehicle's events since the last call and reports them; in radar-only mode only those
+  // of the radar.
   void SimulateData();
 
   // --- Subscriptions.cpp ---

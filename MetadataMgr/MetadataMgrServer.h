@@ -2,7 +2,7 @@
 
 #include "clients/SubscribeServer.h"
 
-// What this process publishes: item 0, a BoolItem that is pushed as true at each bookmark and
+// This process publishes item 0, a BoolItem that is pushed as true at each bookmark and
 // always reads false.
 class MetadataMgrServer : public SubscribeServer {
  public:

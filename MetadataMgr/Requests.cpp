@@ -18,7 +18,7 @@ constexpr std::size_t kFileNameSize = 1024;
 constexpr std::size_t kCopyRequestSize = kFileNameSize + 8;
 constexpr unsigned int kTickAnswerSize = 8;
 
-// A request that is too short or whose name has no end is answered like a copy that failed.
+// A request that is too short, or whose name has no NUL, is answered like a failed copy.
 bool CopyMetadata(MetadataMgr& manager, const IpcMessage& request) {
   const unsigned char* data = request.DataPtr();
   if (request.Size() < kCopyRequestSize || std::memchr(data, '\0', kFileNameSize) == nullptr) {

@@ -12,7 +12,7 @@ class RadarItem;
 // done. Each call is one change.
 namespace sharedrecord {
 
-// What is written to one field. Of `value` the low bits count.
+// One field to write. Only the low bits of `value` count.
 struct Field {
   Place place;
   std::uint32_t value;
@@ -24,7 +24,7 @@ std::uint32_t EastOrWest(const GpsStatusItem& gps);
 
 void Write(unsigned char* items, std::span<const Field> fields);
 
-// Writes what the record holds before the first event.
+// Writes the initial values.
 void Reset(unsigned char* items);
 
 // Copies the fields of a reading, whether it is valid or not.

@@ -8,14 +8,14 @@
 
 #include "items/GpsStatusItem.h"
 
-// Where chance comes from: the C library, or what a test puts in its place.
+// The source of chance: the C library, or a replacement in tests.
 struct RandomSource {
   std::time_t (*now)(std::time_t*) = std::time;
   void (*seed)(unsigned int) = std::srand;
   int (*next)() = std::rand;
 
   // A number from 0 to `limit` - 1. The generator is seeded with the current second each time, so
-  // draws within one second repeat: what is simulated changes about once a second, however often
+  // draws within one second repeat: the simulation changes about once a second, however often
   // the main loop turns.
   int Draw(int limit) const;
 };
@@ -31,14 +31,14 @@ struct Ramp {
   void Move();
 };
 
-// The vehicle that simulator mode invents. Each step draws once and changes what the number says;
-// what a step changes in the shared record it writes at once. `record` is the record's first byte,
+// The vehicle that simulator mode invents. Each step draws one number and changes the state by it;
+// it writes its changes of the shared record at once. `record` is the record's first byte,
 // or null.
 struct Simulator {
   void StepInputs();
   void StepGps(unsigned char* record);
   void StepMicrophones();
-  // Whether somebody pressed the button.
+  // True when the bookmark button was pressed.
   bool DrawBookmark() const;
   void StepRadar(unsigned char* record);
 

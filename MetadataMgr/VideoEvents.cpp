@@ -15,7 +15,7 @@ constexpr unsigned int kLastNumber = 3;  // of streams and cameras
 constexpr e_CameraState kCameraActive1{1};
 constexpr e_CameraState kCameraActive2{2};
 
-// Three handlers miss a payload under one name, which is none of theirs.
+// Three handlers log a missing payload under one shared name.
 HandlerShape CameraShape(const char* name, unsigned int payloadBytes) {
   HandlerShape shape{name, payloadBytes};
   shape.nullPayloadName = "CameraStateChangedHandler";

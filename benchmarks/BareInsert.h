@@ -2,7 +2,7 @@
 
 #include <string>
 
-// What is in a recording: records, those of them that tell of a change, and the room for them in the
+// The contents of a recording: records, those of them that tell of a change, and the room for them in the
 // sequence; the last equals the first unless some were lost.
 struct Recorded {
   long long records = 0;

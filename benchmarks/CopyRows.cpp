@@ -1,4 +1,4 @@
-// What a copy of a long recording costs, beside bare INSERT ... SELECT statements that move the same rows
+// The cost of a copy of a long recording, beside bare INSERT ... SELECT statements that move the same rows
 // between the same files, and how much memory it takes.
 //
 //   CopyRows [ROWS]     default 10,000,000
@@ -50,7 +50,7 @@ std::vector<std::string> RecordingsIn(const std::string& directory) {
   return paths;
 }
 
-// The settings are those of a copy: what is compared is everything around the rows.
+// The settings are those of a copy: the comparison covers everything around the rows.
 int CopyBare(const std::string& destination, const std::vector<std::string>& sources) {
   sqlite3* database = nullptr;
   const auto run = [&database](const std::string& sql) {

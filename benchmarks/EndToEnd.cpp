@@ -1,6 +1,6 @@
-// What an event costs from the socket to the file, from ten senders, beside a bare receive and bare inserts
-// of the same rows; in a flood, and paced so that each event wakes the process. Then what the process
-// takes while all are silent.
+// The cost of an event from the socket to the file, from ten senders, beside a bare receive and bare inserts
+// of the same rows; in a flood, and paced so that each event wakes the process. Then the part that the
+// process takes while all are silent.
 //
 //   EndToEnd [KIND]     default: each kind of event, and all kinds in turn
 //

@@ -1,4 +1,4 @@
-// What the reader's commands cost for each record of a long recording, beside bare SELECT loops that read
+// The cost of the reader's commands for each record of a long recording, beside bare SELECT loops that read
 // every value of the same rows, and how much memory they take.
 //
 //   ReadRows [ROWS]     default 1,000,000
@@ -39,7 +39,7 @@ struct Cost {
   long kilobytes = 0;
 };
 
-// What a drive has most of: ten records a second.
+// The most frequent records of a drive: ten a second.
 std::string Record(const std::string& directory, long rows) {
   fs::create_directory(directory);
   TurnedClock clock;

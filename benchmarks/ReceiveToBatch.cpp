@@ -1,8 +1,8 @@
-// What it costs to take a message of each kind from the socket to the store's batch, beside the cost of
+// The cost of taking a message of each kind from the socket to the store's batch, beside the cost of
 // receiving the same bytes from a socket of the same kind and dropping them.
 //
 // CPU time of the receiving side alone: messages are sent beforehand, as many as the socket takes. The
-// tick is read as ever, but stands during a burst: what was reported is committed between two of them.
+// tick is read as ever, but stands during a burst: the reports are committed between two bursts.
 
 #include <benchmark/benchmark.h>
 #include <sys/mman.h>

@@ -102,7 +102,7 @@ Taken ReceiveOurs(const std::string& directory, int events, int ready) {
       idle = came ? 0 : idle + 1;
       if (idle == 5) Fail("Events were lost: receive");
     }
-    laterMs = 1000;  // what the last ones left is due
+    laterMs = 1000;  // the last reports are due for a commit
     manager.PeriodicProcessing();
   });
 }
@@ -116,7 +116,7 @@ Taken Idle(const std::string& directory, int seconds, int ready) {
 
 }  // namespace
 
-// In place of the platform's, so that what is due in a second can be had at once.
+// In place of the platform's, so that work which is due in a second can be done at once.
 unsigned int Systick::SystemTick() const {
   timespec now{};
   if (clock_gettime(CLOCK_BOOTTIME, &now) != 0) return kUnavailable;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-// What receiving took: CPU time and voluntary waits of the receiving process, in all.
+// The cost of receiving: CPU time and voluntary waits of the receiving process, in all.
 struct Taken {
   double cpuSeconds = 0;
   double waits = 0;
@@ -14,7 +14,7 @@ struct Taken {
 class ReceiverProcess {
  public:
   enum class Kind {
-    kBare,  // waits for ten sockets with epoll, receives, and drops what came
+    kBare,  // waits for ten sockets with epoll, receives and drops
     kOurs,  // the manager with the handlers of all kinds, in the program's loop, until all is committed
     kIdle   // the same for some seconds, of which `events` is the number
   };

@@ -5,12 +5,12 @@
 
 constexpr int kSenders = 10;
 
-// A connection to the endpoint at `path`, which nobody has said hello over; and one packet over it, waiting
-// for room. What fails ends the program.
+// A connection to the endpoint at `path`, without a hello; and one packet over it, waiting
+// for room. A failure ends the program.
 int ConnectTo(const std::string& path);
 void SendPacket(int fd, const std::string& packet);
 
-// Ten connections to the endpoint at `path`, each of which has said who it is.
+// Ten connections to the endpoint at `path`, each after its hello.
 class Senders {
  public:
   explicit Senders(const std::string& path);

@@ -1,8 +1,8 @@
-// What the store writes for each record at several rates, and its longest commit.
+// The bytes that the store writes for each record at several rates, and its longest commit.
 //
 // Two minutes of records, told as fast as the medium allows, into a directory beside the caller's: the
 // real medium, with real syncs. Bytes are those that the process hands to write calls ("wchar" in
-// /proc/self/io): the log and what is folded from it into the file.
+// /proc/self/io): the WAL and the pages folded from it into the file.
 
 #include <algorithm>
 #include <chrono>

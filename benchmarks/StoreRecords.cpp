@@ -1,4 +1,4 @@
-// What a record costs from its report through batch and commit, beside bare prepared inserts of the same
+// The cost of a record from its report through batch and commit, beside bare prepared inserts of the same
 // rows in transactions of the same size into a table of the same kind.
 //
 // CPU time of the thread. Both write to memory (/dev/shm), where a sync costs nothing.

@@ -23,7 +23,7 @@
 
 namespace {
 
-// What any process may send, and the answers that the process itself waits for.
+// Messages that any process may send, and answers that the process itself waits for.
 constexpr unsigned int kMessages[] = {
     SubscribeMsg_Subscribe,
     SubscribeMsg_Answer,
@@ -86,7 +86,7 @@ class Vehicle {
     (void)sender.Send(Packet(type, payload));
   }
 
-  // What the process's main loop does, as long as there is something to do.
+  // Turns of the process's main loop, until there is nothing left to do.
   void LoopUntilIdle() {
     LinxIpc& ipc = initializer_->Ipc();
     for (bool idle = false; !idle;) {
@@ -163,7 +163,7 @@ void StartAnew() {
   const bool first = !gVehicle.has_value();
   gVehicle.reset();
   gVehicle.emplace();
-  if (first) (void)std::atexit([] { gVehicle.reset(); });  // before what it uses is gone
+  if (first) (void)std::atexit([] { gVehicle.reset(); });  // before its static members are destroyed
 }
 
 }  // namespace

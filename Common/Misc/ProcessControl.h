@@ -21,6 +21,6 @@ class ProcessControl {
   static void RespondToShutdown(LinxIpc& ipc);
 
   // Reads the process out of a death or restart notice: true and the process; false, after a line,
-  // when the notice has no payload or one that is too short.
+  // when the notice has no payload or too short a payload.
   static bool ReadNoticeProcess(LinxIpc& ipc, e_Process& process);
 };

@@ -1,5 +1,5 @@
 // One hostile peer at a time, each against a MetadataMgr of its own, while peers with manners go on: how
-// long these wait at most, and what the process takes of the machine.
+// long these wait at most, and the memory and descriptors of the process.
 //
 // Usage: HostilePeers [SECONDS]. For each hostile peer so long, by default five seconds. The exit status is
 // 1 where one of the others was not served, lost an event, or the process took more than its bounds; how

@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kTimeoutMs = 10000;
 
-// What one of them tells in the end.
+// The final report of one of them.
 struct Result {
   unsigned int peer;  // kPeers: the newcomer
   long count, halfUs, mostUs, longestUs, failed;

@@ -6,7 +6,7 @@
 #include "support/Child.h"
 #include "support/RawPeer.h"
 
-// What the well-behaved peers met with, in microseconds.
+// The latencies of the well-behaved peers, in microseconds.
 struct Waits {
   long pings = 0;
   long halfUs = 0;

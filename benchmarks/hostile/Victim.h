@@ -10,7 +10,7 @@
 // The endpoint of the process.
 inline const std::string kProcess = "MetadataMgr";
 
-// What the process has taken of the machine since its start.
+// The memory and descriptors that the process has used since its start.
 struct Taken {
   long residentPeakKb = 0;
   int descriptors = 0;

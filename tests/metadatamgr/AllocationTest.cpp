@@ -1,5 +1,5 @@
 // The road of an event, from the socket to the batch, through the endpoint's dispatch: no kind of event
-// takes memory once the buffers have grown to what it needs.
+// allocates memory once the buffers have grown.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>

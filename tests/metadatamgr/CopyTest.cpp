@@ -1,4 +1,4 @@
-// Copies over the wire, and what becomes of one when the process ends meanwhile.
+// Copies over the wire, also when the process ends meanwhile.
 #include <csignal>
 #include <filesystem>
 

@@ -16,7 +16,7 @@ inline Lines LinesOfFile(const std::string& path) {
   return lines;
 }
 
-// The lines of its blocks of this kind; none of them fails the test.
+// The lines of its blocks of this kind. A document without such a block fails the test.
 inline Lines BlocksOf(const std::string& path, const std::string& kind) {
   Lines blocks;
   bool inBlock = false;

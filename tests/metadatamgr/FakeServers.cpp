@@ -107,7 +107,7 @@ struct Ends {
 };
 
 int Serve(const std::string& name, const Behaviour& behaviour, Ends ends) {
-  LogClient::Instance().Level(0);  // what is logged is the process's under test
+  LogClient::Instance().Level(0);  // only the process under test logs
   LinxIpc ipc(name);
   if (ipc.Init() != 0 || write(ends.reached, "", 1) != 1) return 1;
   if (name == "StateMgr") Lead(ipc);

@@ -6,7 +6,7 @@
 
 #include "support/Child.h"
 
-// What a server does when it is asked for one of its items.
+// How a server reacts when it is asked for one of its items.
 enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };
 
 // The behaviour of one server; by default it has every item and answers at once.
@@ -35,7 +35,7 @@ class FakeServers {
   void Start(const std::string& name, const Behaviour& behaviour = {});
 
  private:
-  int asked_[2] = {-1, -1};    // pipe of what was asked for
+  int asked_[2] = {-1, -1};    // pipe with the requests
   int reached_[2] = {-1, -1};  // pipe with a byte for each endpoint that was opened
   std::map<std::string, Child> children_;
 };

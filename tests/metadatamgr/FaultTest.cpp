@@ -1,5 +1,5 @@
 // The start-up of the real process with servers that refuse, are missing, mute or late, or die, at
-// each of its steps: what is said, how it ends, and that the next start works.
+// each of its steps: the log lines, the exit status, and that the next start works.
 #include <algorithm>
 #include <chrono>
 #include <deque>
@@ -55,7 +55,7 @@ class Start {
  public:
   Start(const Step& step, Fault fault) : step_(step), fault_(fault) {
     std::map<std::string, Behaviour> behaviours;
-    if (IsFatal()) {  // nobody is asked after that
+    if (IsFatal()) {  // no further server is asked
       for (const Step& other : kSteps) behaviours[other.server].absent = &other > &step;
       for (const Step* other = kSteps.data(); other <= &step; ++other)
         behaviours[other->server].absent = false;

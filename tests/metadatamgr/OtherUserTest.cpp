@@ -1,5 +1,5 @@
-// What other users of the machine can do to the process, its endpoint, its record and its files; and that no
-// request costs anybody a file.
+// Other users of the machine cannot harm the process, its endpoint, its record and its files; and no request
+// destroys a file.
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/mman.h>
@@ -77,7 +77,7 @@ const struct {
 
 constexpr uid_t kAnother = 65534;
 
-// What such a user was not forbidden to do.
+// The attempts of such a user that were not refused.
 Lines AllowedTo(uid_t user, gid_t group, const Car& car) {
   int pipe[2];
   EXPECT_EQ(pipe2(pipe, O_CLOEXEC), 0);
@@ -103,7 +103,7 @@ Lines AllowedTo(uid_t user, gid_t group, const Car& car) {
 TEST(OtherUser, CanDoNothingAndAMemberOfTheGroupCanReadAndAsk) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
   Car car;
-  // Up to here the way is open: what keeps others out is the process's doing.
+  // The parent directories are open, so only the process's own rights refuse other users.
   chmod(car.Path("").c_str(), 0755);
   chmod(fs::path(car.IpcDirectory()).parent_path().c_str(), 0755);
   chmod(car.IpcDirectory().c_str(), 02750);
@@ -148,7 +148,7 @@ TEST(OtherUser, FindsNoOtherDoor) {
 
 // ---- Requests
 
-// Everything in a directory: what it is and what stands in it.
+// Everything in a directory: kinds and contents of files.
 std::string Everything(const std::string& directory) {
   Lines all;
   for (const auto& entry : fs::recursive_directory_iterator(directory)) {

@@ -1,4 +1,4 @@
-// The documents tell of the servers what their table says.
+// The documents agree with the table of servers.
 #include <regex>
 #include <set>
 

@@ -20,7 +20,7 @@ class SharedRecordTest : public testing::Test {
   }
   ~SharedRecordTest() override { unsetenv("METADATA_SHM"); }
 
-  // What the record holds after a reading, of which nothing stood there before.
+  // The record after a reading, when it held nothing of that reading before.
   std::string RecordAfter(unsigned int type, const std::string& payload) {
     std::fill_n(record_ + 2, 86, static_cast<unsigned char>(0xEE));
     const std::uint32_t changes = Counter();

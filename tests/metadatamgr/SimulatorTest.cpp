@@ -1,4 +1,4 @@
-// What the simulator makes of each number drawn, and what a pass of it reports.
+// The effect of each number that the simulator draws, and the reports of one pass.
 
 #include <algorithm>
 #include <sstream>
@@ -13,7 +13,7 @@
 
 namespace {
 
-// What every draw gives, as the tables count: from 1 on.
+// The result of every draw, counted from 1 as in the tables.
 int drawn = 1;
 
 Simulator Fresh() {
@@ -23,7 +23,7 @@ Simulator Fresh() {
   return simulator;
 }
 
-// What each number leads to; of numbers in a row that lead to the same only the first.
+// The outcome of each number; of successive numbers with the same outcome only the first.
 template <typename Outcome>
 Lines Rows(int last, Outcome outcome) {
   Lines rows;
@@ -53,7 +53,7 @@ std::string Place(const Simulator& simulator) {
   return text.str();
 }
 
-// What two steps of the same number make of such flags.
+// The flags after one step and after two steps with the same number.
 template <typename Flags>
 auto Twice(void (Simulator::*step)(), Flags Simulator::*flags) {
   return [=](Simulator& simulator) {

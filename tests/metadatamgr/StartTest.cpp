@@ -14,7 +14,7 @@
 
 namespace {
 
-// What every failed start logs at its end.
+// The last log line of every failed start.
 Lines ThenNotInitialized(Lines lines) {
   lines.emplace_back("1 MetadataMgr: Unable to initialize MetadataMgr");
   return lines;
@@ -210,7 +210,7 @@ TEST(Signal, EndsItBeforeItListens) {
   ASSERT_EQ(pipe2(pipe, O_NONBLOCK | O_CLOEXEC), 0);
   while (write(pipe[1], "x", 1) == 1) {
   }
-  fcntl(pipe[1], F_SETFL, 0);  // full: the process waits for somebody who reads its first line
+  fcntl(pipe[1], F_SETFL, 0);  // full: the process blocks on its first line
   Car car;
   car.Start({"-s"}, pipe[1]);
   car.program->AwaitExec();

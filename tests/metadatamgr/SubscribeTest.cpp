@@ -1,5 +1,4 @@
-// What the process asks the servers for, what it records of their answers, and how it renews its
-// subscriptions.
+// The subscriptions of the process, the records of the servers' answers, and the renewal.
 #include <algorithm>
 #include <iterator>
 
@@ -36,7 +35,7 @@ Lines AskedBut(const char* left = "") {
   return asked;
 }
 
-// What was recorded of the servers' values.
+// The records of the servers' values.
 Lines Values(const Car& car) {
   return car.Records(
       "seq<(SELECT min(seq) FROM timeline WHERE event='restated') AND "

@@ -1,5 +1,5 @@
-// The start that every process shares, between real endpoints: what the state manager hears of it, what the
-// managed object is asked, and what is logged. How MetadataMgr starts is shown in tests/metadatamgr.
+// The start that every process shares, between real endpoints: the messages to the state manager, the calls
+// of the managed object, and the log. tests/metadatamgr shows how MetadataMgr starts.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -22,7 +22,7 @@ struct Arrival {
   std::string payload = {};  // hex
 };
 
-// It is the managed object, too, which writes down what it is asked.
+// The fixture is also the managed object; it records the calls.
 class StartTest : public testing::Test {
  public:
   bool PreInit(LinxIpc& ipc) {
@@ -55,7 +55,7 @@ class StartTest : public testing::Test {
     arrivals_ = arrivals;
     return initializer_.Init("Process", logLevel);
   }
-  // "TYPE PAYLOAD" of what the state manager was sent since the last call.
+  // "TYPE PAYLOAD" of each message to the state manager since the last call.
   Lines Heard() {
     Lines heard;
     for (Got got = Next(stateMgr_, 50); got.result == 0; got = Next(stateMgr_, 50)) {
@@ -63,7 +63,7 @@ class StartTest : public testing::Test {
     }
     return heard;
   }
-  // What the start logged, without the name of its source.
+  // The start's log lines, without the name of their source.
   Lines Log() const {
     Lines lines = LogText(log_.Text());
     const std::string name = "Common/Misc/ProcessInitializer: ";
@@ -97,7 +97,7 @@ TEST_F(StartTest, FailsOnASubscribeRequestWithoutPayload) {
   EXPECT_EQ(Heard(), Lines{"13232 00 00 00 13"});
 }
 
-// The managed object met the quit notice before the wait; what arrives then is still served.
+// The managed object received the quit notice before the wait; later messages are still served.
 TEST_F(StartTest, AnswersASubscribeRequestDuringAShutdownWithFailure) {
   preInit_ = [](LinxIpc& ipc) { return Next(ipc).result == ESHUTDOWN; };
   EXPECT_FALSE(Init({{kQuit}, {kSubscribe, "01"}, {kFullRun}}));

@@ -37,7 +37,7 @@ namespace fs = std::filesystem;
 const bool kLong = std::getenv("MM_SOAK") != nullptr;
 constexpr int kDrives = 14;
 const int kSeconds = kLong ? 14'400 : 225;
-const int kRarely = kLong ? 600 : 75;  // seconds between what does not happen all the time
+const int kRarely = kLong ? 600 : 75;  // seconds between rare events
 constexpr std::int64_t kHalfADayMs = 43'200'000;
 constexpr std::int64_t kTicks = std::int64_t{1} << 32;
 
@@ -135,7 +135,7 @@ class Week : public Car {
     return {clock_->heapBytes, (resident - shared) * getpagesize(), std::distance(begin(descriptors), {})};
   }
 
-  // Lets it write what it has.
+  // Lets it write its batch.
   void Rest() {
     EXPECT_TRUE(Answers());
     clock_->aheadMs += 1000;
@@ -144,12 +144,12 @@ class Week : public Car {
   }
 
   std::string Recordings() const { return Path("disk/metadata/"); }
-  // Somebody makes room, all the room there is.
+  // Removes all recordings, to make room.
   void RemoveRecordings() const {
     for (const std::string& name : Names(Recordings())) fs::remove(Recordings() + name);
   }
 
-  // These files of a run hold what was sent to it.
+  // These files of a run hold everything that was sent.
   void ExpectAllRecorded(const std::set<std::string>& names) const {
     std::int64_t readings = 0;
     std::int64_t bookmarks = 0;
@@ -216,7 +216,7 @@ class Week : public Car {
     return gps;
   }
 
-  // What somebody does now and then.
+  // Events that happen now and then.
   void Remark(int second) {
     Tell(Packet(kRecordStartStop, U32(Tick()) + static_cast<char>(second / 60 % 2)));
     Tell(Packet(kBookmark, U32(Tick())));
@@ -271,7 +271,7 @@ void Tell(const Usage& early, const Usage& late, std::size_t lines) {
 struct Plan {
   std::int64_t startTick = 15'000;
   bool wild = false;       // many readings all the time, in the long form more than a file holds
-  bool makesRoom = false;  // somebody removes the recordings, the current one too
+  bool makesRoom = false;  // the recordings are removed, the current one too
 };
 
 // Both halves are alike, the first one's beginning apart, in which all that is kept for later use is filled.

@@ -1,4 +1,4 @@
-// One run over hundreds of files, of which somebody keeps only the last ones: the store's memory and
+// One run over hundreds of files, of which only the last ones are kept: the store's memory and
 // descriptors do not grow with them, nor does its log.
 #include <malloc.h>
 
