@@ -28,7 +28,7 @@ std::string OwnProgram() {
 
 Vehicle::Vehicle(const Surroundings& surroundings, Report& report)
     : surroundings_(surroundings), report_(report), program_(OwnProgram()), ipc_(kBenchName) {
-  for (const RoleRow& role : Roles()) stages_.Set(ProcessName(role.process), Stage::kAbsent);
+  for (const e_Process role : Roles()) stages_.Set(ProcessName(role), Stage::kAbsent);
   stages_.Set(MetadataMgrName(), Stage::kAbsent);
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <memory>
 
 #include "GpsHal.h"
 #include "Misc/ProcessInitializer.h"
@@ -20,27 +20,25 @@ namespace {
 
 constexpr LogSource log{"Role"};
 
-template <typename R>
-std::unique_ptr<Role> Make(e_Process process) {
-  if constexpr (std::is_constructible_v<R, e_Process>) return std::make_unique<R>(process);
-  if constexpr (std::is_default_constructible_v<R>) return std::make_unique<R>();
-}
-
-// The stream manager, and the servers but the state manager, which leads all others.
 constexpr auto kRoles = [] {
-  std::array<RoleRow, std::size(servers::kAll)> rows{{{e_Process_StreamMgr, Make<StreamMgr>}}};
+  std::array<e_Process, std::size(servers::kAll)> roles{e_Process_StreamMgr};
   std::size_t count = 1;
   for (const ServerRow& server : servers::kAll) {
-    if (server.process == e_Process_StateMgr) continue;
-    rows[count++] = {server.process, server.process == e_Process_GpsHal ? Make<GpsHal> : Make<Server>};
+    if (server.process != e_Process_StateMgr) roles[count++] = server.process;
   }
-  return rows;
+  return roles;
 }();
 
-int Run(const RoleRow& row) {
-  const std::unique_ptr<Role> role = row.make(row.process);
-  ProcessInitializer<Role> initializer(*role, row.process);
-  if (!initializer.Init(ProcessName(row.process), LogClient::Instance().Level())) return 1;
+std::unique_ptr<Role> Make(e_Process process) {
+  if (process == e_Process_StreamMgr) return std::make_unique<StreamMgr>();
+  if (process == e_Process_GpsHal) return std::make_unique<GpsHal>();
+  return std::make_unique<Server>(process);
+}
+
+int Run(e_Process process) {
+  const std::unique_ptr<Role> role = Make(process);
+  ProcessInitializer<Role> initializer(*role, process);
+  if (!initializer.Init(ProcessName(process), LogClient::Instance().Level())) return 1;
   while (!role->Stopped()) {
     (void)initializer.Ipc().Receive(role->WaitMs(), 0, LinxIpc::emptyString, nullptr);
     role->DoDueWork();
@@ -50,16 +48,16 @@ int Run(const RoleRow& row) {
 
 }  // namespace
 
-std::span<const RoleRow> Roles() {
+std::span<const e_Process> Roles() {
   return kRoles;
 }
 
 int RunRole(const std::string& name, const Words& expected) {
   gStateMgrName = StateMgrName();
   if (name == gStateMgrName) return StateMgr(expected).Run();
-  const auto row = std::find_if(std::begin(kRoles), std::end(kRoles),
-                                [&name](const RoleRow& known) { return ProcessName(known.process) == name; });
-  if (row != std::end(kRoles)) return Run(*row);
+  const auto role = std::find_if(kRoles.begin(), kRoles.end(),
+                                 [&name](e_Process process) { return ProcessName(process) == name; });
+  if (role != kRoles.end()) return Run(*role);
   log(kLogError, "There is no role ", name);
   return 2;
 }

@@ -10,7 +10,7 @@
 #include "Sources.h"
 #include "Words.h"
 #include "items/FpgaExternalEventItem.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace bench {
 
@@ -51,9 +51,8 @@ bool IsProcess(const std::string& word) {
 }
 
 bool IsServer(const std::string& word) {
-  const auto sources = Sources();
-  return std::any_of(sources.begin(), sources.end(),
-                     [&word](const Source& source) { return ProcessName(source.server) == word; });
+  return std::any_of(std::begin(servers::kAll), std::end(servers::kAll),
+                     [&word](const ServerRow& server) { return server.name == word; });
 }
 
 bool IsFollower(const std::string& word) {

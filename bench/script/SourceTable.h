@@ -1,41 +1,51 @@
 #pragma once
 
+#include <algorithm>
+
 #include "Sources.h"
-#include "clients/ExternalMgrApi.h"
-#include "clients/ServerClients.h"
-#include "clients/StateMgrClient.h"
 #include "system/Messages.h"
+#include "system/Servers.h"
 
 namespace bench {
 
-// All sources. A further one is a row here, and one each of Publications.cpp, Changes.cpp and Verbs.cpp.
+// The source for the item of a server that MetadataMgr gets under this notification id.
+consteval Source Served(unsigned int notificationId, std::string_view name) {
+  for (const ServerRow& server : servers::kAll) {
+    for (const ServedItem& item : server.items) {
+      if (item.notificationId == notificationId) return {server.process, Source::kItem, item.id, name};
+    }
+  }
+  throw "no server has such an item";  // does not compile
+}
+
+// All sources. A further source is a row here, in Publications.cpp, in Changes.cpp and in VerbTable.cpp.
 inline constexpr Source kSources[] = {
-    {e_Process_StateMgr, Source::kItem, StateMgrClient::kRecordStart, "record-start"},
-    {e_Process_StateMgr, Source::kItem, StateMgrClient::kRecordStop, "record-stop"},
-    {e_Process_StateMgr, Source::kItem, StateMgrClient::kEnterCovertMode, "covert-on"},
-    {e_Process_StateMgr, Source::kItem, StateMgrClient::kExitCovertMode, "covert-off"},
-    {e_Process_ConfigMgr, Source::kItem, ConfigClient::kVehicleInfo, "vehicle"},
-    {e_Process_ConfigMgr, Source::kItem, ConfigClient::kSystemInfo, "system"},
-    {e_Process_ConfigMgr, Source::kItem, ConfigClient::kDepartmentInfo, "department"},
-    {e_Process_ConfigMgr, Source::kItem, ConfigClient::kOfficer, "officer"},
-    {e_Process_ConfigMgr, Source::kItem, ConfigClient::kVideoRecordingSettings, "recording"},
-    {e_Process_Fpga, Source::kItem, FpgaClient::kExternalEvent, "input"},
-    {e_Process_GpsHal, Source::kItem, GpsHalClient::kStatus, "gps"},
-    {e_Process_RadarHal, Source::kItem, RadarHalClient::kRadar, "radar"},
-    {e_Process_MicMgr, Source::kItem, MicClient::kStatus, "mic"},
+    Served(MetadataMgrNotice_RecordStart, "record-start"),
+    Served(MetadataMgrNotice_RecordStop, "record-stop"),
+    Served(MetadataMgrNotice_EnterCovertMode, "covert-on"),
+    Served(MetadataMgrNotice_ExitCovertMode, "covert-off"),
+    Served(MetadataMgrNotice_VehicleInfo, "vehicle"),
+    Served(MetadataMgrNotice_SystemInfo, "system"),
+    Served(MetadataMgrNotice_DepartmentInfo, "department"),
+    Served(MetadataMgrNotice_Officer, "officer"),
+    Served(MetadataMgrNotice_VideoRecordingSettings, "recording"),
+    Served(MetadataMgrNotice_ExternalEvent, "input"),
+    Served(MetadataMgrNotice_GpsStatus, "gps"),
+    Served(MetadataMgrNotice_Radar, "radar"),
+    Served(MetadataMgrNotice_MicStatus, "mic"),
     {e_Process_MicMgr, Source::kMessage, MetadataMgrMsg_MicState, "mic-message"},
-    {e_Process_VideoMgr, Source::kItem, VideoMgrClient::kCamera, "camera-entries"},
-    {e_Process_VideoMgr, Source::kItem, VideoMgrClient::kStreamQuality, "quality"},
+    Served(MetadataMgrNotice_Cameras, "camera-entries"),
+    Served(MetadataMgrNotice_StreamQuality, "quality"),
     {e_Process_VideoMgr, Source::kMessage, MetadataMgrMsg_VideoStreamState, "stream"},
     {e_Process_VideoMgr, Source::kMessage, MetadataMgrMsg_CameraState, "camera"},
-    {e_Process_AccelHal, Source::kItem, AccelHalClient::kCrash, "crash"},
-    {e_Process_TempHal, Source::kItem, TempHalClient::kStatus, "temp"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState, "live-0"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState + 1, "live-1"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState + 2, "live-2"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState + 3, "live-3"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState + 4, "live-4"},
-    {e_Process_ExternalMgr, Source::kItem, ExternalMgrApi::kFirstStreamState + 5, "live-5"},
+    Served(MetadataMgrNotice_Crash, "crash"),
+    Served(MetadataMgrNotice_Temperatures, "temp"),
+    Served(MetadataMgrNotice_LiveStream0, "live-0"),
+    Served(MetadataMgrNotice_LiveStream1, "live-1"),
+    Served(MetadataMgrNotice_LiveStream2, "live-2"),
+    Served(MetadataMgrNotice_LiveStream3, "live-3"),
+    Served(MetadataMgrNotice_LiveStream4, "live-4"),
+    Served(MetadataMgrNotice_LiveStream5, "live-5"),
 };
 
 // The row of that name. An unknown name does not compile.
@@ -44,5 +54,19 @@ consteval const Source* SourceNamed(std::string_view name) {
   while (source->name != name) ++source;
   return source;
 }
+
+constexpr bool HasSource(const ServerRow& server, const ServedItem& item) {
+  return std::any_of(std::begin(kSources), std::end(kSources), [&](const Source& source) {
+    return source.server == server.process && source.kind == Source::kItem && source.id == item.id;
+  });
+}
+
+constexpr bool EveryItemIsASource() {
+  return std::all_of(std::begin(servers::kAll), std::end(servers::kAll), [](const ServerRow& server) {
+    return std::all_of(server.items.begin(), server.items.end(),
+                       [&server](const ServedItem& item) { return HasSource(server, item); });
+  });
+}
+static_assert(EveryItemIsASource());
 
 }  // namespace bench
