@@ -8,6 +8,7 @@ function setCursor(run, view, time, at = null) {
   const isShown = ms !== null && ms >= view.from && ms <= view.to;
   view.cursor.hidden = !isShown;
   if (isShown) view.cursor.style.left = view.offset + timeToX(view, ms) + 'px';
+  announce(at === null && !view.playing);
   if (ms === null || (at === null && !isOnScreen(view.plot))) hideReadout();
   else showReadout(run, view, ms, at || besideCursor(view));
   for (const follow of view.followers) follow(ms);

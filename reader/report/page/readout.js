@@ -33,6 +33,11 @@ function showReadout(run, view, ms, at) {
   placeReadout(readout, at);
 }
 
+// A screen reader speaks the readout when keys move the cursor, but not each move of a pointer or a video.
+function announce(isByKeys) {
+  document.getElementById('readout').setAttribute('aria-live', isByKeys ? 'polite' : 'off');
+}
+
 function hideReadout() {
   document.getElementById('readout').hidden = true;
 }

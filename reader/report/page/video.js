@@ -26,7 +26,8 @@ function playAlong(run, view, video) {
     if (view.playing !== video) return;
     const ms = runTime(video);
     goTo(run, view, ms);
-    for (const other of video.others) if (Math.abs(runTime(other) - ms) > mostDriftMs) showAt(run, other, ms);
+    for (const other of video.others)
+      if (!other.element.seeking && Math.abs(runTime(other) - ms) > mostDriftMs) showAt(run, other, ms);
     requestAnimationFrame(turn);
   };
   view.playing = video;
