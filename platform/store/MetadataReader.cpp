@@ -1,5 +1,7 @@
 #include "store/MetadataReader.h"
 
+#include <functional>
+
 #include "CopyFile.h"
 #include "CopyWriter.h"
 #include "OpenStores.h"
@@ -29,33 +31,40 @@ SqliteCode WriteCopy(CopyWriter& writer, const std::string& path, const Asked& a
   return Ok(code) ? writer.End(asked.source, asked.first, asked.last) : code;
 }
 
-}  // namespace
-
-bool MetadataReader::ReadToNewFile(const std::string& source, const std::string& destination,
-                                   unsigned int first, unsigned int last, Watchdog* watchdog) {
-  const auto pet = [watchdog] {
-    if (watchdog != nullptr) watchdog->PetWatchdog();
-  };
-  store::OpenStore* const recording = store::FindOpenStore(source);
-  if (recording == nullptr) return false;
-  const store::FileNames names(source);
+// Null, or the reason why there is no copy.
+const char* Copy(const Asked& asked, const std::string& destination, const std::function<void()>& pet) {
+  store::OpenStore* const recording = store::FindOpenStore(asked.source);
+  if (recording == nullptr) return "the store is not open";
+  const store::FileNames names(asked.source);
   CopyFile file;
-  if (!file.Create(destination, names)) return false;
+  if (const char* reason = file.Create(destination, names)) return reason;
 
   store::CurrentRun current;
   RunFiles run;
-  if (!recording->Settle(current) || !run.Look(names, current, pet)) return false;
-  const TickRange range = store::RangeOf(first, last, run.files.front().firstTick, current.now);
-  if (range.Empty()) return false;
+  if (!recording->Settle(current)) return "what waits cannot be committed";
+  if (!run.Look(names, current, pet)) return "a recording cannot be read";
+  const TickRange range = store::RangeOf(asked.first, asked.last, run.files.front().firstTick, current.now);
+  if (range.Empty()) return "the ticks lie beside the run";
   CopyWriter writer(run, range, [&] {
     pet();
     file.WriteBack();
   });
-  const SqliteCode code = WriteCopy(writer, file.PartialPath(), {source, first, last});
-  const char* trouble = Ok(code) ? nullptr : store::TextOf(code);
+  const SqliteCode code = WriteCopy(writer, file.PartialPath(), asked);
   pet();
-  if (trouble == nullptr && !file.Publish()) trouble = "it cannot be put in its place";
+  const char* const reason = Ok(code) ? file.Publish() : store::TextOf(code);
   pet();
-  if (trouble != nullptr) log(kLogError, "Copy to ", destination, " failed: ", trouble);
-  return trouble == nullptr;
+  return reason;
+}
+
+}  // namespace
+
+bool MetadataReader::ReadToNewFile(const std::string& source, const std::string& destination,
+                                   unsigned int first, unsigned int last, Watchdog* watchdog) {
+  const Asked asked{source, first, last};
+  const char* const reason = Copy(asked, destination, [watchdog] {
+    if (watchdog != nullptr) watchdog->PetWatchdog();
+  });
+  // The reason comes first: a long path would push it out of the line.
+  if (reason != nullptr) log(kLogError, "Copy failed (", reason, "): ", destination);
+  return reason == nullptr;
 }

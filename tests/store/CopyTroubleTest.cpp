@@ -34,7 +34,7 @@ TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   const auto before = Names();
   for (const std::string& destination :
        {std::string(), std::string("copy.db"), std::string("./copy.db"), std::string("/"), dir_.Path("new/"),
-        dir_.Path("nowhere/copy.db"), dir_.Path("file/copy.db"), dir_.Path(std::string(250, 'n')),
+        dir_.Path("nowhere/copy.db"), dir_.Path("file/copy.db"), dir_.Path(std::string(256, 'n')),
         std::string("/proc/copy.db")}) {
     EXPECT_FALSE(
         MetadataReader().ReadToNewFile(dir_.Path("metadata"), destination, kFromBeginning, kToEnd, nullptr))
@@ -48,6 +48,28 @@ TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "directory/metadata.000002.db")) << "another directory's";
   EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "a copy of 100%, isn't it?.db"));
   EXPECT_EQ(InCopy("SELECT temperature FROM temperature"), "1\n");
+}
+
+TEST_F(CopyTest, TakesEveryNameThatTheFileSystemTakesAndTellsWhyNot) {
+  Open();
+  for (const std::size_t size : {247U, 248U, 255U}) {
+    EXPECT_TRUE(Copy(kFromBeginning, kToEnd, std::string(size, 'n'))) << size;
+  }
+  const std::string directories = std::string(400, '/') + "a/" + std::string(400, '/');
+  const struct {
+    std::string name;
+    const char* reason;
+  } kCases[] = {
+      {std::string(256, 'n'), "File name too long"},
+      {directories + "copy.db", "No such file or directory"},
+      {"metadata.000007.db", "the name is one of the recordings' own"},
+  };
+  for (const auto& c : kCases) {
+    const LogCapture log;
+    EXPECT_FALSE(Copy(kFromBeginning, kToEnd, c.name));
+    EXPECT_NE(log.Text().find(std::string("Copy failed (") + c.reason + "): "), std::string::npos)
+        << log.Text();
+  }
 }
 
 TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {

@@ -6,11 +6,14 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstring>
 #include <iterator>
 #include <string_view>
 
 #include "Schema.h"
+#include "Utf8.h"
 #include "system/BigEndian.h"
 
 namespace store {
@@ -19,10 +22,18 @@ namespace {
 constexpr mode_t kMode = 0640;
 constexpr off_t kWriteBackBytes = off_t{1} << 20;
 
-// Also when it cannot be told.
+// Also when it cannot be told. No name can be longer than the file system allows.
 bool IsThere(const std::string& path) {
   struct stat status {};
-  return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+  return lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENAMETOOLONG);
+}
+
+std::string PartialOf(const std::string& destination) {
+  constexpr std::string_view kSuffix = ".partial";
+  const std::size_t name = destination.rfind('/') + 1;
+  const std::string_view begin =
+      CutText(std::string_view(destination).substr(name), NAME_MAX - kSuffix.size());
+  return destination.substr(0, name).append(begin).append(kSuffix);
 }
 
 // A log that belongs to something else would be taken for the file's own.
@@ -54,15 +65,18 @@ CopyFile::~CopyFile() {
   (void)unlink(partial_.c_str());
 }
 
-bool CopyFile::Create(const std::string& destination, const FileNames& recordings) {
-  if (!destination.starts_with('/') || destination.ends_with('/')) return false;
-  if (!IsFree(destination) || recordings.IsOneOf(destination)) return false;
+const char* CopyFile::Create(const std::string& destination, const FileNames& recordings) {
+  if (!destination.starts_with('/')) return "the path is not absolute";
+  if (destination.ends_with('/')) return "the path is that of a directory";
+  if (!IsFree(destination)) return "something stands there";
+  if (recordings.IsOneOf(destination)) return "the name is one of the recordings' own";
+  if (destination.size() - destination.rfind('/') - 1 > NAME_MAX) return std::strerror(ENAMETOOLONG);
   destination_ = destination;
-  partial_ = destination + ".partial";
+  partial_ = PartialOf(destination);
   RemoveLeftover(partial_);
-  if (!IsFree(partial_)) return false;
+  if (!IsFree(partial_)) return "something stands beside it as NAME.partial";
   fd_ = open(partial_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, kMode);
-  return fd_ >= 0;
+  return fd_ >= 0 ? nullptr : std::strerror(errno);
 }
 
 void CopyFile::WriteBack() {
@@ -73,15 +87,16 @@ void CopyFile::WriteBack() {
   (void)sync_file_range(fd_, 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
 }
 
-bool CopyFile::Publish() {
-  if (fsync(fd_) != 0 || !Link()) return false;
+const char* CopyFile::Publish() {
+  if (fsync(fd_) != 0 || !Link()) return std::strerror(errno);
   if (!SyncDirectory()) {
+    const char* const reason = std::strerror(errno);
     (void)unlink(destination_.c_str());
-    return false;
+    return reason;
   }
   (void)close(fd_);
   fd_ = -1;
-  return true;
+  return nullptr;
 }
 
 bool CopyFile::Link() const {

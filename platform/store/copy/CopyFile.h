@@ -8,9 +8,9 @@
 
 namespace store {
 
-// A new file that shows under its name only when it is complete. Until then it stands beside it as
-// "NAME.partial"; one that a power cut or the like has left there goes, nothing else does. What is not
-// published is removed at the end.
+// A new file that gets its name only when it is complete. Until then it stands beside it as "NAME.partial",
+// of a long name its beginning and ".partial"; what a power cut has left under that name is removed, nothing
+// else is. A file that is not published is removed at the end.
 class CopyFile {
  public:
   CopyFile() = default;
@@ -18,9 +18,10 @@ class CopyFile {
   CopyFile(const CopyFile&) = delete;
   CopyFile& operator=(const CopyFile&) = delete;
 
-  // False when `destination` is no absolute path, something stands there or beside it as "NAME.partial",
-  // no file can be made there, or the name is one of the recordings' own.
-  bool Create(const std::string& destination, const FileNames& recordings);
+  // Null, or the reason why not: `destination` is no absolute path, something stands there or beside it as
+  // "NAME.partial", no file can be made there, or the name is one of the recordings' own. Valid until errno
+  // is told again.
+  const char* Create(const std::string& destination, const FileNames& recordings);
 
   const std::string& PartialPath() const { return partial_; }
 
@@ -28,8 +29,9 @@ class CopyFile {
   // that the end has not much to wait for. To be called often; does nothing for less than 1 MB.
   void WriteBack();
 
-  // Durable under its name when this is true; nothing that has come there meanwhile is replaced.
-  bool Publish();
+  // Null when the file is durable under its name, or the reason why not; nothing that has come there
+  // meanwhile is replaced.
+  const char* Publish();
 
  private:
   bool Link() const;
