@@ -14,7 +14,7 @@ constexpr const LogSource& log = kManagerLog;
 constexpr int kReceiveTimeoutMs = 1000;  // the periodic work is done at least this often
 
 void BuildMetadataPaths() {
-  const char* root = KvGetenv("METADATA_ROOT");  // a development machine has no /mnt/hd
+  const char* root = KvGetenvText("METADATA_ROOT");  // a development machine has no /mnt/hd
   gMetadataDir = root != nullptr ? root : "/mnt/hd";
   gMetadataDir += "/";
   gMetadataDir += "metadata";

@@ -19,7 +19,7 @@ constexpr mode_t kFileMode = 0660;
 constexpr int kBacklog = 64;
 
 std::string PathOf(const std::string& name) {
-  const char* directory = KvGetenv("LINX_IPC_DIR");
+  const char* directory = KvGetenvText("LINX_IPC_DIR");
   return std::string(directory != nullptr ? directory : "/run/linx") + "/" + name;
 }
 

@@ -6,7 +6,7 @@
 
 // The name of the shared record in force.
 inline std::string SharedRecordName() {
-  const char* name = KvGetenv("METADATA_SHM");
+  const char* name = KvGetenvText("METADATA_SHM");
   if (!name) return "/metadata";
   return name[0] == '/' ? name : std::string("/") + name;
 }

@@ -28,7 +28,7 @@ bool FirstSerialNumber(std::span<const char* const> files, std::string& serial) 
 }
 
 bool MfgItem::GetSystemSerialNumber(std::string& serial) {
-  if (const char* file = KvGetenv("MFG_FILE")) return FirstSerialNumber({&file, 1}, serial);
+  if (const char* file = KvGetenvText("MFG_FILE")) return FirstSerialNumber({&file, 1}, serial);
   static constexpr const char* kFiles[] = {"/proc/device-tree/serial-number", "/etc/machine-id"};
   return FirstSerialNumber(kFiles, serial);
 }

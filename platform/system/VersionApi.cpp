@@ -12,7 +12,7 @@ constexpr std::size_t kMaxFile = std::size_t{64} * 1024;
 constexpr std::string_view kBlanks(" \t\r\v\f\0", 6);
 
 std::string DefaultFile() {
-  const char* file = KvGetenv("VERSION_FILE");
+  const char* file = KvGetenvText("VERSION_FILE");
   return file ? file : "/etc/korvane/versions";
 }
 

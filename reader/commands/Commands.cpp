@@ -28,8 +28,8 @@ std::span<const Command> Commands() {
 }
 
 std::string RecordingsOfThisMachine() {
-  const char* root = KvGetenv("METADATA_ROOT");
-  return std::string(root == nullptr || *root == '\0' ? "/mnt/hd" : root) + "/metadata";
+  const char* root = KvGetenvText("METADATA_ROOT");
+  return std::string(root == nullptr ? "/mnt/hd" : root) + "/metadata";
 }
 
 std::vector<std::string> Recordings::Paths() const {

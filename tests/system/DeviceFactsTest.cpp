@@ -10,6 +10,7 @@
 #include "DeviceFiles.h"
 #include "support/Hex.h"
 #include "support/TempDir.h"
+#include "system/KvGetenv.h"
 #include "system/MfgItem.h"
 #include "system/SystemInformation.h"
 
@@ -100,6 +101,17 @@ TEST(SerialNumber, IsLookedForWhereTheEarlierPlacesHoldNone) {
   std::string serial;
   EXPECT_TRUE(FirstSerialNumber(files, serial));
   EXPECT_EQ(serial, "1");
+}
+
+// For the recorder and for the reader, which both look for paths this way.
+TEST(EnvironmentTest, AnEmptyPathIsNone) {
+  setenv("MM_TEST_PATH", "", 1);
+  EXPECT_STREQ(KvGetenv("MM_TEST_PATH"), "") << "a switch is on, whatever its value";
+  EXPECT_EQ(KvGetenvText("MM_TEST_PATH"), nullptr);
+  setenv("MM_TEST_PATH", "/mnt", 1);
+  EXPECT_STREQ(KvGetenvText("MM_TEST_PATH"), "/mnt");
+  unsetenv("MM_TEST_PATH");
+  EXPECT_EQ(KvGetenvText("MM_TEST_PATH"), nullptr);
 }
 
 }  // namespace
