@@ -110,6 +110,40 @@ TEST_F(CopyTest, DoesNotDisturbTheRecording) {
   EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
 }
 
+// A pet is some thousand steps of SQLite's machine.
+TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
+  const auto record = [this](int count) {
+    for (int i = 0; i < count; ++i) {
+      Temperature(i);
+      if (i % 100 == 0) After(500);
+    }
+  };
+  Open();
+  Brakes(true);
+  record(50'000);
+  After(10);
+  const unsigned int from = clock_.tick;
+  Temperature(-1);
+  After(1000);
+  record(50'000);
+  Watchdog watchdog(e_Process_MetadataMgr, e_ThreadIds{});
+  const auto copy = [&](const char* name) {
+    pets = 0;
+    EXPECT_TRUE(Copy(from, from + 10, name, &watchdog));
+    EXPECT_EQ(Connection(dir_.Path(name))
+                  .Rows("SELECT source, text FROM timeline WHERE source='brakes' OR "
+                        "(source='temperature 0' AND event<>'restated')"),
+              "brakes|on\ntemperature 0|-1\n");
+    return pets;
+  };
+  EXPECT_LT(copy("short.db"), 60) << "and 148 when all is read";
+  Rows(
+      "DELETE FROM state WHERE event=2 AND seq IN (SELECT max(state.seq) FROM state, clock WHERE "
+      "state.tick<" +
+      std::to_string(from) + ")");
+  (void)copy("lost.db");  // by the full state before that
+}
+
 TEST_F(CopyTest, KeepsTheWatchdogQuietAndTheMemoryFlat) {
   Open();
   Temperature(1);

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 #include <map>
 
 #include "CopyStatements.h"
@@ -48,6 +49,8 @@ SqliteCode CopyWriter::PickSources(TableId table, Picks& picks) {
   if (const SqliteCode code = select.Prepare(database_.Handle(), SelectSources(table)); !Ok(code))
     return code;
   select.Bind(1, range_.from);
+  select.Bind(3, lowestSeq_);
+  select.Bind(4, highestSeq_);
   std::map<std::string, std::int64_t> lastOfEach;
   SqliteCode code = SqliteCode::kOk;
   while ((code = select.Step()) == SqliteCode::kRow) {
@@ -68,6 +71,9 @@ SqliteCode CopyWriter::PickEach(TableId table, const std::string& select, std::i
   if (const SqliteCode code = statement.Prepare(database_.Handle(), select); !Ok(code)) return code;
   statement.Bind(1, tick);
   statement.Bind(2, range_.from);
+  // The clock has no part in the full state, and few records.
+  statement.Bind(3, table == kClockTable ? std::numeric_limits<std::int64_t>::min() : lowestSeq_);
+  statement.Bind(4, highestSeq_);
   SqliteCode code = SqliteCode::kOk;
   while ((code = statement.Step()) == SqliteCode::kRow) picks.push_back({table, statement.Integer(0)});
   return code == SqliteCode::kDone ? SqliteCode::kOk : code;

@@ -37,16 +37,32 @@ std::string CopyAll(TableId table) {
 }
 
 std::string CopyBetween(TableId table) {
-  return InsertFrom(table, "*") + " WHERE tick BETWEEN ?1 AND ?2";
+  return InsertFrom(table, "*") + " WHERE tick BETWEEN ?1 AND ?2 AND seq BETWEEN ?3 AND ?4";
+}
+
+std::string SelectFullStatesBefore() {
+  return "SELECT seq, last_seq FROM source.full_state WHERE tick<?1 ORDER BY seq DESC LIMIT 4";
+}
+
+std::string SelectFullStateAfter() {
+  return "SELECT seq FROM source.full_state WHERE tick>?1 ORDER BY seq LIMIT 1";
+}
+
+std::string CountRecords() {
+  std::string sql = "SELECT 0";
+  for (const Table& table : kTables) {
+    sql += std::string("+(SELECT count(*) FROM source.") + table.name + " WHERE seq BETWEEN ?1 AND ?2)";
+  }
+  return sql;
 }
 
 std::string SelectLast(TableId table) {
-  return SelectFrom(table, " WHERE tick<?1 ORDER BY seq DESC LIMIT 1");
+  return SelectFrom(table, " WHERE tick<?1 AND seq BETWEEN ?3 AND ?4 ORDER BY seq DESC LIMIT 1");
 }
 
 std::string SelectSources(TableId table) {
   return std::string("SELECT seq, ") + kTables[table].columns[0].name + " FROM source." +
-         kTables[table].name + " WHERE tick<?1 ORDER BY seq";
+         kTables[table].name + " WHERE tick<?1 AND seq BETWEEN ?3 AND ?4 ORDER BY seq";
 }
 
 std::string SelectFacts(TableId table) {

@@ -11,11 +11,18 @@ namespace store {
 // How many tables and views of "main" are not the same in "source".
 std::string CountDifferences();
 
-// All of a table; or those from tick ?1 to ?2.
+// All of a table; or those from tick ?1 to ?2 among the sequence numbers ?3 to ?4.
 std::string CopyAll(TableId table);
 std::string CopyBetween(TableId table);
 
-// Sequence numbers of what came before tick ?1:
+// The newest full states before tick ?1: their mark's sequence number, and their last record's; the mark of
+// the first one after it.
+std::string SelectFullStatesBefore();
+std::string SelectFullStateAfter();
+// How many records there are from sequence number ?1 to ?2.
+std::string CountRecords();
+
+// Sequence numbers of what came before tick ?1, looked for among the sequence numbers ?3 to ?4:
 //   - the last record of a table;
 //   - every record of a table that has several sources, with its source.
 std::string SelectLast(TableId table);

@@ -1,6 +1,7 @@
 #include "CopyWriter.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "CopyStatements.h"
 #include "FileUri.h"
@@ -54,6 +55,7 @@ SqliteCode CopyWriter::CopyRun() {
 
 SqliteCode CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
   SqliteCode code = Attach(file);
+  if (Ok(code)) code = FindStretch();
   if (Ok(code) && isFirst) code = Run("INSERT INTO main.run SELECT id FROM source.run LIMIT 1");
   if (Ok(code) && isFirst && file.firstTick < range_.from) code = RestateBegin();
   if (Ok(code) && file.firstTick <= range_.to) code = CopyRecords(file);
@@ -70,11 +72,45 @@ SqliteCode CopyWriter::Attach(const RunFile& file) {
   return Ok(code) && differences != 0 ? SqliteCode::kNotDatabase : code;
 }
 
+// So a copy costs what it holds, not what was recorded before and after it. Without full states on the way
+// the stretch is the whole file.
+SqliteCode CopyWriter::FindStretch() {
+  lowestSeq_ = std::numeric_limits<std::int64_t>::min();
+  highestSeq_ = std::numeric_limits<std::int64_t>::max();
+  Statement before;
+  Statement after;
+  SqliteCode code = before.Prepare(database_.Handle(), SelectFullStatesBefore());
+  if (Ok(code)) code = after.Prepare(database_.Handle(), SelectFullStateAfter());
+  if (!Ok(code)) return code;
+  after.Bind(1, range_.to);
+  if (after.Step() == SqliteCode::kRow) highestSeq_ = after.Integer(0);
+  before.Bind(1, range_.from);
+  bool complete = false;
+  while (Ok(code) && !complete && before.Step() == SqliteCode::kRow) {
+    code = IsComplete(before.Integer(0), before.Integer(1), complete);
+    if (complete) lowestSeq_ = before.Integer(0);
+  }
+  return code;
+}
+
+// Where records were lost, a full state may miss some.
+SqliteCode CopyWriter::IsComplete(std::int64_t mark, std::int64_t lastSeq, bool& complete) {
+  Statement count;
+  const SqliteCode code = count.Prepare(database_.Handle(), CountRecords());
+  if (!Ok(code)) return code;
+  count.Bind(1, mark);
+  count.Bind(2, lastSeq);
+  complete = count.Step() == SqliteCode::kRow && lastSeq > mark && count.Integer(0) - 1 == lastSeq - mark;
+  return code;
+}
+
 SqliteCode CopyWriter::CopyRecords(const RunFile& file) {
   const bool all = file.firstTick >= range_.from && file.lastTick <= range_.to;
   SqliteCode code = SqliteCode::kOk;
   for (const Table& table : kTables) {
-    if (Ok(code)) code = Run(all ? CopyAll(table.id) : CopyBetween(table.id), {range_.from, range_.to});
+    if (Ok(code))
+      code = Run(all ? CopyAll(table.id) : CopyBetween(table.id),
+                 {range_.from, range_.to, lowestSeq_, highestSeq_});
   }
   return code;
 }

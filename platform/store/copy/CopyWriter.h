@@ -32,6 +32,9 @@ class CopyWriter {
   using Picks = std::vector<Pick>;
 
   SqliteCode CopyFrom(const RunFile& file, bool isFirst);
+  // Sets between which sequence numbers of the file the range and the full state before it lie.
+  SqliteCode FindStretch();
+  SqliteCode IsComplete(std::int64_t mark, std::int64_t lastSeq, bool& complete);
   SqliteCode Attach(const RunFile& file);
   SqliteCode CopyRecords(const RunFile& file);
   SqliteCode AddOrigin(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);
@@ -51,6 +54,8 @@ class CopyWriter {
 
   const RunFiles& run_;
   TickRange range_;
+  std::int64_t lowestSeq_ = 0;
+  std::int64_t highestSeq_ = 0;
   std::size_t firstFile_ = 0;  // the one that tells the state at the range's begin
   std::size_t lastFile_ = 0;
   std::function<void()> pace_;
