@@ -23,7 +23,7 @@ function(mm_program name)
 endfunction()
 
 # What the process is made of, for tests, fuzzers and benchmarks, which may use all of it.
-set(mm_platform platform_store platform_clients platform_sharedmem platform_items platform_ipc platform_system
+set(mm_platform platform_os platform_store platform_clients platform_sharedmem platform_items platform_ipc platform_system
   platform_log)
 set(mm_process metadatamgr common_misc items ${mm_platform})
 

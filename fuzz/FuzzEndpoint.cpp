@@ -1,6 +1,10 @@
 // Peers that say anything to an endpoint, in any order: bytes instead of packets, hellos, messages, and
-// closing in between, while the endpoint receives in both ways, sends and queues. Whatever they did, a
-// peer with manners is served after it.
+// closing in between, while the endpoint receives in both ways, sends and queues. As root some of them are
+// observers, of whom nothing but questions may get through. Whatever they did, a well-behaved peer is served
+// afterwards.
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <string>
@@ -11,12 +15,37 @@
 #include "log/LogClient.h"
 #include "support/IpcDir.h"
 #include "support/RawPeer.h"
+#include "system/Messages.h"
 
 namespace {
 
 const std::string kNames[] = {"A", "B", "StateMgr", "Me", "", "../x"};
-constexpr unsigned int kTypes[] = {1, 2,         LinxIpc::kShutdownNotice, LinxIpc::kProcessDiedNotice,
-                                   0, 0x4C494E58};
+constexpr unsigned int kTypes[] = {1, 2,          LinxIpc::kShutdownNotice, LinxIpc::kProcessDiedNotice,
+                                   0, 0x4C494E58, MetadataMgrMsg_Ping,      MetadataMgrMsg_MetadataToFile};
+
+// Connections made while it lives are an observer's, where this process may become one.
+class AsObserver {
+ public:
+  explicit AsObserver(bool wanted) : root_(wanted && geteuid() == 0) {
+    if (root_) Require(seteuid(4242) == 0);
+  }
+  ~AsObserver() {
+    if (root_) Require(seteuid(0) == 0);
+  }
+  AsObserver(const AsObserver&) = delete;
+  AsObserver& operator=(const AsObserver&) = delete;
+
+ private:
+  const bool root_;
+};
+
+const std::string kObserver = "Observer";
+
+// Whether an endpoint may get that message from an observer.
+bool IsQuestion(unsigned int type) {
+  return type == SubscribeMsg_Subscribe || type == SubscribeMsg_Unsubscribe || type == LogLevelMsg_Get ||
+         type == MetadataMgrMsg_Ping || type == MetadataMgrMsg_GetLastSystemTick;
+}
 
 class Conversation {
  public:
@@ -24,13 +53,13 @@ class Conversation {
     Require(me_.Init() == 0);
     me_.RegisterHandler(1, Answer, nullptr);
     me_.RegisterProcessDied(Answer, nullptr);
-    OnPeerGone(
+    ipc::OnPeerGone(
         me_, [](void*, const std::string& peer) { Require(!peer.empty()); }, nullptr);
   }
 
   void Step(Input& input) {
     RawPeer& peer = peers_[input.Below(peers_.size())];
-    switch (input.Below(12)) {
+    switch (input.Below(13)) {
       case 0:
         peer = RawPeer::To("Me");
         break;
@@ -38,8 +67,13 @@ class Conversation {
         peer = RawPeer::To("Me", AnyName(input));
         break;
       case 2:
-        (void)peer.Send(HelloPacket(input.Text()));
+        if (const std::string name = input.Text(); name != kObserver) (void)peer.Send(HelloPacket(name));
         break;
+      case 11: {
+        const AsObserver observer(true);
+        peer = RawPeer::To("Me", input.Below(2) == 0 ? kObserver : AnyName(input));
+        break;
+      }
       case 3:
         (void)peer.Send(input.Text());
         break;
@@ -72,8 +106,7 @@ class Conversation {
   // After all of them are gone.
   void End() {
     for (RawPeer& peer : peers_) peer.Close();
-    while (me_.Receive(0, 0, LinxIpc::emptyString, &message_) == 0) {
-    }
+    while (me_.Receive(0, 0, LinxIpc::emptyString, &message_) == 0) RequireAllowed(message_);
     while (TakesOne()) {
     }
     const RawPeer good = RawPeer::To("Me", "Good");
@@ -82,8 +115,14 @@ class Conversation {
   }
 
  private:
+  // Only root can be the system and an observer in turn.
+  static void RequireAllowed(const IpcMessage& message) {
+    Require(geteuid() != 0 || message.GetSender() != kObserver || IsQuestion(message.MsgType()));
+  }
+
   static void Answer(LinxIpc* ipc, void* /*context*/) {
     IpcMessage& message = ipc->CurrentMessage();
+    RequireAllowed(message);
     const std::string sender = message.GetSender();
     (void)message.Allocate(2, 0, nullptr);
     (void)ipc->Notify(sender, message, false);
@@ -105,6 +144,7 @@ class Conversation {
     if (me_.Receive(0, type, sender, &message_) != 0) return;
     Require(type == 0 || message_.MsgType() == type);
     Require(sender.empty() || message_.GetSender() == sender);
+    RequireAllowed(message_);
     Require(message_.MsgType() != LinxIpc::kShutdownNotice && message_.MsgType() != 0x4C494E58);
   }
 
@@ -119,8 +159,8 @@ class Conversation {
     const std::string& name = AnyName(input);
     const std::string payload(input.Byte() * 16UL, 'q');
     const auto* bytes = reinterpret_cast<const unsigned char*>(payload.data());
-    for (int i = 0; i < 40; ++i) (void)PostToPeer(me_, name, 3, bytes, payload.size(), kMaxQueued);
-    Require(PostedBytes(me_, name) <= kMaxQueued);
+    for (int i = 0; i < 40; ++i) (void)ipc::PostToPeer(me_, name, 3, bytes, payload.size(), kMaxQueued);
+    Require(ipc::PostedBytes(me_, name) <= kMaxQueued);
   }
 
   LinxIpc me_{"Me"};
@@ -132,6 +172,7 @@ class Conversation {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const IpcDir directory;
+  (void)chmod(directory.Beside("").c_str(), 0755);
   LogClient::Instance().Level(255);
   Input input(data, size);
   Conversation conversation;

@@ -35,9 +35,10 @@ void ProcessControl::HandleLogLevel(LinxIpc* ipc, void* /*context*/) {
     log(kLogMalformed, "HandleLogLevel: error, DataPtr is null");
     return;
   }
-  if (!HasBytes(message, kMaskSize, "HandleLogLevel")) return;
+  const bool sets = message.MsgType() == LogLevelMsg_Set;
+  if (sets && !HasBytes(message, kMaskSize, "HandleLogLevel")) return;
   const std::string sender = message.GetSender();
-  if (message.MsgType() == LogLevelMsg_Set) {
+  if (sets) {
     const unsigned int level = GetU32(message.DataPtr());
     log(kLogTrace, "HandleLogLevel: set mask ", LogHex{level});
     LogClient::Instance().Level(level);

@@ -23,10 +23,10 @@ const std::string& Name() {
 }  // namespace
 
 int MetadataMgrClient::Ask(IpcMessage& message, unsigned int answerType, unsigned int answerSize) {
-  if (const int error = ipc_.Notify(Name(), message, true); error != 0) return error;
-  const subscribe::Asked asked{Name(), PeerConnection(ipc_, Name())};
-  const int result = subscribe::AwaitAnswer(ipc_, timeoutMs_, answerType, asked, message);
-  return result == 0 && message.Size() < answerSize ? EPROTO : result;
+  if (const int error = ipc::NotifyServer(ipc_, Name(), message, true); error != 0) return error;
+  const ipc::subscribe::Asked asked{Name(), ipc::ServerConnection(ipc_, Name())};
+  const os::Errno result = ipc::subscribe::AwaitAnswer(ipc_, timeoutMs_, answerType, asked, message);
+  return !result.Failed() && message.Size() < answerSize ? EPROTO : result.Value();
 }
 
 int MetadataMgrClient::Ping() {
@@ -76,7 +76,21 @@ int MetadataMgrClient::CopyToFile(const std::string& path, unsigned int first, u
 int MetadataMgrClient::Quit() {
   IpcMessage message;
   (void)message.Allocate(LinxIpc::kShutdownNotice, 0, nullptr);
-  // Nobody answers with this type: the wait ends with the connection.
+  // Nobody answers with this type: the wait ends with the connection. Where the connection was refused its
+  // process is still there.
   const int result = Ask(message, LinxIpc::kShutdownNotice, 0);
-  return result == ENOTCONN ? 0 : result;
+  return result == ENOTCONN && IsGone() ? 0 : result;
+}
+
+// A process that ends closes its connections a moment before its socket.
+bool MetadataMgrClient::IsGone() {
+  constexpr int kTries = 50;
+  for (int i = 0; i < kTries; ++i) {
+    IpcMessage ping;
+    (void)ping.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
+    const int error = ipc::NotifyServer(ipc_, Name(), ping, false);
+    if (error == ENOENT || error == ECONNREFUSED) return true;
+    (void)ipc_.Receive(10, MetadataMgrMsg_PingResponse, Name(), &ping);
+  }
+  return false;
 }

@@ -11,9 +11,9 @@ std::string StreamMgrApi::CurrentlyRecordingREID(LinxIpc& ipc, int timeoutMs) {
   const std::string& streamMgr = LinxServerNameList::Instance().Name(e_Process_StreamMgr);
   IpcMessage message;
   (void)message.Allocate(StreamMgrMsg_GetRecording, 0, nullptr);
-  if (ipc.Notify(streamMgr, message, true) != 0) return {};
-  const subscribe::Asked asked{streamMgr, PeerConnection(ipc, streamMgr)};
-  if (subscribe::AwaitAnswer(ipc, timeoutMs, StreamMgrMsg_GetRecordingResponse, asked, message) != 0)
+  if (ipc::NotifyServer(ipc, streamMgr, message, true) != 0) return {};
+  const ipc::subscribe::Asked asked{streamMgr, ipc::ServerConnection(ipc, streamMgr)};
+  if (ipc::subscribe::AwaitAnswer(ipc, timeoutMs, StreamMgrMsg_GetRecordingResponse, asked, message).Failed())
     return {};
   StringItem recording;
   (void)recording.DecodeMsg(message);

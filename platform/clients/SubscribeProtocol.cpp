@@ -1,20 +1,20 @@
 #include "SubscribeProtocol.h"
 
 #include <algorithm>
-#include <cerrno>
 
 #include "ipc/PeerQueue.h"
 
-// A closing connection does not end a selective wait: it is looked for between short ones. It is
-// looked for before the wait, so that an answer which came just before the end is still taken.
-int subscribe::AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked,
-                           IpcMessage& answer) {
-  constexpr int kLookMs = 100;
-  for (int leftMs = timeoutMs;; leftMs -= kLookMs) {
-    const bool connected = PeerConnection(ipc, asked.peer) == asked.connection;
-    const int result = ipc.Receive(connected ? std::clamp(leftMs, 0, kLookMs) : 0, type, asked.peer, &answer);
-    if (result != ETIMEDOUT) return result;
+// A closing connection does not end a selective wait, so it is checked between short waits. The check comes
+// before the wait: an answer that came just before the connection closed is still taken.
+os::Errno ipc::subscribe::AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked,
+                                      IpcMessage& answer) {
+  constexpr int kCheckMs = 100;
+  for (int leftMs = timeoutMs;; leftMs -= kCheckMs) {
+    const bool connected = ServerConnection(ipc, asked.server) == asked.connection;
+    const os::Errno result =
+        ipc.Receive(connected ? std::clamp(leftMs, 0, kCheckMs) : 0, type, asked.server, &answer);
+    if (!(result == ETIMEDOUT)) return result;
     if (!connected) return ENOTCONN;
-    if (leftMs <= kLookMs) return ETIMEDOUT;
+    if (leftMs <= kCheckMs) return ETIMEDOUT;
   }
 }

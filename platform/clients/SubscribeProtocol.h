@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ipc/LinxIpc.h"
+#include "os/Errno.h"
 
 // The subscribe protocol on the wire. All fields are 32-bit big-endian.
 //
@@ -13,7 +14,7 @@
 //                             with result 0, the item
 //   SubscribeMsg_Unsubscribe  item id, notification id    not answered
 //   notices                   the message type is the notification id; the payload is the item
-namespace subscribe {
+namespace ipc::subscribe {
 
 constexpr std::size_t kRequestSize = 8;
 constexpr std::size_t kAnswerHeaderSize = 12;
@@ -22,14 +23,14 @@ constexpr unsigned int kAccepted = 0;
 constexpr unsigned int kNoSuchItem = 2;  // ENOENT
 constexpr unsigned int kNoRoom = 28;     // ENOSPC
 
-// A peer, and the number of the connection over which it was asked.
+// A server, and the number of the connection over which it was asked.
 struct Asked {
-  const std::string& peer;
+  const std::string& server;
   std::uint64_t connection;
 };
 
-// Waits for a message of `type` from a peer that was asked for it: 0 and the message, ETIMEDOUT, or
-// ENOTCONN when the connection has gone without one (noticed within a tenth of a second).
-int AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked, IpcMessage& answer);
+// Waits for a message of `type` from a server that was asked for it. ETIMEDOUT; ENOTCONN: the connection
+// closed without an answer (noticed within 100 ms); ESHUTDOWN: a shutdown notice came first.
+os::Errno AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked, IpcMessage& answer);
 
-}  // namespace subscribe
+}  // namespace ipc::subscribe

@@ -14,10 +14,10 @@ namespace {
 
 constexpr LogSource log{"SubscribeServer"};
 
-// The message as a request, or false after a line.
-bool ReadRequest(const IpcMessage& message, LimitedLog& tooShort, unsigned int& itemId,
+// Reads the message as a request; false after a log line.
+bool ReadRequest(const IpcMessage& message, ipc::LimitedLog& tooShort, unsigned int& itemId,
                  unsigned int& notificationId) {
-  if (message.Size() < subscribe::kRequestSize) {
+  if (message.Size() < ipc::subscribe::kRequestSize) {
     tooShort("Request from ", message.GetSender(), " is too short");
     return false;
   }
@@ -26,35 +26,36 @@ bool ReadRequest(const IpcMessage& message, LimitedLog& tooShort, unsigned int& 
   return true;
 }
 
-// Behind the notices that are queued for the subscriber, so that the value answered is never
-// older than what it already got.
+// Sent behind the notices that are queued for the subscriber, so that the value is never older than what it
+// already got.
 int SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsigned int notificationId,
                unsigned int result, const IpcMessage& value) {
   std::array<unsigned char, IpcMessage::kMaxPayload> payload;
-  const std::size_t valueSize = result == subscribe::kAccepted
-                                    ? std::min(value.Size(), payload.size() - subscribe::kAnswerHeaderSize)
-                                    : 0;
+  const std::size_t valueSize =
+      result == ipc::subscribe::kAccepted
+          ? std::min(value.Size(), payload.size() - ipc::subscribe::kAnswerHeaderSize)
+          : 0;
   PutU32(payload.data(), itemId);
   PutU32(payload.data() + 4, notificationId);
   PutU32(payload.data() + 8, result);
-  std::copy_n(value.DataPtr(), valueSize, payload.data() + subscribe::kAnswerHeaderSize);
-  return PostToPeer(ipc, peer, SubscribeMsg_Answer, payload.data(), subscribe::kAnswerHeaderSize + valueSize,
-                    kMaxPostedAnswerBytes);
+  std::copy_n(value.DataPtr(), valueSize, payload.data() + ipc::subscribe::kAnswerHeaderSize);
+  return ipc::PostToPeer(ipc, peer, SubscribeMsg_Answer, payload.data(),
+                         ipc::subscribe::kAnswerHeaderSize + valueSize, ipc::kMaxPostedAnswerBytes);
 }
 
 }  // namespace
 
 struct SubscribeServer::Lines {
-  LimitedLog tooShort{log, kLogMalformed};
-  LimitedLog unanswered{log, kLogMalformed};
-  LimitedLog tooSlow{log, kLogMalformed};
-  LimitedLog lost{log, kLogMalformed};
+  ipc::LimitedLog tooShort{log, kLogMalformed};
+  ipc::LimitedLog unanswered{log, kLogMalformed};
+  ipc::LimitedLog tooSlow{log, kLogMalformed};
+  ipc::LimitedLog lost{log, kLogMalformed};
 };
 
 SubscribeServer::SubscribeServer(LinxIpc& ipc) : ipc_(ipc), lines_(std::make_unique<Lines>()) {
   ipc_.RegisterHandler(SubscribeMsg_Subscribe, HandleSubscribe, this);
   ipc_.RegisterHandler(SubscribeMsg_Unsubscribe, HandleUnsubscribe, this);
-  OnPeerGone(ipc_, HandlePeerGone, this);
+  ipc::OnPeerGone(ipc_, HandlePeerGone, this);
 }
 
 SubscribeServer::~SubscribeServer() = default;
@@ -72,16 +73,17 @@ void SubscribeServer::HandleSubscribe(LinxIpc* ipc, void* context) {
 }
 
 unsigned int SubscribeServer::Accept(const Subscription& wanted, bool itemExists) {
-  if (!itemExists) return subscribe::kNoSuchItem;
+  if (!itemExists) return ipc::subscribe::kNoSuchItem;
   const bool onlyValue = wanted.notificationId == 0;
   const auto held = std::find(subscriptions_.begin(), subscriptions_.end(), wanted);
-  if (onlyValue || held != subscriptions_.end()) return subscribe::kAccepted;
+  if (onlyValue || held != subscriptions_.end()) return ipc::subscribe::kAccepted;
   const auto ofSame =
       std::count_if(subscriptions_.begin(), subscriptions_.end(),
                     [&wanted](const Subscription& other) { return other.subscriber == wanted.subscriber; });
-  if (subscriptions_.size() >= kMaxSubscriptions || ofSame >= kMaxOfOneSubscriber) return subscribe::kNoRoom;
+  if (subscriptions_.size() >= kMaxSubscriptions || ofSame >= kMaxOfOneSubscriber)
+    return ipc::subscribe::kNoRoom;
   subscriptions_.push_back(wanted);
-  return subscribe::kAccepted;
+  return ipc::subscribe::kAccepted;
 }
 
 void SubscribeServer::HandleUnsubscribe(LinxIpc* ipc, void* context) {
@@ -107,14 +109,14 @@ void SubscribeServer::NotifySubscribers(unsigned int itemId, Item& item) {
 std::size_t SubscribeServer::WaitingBytes() const {
   std::size_t most = 0;
   for (const Subscription& subscription : subscriptions_) {
-    most = std::max(most, PostedBytes(ipc_, subscription.subscriber));
+    most = std::max(most, ipc::PostedBytes(ipc_, subscription.subscriber));
   }
   return most;
 }
 
 void SubscribeServer::Publish(Subscription& subscription, const IpcMessage& notice) {
-  const int error = PostToPeer(ipc_, subscription.subscriber, subscription.notificationId, notice.DataPtr(),
-                               notice.Size(), kMaxPostedNoticeBytes);
+  const int error = ipc::PostToPeer(ipc_, subscription.subscriber, subscription.notificationId,
+                                    notice.DataPtr(), notice.Size(), ipc::kMaxPostedNoticeBytes);
   if (error != 0) {
     ++lostNotices_;
     if (subscription.lost++ == 0) lines_->tooSlow(subscription.subscriber, " is too slow, notices are lost");

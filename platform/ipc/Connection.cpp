@@ -3,7 +3,6 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -14,25 +13,13 @@
 #include "Wire.h"
 #include "system/BigEndian.h"
 
-namespace {
+namespace ipc {
 
-int ProcessBehind(int fd) {
-  ucred peer{};
-  socklen_t size = sizeof peer;
-  return getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 ? peer.pid : 0;
-}
-
-}  // namespace
-
-Connection::Connection(int fd, Origin origin, std::string name, std::uint64_t number)
-    : fd_(fd), origin_(origin), name_(std::move(name)), number_(number), peerProcessId_(ProcessBehind(fd)) {}
-
-Connection::~Connection() {
-  close(fd_);
-}
+Connection::Connection(os::Descriptor fd, Origin origin, Peer peer, std::string name, std::uint64_t number)
+    : fd_(std::move(fd)), origin_(origin), peer_(peer), name_(std::move(name)), number_(number) {}
 
 bool Connection::HungUp() const {
-  pollfd state{fd_, 0, 0};
+  pollfd state{fd(), 0, 0};
   return poll(&state, 1, 0) == 1 && (state.revents & (POLLHUP | POLLERR)) != 0;
 }
 
@@ -42,11 +29,11 @@ Connection::Input Connection::Read(IpcMessage& message) {
   constexpr std::size_t kRoom = wire::kHeaderSize + IpcMessage::kMaxPayload;
   unsigned char* packet = message.buffer_.get();
   ssize_t got = 0;
-  do {  // a reset, by a peer that closed without reading all, is told once, before what it sent
-    got = recv(fd_, packet, kRoom, MSG_DONTWAIT | MSG_TRUNC);
+  do {  // a peer that closed without reading everything: the kernel reports that before its last packets
+    got = recv(fd(), packet, kRoom, MSG_DONTWAIT | MSG_TRUNC);
   } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
   if (got < 0) return errno == EAGAIN || errno == EWOULDBLOCK ? Input::kNothing : Input::kClosed;
-  if (got == 0) return Input::kClosed;  // an empty packet looks the same; whoever sends one is cut off
+  if (got == 0) return Input::kClosed;  // an empty packet looks the same
 
   const auto size = static_cast<std::size_t>(got);  // of the packet, however much of it fitted
   const bool garbage = size < wire::kHeaderSize;
@@ -55,7 +42,7 @@ Connection::Input Connection::Read(IpcMessage& message) {
   return garbage ? Input::kGarbage : Input::kMessage;
 }
 
-int Connection::SendNow(unsigned int type, const unsigned char* payload, std::size_t size) {
+os::Errno Connection::SendNow(unsigned int type, const unsigned char* payload, std::size_t size) {
   std::array<unsigned char, wire::kHeaderSize> header;
   PutU32(header.data(), type);
   // sendmsg only reads; iovec has no const form.
@@ -65,7 +52,7 @@ int Connection::SendNow(unsigned int type, const unsigned char* payload, std::si
   packet.msg_iovlen = size == 0 ? 1 : 2;
   ssize_t sent = 0;
   do {
-    sent = sendmsg(fd_, &packet, MSG_DONTWAIT | MSG_NOSIGNAL);
+    sent = sendmsg(fd(), &packet, MSG_DONTWAIT | MSG_NOSIGNAL);
   } while (sent < 0 && errno == EINTR);
   if (sent >= 0) {
     waitUsedUp_ = false;
@@ -76,18 +63,18 @@ int Connection::SendNow(unsigned int type, const unsigned char* payload, std::si
   return errno;
 }
 
-int Connection::Send(unsigned int type, const unsigned char* payload, std::size_t size) {
+os::Errno Connection::Send(unsigned int type, const unsigned char* payload, std::size_t size) {
   Flush();
   if (sendFailed_) return EPIPE;
   return HasQueued() ? EAGAIN : SendNow(type, payload, size);
 }
 
-int Connection::SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size) {
-  int result = Send(type, payload, size);
+os::Errno Connection::SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size) {
+  os::Errno result = Send(type, payload, size);
   if (result != EAGAIN || waitUsedUp_) return result;
   const Deadline deadline(kMaxWaitMs);
   while (result == EAGAIN && deadline.RemainingMs() > 0) {
-    pollfd room{fd_, POLLOUT, 0};
+    pollfd room{fd(), POLLOUT, 0};
     (void)poll(&room, 1, deadline.RemainingMs());
     result = Send(type, payload, size);
   }
@@ -95,9 +82,9 @@ int Connection::SendPatiently(unsigned int type, const unsigned char* payload, s
   return result;
 }
 
-int Connection::Post(unsigned int type, const unsigned char* payload, std::size_t size,
-                     std::size_t maxQueuedBytes) {
-  const int result = Send(type, payload, size);
+os::Errno Connection::Post(unsigned int type, const unsigned char* payload, std::size_t size,
+                           std::size_t maxQueuedBytes) {
+  const os::Errno result = Send(type, payload, size);
   if (result != EAGAIN) return result;
   Queued queued{type, {payload, payload + size}};
   if (queuedBytes_ + queued.Bytes() > maxQueuedBytes) return EAGAIN;
@@ -114,3 +101,5 @@ void Connection::Flush() {
     queue_.pop_front();
   }
 }
+
+}  // namespace ipc

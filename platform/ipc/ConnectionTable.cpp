@@ -2,22 +2,24 @@
 
 #include <poll.h>
 #include <sys/epoll.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <map>
+#include <utility>
 
-#include "Deadline.h"
+#include "os/MonotonicClock.h"
+
+namespace ipc {
 
 namespace {
 
-// What stands in an event's data for the two descriptors that are no connections.
+// The data of an event of the two descriptors that are no connections.
 int gListenMark;
 int gSignalMark;
 
-int Watch(int epollFd, int operation, int fd, std::uint32_t events, void* mark) {
+os::Errno Watch(int epollFd, int operation, int fd, std::uint32_t events, void* mark) {
   epoll_event event{};
   event.events = events;
   event.data.ptr = mark;
@@ -26,30 +28,32 @@ int Watch(int epollFd, int operation, int fd, std::uint32_t events, void* mark) 
 
 }  // namespace
 
-ConnectionTable::~ConnectionTable() {
-  if (epollFd_ >= 0) close(epollFd_);
+os::Errno ConnectionTable::Open() {
+  epoll_.Reset(epoll_create1(EPOLL_CLOEXEC));
+  return epoll_.IsOpen() ? 0 : errno;
 }
 
-int ConnectionTable::Open(int listenFd) {
-  epollFd_ = epoll_create1(EPOLL_CLOEXEC);
-  if (epollFd_ < 0) return errno;
-  return Watch(epollFd_, EPOLL_CTL_ADD, listenFd, EPOLLIN, &gListenMark);
+os::Errno ConnectionTable::WatchListening(int fd) {
+  return Watch(epoll_.Get(), EPOLL_CTL_ADD, fd, EPOLLIN, &gListenMark);
 }
 
 void ConnectionTable::WatchSignals(int fd) {
-  (void)Watch(epollFd_, EPOLL_CTL_ADD, fd, EPOLLIN, &gSignalMark);
+  (void)Watch(epoll_.Get(), EPOLL_CTL_ADD, fd, EPOLLIN, &gSignalMark);
 }
 
-Connection* ConnectionTable::Add(int fd, Connection::Origin origin, const std::string& name) {
-  connections_.push_back(std::make_unique<Connection>(fd, origin, name, ++lastNumber_));
+Connection* ConnectionTable::Add(os::Descriptor fd, Connection::Origin origin, Connection::Peer peer,
+                                 const std::string& name) {
+  connections_.push_back(std::make_unique<Connection>(std::move(fd), origin, peer, name, ++lastNumber_));
   UpdateInterest(*connections_.back());
   return connections_.back().get();
 }
 
-Connection* ConnectionTable::FirstToGo() const {
+Connection* ConnectionTable::FirstToGo(bool forSystem) const {
   if (Connection* gone = OldestGone()) return gone;
   if (Connection* greedy = OfGreediest()) return greedy;
-  return OldestNameless([](const Connection& /*any*/) { return true; });
+  if (Connection* nameless = Oldest([](const Connection& any) { return any.name().empty(); }))
+    return nameless;
+  return forSystem ? Oldest([](const Connection& any) { return !any.peer().isSystem; }) : nullptr;
 }
 
 Connection* ConnectionTable::OldestGone() const {
@@ -62,30 +66,27 @@ Connection* ConnectionTable::OldestGone() const {
 }
 
 Connection* ConnectionTable::OfGreediest() const {
-  std::map<int, std::size_t> counts;  // by process
-  for (const auto& connection : connections_) ++counts[connection->PeerProcessId()];
+  std::map<pid_t, std::size_t> counts;
+  for (const auto& connection : connections_) ++counts[connection->peer().process.id];
   const auto most = std::max_element(counts.begin(), counts.end(), [](const auto& one, const auto& other) {
     return one.second < other.second;
   });
   if (most == counts.end() || most->second <= kFairShare) return nullptr;
-  const auto itsOwn = [&most](const auto& connection) { return connection.PeerProcessId() == most->first; };
-  if (Connection* nameless = OldestNameless(itsOwn)) return nameless;
-  return std::find_if(connections_.begin(), connections_.end(),
-                      [&](const auto& owned) { return itsOwn(*owned); })
-      ->get();
+  const auto itsOwn = [&most](const Connection& any) { return any.peer().process.id == most->first; };
+  Connection* nameless = Oldest([&](const Connection& any) { return any.name().empty() && itsOwn(any); });
+  return nameless != nullptr ? nameless : Oldest(itsOwn);
 }
 
 template <typename Predicate>
-Connection* ConnectionTable::OldestNameless(Predicate accepts) const {
-  const auto found = std::find_if(connections_.begin(), connections_.end(), [&](const auto& connection) {
-    return connection->name().empty() && accepts(*connection);
-  });
+Connection* ConnectionTable::Oldest(Predicate accepts) const {
+  const auto found = std::find_if(connections_.begin(), connections_.end(),
+                                  [&](const auto& connection) { return accepts(*connection); });
   return found == connections_.end() ? nullptr : found->get();
 }
 
-// Taken out by hand: where a forked child holds the descriptor too, closing does not do it.
+// Closing alone does not take a descriptor out of epoll while a forked child holds it too.
 void ConnectionTable::Remove(Connection* connection) {
-  if (connection->watchedEvents != 0) (void)Watch(epollFd_, EPOLL_CTL_DEL, connection->fd(), 0, nullptr);
+  if (connection->watchedEvents != 0) (void)Watch(epoll_.Get(), EPOLL_CTL_DEL, connection->fd(), 0, nullptr);
   std::replace(ready_.begin(), ready_.end(), connection, static_cast<Connection*>(nullptr));
   std::erase(paused_, connection);
   std::erase_if(connections_, [connection](const auto& owned) { return owned.get() == connection; });
@@ -111,7 +112,7 @@ Connection* ConnectionTable::NextReady() {
     Connection* connection = ready_[turn_];
     if (connection == nullptr || connection->turnReads == connection->turnLimit || IsPaused(*connection))
       continue;
-    const std::int64_t nowMs = CoarseMonotonicMs();
+    const std::int64_t nowMs = os::CoarseMonotonicMs();
     if (connection->turnReads == 0) turnEndMs_ = nowMs + kTurnMs;
     if (nowMs > turnEndMs_) continue;
     ++connection->turnReads;
@@ -134,8 +135,8 @@ void ConnectionTable::BeginTurn(Connection& connection, bool full) {
 }
 
 ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
-  std::array<epoll_event, 32> events;
-  const int count = epoll_wait(epollFd_, events.data(), static_cast<int>(events.size()), timeoutMs);
+  std::array<epoll_event, kMaxConnections + 2> events;  // all of them: nobody is passed over
+  const int count = epoll_wait(epoll_.Get(), events.data(), static_cast<int>(events.size()), timeoutMs);
   ready_.clear();
   turn_ = 0;
   WakeUp found;
@@ -179,10 +180,12 @@ void ConnectionTable::UpdateInterest(Connection& connection) {
   const std::uint32_t wanted = (IsPaused(connection) ? 0U : std::uint32_t{EPOLLIN}) |
                                (connection.HasQueued() ? std::uint32_t{EPOLLOUT} : 0U);
   if (wanted == connection.watchedEvents) return;
-  // A descriptor that nothing is wanted of is taken out: a hang-up would be reported for ever.
+  // Taken out when no event is wanted: epoll would go on reporting a hang-up.
   const int operation = connection.watchedEvents == 0 ? EPOLL_CTL_ADD
                         : wanted == 0                 ? EPOLL_CTL_DEL
                                                       : EPOLL_CTL_MOD;
-  if (Watch(epollFd_, operation, connection.fd(), wanted, &connection) == 0)
+  if (Watch(epoll_.Get(), operation, connection.fd(), wanted, &connection) == 0)
     connection.watchedEvents = wanted;
 }
+
+}  // namespace ipc

@@ -1,32 +1,19 @@
 #include "Deadline.h"
 
+#include <algorithm>
 #include <climits>
-#include <ctime>
 
-namespace {
+#include "os/MonotonicClock.h"
 
-std::int64_t MsOf(clockid_t clock) {
-  timespec now{};
-  clock_gettime(clock, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
-}
-
-}  // namespace
-
-std::int64_t MonotonicMs() {
-  return MsOf(CLOCK_MONOTONIC);
-}
-
-std::int64_t CoarseMonotonicMs() {
-  return MsOf(CLOCK_MONOTONIC_COARSE);
-}
+namespace ipc {
 
 // One more than asked for, since the clock is read in whole milliseconds: a wait is never short.
 Deadline::Deadline(int timeoutMs)
-    : endMs_(timeoutMs < 0 ? -1 : MonotonicMs() + timeoutMs + (timeoutMs > 0 ? 1 : 0)) {}
+    : endMs_(timeoutMs < 0 ? -1 : os::MonotonicMs() + timeoutMs + (timeoutMs > 0 ? 1 : 0)) {}
 
 int Deadline::RemainingMs() const {
   if (endMs_ < 0) return -1;
-  const std::int64_t left = endMs_ - MonotonicMs();
-  return left > 0 ? static_cast<int>(left < INT_MAX ? left : INT_MAX) : 0;
+  return static_cast<int>(std::clamp<std::int64_t>(endMs_ - os::MonotonicMs(), 0, INT_MAX));
 }
+
+}  // namespace ipc

@@ -2,10 +2,7 @@
 
 #include <cstdint>
 
-// Milliseconds of the monotonic clock.
-std::int64_t MonotonicMs();
-// The same, some milliseconds behind, for next to nothing.
-std::int64_t CoarseMonotonicMs();
+namespace ipc {
 
 // A moment by which something is to be done.
 class Deadline {
@@ -19,3 +16,5 @@ class Deadline {
  private:
   std::int64_t endMs_;  // negative: never
 };
+
+}  // namespace ipc

@@ -2,6 +2,12 @@
 
 #include <string>
 
+#include "EndpointDirectory.h"
+#include "os/Descriptor.h"
+#include "os/Errno.h"
+
+namespace ipc {
+
 // The files of an endpoint in the endpoint directory: the listening socket NAME, and NAME.lock,
 // whose lock says that the endpoint is in use.
 class EndpointSocket {
@@ -11,25 +17,27 @@ class EndpointSocket {
   EndpointSocket(const EndpointSocket&) = delete;
   EndpointSocket& operator=(const EndpointSocket&) = delete;
 
-  // Opens the endpoint `name`: 0 or an errno value, EADDRINUSE when another process has it. What
-  // was opened before a failure is closed with the object.
-  int Open(const std::string& name);
+  // Opens the endpoint `name`. EADDRINUSE: another process has it. What was opened before a failure
+  // is closed with the object.
+  os::Errno Open(const EndpointDirectory& directory, const std::string& name);
 
-  bool IsOpen() const { return listenFd_ >= 0; }
-  int fd() const { return listenFd_; }
+  int Fd() const { return listening_.Get(); }
 
-  // Accepts one connection: its descriptor, or -1 when none waits. A connection that the process
-  // has no descriptor left for is closed.
-  int Accept();
+  // Accepts one connection; nothing open when none waits. A connection for which the process has no
+  // descriptor left is closed.
+  os::Descriptor Accept();
 
-  // Connects to the endpoint of that name: 0 and its descriptor, or an errno value.
-  static int Connect(const std::string& name, int& fd);
+  // Connects to the endpoint of that name.
+  static os::Errno Connect(const EndpointDirectory& directory, const std::string& name,
+                           os::Descriptor& connected);
 
  private:
-  int Lock(const std::string& name);
+  os::Errno Lock(const EndpointDirectory& directory, const std::string& name);
 
-  int lockFd_ = -1;
-  int listenFd_ = -1;
-  int spareFd_ = -1;  // given up for a moment to accept and close what there is no room for
+  os::Descriptor lock_;   // first: the name is free only when all else is gone
+  os::Descriptor spare_;  // given up for a moment to accept and close a connection
+  os::Descriptor listening_;
   std::string path_;
 };
+
+}  // namespace ipc

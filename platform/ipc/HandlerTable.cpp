@@ -1,9 +1,22 @@
 #include "HandlerTable.h"
 
-bool HandlerTable::Call(unsigned int type, LinxIpc* ipc) const {
-  const auto row = rows_.find(type);
-  if (row == rows_.end()) return false;
-  const Registration registration = row->second;
-  registration.handler(ipc, registration.context);
-  return true;
+#include <utility>
+
+namespace ipc {
+
+void HandlerTable::Set(unsigned int type, Registration registration, Admits admits) {
+  rows_[type] = {registration, std::move(admits)};
 }
+
+HandlerTable::Result HandlerTable::Call(LinxIpc& ipc) const {
+  IpcMessage& message = ipc.CurrentMessage();
+  const auto found = rows_.find(message.MsgType());
+  if (found == rows_.end()) return Result::kNoHandler;
+  const Row& row = found->second;
+  if (row.admits && !row.admits(message)) return Result::kNotAdmitted;
+  const Registration registration = row.registration;
+  registration.handler(&ipc, registration.context);
+  return Result::kCalled;
+}
+
+}  // namespace ipc

@@ -39,3 +39,9 @@ const std::string& LinxServerNameList::Name(unsigned int process) const {
                                   [process](const NamedProcess& known) { return known.process == process; });
   return found == all.end() ? kUnknown : found->name;
 }
+
+bool LinxServerNameList::Has(const std::string& name) const {
+  const auto& all = Processes();
+  return std::any_of(all.begin(), all.end(),
+                     [&name](const NamedProcess& known) { return known.name == name; });
+}

@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+namespace ipc {
+
 // What a receive asks for.
 struct Filter {
   unsigned int type;          // 0: any
@@ -20,18 +22,22 @@ struct PendingMessage {
   std::string sender;
   std::vector<unsigned char> payload;
 
-  // What it costs in memory, near enough.
+  // About what it costs in memory.
   std::size_t Bytes() const { return payload.size() + sizeof(PendingMessage) + 64; }
 };
 
-// Messages that arrived while a selective wait looked for another one, in order of arrival.
+// Messages that were read before their turn, in order of arrival.
 class PendingQueue {
  public:
   bool Empty() const { return messages_.empty(); }
   void Add(PendingMessage message);
 
+  bool Has(const Filter& filter) const;
   // Takes the first message that matches into `taken`.
   bool Take(const Filter& filter, PendingMessage& taken);
+
+  // Whether a shutdown notice is among them.
+  bool HasShutdown() const { return shutdowns_ != 0; }
 
   // Bytes held of one sender's messages, and of all.
   std::size_t BytesFrom(const std::string& sender) const;
@@ -41,4 +47,7 @@ class PendingQueue {
   std::deque<PendingMessage> messages_;
   std::unordered_map<std::string, std::size_t> bytesBySender_;
   std::size_t bytes_ = 0;
+  std::size_t shutdowns_ = 0;
 };
+
+}  // namespace ipc

@@ -1,27 +1,24 @@
 #pragma once
 
-#include <csignal>
+#include "os/Descriptor.h"
+#include "os/Errno.h"
 
-// SIGTERM and SIGINT as input of the receive loop. While caught they are blocked and arrive on a
-// descriptor; at other times they do what they did before.
+namespace ipc {
+
+// SIGTERM and SIGINT as input of the receive loop. Once caught they are blocked to the end of the process and
+// arrive on a descriptor: a second one never ends a process that is closing down.
 class ShutdownSignals {
  public:
-  ShutdownSignals() = default;
-  ~ShutdownSignals();
-  ShutdownSignals(const ShutdownSignals&) = delete;
-  ShutdownSignals& operator=(const ShutdownSignals&) = delete;
+  // May be called again without effect.
+  os::Errno Catch();
 
-  // Both may be called again without effect. Catch returns 0 or an errno value. A signal that came
-  // before Release and was not taken is forgotten.
-  int Catch();
-  void Release();
-
-  // Readable when a signal came; -1 while none is caught.
-  int fd() const { return fd_; }
+  // Readable when a signal came; -1 before Catch.
+  int Fd() const { return signals_.Get(); }
   // Takes one signal; false when none came.
   bool Take();
 
  private:
-  int fd_ = -1;
-  sigset_t maskBefore_{};
+  os::Descriptor signals_;
 };
+
+}  // namespace ipc

@@ -6,7 +6,7 @@
 
 // A packet on a connection (SOCK_SEQPACKET keeps its bounds): the message type, 32 bits
 // big-endian, then the payload. The first packet of the side that connects is the hello.
-namespace wire {
+namespace ipc::wire {
 
 constexpr std::size_t kHeaderSize = 4;
 
@@ -17,4 +17,4 @@ constexpr std::size_t kMaxName = 32;
 
 bool ValidName(std::string_view name);
 
-}  // namespace wire
+}  // namespace ipc::wire

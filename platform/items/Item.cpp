@@ -20,17 +20,22 @@ bool Item::DecodeBytes(unsigned char* p, std::size_t size) {
   return false;
 }
 
+bool Item::Holds(unsigned char* p, std::size_t size) {
+  if (HasFixedSize()) return size >= Size();
+  return size > 0 && Decode(p) <= p + size;
+}
+
 bool Item::DecodeFixed(unsigned char* p, std::size_t size) {
   if (size < Size()) return false;
   Decode(p);
   return true;
 }
 
-// Whether an item with texts or lists fits is known only after decoding it. So its state is kept
-// in its own encoding, and put back when the item turns out to reach beyond the payload.
+// Only decoding tells whether an item with texts or lists fits. So its value is kept in its own encoding, and
+// put back when the item reaches beyond the payload.
 bool Item::DecodeOrRestore(unsigned char* p, std::size_t size) {
   if (size == 0) return false;
-  std::array<unsigned char, IpcMessage::kSlack> before;
+  std::array<unsigned char, IpcMessage::kMaxItem> before;
   Encode(before.data());
   if (Decode(p) <= p + size) return true;
   Decode(before.data());

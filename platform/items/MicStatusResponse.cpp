@@ -2,8 +2,13 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr unsigned int kEntryBytes = 6;
+
+}  // namespace
+
 unsigned int MicStatusResponse::Size() const {
-  constexpr unsigned int kEntryBytes = 6;
   return 2 + static_cast<unsigned int>(count_) * kEntryBytes + 4;
 }
 
@@ -14,9 +19,12 @@ unsigned char* MicStatusResponse::Encode(unsigned char* p) const {
 }
 
 unsigned char* MicStatusResponse::Decode(unsigned char* p) {
-  count_ = std::min<std::size_t>(GetU16(p), kMaxEntries);
+  const std::size_t told = GetU16(p);
+  count_ = std::min(told, kMaxEntries);
   p += 2;
-  for (std::size_t i = 0; i < count_; ++i) p += field::Decode(entries_[i], p) - p;
+  const unsigned char* entry = p;
+  for (std::size_t i = 0; i < count_; ++i) entry = field::Decode(entries_[i], entry);
+  p += field::SkippedBytes(told * kEntryBytes);
   p += field::Decode(tick, p) - p;
   return p;
 }

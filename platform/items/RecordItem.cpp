@@ -13,7 +13,7 @@ unsigned char* field::Encode(const Text& text, unsigned char* p) {
 }
 
 const unsigned char* field::Decode(Text& text, const unsigned char* p) {
-  const unsigned int length = std::min<unsigned int>(GetU16(p), kMaxText);
-  text = std::string_view(reinterpret_cast<const char*>(p + 2), length);
+  const std::size_t length = SkippedBytes(GetU16(p));
+  text = std::string_view(reinterpret_cast<const char*>(p + 2), std::min<std::size_t>(length, kMaxText));
   return p + 2 + length;
 }

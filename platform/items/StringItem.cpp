@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "items/Text.h"
 #include "system/BigEndian.h"
 
 unsigned char* StringItem::Encode(unsigned char* p) const {
@@ -10,7 +11,7 @@ unsigned char* StringItem::Encode(unsigned char* p) const {
 }
 
 unsigned char* StringItem::Decode(unsigned char* p) {
-  const unsigned int length = std::min<unsigned int>(GetU16(p), kMaxLength);
-  text_.assign(reinterpret_cast<const char*>(p + 2), length);
+  const std::size_t length = field::SkippedBytes(GetU16(p));
+  text_.assign(reinterpret_cast<const char*>(p + 2), std::min<std::size_t>(length, kMaxLength));
   return p + 2 + length;
 }

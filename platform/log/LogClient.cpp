@@ -11,10 +11,12 @@
 #include "LogLineText.h"
 #include "LogSink.h"
 #include "log/LogLine.h"
+#include "os/MonotonicClock.h"
 
 namespace {
 
 constexpr const char* kSyslogSocket = "/dev/log";
+constexpr std::int64_t kReportEveryMs = 1000;  // lines that tell of dropped lines
 
 }  // namespace
 
@@ -34,10 +36,10 @@ LogClient::LogClient() : flood_(std::make_unique<LogFlood>()) {
   if (!syslog_) sink_ = std::make_unique<LogSink>(STDERR_FILENO);
 }
 
-bool LogClient::Admits(unsigned int mask, const char* name, unsigned int line) {
+bool LogClient::Admits(unsigned int mask, const LogStatement& statement) {
   if ((level_ & mask) == 0) return false;
   constexpr unsigned int kTrouble = kLogError | kLogMalformed | kLogUnusual;
-  if ((mask & kTrouble) == 0 || flood_->Admits(name, line)) return true;
+  if ((mask & kTrouble) == 0 || flood_->Admits(statement)) return true;
   ++droppedLines_;
   ++unreportedLines_;
   return false;
@@ -45,8 +47,8 @@ bool LogClient::Admits(unsigned int mask, const char* name, unsigned int line) {
 
 void LogClient::Write(unsigned int mask, std::string_view processName, std::string_view text) {
   const int savedErrno = errno;
-  const bool caughtUp = unreportedLines_ == 0 || SayDropped();
-  if (!caughtUp || !Send(mask, processName, text)) {
+  const bool due = unreportedLines_ != 0 && os::MonotonicMs() >= nextReportMs_;
+  if ((due && !SayDropped()) || !Send(mask, processName, text)) {
     ++droppedLines_;
     ++unreportedLines_;
   }
@@ -68,5 +70,6 @@ bool LogClient::SayDropped() {
                                  static_cast<unsigned long long>(unreportedLines_));
   if (!Send(kLogError, processName_, {text.data(), static_cast<std::size_t>(size)})) return false;
   unreportedLines_ = 0;
+  nextReportMs_ = os::MonotonicMs() + kReportEveryMs;
   return true;
 }

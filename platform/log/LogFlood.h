@@ -1,25 +1,29 @@
 #pragma once
 
 #include <array>
-#include <chrono>
+#include <cstdint>
 
-// Bounds what one place in the sources writes to the log: kBurst lines at once, then kPerSecond, so that
+#include "log/LogClient.h"
+
+// Bounds what one statement writes to the log: kBurst lines at once, then kPerSecond, so that
 // a peer that causes a line with each message does not fill the log.
 class LogFlood {
  public:
   static constexpr double kBurst = 2000;
   static constexpr double kPerSecond = 10;
 
-  // Whether the place, a name and a line, may write one more.
-  bool Admits(const char* name, unsigned int line);
+  // Whether the statement may write one more line.
+  bool Admits(const LogStatement& statement);
 
  private:
-  using Clock = std::chrono::steady_clock;
-
-  // Places that fall into the same row share it: a burst for each of them in turn would know no bound.
   struct Row {
+    LogStatement statement;
     double left = kBurst;
-    Clock::time_point at;
+    std::int64_t atMs = 0;
   };
-  std::array<Row, 64> rows_;
+
+  Row& RowOf(const LogStatement& statement);
+
+  std::array<Row, 256> rows_;
+  Row others_;  // for all statements that find no row free
 };

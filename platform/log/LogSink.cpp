@@ -3,34 +3,24 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
-#include <ctime>
 #include <utility>
+
+#include "os/MonotonicClock.h"
+#include "os/SocketAddress.h"
 
 namespace {
 
 constexpr std::int64_t kReconnectMs = 1000;
 
-std::int64_t NowMs() {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
-}
-
-int ConnectDatagram(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return -1;
-  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-  const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-  if (fd < 0) return -1;
-  if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return fd;
-  close(fd);
-  return -1;
+os::Descriptor ConnectDatagram(const std::string& path) {
+  const auto address = os::SocketAddress::OfPath(path);
+  if (!address) return {};
+  os::Descriptor fd(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (fd.IsOpen() && connect(fd.Get(), address->Get(), address->Size()) != 0) fd.Close();
+  return fd;
 }
 
 // A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking,
@@ -55,11 +45,7 @@ ssize_t PutNow(int fd, std::string_view text) {
 LogSink::LogSink(int fd) : fd_(fcntl(fd, F_GETFD) < 0 ? -1 : fd) {}
 
 LogSink::LogSink(std::string socketPath)
-    : socketPath_(std::move(socketPath)), fd_(ConnectDatagram(socketPath_)) {}
-
-LogSink::~LogSink() {
-  if (!socketPath_.empty() && fd_ >= 0) close(fd_);
-}
+    : socketPath_(std::move(socketPath)), socket_(ConnectDatagram(socketPath_)), fd_(socket_.Get()) {}
 
 bool LogSink::Write(std::string_view line) {
   if (midLine_ && !Put("\n")) return false;
@@ -79,10 +65,10 @@ bool LogSink::Put(std::string_view text) {
 }
 
 bool LogSink::Reconnect() {
-  const std::int64_t now = NowMs();
+  const std::int64_t now = os::MonotonicMs();
   if (now < nextConnectMs_) return false;
   nextConnectMs_ = now + kReconnectMs;
-  if (fd_ >= 0) close(fd_);
-  fd_ = ConnectDatagram(socketPath_);
-  return fd_ >= 0;
+  socket_ = ConnectDatagram(socketPath_);
+  fd_ = socket_.Get();
+  return Connected();
 }

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "os/Descriptor.h"
+
 // Where log lines go: an open descriptor, or a datagram socket in the file system. Nothing here
 // blocks; a line that cannot be taken whole at once is refused.
 class LogSink {
@@ -14,7 +16,6 @@ class LogSink {
   // Sends to the datagram socket at `socketPath`. When its reader is gone the connection is made
   // anew, tried at most once a second.
   explicit LogSink(std::string socketPath);
-  ~LogSink();
   LogSink(const LogSink&) = delete;
   LogSink& operator=(const LogSink&) = delete;
 
@@ -28,7 +29,8 @@ class LogSink {
   bool Reconnect();
 
   const std::string socketPath_;  // empty: a descriptor
-  int fd_ = -1;
-  bool midLine_ = false;  // the last thing taken was the beginning of a line
+  os::Descriptor socket_;
+  int fd_ = -1;           // the socket, or the caller's descriptor
+  bool midLine_ = false;  // only the beginning of the last line was taken
   std::int64_t nextConnectMs_ = 0;
 };

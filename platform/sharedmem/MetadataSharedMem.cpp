@@ -12,6 +12,7 @@
 
 #include "RecordName.h"
 #include "log/LogLine.h"
+#include "os/Descriptor.h"
 #include "system/BigEndian.h"
 
 namespace {
@@ -19,35 +20,34 @@ namespace {
 constexpr LogSource log{"MetadataSharedMem"};
 constexpr mode_t kMode = 0640;
 
-// Whether nobody else but root can write it, or cut it short under our hands.
+// Whether only this user and root can write or shorten it.
 bool IsOurs(int fd) {
   struct stat status {};
   return fstat(fd, &status) == 0 && (status.st_uid == geteuid() || status.st_uid == 0) &&
          (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-// The descriptor of the record, or -1. One that another user has put there is no record.
-int OpenRecord(const std::string& name) {
-  for (int tries = 0; tries < 3; ++tries) {  // it may come or go in between
-    int fd = shm_open(name.c_str(), O_RDWR | O_CREAT | O_EXCL, kMode);
-    if (fd >= 0) {
-      (void)fchmod(fd, kMode);  // whatever the umask
-      return fd;
+// The record's segment, not open where there is none to be had. One that another user made is not taken.
+os::Descriptor OpenRecord(const std::string& name) {
+  for (int tries = 0; tries < 3; ++tries) {  // the segment may come or go in between
+    os::Descriptor made(shm_open(name.c_str(), O_RDWR | O_CREAT | O_EXCL, kMode));
+    if (made.IsOpen()) {
+      (void)fchmod(made.Get(), kMode);  // whatever the umask
+      return made;
     }
-    if (errno != EEXIST) return -1;
-    fd = shm_open(name.c_str(), O_RDWR, 0);
-    if (fd < 0 && errno == ENOENT) continue;
-    if (fd < 0 || IsOurs(fd)) return fd;
-    close(fd);
-    if (shm_unlink(name.c_str()) != 0 && errno != ENOENT) return -1;
-    log(kLogError, "replaces ", name, ", which others could write");
+    if (errno != EEXIST) return {};
+    os::Descriptor found(shm_open(name.c_str(), O_RDWR, 0));
+    if (!found.IsOpen() && errno == ENOENT) continue;
+    if (!found.IsOpen() || IsOurs(found.Get())) return found;
+    if (shm_unlink(name.c_str()) != 0 && errno != ENOENT) return {};
+    log(kLogError, "Replaces ", name, ", which other users may write");
   }
   errno = EACCES;
-  return -1;
+  return {};
 }
 
-// Makes the record long enough, and keeps what it holds. Its memory is taken now: a write to memory
-// that a full system cannot give later would end the process. Sets errno where it fails.
+// Makes the record long enough, and keeps what it holds. Its memory is reserved now: on a full system a later
+// write to memory that is not there would end the process. Sets errno where it fails.
 bool Reserve(int fd) {
   struct stat status {};
   if (fstat(fd, &status) != 0) return false;
@@ -68,10 +68,9 @@ unsigned char* Map(int fd) {
 
 unsigned char* Attach() {
   const std::string name = SharedRecordName();
-  const int fd = OpenRecord(name);
-  unsigned char* items = fd >= 0 && Reserve(fd) ? Map(fd) : nullptr;
-  if (!items) log(kLogError, "cannot attach ", name, ": ", std::strerror(errno));
-  if (fd >= 0) close(fd);
+  const os::Descriptor fd = OpenRecord(name);
+  unsigned char* items = fd.IsOpen() && Reserve(fd.Get()) ? Map(fd.Get()) : nullptr;
+  if (!items) log(kLogError, "Cannot attach ", name, ": ", std::strerror(errno));
   return items;
 }
 
@@ -102,7 +101,7 @@ unsigned char* MetadataSharedMem::MetadataItems(bool attachedOnly) {
   return items_;
 }
 
-// A writer that was killed at work left the counter odd: (n + 1) | 1 is a new odd value then, too.
+// A writer that was killed at work left the counter odd: (n + 1) | 1 is then a new odd value, too.
 MetadataSharedMem::Writing::Writing(unsigned char* items) : items_(items) {
   if (!items_) return;
   StoreCounter(items_, (LoadCounter(items_) + 1) | 1);

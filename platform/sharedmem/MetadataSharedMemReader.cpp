@@ -4,13 +4,13 @@
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
 
 #include "RecordName.h"
+#include "os/Descriptor.h"
 
 MetadataSharedMemReader::~MetadataSharedMemReader() {
   if (items_ != nullptr) munmap(const_cast<unsigned char*>(items_), MetadataSharedMem::kSize);
@@ -18,15 +18,13 @@ MetadataSharedMemReader::~MetadataSharedMemReader() {
 
 int MetadataSharedMemReader::Attach() {
   if (items_ != nullptr) return 0;
-  const int fd = shm_open(SharedRecordName().c_str(), O_RDONLY, 0);
-  if (fd < 0) return errno;
+  const os::Descriptor fd(shm_open(SharedRecordName().c_str(), O_RDONLY, 0));
+  if (!fd.IsOpen()) return errno;
   struct stat status {};
-  const bool whole =
-      fstat(fd, &status) == 0 && status.st_size >= static_cast<off_t>(MetadataSharedMem::kSize);
-  void* address = whole ? mmap(nullptr, MetadataSharedMem::kSize, PROT_READ, MAP_SHARED, fd, 0) : MAP_FAILED;
-  const int error = whole ? errno : EINVAL;
-  (void)close(fd);
-  if (address == MAP_FAILED) return error;
+  if (fstat(fd.Get(), &status) != 0) return errno;
+  if (status.st_size < static_cast<off_t>(MetadataSharedMem::kSize)) return EINVAL;
+  void* address = mmap(nullptr, MetadataSharedMem::kSize, PROT_READ, MAP_SHARED, fd.Get(), 0);
+  if (address == MAP_FAILED) return errno;
   items_ = static_cast<const unsigned char*>(address);
   return 0;
 }

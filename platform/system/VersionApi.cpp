@@ -11,11 +11,6 @@ namespace {
 constexpr std::size_t kMaxFile = std::size_t{64} * 1024;
 constexpr std::string_view kBlanks(" \t\r\v\f\0", 6);
 
-std::string DefaultFile() {
-  const char* file = KvGetenvText("VERSION_FILE");
-  return file ? file : "/etc/korvane/versions";
-}
-
 std::string_view Trimmed(std::string_view text) {
   const std::size_t begin = text.find_first_not_of(kBlanks);
   if (begin == std::string_view::npos) return {};
@@ -35,12 +30,13 @@ std::optional<VersionEntry> ParseLine(std::string_view line) {
 
 }  // namespace
 
-const std::string VersionApi::versionFile = DefaultFile();
+const std::string VersionApi::versionFile = "/etc/korvane/versions";
 
 void VersionApi::GetAllVersions(std::vector<VersionEntry>& entries, const std::string& file) {
-  const std::string content = ReadSmallFile(file, kMaxFile);
+  const char* instead = file == versionFile ? KvGetenvText("VERSION_FILE") : nullptr;
+  const std::string content = ReadSmallFile(instead != nullptr ? instead : file, kMaxFile);
   std::string_view rest = content;
-  // The file may go on: half a version is a wrong version.
+  // The file may be longer: half a version is a wrong version.
   if (rest.size() == kMaxFile) rest = rest.substr(0, rest.rfind('\n') + 1);
   while (!rest.empty()) {
     const std::size_t lineEnd = rest.find('\n');

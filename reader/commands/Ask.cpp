@@ -32,10 +32,12 @@ std::string WhyNot(int error) {
     case ENOENT:
     case ECONNREFUSED:
       return "MetadataMgr is not there";
+    case EACCES:
+      return "you may not connect to MetadataMgr";
     case ETIMEDOUT:
       return "MetadataMgr did not answer in time";
     case ENOTCONN:
-      return "MetadataMgr ended without an answer";
+      return "MetadataMgr refused the connection, or ended without an answer";
     case EPROTO:
       return "MetadataMgr's answer is too short";
     default:
@@ -81,7 +83,7 @@ using Question = int (*)(MetadataMgrClient& client, const AskOptions& options);
 
 int Ask(Question question, const AskOptions& options) {
   LinxIpc ipc("Metadata-" + std::to_string(getpid()));
-  if (ipc.Init() != 0) return Fail("cannot open an endpoint: is LINX_IPC_DIR right, and may you use it?");
+  if (ipc.InitToAsk() != 0) return Fail("cannot use the endpoint directory: is LINX_IPC_DIR right?");
   MetadataMgrClient client(ipc, static_cast<int>(options.timeoutSeconds * 1000));
   const int error = question(client, options);
   if (error == ECANCELED) return Fail("MetadataMgr did not copy; its log may tell why");

@@ -1,10 +1,14 @@
 #include <cerrno>
 
 #include "ClientsFixture.h"
+#include "clients/ExternalMgrApi.h"
+#include "clients/StateMgrClient.h"
+#include "clients/StreamMgrApi.h"
 #include "clients/SubscribeClient.h"
 #include "clients/SubscribeServer.h"
 #include "items/SystickItem.h"
 #include "support/Child.h"
+#include "support/Hex.h"
 #include "system/BigEndian.h"
 
 namespace {
@@ -79,15 +83,6 @@ TEST_F(BareServerTest, FailedSubscribeChangesNothing) {
   EXPECT_EQ(server_.Receive(0), std::nullopt) << "there is nothing to renew";
 }
 
-TEST_F(BareServerTest, PollAsksWithoutSubscribing) {
-  ServerSays(Answer(3, 0, 0, U32(9)));
-  EXPECT_EQ(client_.Poll(3, value_), 0);
-  EXPECT_EQ(value_.Tick(), 9U);
-  EXPECT_EQ(server_.Receive(0), Request(3, 0));
-  EXPECT_EQ(client_.Resubscribe(), 0);
-  EXPECT_EQ(server_.Receive(0), std::nullopt);
-}
-
 TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   for (const unsigned int item : {3U, 4U, 3U}) {  // the last takes the place of the first
     ServerSays(Answer(item, 500 + item, 0, U32(item)));
@@ -100,16 +95,101 @@ TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   EXPECT_EQ(server_.Receive(0), Request(3, 503));
   EXPECT_EQ(server_.Receive(0), Request(4, 504));
   EXPECT_EQ(server_.Receive(0), std::nullopt);
+  for (int renewals = 1; renewals <= 2; ++renewals) {
+    ServerSays(Answer(3, 503, ENOENT));
+    ServerSays(Answer(4, 504, ENOENT));
+    EXPECT_EQ(Next(me_).type, kAnswer);
+    EXPECT_EQ(Next(me_).type, kAnswer);
+    EXPECT_EQ(log_.Lines("FAILED to resubsribe to a server"), renewals) << "once each, whatever is refused";
+    EXPECT_EQ(client_.Resubscribe(), 0);
+  }
   const std::string before = log_.Text();
   ServerSays(Answer(3, 503, 0, U32(30)));
-  ServerSays(Answer(4, 504, ENOENT));
   EXPECT_EQ(Next(me_).type, kAnswer);
   EXPECT_EQ(log_.Text(), before);
-  EXPECT_EQ(Next(me_).type, kAnswer);
-  EXPECT_EQ(log_.Lines("Server refused subscription to item 4, error 2"), 1);
   EXPECT_TRUE(calls_.got.empty());
   server_.Close();
+  listeners_.clear();
   EXPECT_EQ(client_.Resubscribe(), ENOENT);
+}
+
+// What reaches the handler of a subscription.
+TEST_F(BareServerTest, OnlyWholeNoticesOfTheServerCount) {
+  ServerSays(Answer(3, 500, 0, U32(1)));
+  ASSERT_EQ(Subscribe(3, 500), 0);
+  const RawPeer other = ComesUp("Other");
+  ServerSays(Packet(500, "abc"));
+  EXPECT_EQ(Next(me_).payload, "abc");
+  EXPECT_EQ(log_.Lines("Dropped notice 500 from Server: payload is too short for its item"), 1);
+  ASSERT_EQ(other.Send(Packet(500, U32(2))), 0);
+  EXPECT_EQ(Next(me_).payload, U32(2));
+  EXPECT_EQ(log_.Lines("Dropped notice 500 from Other: it is Server's"), 1);
+  EXPECT_TRUE(calls_.got.empty());
+  for (const std::string& payload : {std::string(), U32(3), U32(4) + "more"}) {
+    ServerSays(Packet(500, payload));
+    EXPECT_EQ(Next(me_).payload, payload);
+    ASSERT_FALSE(calls_.got.empty());
+    EXPECT_EQ(calls_.got.back().payload, payload);
+  }
+}
+
+// The state manager's values and those of live streams are not used: nothing in them is an obstacle.
+TEST_F(ClientTest, ValuesThatAreNotUsedMayBeMissing) {
+  for (const char* value : {"", "ab"}) {
+    StateMgrClient stateMgr(me_, 300);
+    ExternalMgrApi externalMgr(me_, "ExternalMgr", 300);
+    const RawPeer events = ComesUp("StateMgr");
+    const RawPeer streams = ComesUp("ExternalMgr");
+    ASSERT_EQ(events.Send(Answer(StateMgrClient::kRecordStart, 600, 0, value)), 0);
+    EXPECT_TRUE(stateMgr.SubscribeForRecordStart(600, Calls::Handler, &calls_)) << value;
+    ASSERT_EQ(streams.Send(Answer(16, 700, 0, value)), 0);
+    EXPECT_EQ(externalMgr.Subscribe(16, 700, value_, Calls::Handler, &calls_), 0) << value;
+    EXPECT_EQ(value_.Tick(), 111U);
+    // On, not in high quality, camera 2, an address that ends early.
+    ASSERT_EQ(streams.Send(Packet(700, FromHex("01 00 0002 0008 3130"))), 0);
+    (void)Next(me_);
+    EXPECT_TRUE(calls_.got.empty());
+    listeners_.clear();
+  }
+}
+
+// A quit notice that waits, or a signal, ends the wait for a server that is silent, or not there.
+TEST_F(ClientTest, AShutdownEndsTheWaitForAServer) {
+  const RawPeer quitter = ComesUp("Quitter");
+  for (const bool silent : {false, true}) {
+    if (silent) listeners_.push_back(std::make_unique<RawListener>("Server"));
+    ASSERT_EQ(quitter.Send(Packet(LinxIpc::kShutdownNotice)), 0);
+    const Stopwatch watch;
+    EXPECT_EQ(patient_.Subscribe(3, 500, value_, Calls::Handler, &calls_), ESHUTDOWN);
+    EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 10000), "");
+    EXPECT_LT(watch.Ms(), 1000);
+    EXPECT_EQ(Next(me_).result, ESHUTDOWN) << "it is still there";
+  }
+  const RawPeer server = ComesUp("Server");
+  ASSERT_EQ(server.Send(Answer(3, 500, 0, U32(7))), 0);
+  EXPECT_EQ(Subscribe(3, 500), 0) << "a shutdown that was met cuts nothing";
+}
+
+// Whoever says the name first does not get the subscription.
+TEST_F(ClientTest, OnlyTheProcessThatListensIsAServer) {
+  Child impostor([] {
+    const RawPeer peer = RawPeer::To("Me", "Server");
+    (void)peer.Send(Packet(1));
+    (void)peer.Send(Answer(3, 500, 0, U32(666)));
+    return peer.Closed(20000) ? 0 : 1;
+  });
+  ASSERT_EQ(Next(me_).sender, "Server");
+  EXPECT_EQ(Subscribe(3, 500), ETIMEDOUT) << "nobody listens";
+  const RawListener listener("Server");
+  Child server([&listener] {
+    const RawPeer client = listener.Accept();
+    if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(3, 500)) return 1;
+    return client.Send(Answer(3, 500, 0, U32(7)));
+  });
+  EXPECT_EQ(patient_.Subscribe(3, 500, value_, Calls::Handler, &calls_), 0);
+  EXPECT_EQ(value_.Tick(), 7U);
+  EXPECT_EQ(impostor.Wait(), 0);
+  EXPECT_EQ(server.Wait(), 0);
 }
 
 TEST_F(BareServerTest, UnsubscribeAllTellsAndForgets) {
@@ -135,6 +215,7 @@ TEST_F(ClientTest, SuccessorThatConnectsItselfIsAsked) {
       const RawPeer client = listener.Accept();
       if (client.Receive() != HelloPacket("Me") || client.Receive() != Request(5, 505)) return 1;
     }
+    const RawListener listener("Server");
     const RawPeer successor = RawPeer::To("Me", "Server");
     if (successor.Receive() != Request(5, 505)) return 2;
     return successor.Send(Answer(5, 505, 0, U32(55)));
@@ -171,7 +252,7 @@ TEST_F(ClientTest, ServerThatFloodsIsSubscribedToAllTheSame) {
     ASSERT_EQ(patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &calls_), 0);
     EXPECT_EQ(value_.Tick(), 1000 + item);
     EXPECT_LT(watch.Ms(), 3000);
-    for (int i = 0; i < 5000; ++i) {  // more than were kept meanwhile
+    for (int i = 0; i < 20000; ++i) {  // more than were kept meanwhile
       ASSERT_EQ(Next(me_).result, 0);
       const std::string& payload = calls_.got.back().payload;
       const std::uint32_t tick = GetU32(reinterpret_cast<const unsigned char*>(payload.data()));

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "support/IpcTest.h"
 
@@ -23,8 +25,9 @@ class ClientsTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
 
-  // Another process, which has connected.
+  // Another process, which listens and has connected.
   RawPeer ComesUp(const std::string& name) {
+    listeners_.push_back(std::make_unique<RawListener>(name));
     RawPeer peer = RawPeer::To("Me", name);
     EXPECT_EQ(peer.Send(Packet(1)), 0);
     EXPECT_EQ(Next(me_).sender, name);
@@ -34,4 +37,5 @@ class ClientsTest : public testing::Test {
   IpcDir directory_;
   LogCapture log_;
   LinxIpc me_{"Me"};
+  std::vector<std::unique_ptr<RawListener>> listeners_;
 };

@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -31,6 +32,37 @@ TEST_F(FilesTest, MakesTheDirectoryAndTheSocketWithTheirModesAndLeavesWhatIsTher
   ASSERT_EQ(chmod(directory_.Beside("made").c_str(), 0700), 0);
   EXPECT_EQ(LinxIpc("You").Init(), 0);
   EXPECT_EQ(ModeOf(directory_.Beside("made")), 0700U);
+}
+
+// Where others could make endpoints, anybody could be a server.
+TEST_F(FilesTest, ADirectoryThatOthersMayWriteIsRefused) {
+  for (const mode_t mode : {0770U, 0757U, 01777U, 02770U}) {
+    ASSERT_EQ(chmod(IpcDir::File("").c_str(), mode), 0);
+    EXPECT_EQ(LinxIpc("Me").Init(), EPERM) << std::oct << mode;
+    EXPECT_EQ(LinxIpc("Me").InitToAsk(), EPERM) << std::oct << mode;
+  }
+  EXPECT_EQ(log_.Lines(": group or others may write it"), 8);
+}
+
+// Whoever can open it can hold it.
+TEST_F(FilesTest, ALockFileIsTheDirectorysOwnersAlone) {
+  const mode_t before = umask(0);
+  {
+    LinxIpc me("Me");
+    ASSERT_EQ(me.Init(), 0);
+  }
+  umask(before);
+  EXPECT_EQ(ModeOf(IpcDir::File("Me.lock")), 0600U);
+  ASSERT_EQ(chmod(IpcDir::File("Me.lock").c_str(), 0666), 0);
+  EXPECT_EQ(LinxIpc("Me").Init(), 0);
+  EXPECT_EQ(ModeOf(IpcDir::File("Me.lock")), 0600U) << "also one that stands";
+  if (geteuid() != 0) return;
+  constexpr uid_t kOwner = 4242;
+  ASSERT_EQ(chown(IpcDir::File("").c_str(), kOwner, static_cast<gid_t>(-1)), 0);
+  EXPECT_EQ(LinxIpc("Root").Init(), 0);
+  struct stat status {};
+  ASSERT_EQ(stat(IpcDir::File("Root.lock").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, kOwner);
 }
 
 TEST_F(FilesTest, FailuresAreNamedAndLogged) {

@@ -28,7 +28,7 @@ class HostileTest : public testing::Test {
 
 TEST(Hostile, ConnectionsThatDoNotBeginWellAreClosed) {
   const char* noHello = "it did not begin with a hello";
-  const char* noName = "its name is none";
+  const char* noName = "invalid name";
   const struct {
     const char* what;
     std::string packet;
@@ -37,8 +37,8 @@ TEST(Hostile, ConnectionsThatDoNotBeginWellAreClosed) {
       {"one byte", "x", noHello},
       {"a message", Packet(1, "x"), noHello},
       {"too long", Packet(kHello, std::string(5000, 'n')), noHello},
-      {"nothing behind the type", Packet(kHello), "it speaks another version"},
-      {"another version", Packet(kHello, "\x02Name"), "it speaks another version"},
+      {"nothing behind the type", Packet(kHello), "another version of the protocol"},
+      {"another version", Packet(kHello, "\x02Name"), "another version of the protocol"},
       {"no name", HelloPacket(""), noName},
       {"33 bytes", HelloPacket(std::string(33, 'n')), noName},
       {"a path", HelloPacket("../../etc/x"), noName},
@@ -58,7 +58,9 @@ TEST(Hostile, ConnectionsThatDoNotBeginWellAreClosed) {
     ASSERT_EQ(good.Send(Packet(1, "alive")), 0);
     EXPECT_EQ(Next(me).payload, "alive");
     EXPECT_TRUE(hostile.Closed());
-    EXPECT_EQ(log.Lines("Refused a connection of process " + std::to_string(getpid()) + ": " + c.why), 1);
+    EXPECT_EQ(log.Lines("Refused a connection of process " + std::to_string(getpid()) + ", user " +
+                        std::to_string(geteuid()) + ": " + c.why),
+              1);
   }
 }
 
@@ -112,7 +114,7 @@ TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   EXPECT_EQ(Tell(me_, "Server", 1), 0);
   EXPECT_TRUE(named[0].Closed());
   EXPECT_EQ(log_.Lines("Closed a connection of Early, process " + std::to_string(getpid()) +
-                       ", which has most of them"),
+                       ": another one needs its place"),
             1);
   ASSERT_EQ(named[77].Send(Packet(1, "not disturbed")), 0);
   EXPECT_EQ(Next(me_).payload, "not disturbed");

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <set>
 
 #include "support/IpcTest.h"
 
@@ -120,6 +122,38 @@ TEST_F(IpcTest, TenFloodingPeersDelayOthersByOneTurnOfAll) {
   }
 }
 
+// Copies are long work: whoever asks for how many, what others sent meanwhile comes before the next one.
+TEST_F(IpcTest, BetweenTwoCopiesEverybodyElseHasATurn) {
+  constexpr unsigned int kCopy = 13490;
+  constexpr int kCopies = 8;
+  std::vector<RawPeer> askers;
+  for (int i = 0; i < kCopies / 2; ++i) {
+    askers.push_back(RawPeer::To("Me", "Asker" + std::to_string(i)));
+    for (const char* which : {"first", "second"}) ASSERT_EQ(askers.back().Send(Packet(kCopy, which)), 0);
+    ASSERT_EQ(askers.back().Send(Packet(3, "behind them")), 0);
+  }
+  const RawPeer quiet = RawPeer::To("Me", "Quiet");
+  std::vector<std::string> copied;
+  for (int copies = 0; copies < kCopies;) {
+    const Got got = Next(me_);
+    if (got.type != kCopy) continue;
+    ++copies;
+    copied.push_back(got.sender + got.payload);
+    for (int i = 0; i < 3; ++i) ASSERT_EQ(quiet.Send(Packet(2, "meanwhile")), 0);
+    for (int others = 0; others < 3;) {
+      const Got next = Next(me_);
+      ASSERT_NE(next.type, kCopy);
+      if (next.type == 2) ++others;
+    }
+  }
+  EXPECT_EQ(std::set<std::string>(copied.begin(), copied.end()).size(), static_cast<std::size_t>(kCopies));
+  for (int i = 0; i < kCopies / 2; ++i) {
+    const std::string asker = "Asker" + std::to_string(i);
+    EXPECT_LT(std::find(copied.begin(), copied.end(), asker + "first"),
+              std::find(copied.begin(), copied.end(), asker + "second"));
+  }
+}
+
 // During a selective wait the others' messages are kept up to a bound; beyond it the peer itself
 // has to wait. Nothing is lost or changes its place.
 TEST_F(IpcTest, SelectiveWaitPushesBackOnWhoFloods) {
@@ -128,7 +162,7 @@ TEST_F(IpcTest, SelectiveWaitPushesBackOnWhoFloods) {
     const char* awaited;
     int least;  // messages of 1 KB that are taken in
     int most;
-  } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 800, 1500}};
+  } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 2000, 4500}};
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     Flooder flooder("Flooder");

@@ -6,6 +6,8 @@
 
 #include "ipc/IpcMessage.h"
 #include "items/BoolItem.h"
+#include "items/ConfigurationItems.h"
+#include "items/MicStatusResponse.h"
 #include "items/StringItem.h"
 #include "items/SystickItem.h"
 #include "items/UShortItem.h"
@@ -89,15 +91,33 @@ TEST(Item, ReadsWhatNoItemWrites) {
   Fill(message, "\x80");
   EXPECT_TRUE(flag.DecodeMsg(message));
   EXPECT_TRUE(flag.Value());
-  for (const char* length : {"01 00", "7f ff", "80 00", "ff ff"}) {  // read as the longest
+  for (const char* length : {"10 00", "7f ff", "80 00", "ff ff"}) {  // more than any payload has
     StringItem text("old");
-    Fill(message, FromHex(length) + std::string(254, 'y'));
-    EXPECT_FALSE(text.DecodeMsg(message)) << length;
-    EXPECT_EQ(text.Decode(message.DataPtr()), message.DataPtr() + 257) << "out of the slack";
     Fill(message, FromHex(length) + std::string(IpcMessage::kMaxPayload - 2, 'y'));
-    EXPECT_TRUE(text.DecodeMsg(message)) << length;
+    EXPECT_FALSE(text.DecodeMsg(message)) << length;
+    EXPECT_EQ(text.Value(), "old");
+    EXPECT_LE(text.Decode(message.DataPtr()), message.DataPtr() + message.Size() + IpcMessage::kSlack);
     EXPECT_EQ(text.Value(), std::string(255, 'y'));
   }
+}
+
+// The first part of what is too long is kept, all of it is skipped, and the next field is right.
+TEST(Item, WhatIsTooLongIsSkippedWhole) {
+  IpcMessage message;
+  VehicleInfo vehicle;
+  Fill(message, FromHex("01 2c") + std::string(300, 'u') + FromHex("00 03") + "KV1");
+  EXPECT_TRUE(vehicle.DecodeMsg(message));
+  EXPECT_EQ(vehicle.unitId.View(), std::string(255, 'u'));
+  EXPECT_EQ(vehicle.licensePlate.View(), "KV1");
+  MicStatusResponse microphones;
+  std::string entries;
+  for (int i = 0; i < 33; ++i) entries += FromHex("00000002 01 00");
+  Fill(message, FromHex("00 21") + entries + FromHex("0000002a"));
+  EXPECT_TRUE(microphones.DecodeMsg(message));
+  EXPECT_EQ(microphones.end() - microphones.begin(), 32);
+  EXPECT_EQ(microphones.tick, 42U);
+  Fill(message, FromHex("00 21") + entries + FromHex("00002a"));
+  EXPECT_FALSE(microphones.DecodeMsg(message)) << "one byte is missing";
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include "Car.h"
 
+#include <algorithm>
+
+#include "support/RawPeer.h"
 #include "system/Servers.h"
 
 namespace {
@@ -65,10 +68,46 @@ int Car::Quit() {
   return End();
 }
 
+std::string ServerOf(unsigned int notice) {
+  for (const ServerRow& server : servers::kAll) {
+    const bool sends =
+        std::any_of(server.items.begin(), server.items.end(),
+                    [notice](const ServedItem& item) { return item.notificationId == notice; });
+    if (sends) return server.name;
+  }
+  return "";
+}
+
+void Car::Say(unsigned int type, const std::string& payload, bool wait) {
+  const std::string server = ServerOf(type);
+  if (server.empty() || server == "StateMgr" || server == "ExternalMgr") {
+    Peer& sender = server == "ExternalMgr" ? externalMgr : stateMgr;
+    sender.Send(type, payload);
+    if (wait) {
+      EXPECT_EQ(sender.Ask(kPing, "", kPong), "");
+    }
+    return;
+  }
+  stateMgr.Send(wait ? kForwardAndTell : kForward, ToHex(U32(type)) + payload, server);
+  if (wait) {
+    EXPECT_EQ(stateMgr.Await(kForwarded, server), "");
+  }
+}
+
+Lines Car::LogAfter(unsigned int type, const std::string& payload) {
+  return LinesCausedBy([&] { Say(type, payload); });
+}
+
 Lines Car::LogAfter(Peer& sender, unsigned int type, const std::string& payload) {
+  return LinesCausedBy([&] {
+    sender.Send(type, payload);
+    EXPECT_EQ(sender.Ask(kPing, "", kPong), "");
+  });
+}
+
+Lines Car::LinesCausedBy(const std::function<void()>& act) {
   const std::size_t before = Log().size();
-  sender.Send(type, payload);
-  EXPECT_EQ(sender.Ask(kPing, "", kPong), "");
+  act();
   Lines lines = Log();
   lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
   std::erase(lines, "64 MetadataMgr: Ping Handler");

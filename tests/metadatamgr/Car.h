@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -26,6 +27,9 @@ constexpr unsigned int kSettings = 13496, kInputs = 13497, kGps = 13504, kRecord
 constexpr unsigned int kRecordStop = 13506, kEnterCovert = 13507, kExitCovert = 13508, kRadar = 13510;
 constexpr unsigned int kMics = 13511, kCrash = 13512, kCameras = 13513, kQuality = 13514;
 constexpr unsigned int kTemperatures = 13515, kLiveStream0 = 18952;
+
+// The server that sends a notice; empty for a message of another kind.
+std::string ServerOf(unsigned int notice);
 
 // The payload of a request for a copy.
 inline std::string CopyRequest(std::string destination, const std::string& range = "00000000 ffffffff") {
@@ -53,13 +57,17 @@ class Car : public Recorder {
   // The state manager lets it quit: its end, before which it has closed its recording.
   int Quit();
 
+  // Sends a message to the process; a notice comes from the server that it belongs to. With `wait` the
+  // process has handled it afterwards.
+  void Say(unsigned int type, const std::string& payload = "", bool wait = true);
+
   // Sends a message and a ping; the lines that the message caused.
   Lines LogAfter(Peer& sender, unsigned int type, const std::string& payload = "");
-  Lines LogAfter(unsigned int type, const std::string& payload = "") {
-    return LogAfter(stateMgr, type, payload);
-  }
+  Lines LogAfter(unsigned int type, const std::string& payload = "");
   // False when it does not answer.
   bool Answers() { return stateMgr.Ask(kPing, "", kPong).empty(); }
+
+  Lines LinesCausedBy(const std::function<void()>& act);
 
   Peer stateMgr{"StateMgr"};
   Peer externalMgr{"ExternalMgr"};

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,7 @@
 #include "support/Eventually.h"
 #include "support/Hex.h"
 #include "support/LogText.h"
+#include "system/BigEndian.h"
 #include "system/Servers.h"
 
 namespace {
@@ -100,6 +102,27 @@ void Lead(LinxIpc& ipc) {
   ipc.RegisterHandler(kSubscribed, subscribed, nullptr);
 }
 
+// Forwards a message that the test wrapped: a message of a server can only come from itself. Says so once the
+// process has handled it.
+void Forward(LinxIpc* ipc, void* /*context*/) {
+  IpcMessage& wrapped = ipc->CurrentMessage();
+  const std::string sender = wrapped.GetSender();
+  const bool waits = wrapped.MsgType() == kForwardAndTell;
+  IpcMessage message;
+  (void)message.Allocate(GetU32(wrapped.DataPtr()), static_cast<unsigned int>(wrapped.Size() - 4),
+                         reinterpret_cast<char*>(wrapped.DataPtr() + 4));
+  while (ipc->Notify("MetadataMgr", message, true) == EAGAIN) {
+  }
+  if (!waits) return;
+  constexpr unsigned int kPing = 13488;
+  (void)message.Allocate(kPing, 0, nullptr);
+  while (ipc->Notify("MetadataMgr", message, true) == EAGAIN) {
+  }
+  (void)ipc->Receive(20000, kPing + 1, "MetadataMgr", &message);
+  (void)message.Allocate(kForwarded, 0, nullptr);
+  (void)ipc->Notify(sender, message, true);
+}
+
 // The pipes' ends of a server.
 struct Ends {
   int asked;
@@ -112,6 +135,8 @@ int Serve(const std::string& name, const Behaviour& behaviour, Ends ends) {
   if (ipc.Init() != 0 || write(ends.reached, "", 1) != 1) return 1;
   if (name == "StateMgr") Lead(ipc);
   const FakeServer server(ipc, name, behaviour, ends.asked);
+  ipc.RegisterHandler(kForward, Forward, nullptr);
+  ipc.RegisterHandler(kForwardAndTell, Forward, nullptr);
   for (;;) (void)ipc.Receive(-1, 0, LinxIpc::emptyString, nullptr);
 }
 

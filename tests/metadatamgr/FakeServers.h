@@ -6,6 +6,10 @@
 
 #include "support/Child.h"
 
+// Has a server send a message to the process: its type, 32 bits, and its payload. The second is answered with
+// the third when the process has handled the message.
+constexpr unsigned int kForward = 60000, kForwardAndTell = 60001, kForwarded = 60002;
+
 // How a server reacts when it is asked for one of its items.
 enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };
 

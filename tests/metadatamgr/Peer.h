@@ -17,18 +17,18 @@ class Peer {
     EXPECT_EQ(ipc_->Init(), 0);
   }
 
-  // Sends to MetadataMgr, as soon as it is there and takes it.
-  void Send(unsigned int type, const std::string& payload = "") {
+  // Sends, as soon as the other one is there and takes it.
+  void Send(unsigned int type, const std::string& payload = "", const std::string& to = "MetadataMgr") {
     std::string bytes = FromHex(payload);
     IpcMessage message;
     ASSERT_EQ(message.Allocate(type, static_cast<unsigned int>(bytes.size()), bytes.data()), 0);
-    ASSERT_TRUE(Eventually([&] { return ipc_->Notify("MetadataMgr", message, true) == 0; })) << type;
+    ASSERT_TRUE(Eventually([&] { return ipc_->Notify(to, message, true) == 0; })) << type;
   }
 
   // The payload of the next message of this type; "nothing" when none comes.
-  std::string Await(unsigned int type) {
+  std::string Await(unsigned int type, const std::string& from = "MetadataMgr") {
     IpcMessage message;
-    if (ipc_->Receive(20000, type, "MetadataMgr", &message) != 0) return "nothing";
+    if (ipc_->Receive(20000, type, from, &message) != 0) return "nothing";
     return ToHex(std::string(message.DataPtr(), message.DataPtr() + message.Size()));
   }
   std::string Ask(unsigned int type, const std::string& payload, unsigned int answer) {

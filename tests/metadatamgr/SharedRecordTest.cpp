@@ -24,8 +24,7 @@ class SharedRecordTest : public testing::Test {
   std::string RecordAfter(unsigned int type, const std::string& payload) {
     std::fill_n(record_ + 2, 86, static_cast<unsigned char>(0xEE));
     const std::uint32_t changes = Counter();
-    car_.stateMgr.Send(type, payload);
-    EXPECT_TRUE(car_.Answers());
+    car_.Say(type, payload);
     EXPECT_EQ(Counter(), changes + 2);  // odd in between
     return ReadWhole(record_).value_or("torn");
   }
@@ -61,7 +60,7 @@ TEST_F(SharedRecordTest, IsNeverATornCopyOfTwoReadings) {
   int seen[2] = {};
   for (int i = 0; i < 2000 || seen[0] == 0 || seen[1] == 0; ++i) {
     ASSERT_LT(i, 200'000) << "the process has had its turn by then";
-    car_.stateMgr.Send(kGps, readings[i % 2]);
+    car_.Say(kGps, readings[i % 2], false);
     for (int look = 0; look < 50; ++look) {
       const auto copy = ReadWhole(record_);
       if (!copy) continue;

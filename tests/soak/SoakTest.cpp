@@ -91,6 +91,7 @@ class Week : public Car {
       Notify(13513, Ticked<VideoMgrCameraItem>());
     }
     if (second % 60 == 30) Remark(second);
+    Settle();
     Catch();
   }
 
@@ -99,6 +100,7 @@ class Week : public Car {
     constexpr std::pair<const char*, unsigned int> kServers[] = {
         {"GpsHal", e_Process_GpsHal}, {"ConfigMgr", e_Process_ConfigMgr}, {"VideoMgr", e_Process_VideoMgr}};
     const auto& [server, process] = kServers[number % 3];
+    servers_.erase(server);
     servers->Kill(server);
     (void)servers->Asked();
     servers->Start(server);
@@ -229,13 +231,22 @@ class Week : public Car {
   void Notify(unsigned int type, const Item& item) {
     std::string bytes(item.Size(), '\0');
     (void)item.Encode(reinterpret_cast<unsigned char*>(bytes.data()));
-    Tell(Packet(type, bytes));
+    const std::string server = ServerOf(type);
+    Put(servers_[server], server, Packet(kForward, U32(type) + bytes));
   }
-  void Tell(const std::string& packet) {
-    if (!source_.Connected()) source_ = RawPeer::To("MetadataMgr", "Source");
+  void Tell(const std::string& packet) { Put(source_, "MetadataMgr", packet); }
+  static void Put(RawPeer& peer, const std::string& name, const std::string& packet) {
+    if (!peer.Connected()) peer = RawPeer::To(name, "Source");
     int error = 0;
-    ASSERT_TRUE(Eventually([&] { return (error = source_.Send(packet)) != EAGAIN; }));
+    ASSERT_TRUE(Eventually([&] { return (error = peer.Send(packet)) != EAGAIN; }));
     ASSERT_EQ(error, 0);
+  }
+  // Until the process has handled all that was sent through the servers.
+  void Settle() {
+    for (auto& [name, server] : servers_) {
+      Put(server, name, Packet(kForwardAndTell, U32(kPing)));
+      ASSERT_EQ(server.Receive(), Packet(kForwarded));
+    }
   }
 
   struct {
@@ -243,6 +254,7 @@ class Week : public Car {
     std::int64_t bookmarks = 0;
   } sent_;
   RawPeer source_;
+  std::map<std::string, RawPeer> servers_;
   DrivenClock* clock_ = nullptr;
 };
 

@@ -13,6 +13,7 @@ class IpcDir {
   IpcDir() {
     Use(directory_.Path("ipc"));
     std::filesystem::create_directory(directory_.Path("ipc"));
+    std::filesystem::permissions(directory_.Path("ipc"), std::filesystem::perms(0755));  // whatever the umask
   }
   ~IpcDir() { unsetenv("LINX_IPC_DIR"); }
   IpcDir(const IpcDir&) = delete;

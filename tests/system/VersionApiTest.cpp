@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,6 +40,15 @@ TEST(VersionApi, LinesAreNameAndVersion) {
                        directory.Write("b", "B=2")}),
             "A>1|B>2|")
       << "appended";
+}
+
+// The environment is read when the versions are.
+TEST(VersionApi, TheSystemsFileMayBeAnother) {
+  const TempDir directory;
+  setenv("VERSION_FILE", directory.Write("versions", "BUILD=7").c_str(), 1);
+  EXPECT_EQ(EntriesOf({VersionApi::versionFile}), "BUILD>7|");
+  EXPECT_EQ(EntriesOf({directory.Path("other")}), "");
+  unsetenv("VERSION_FILE");
 }
 
 TEST(VersionApi, ReadsWholeLinesOfTheFirst64KiB) {

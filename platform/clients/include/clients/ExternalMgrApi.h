@@ -20,4 +20,8 @@ class ExternalMgrApi : public SubscribeClient {
   // True when live streaming is forced to high quality system-wide: the environment variable
   // LVS_FORCE_HQ exists. It is looked up once.
   static bool InLvsForceHqStreaming();
+
+ protected:
+  bool UsesValue() const override { return false; }
+  std::unique_ptr<Item> ScratchItem(const Item& item) const override;
 };

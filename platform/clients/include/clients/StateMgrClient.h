@@ -3,7 +3,7 @@
 #include "clients/ServerClients.h"
 
 // Client of the state manager's events. Each is an item of its own that carries the tick of the
-// event as a SystickItem; the value at subscription is not looked at.
+// event as a SystickItem; the value at subscription is not used.
 class StateMgrClient : public ServerClient<e_Process_StateMgr> {
  public:
   static constexpr unsigned int kRecordStart = servers::ItemId(MetadataMgrNotice_RecordStart);
@@ -18,6 +18,9 @@ class StateMgrClient : public ServerClient<e_Process_StateMgr> {
   bool SubscribeForRecordStop(unsigned int notificationId, LinxIpc::Handler handler, void* context);
   bool SubscribeForEnterCovertMode(unsigned int notificationId, LinxIpc::Handler handler, void* context);
   bool SubscribeForExitCovertMode(unsigned int notificationId, LinxIpc::Handler handler, void* context);
+
+ protected:
+  bool UsesValue() const override { return false; }
 
  private:
   bool SubscribeFor(unsigned int event, unsigned int notificationId, LinxIpc::Handler handler, void* context);

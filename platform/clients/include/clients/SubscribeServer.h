@@ -30,16 +30,17 @@ class SubscribeServer {
   virtual void NotifySubscribers(unsigned int itemId, Item& item);
 
   // Called when a process asks for the current value of an item: allocates `reply` with
-  // `messageType` and encodes the value into it. A reply that is left as it is refuses the
+  // `messageType` and encodes the value into it. Leaving the reply as it is refuses the
   // request.
   virtual void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType) = 0;
 
   virtual ~SubscribeServer();
 
-  // Notices that subscribers were too slow for.
+  // Notices that were lost because their subscriber was too slow.
   std::uint64_t LostNotices() const { return lostNotices_; }
   std::size_t Subscriptions() const { return subscriptions_.size(); }
-  // Bytes that wait for the subscriber that is slowest; who must not lose any sends when there are few.
+  // Bytes that wait for the slowest subscriber. A server whose notices must not be lost waits until there
+  // are few.
   std::size_t WaitingBytes() const;
 
  private:
@@ -47,7 +48,7 @@ class SubscribeServer {
     std::string subscriber;
     unsigned int itemId;
     unsigned int notificationId;
-    unsigned int lost;  // notices, not yet said in the log
+    unsigned int lost;  // notices that no log line has told yet
 
     bool operator==(const Subscription& other) const {
       return subscriber == other.subscriber && itemId == other.itemId &&

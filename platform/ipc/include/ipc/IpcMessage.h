@@ -4,15 +4,20 @@
 #include <memory>
 #include <string>
 
+namespace ipc {
+class Connection;
+class Endpoint;
+}  // namespace ipc
+
 // A message: a type, a payload of 0 to kMaxPayload bytes, and the name of its sender.
 //
-// Its buffer is allocated once and kept. Behind the payload stand at least kSlack zero bytes, so
-// that an item may be decoded from a payload that is shorter than the item without reading
-// anything that is not there.
+// Its buffer is allocated once and kept. At least kSlack zero bytes follow the payload, so that an item can
+// be decoded from a payload that is too short for it without reading beyond the buffer.
 class IpcMessage {
  public:
   static constexpr std::size_t kMaxPayload = 4096;
-  static constexpr std::size_t kSlack = 2048;  // no item's encoding is longer
+  static constexpr std::size_t kMaxItem = 2048;                  // no item's encoding is longer
+  static constexpr std::size_t kSlack = kMaxPayload + kMaxItem;  // see Item::Decode
 
   // Type 0, no payload, no sender.
   IpcMessage();
@@ -37,16 +42,16 @@ class IpcMessage {
   int Allocate(unsigned int type, unsigned int size, char* data);
 
  private:
-  friend class Connection;
-  friend class Endpoint;
+  friend class ipc::Connection;
+  friend class ipc::Endpoint;
 
-  // What stands before the payload in a packet is received along with it, in one piece.
+  // A packet is received in one piece: its header stands before the payload.
   static constexpr std::size_t kHeaderRoom = 4;
 
   unsigned char* Payload() const { return buffer_.get() + kHeaderRoom; }
 
-  // Takes over `size` bytes that were written into the payload; zeroes what a longer one left
-  // behind them.
+  // Makes the `size` bytes that were written into the payload the message's own, and zeroes the rest of a
+  // longer one.
   void Received(unsigned int type, std::size_t size);
   // Exchanges everything but the senders.
   void SwapContent(IpcMessage& other) noexcept;

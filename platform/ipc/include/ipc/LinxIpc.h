@@ -6,11 +6,20 @@
 #include "ipc/IpcMessage.h"
 #include "system/Messages.h"
 
+class LinxIpc;
+
+namespace ipc {
 class Endpoint;
+Endpoint& EndpointOf(LinxIpc& ipc);
+}  // namespace ipc
 
 // The IPC endpoint of a process: a name in the endpoint directory under which others reach it,
 // and everything it receives. Directory: the environment variable LINX_IPC_DIR, else /run/linx;
-// created with mode 2750 where it does not exist. Owner, group and root may connect.
+// created with mode 2750 where it does not exist.
+//
+// The directory's owner and root are the system; other members of its group may connect, but only ask: of
+// their messages those that could steer this process or be recorded are dropped before any handler, and the
+// names of the system's processes are refused to them.
 //
 // One thread: handlers run inside Receive. No operation waits for a peer longer than stated.
 // Results are errno values, 0 for success.
@@ -20,7 +29,7 @@ class LinxIpc {
 
   static const std::string emptyString;
 
-  // Message types that the endpoint itself knows. Every peer may ask for a shutdown; a
+  // Message types that the endpoint itself knows. Every process of the system may ask for a shutdown; a
   // process-died notice counts only when the state manager sent it.
   static constexpr unsigned int kProcessDiedNotice = StateMgrProcessMsg_Died;  // payload: 32-bit e_Process
   static constexpr unsigned int kShutdownNotice = StateMgrProcessMsg_Quit;     // no payload
@@ -31,10 +40,14 @@ class LinxIpc {
   LinxIpc(const LinxIpc&) = delete;
   LinxIpc& operator=(const LinxIpc&) = delete;
 
-  // Opens the endpoint. EINVAL: the name is not a name; EADDRINUSE: another process holds it;
-  // ENAMETOOLONG: the directory's path is too long; or what the system said. A socket that a
-  // killed process left behind is replaced. Failures are logged with mask 1.
+  // Opens the endpoint. EINVAL: invalid name; EADDRINUSE: another process holds it; ENAMETOOLONG: the
+  // directory's path is too long; EPERM: the directory's group or others may write it; or another errno
+  // value of the system. A socket that a killed process left behind is replaced. Failures are logged with
+  // mask 1.
   int Init();
+
+  // The same for a process that only asks: it makes nothing in the directory and nobody can connect to it.
+  int InitToAsk();
 
   // Waits for one message, at most `timeoutMs` (-1: for ever).
   //
@@ -44,17 +57,17 @@ class LinxIpc {
   // stays queued in order for later. `type` 0 and the empty `sender` match any.
   //
   // Returns 0, ETIMEDOUT, EINVAL before Init, or ESHUTDOWN: a shutdown was asked for, by a notice
-  // or, while a shutdown handler is registered, by SIGTERM or SIGINT. The receive that meets it
+  // or, once a shutdown handler was registered, by SIGTERM or SIGINT. The receive that meets it
   // calls the shutdown handler, leaves a current message of type kShutdownNotice without payload,
   // and returns ESHUTDOWN, as does every later one, also where it delivers a message. A selective
-  // wait leaves it queued.
+  // wait leaves the notice queued, and ends with ESHUTDOWN as long as one is queued and no match has come.
   int Receive(int timeoutMs, unsigned int type, const std::string& sender, IpcMessage* message);
 
-  // Sends `message`, which stays unchanged, to the endpoint of that name, over the connection
-  // that is there or a new one. With `wait` a peer whose socket is full is given up to 10 ms, but
-  // none as long as it has not taken anything since it last used them up. ENOENT or ECONNREFUSED:
-  // there is no such endpoint; EAGAIN: the peer is full, the message was not sent; EINVAL: not a
-  // name, the endpoint's own, or before Init.
+  // Sends `message`, which stays unchanged, to the endpoint of that name, over a connection that
+  // stands or a new one. With `wait` a peer whose socket is full gets up to 10 ms, and no further time
+  // until it has taken something again. ENOENT or ECONNREFUSED: there is no such endpoint; EACCES: the
+  // process that listens there does not belong to the system; EAGAIN: the peer is full, the message was not
+  // sent; EINVAL: invalid name, the endpoint's own, or before Init.
   int Notify(const std::string& destination, IpcMessage& message, bool wait);
 
   // The message last received without a `message` of the caller's, or what a handler made of it
@@ -66,16 +79,16 @@ class LinxIpc {
   void RegisterHandler(unsigned int type, Handler handler, void* context);
   void DeregisterHandler(unsigned int type);
 
-  // SIGTERM and SIGINT count as shutdown notices while a shutdown handler is registered; at other
-  // times they do what they did before.
+  // From the first registration to the end of the process SIGTERM and SIGINT are caught and count as
+  // shutdown notices.
   void RegisterShutdown(Handler handler, void* context);
   void DeregisterShutdown();
 
-  // Handler of the state manager's notice that a process died. A connection that closes is none.
+  // Handler of the state manager's notice that a process died. A closing connection is no such notice.
   void RegisterProcessDied(Handler handler, void* context);
   void DeregisterProcessDied();
 
  private:
-  friend Endpoint& EndpointOf(LinxIpc& ipc);
-  std::unique_ptr<Endpoint> endpoint_;
+  friend ipc::Endpoint& ipc::EndpointOf(LinxIpc& ipc);
+  std::unique_ptr<ipc::Endpoint> endpoint_;
 };

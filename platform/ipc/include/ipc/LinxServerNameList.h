@@ -10,4 +10,7 @@ class LinxServerNameList {
   // The endpoint name of the process with this number (e_Process); empty when the recorder knows
   // none.
   const std::string& Name(unsigned int process) const;
+
+  // Whether a process of the table has that endpoint name.
+  bool Has(const std::string& name) const;
 };

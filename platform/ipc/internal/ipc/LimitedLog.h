@@ -1,18 +1,21 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <utility>
 
 #include "log/LogLine.h"
+#include "os/MonotonicClock.h"
 
-// Lines of one kind that peers can cause at will: at most one a second is written. Those held back
-// are counted, and the next line says how many.
+namespace ipc {
+
+// Lines of one kind that peers can cause at will: at most one a second is written. The others
+// are counted, and the next line tells how many.
 class LimitedLog {
  public:
   LimitedLog(const LogSource& source, LogAt at) : source_(source), at_(at) {}
 
   // Whether a line would be written now.
-  bool Due() const { return Clock::now() >= next_; }
+  bool Due() const { return os::MonotonicMs() >= nextMs_; }
 
   template <typename... Parts>
   void operator()(const Parts&... parts) {
@@ -20,7 +23,7 @@ class LimitedLog {
       ++heldBack_;
       return;
     }
-    next_ = Clock::now() + std::chrono::seconds(1);
+    nextMs_ = os::MonotonicMs() + 1000;
     const unsigned int heldBack = std::exchange(heldBack_, 0U);
     if (heldBack == 0) {
       source_(at_, parts...);
@@ -30,10 +33,10 @@ class LimitedLog {
   }
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   const LogSource& source_;
   const LogAt at_;
-  Clock::time_point next_;
+  std::int64_t nextMs_ = 0;
   unsigned int heldBack_ = 0;
 };
+
+}  // namespace ipc

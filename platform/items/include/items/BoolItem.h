@@ -13,6 +13,7 @@ class BoolItem : public Item {
   unsigned int Size() const override { return 1; }
   unsigned char* Encode(unsigned char* p) const override;
   unsigned char* Decode(unsigned char* p) override;
+  std::unique_ptr<Item> New() const override { return std::make_unique<BoolItem>(); }
 
  private:
   bool value_;

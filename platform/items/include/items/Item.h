@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include "ipc/IpcMessage.h"
 
@@ -11,15 +12,16 @@ class Item {
   Item() = default;
   virtual ~Item() = default;
 
-  // Bytes that Encode writes; at most IpcMessage::kSlack.
+  // Bytes that Encode writes; at most IpcMessage::kMaxItem.
   virtual unsigned int Size() const = 0;
 
   // Writes the item at `p`, where Size() bytes are free; returns the byte behind it.
   virtual unsigned char* Encode(unsigned char* p) const = 0;
 
-  // Reads the item at `p` and returns the byte behind it. It does not know where the payload ends:
-  // what it reads from must be followed by IpcMessage::kSlack zero bytes, as every received message
-  // is. Lengths and counts are cut to their stated maximum.
+  // Reads the item at `p` and returns the byte behind it. It does not know where the payload ends, so
+  // IpcMessage::kSlack zero bytes must follow the payload, as in every message. A text or list that is longer
+  // than its stated maximum is cut to it and skipped whole, so that the fields behind it are right; no skip
+  // is longer than a payload, so that Decode stays within these zero bytes.
   virtual unsigned char* Decode(unsigned char* p) = 0;
 
   // Decode for the payload of a message: all or nothing. A payload that ends before the item does
@@ -30,12 +32,19 @@ class Item {
   // The same for `size` bytes of a message's payload that begin at `p`.
   bool DecodeBytes(unsigned char* p, std::size_t size);
 
+  // Whether the `size` bytes at `p` of a message's payload hold the whole item. Leaves the item with any
+  // value.
+  bool Holds(unsigned char* p, std::size_t size);
+
+  // A new item of the same class with its initial value; null where the class does not offer it.
+  virtual std::unique_ptr<Item> New() const { return nullptr; }
+
   // Writes the item into the payload of a message that was allocated with Size() bytes or more;
   // false, and nothing written, when it has fewer.
   bool EncodeMsg(IpcMessage& message) const;
 
  protected:
-  // Whether the size is the same whatever the item holds: an item that fits is known before decoding.
+  // Whether the size is the same whatever the item holds. Then it is known before decoding whether one fits.
   virtual bool HasFixedSize() const { return false; }
 
   Item(const Item&) = default;

@@ -8,7 +8,7 @@
 // Which wireless microphones are there and active: a count in 16 bits, the entries, the tick.
 class MicStatusResponse : public Item {
  public:
-  static constexpr std::size_t kMaxEntries = 32;  // a higher count is read as this one
+  static constexpr std::size_t kMaxEntries = 32;  // of more entries the first are kept
 
   struct Entry {
     e_MicrophonePosition mic{};
@@ -21,6 +21,7 @@ class MicStatusResponse : public Item {
   unsigned int Size() const override;
   unsigned char* Encode(unsigned char* p) const override;
   unsigned char* Decode(unsigned char* p) override;
+  std::unique_ptr<Item> New() const override { return std::make_unique<MicStatusResponse>(); }
 
   // Entries beyond kMaxEntries are not taken.
   void Add(const Entry& entry);

@@ -148,6 +148,7 @@ class RecordItem : public Item {
   unsigned char* Decode(unsigned char* p) override {
     return p + (field::DecodeFields(static_cast<Derived&>(*this), p) - p);
   }
+  std::unique_ptr<Item> New() const override { return std::make_unique<Derived>(); }
 
  protected:
   bool HasFixedSize() const override { return field::HasFixedFields<Derived>(); }

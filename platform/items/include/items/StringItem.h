@@ -17,8 +17,9 @@ class StringItem : public Item {
 
   unsigned int Size() const override { return 2 + static_cast<unsigned int>(text_.size()); }
   unsigned char* Encode(unsigned char* p) const override;
-  // A length above kMaxLength is read as kMaxLength.
+  // Of a longer text the first kMaxLength bytes are kept; it is skipped whole.
   unsigned char* Decode(unsigned char* p) override;
+  std::unique_ptr<Item> New() const override { return std::make_unique<StringItem>(); }
 
  private:
   std::string text_;

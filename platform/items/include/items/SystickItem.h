@@ -13,6 +13,7 @@ class SystickItem : public Item {
   unsigned int Size() const override { return 4; }
   unsigned char* Encode(unsigned char* p) const override;
   unsigned char* Decode(unsigned char* p) override;
+  std::unique_ptr<Item> New() const override { return std::make_unique<SystickItem>(); }
 
  private:
   unsigned int tick_;

@@ -15,6 +15,7 @@ class UShortItem : public Item {
   unsigned int Size() const override { return 2; }
   unsigned char* Encode(unsigned char* p) const override;
   unsigned char* Decode(unsigned char* p) override;
+  std::unique_ptr<Item> New() const override { return std::make_unique<UShortItem>(); }
 
  private:
   std::uint16_t value_;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "log/LogClient.h"
 #include "log/SysLogMsg.h"
 
@@ -17,8 +19,10 @@ enum e_LogMask : unsigned int {
 // A mask together with the source line of the call it is written in.
 struct LogAt {
   // NOLINTNEXTLINE(google-explicit-constructor): implicit, so that it is made in the line of the call
-  LogAt(e_LogMask m, unsigned int l = __builtin_LINE()) : mask(m), line(l) {}
+  LogAt(e_LogMask m, const char* f = __builtin_FILE(), unsigned int l = __builtin_LINE())
+      : mask(m), file(f), line(l) {}
   e_LogMask mask;
+  const char* file;
   unsigned int line;
 };
 
@@ -32,7 +36,7 @@ inline SysLogMsg& operator<<(SysLogMsg& line, LogHex hex) {
 
 // Writes lines of the form "NAME:LINE TEXT". The name is the one that the system states for a
 // group of sources, which need not be the name of the file. Nothing is formatted when the level
-// does not contain the mask, or the same call has written too many (LogClient::Admits).
+// does not contain the mask, or the statement has written too many (LogClient::Admits).
 //
 //   constexpr LogSource log{"MetadataMgr"};
 //   log(kLogInfo, "Exiting ", status);
@@ -43,12 +47,19 @@ class LogSource {
   template <typename... Parts>
   void operator()(LogAt at, const Parts&... parts) const {
     LogClient& client = LogClient::Instance();
-    if ((client.Level() & at.mask) == 0 || !client.Admits(at.mask, name_, at.line)) return;
+    if ((client.Level() & at.mask) == 0 || !client.Admits(at.mask, {at.file, at.line, SubjectOf(parts...)}))
+      return;
     SysLogMsg line = LogMsg::Log(at.mask, client.ProcessName());
     line << name_ << ":" << at.line << " ";
     (void)(line << ... << parts);
   }
 
  private:
+  template <typename First, typename... Rest>
+  static const char* SubjectOf(const First& first, const Rest&... /*rest*/) {
+    if constexpr (std::is_convertible_v<First, const char*>) return first;
+    return nullptr;
+  }
+
   const char* name_;
 };

@@ -5,7 +5,7 @@
 
 #include "sharedmem/MetadataSharedMem.h"
 
-// The shared record for those who only look at it: it is neither created nor changed.
+// The shared record for readers: it is neither created nor changed.
 class MetadataSharedMemReader {
  public:
   using Fields = std::array<unsigned char, MetadataSharedMem::kChangeCounterOffset>;
@@ -18,7 +18,7 @@ class MetadataSharedMemReader {
   // 0, or an errno value: ENOENT there is no record, EINVAL it is too short.
   int Attach();
 
-  // A copy of the fields in which no writer was at work. False where that cannot be had: not attached,
+  // Copies the fields while no writer is at work. False when that is not possible: not attached,
   // or a writer was killed at work.
   bool Read(Fields& fields) const;
 

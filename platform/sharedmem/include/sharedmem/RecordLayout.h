@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// The fields of the shared record: where each begins and how many bits it has. All are big-endian. Those of the
-// GPS and the radar repeat the fields of GpsStatusItem and RadarItem, in the same units.
+// The fields of the shared record: where each begins and how many bits it has. All are big-endian. Those of
+// the GPS and the radar repeat the fields of GpsStatusItem and RadarItem, in the same units.
 namespace sharedrecord {
 
 struct Place {

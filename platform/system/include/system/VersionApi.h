@@ -21,12 +21,13 @@ class VersionEntry {
 
 class VersionApi {
  public:
-  // The system's version file: the environment variable VERSION_FILE, else /etc/korvane/versions.
+  // The system's version file, /etc/korvane/versions.
   static const std::string versionFile;
 
-  // Appends the entries of `file` in its order. A line is a name, "=" or white space, and the
+  // Appends the entries of `file` in its order; with `versionFile` those of the file that the environment
+  // variable VERSION_FILE names, where it is set and not empty. A line is a name, "=" or white space, and the
   // version, which is the rest of the line; lines that begin with "#" and lines without a name or
-  // a version are passed over. A file that cannot be read gives nothing; at most 64 KiB of it are
-  // read, a line cut by that bound is passed over.
+  // a version are skipped. A file that cannot be read gives nothing; at most 64 KiB of it are
+  // read, and a line cut by that bound is skipped.
   static void GetAllVersions(std::vector<VersionEntry>& entries, const std::string& file);
 };

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <sys/un.h>
-
 #include <cstdint>
+#include <memory>
 
 #include "system/Process.h"
 
-// The system watchdog, spoken to through the service manager's notification socket (the
-// environment variable NOTIFY_SOCKET, read at Subscribe: an absolute path, or "@" and an abstract
-// name; missing or empty where nobody listens, every operation does nothing then). No operation
-// blocks; a notice that the socket cannot take at once is lost, which a later pet mends.
+// The system watchdog, reached through the service manager's notification socket. The environment variable
+// NOTIFY_SOCKET names it, read at Subscribe: an absolute path, or "@" and an abstract name. Where the
+// variable is missing or empty nobody listens, and every operation does nothing. No operation blocks; a
+// notice that the socket cannot take at once is lost, and a later pet makes up for it.
 class Watchdog {
  public:
   Watchdog(e_Process process, e_ThreadIds thread);
@@ -30,12 +29,12 @@ class Watchdog {
   void Unsubscribe();
 
  private:
+  struct Listener;
+
   bool Say(const char* text);
 
   std::int64_t periodMs_ = 0;  // 0: not subscribed
   std::int64_t nextPetMs_ = 0;
   bool readySaid_ = false;
-  int fd_ = -1;
-  sockaddr_un address_{};
-  unsigned int addressSize_ = 0;  // 0: nobody listens
+  std::unique_ptr<Listener> listener_;  // null: nobody listens
 };

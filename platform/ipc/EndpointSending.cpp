@@ -1,0 +1,126 @@
+#include <utility>
+
+#include "Endpoint.h"
+#include "Wire.h"
+
+// Connections that are made from here, and sending.
+
+namespace ipc {
+
+// Only the directory's owner and root can make an endpoint in it; a listening socket that was handed to
+// somebody else is not connected to.
+Connection* Endpoint::AddServer(os::Descriptor fd, const std::string& name, os::Errno& error) {
+  const Connection::Peer peer = PeerOf(fd);
+  if (!peer.isSystem) {
+    refused_("Did not connect to ", name, ": user ", peer.process.user, " listens there");
+    error = EACCES;
+    return nullptr;
+  }
+  if (!MakeRoom(true)) {
+    error = EMFILE;
+    return nullptr;
+  }
+  Connection* connection = connections_.Add(std::move(fd), Connection::Origin::kConnected, peer, name);
+  std::string hello(1, static_cast<char>(wire::kVersion));
+  hello += name_;
+  error =
+      connection->Send(wire::kHelloType, reinterpret_cast<const unsigned char*>(hello.data()), hello.size());
+  if (!error.Failed()) return connection;
+  Close(*connection);
+  return nullptr;
+}
+
+Connection* Endpoint::ConnectTo(const std::string& name, os::Errno& error) {
+  os::Descriptor fd;
+  error = EndpointSocket::Connect(directory_, name, fd);
+  return error.Failed() ? nullptr : AddServer(std::move(fd), name, error);
+}
+
+Connection* Endpoint::FindServer(const std::string& name) const {
+  for (Connection* connection : connections_.Named(name)) {
+    if (connection->Usable() && connection->ToServer()) return connection;
+  }
+  return nullptr;
+}
+
+// A connection that the server made itself serves as well, once its socket tells that it is the same process.
+Connection* Endpoint::ConnectToServer(const std::string& name, os::Errno& error) {
+  os::Descriptor fd;
+  error = EndpointSocket::Connect(directory_, name, fd);
+  if (error.Failed()) return nullptr;
+  const Connection::Peer server = PeerOf(fd);
+  Connection* made = nullptr;
+  for (Connection* connection : connections_.Named(name)) {
+    const bool same = server.process.id != 0 && connection->peer().process.id == server.process.id;
+    if (same && connection->Usable()) {
+      made = connection;
+    } else if (!same && server.isSystem && !connection->HungUp()) {
+      Refuse(*connection, "another process listens under its name");
+    }
+  }
+  if (made == nullptr) return AddServer(std::move(fd), name, error);
+  made->SetToServer();
+  return made;
+}
+
+bool Endpoint::CanSendTo(const std::string& destination) const {
+  return connections_.IsOpen() && wire::ValidName(destination) && destination != name_;
+}
+
+os::Errno Endpoint::SendOver(Connection& connection, const IpcMessage& message, bool wait) {
+  const os::Errno error = wait
+                              ? connection.SendPatiently(message.MsgType(), message.DataPtr(), message.Size())
+                              : connection.Send(message.MsgType(), message.DataPtr(), message.Size());
+  connections_.UpdateInterest(connection);
+  return error;
+}
+
+// A peer that closed its connection may be there again: then a new connection is made.
+os::Errno Endpoint::Notify(const std::string& destination, const IpcMessage& message, bool wait) {
+  if (!CanSendTo(destination)) return EINVAL;
+  for (;;) {
+    os::Errno error;
+    Connection* connection = connections_.Find(destination);
+    const bool isNew = connection == nullptr;
+    if (isNew) connection = ConnectTo(destination, error);
+    if (connection == nullptr) return error;
+    error = SendOver(*connection, message, wait);
+    if (isNew || !error.Failed() || error == EAGAIN) return error;
+  }
+}
+
+os::Errno Endpoint::NotifyServer(const std::string& server, const IpcMessage& message, bool wait) {
+  if (!CanSendTo(server)) return EINVAL;
+  for (;;) {
+    os::Errno error;
+    Connection* connection = FindServer(server);
+    const bool isNew = connection == nullptr;
+    if (isNew) connection = ConnectToServer(server, error);
+    if (connection == nullptr) return error;
+    error = SendOver(*connection, message, wait);
+    if (isNew || !error.Failed() || error == EAGAIN) return error;
+  }
+}
+
+// A connection that fails is not used again: the peer may have made another one.
+os::Errno Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload,
+                         std::size_t size, std::size_t maxQueuedBytes) {
+  while (Connection* connection = connections_.Find(peer)) {
+    const os::Errno error = connection->Post(type, payload, size, maxQueuedBytes);
+    connections_.UpdateInterest(*connection);
+    if (!error.Failed() || error == EAGAIN) return error;
+  }
+  return ENOTCONN;
+}
+
+std::size_t Endpoint::PostedTo(const std::string& peer) const {
+  const Connection* connection = connections_.Find(peer);
+  return connection != nullptr ? connection->QueuedBytes() : 0;
+}
+
+std::uint64_t Endpoint::ConnectionToServer(const std::string& server) const {
+  const Connection* connection = FindServer(server);
+  return connection != nullptr ? connection->number() : 0;
+}
+
+}  // namespace ipc
