@@ -1,6 +1,6 @@
 #pragma once
 
-#include <iterator>
+#include <cstddef>
 #include <memory>
 
 #include "FollowedServers.h"
@@ -41,10 +41,10 @@ bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[
   constexpr const ServerRow& server = servers::Of(kProcess);
   static_assert(server.items.size() == kCount);
   if (IsOff(server)) return true;
-  Item* const* value = std::begin(values);
-  for (const ServedItem& item : server.items) {
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const ServedItem& item = server.items[i];
     const FollowedItem& row = FollowedItemOf(item.notificationId);
-    if (client.Subscribe(item.id, item.notificationId, **value++, row.handler, manager) == 0) continue;
+    if (client.Subscribe(item.id, item.notificationId, *values[i], row.handler, manager) == 0) continue;
     kManagerLog(kLogError, row.failure);
     return false;
   }
