@@ -46,7 +46,7 @@ KeyTree::KeyTree(const Seed& seed) : root_(KeyPair(Derive(seed, Purpose::kSignin
 // Makes the path's nodes from this level on, with the seed of the node above; the epoch tells left from
 // right, and is at the leftmost leaf below it.
 void KeyTree::Descend(int level, Seed seed) {
-  for (std::size_t i = static_cast<std::size_t>(level); i < path_.size(); ++i) {
+  for (auto i = static_cast<std::size_t>(level); i < path_.size(); ++i) {
     Seed signing = Derive(seed, Purpose::kSigning);
     const KeyPair parent(signing);
     Seed left = Derive(seed, Purpose::kLeft);

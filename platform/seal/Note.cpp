@@ -9,7 +9,8 @@ namespace {
 
 constexpr std::size_t kHeadBytes = 5;
 constexpr std::size_t kFileBytes = 32 + 32 + 16 + 8;
-constexpr std::size_t kStartBytes = 2 * (8 + 32);
+constexpr std::size_t kPlaceBytes = 8 + 32;
+constexpr std::size_t kStartBytes = 2 * kPlaceBytes;
 
 template <std::size_t kSize>
 unsigned char* PutArray(unsigned char* p, const std::array<unsigned char, kSize>& value) {

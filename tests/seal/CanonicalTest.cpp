@@ -61,7 +61,7 @@ TEST(Canonical, NumbersAreAsShortAsTheyCanBe) {
 
 // Text longer than the buffer, and none, in every place of it.
 TEST(Canonical, TextIsTheSameWhereverTheBufferEnds) {
-  for (const std::size_t bytes : {0, 1, 31, 32, 200, 500, 505, 506, 507, 508, 509, 600, 1024}) {
+  for (const std::size_t bytes : {0U, 1U, 31U, 32U, 200U, 500U, 505U, 506U, 507U, 508U, 509U, 600U, 1024U}) {
     const std::string text(bytes, 'y');
     seal::CommitHash hash({}, seal::Seal{});
     hash.BeginRow("t", 2);

@@ -84,7 +84,7 @@ class KeyFiles : public testing::Test {
   }
   // Moves the key on, and tells the file as it was before.
   std::string Move() {
-    const std::string before = dir_.Read("key");
+    std::string before = dir_.Read("key");
     KeyFile file;
     EXPECT_EQ(file.Open(path_, kHardware, tree_, last_), Outcome::kOk);
     EXPECT_TRUE(tree_.Advance());
@@ -126,7 +126,8 @@ TEST_F(KeyFiles, SurvivePowerCutsAtAnyPoint) {
       std::string torn = before;
       torn.resize(8192);
       for (unsigned i = 0; i < 8; ++i) {
-        if ((sectors >> i & 1) != 0) torn.replace(fresh + i * 512, 512, after, fresh + i * 512, 512);
+        const std::size_t at = fresh + std::size_t{i} * 512;
+        if ((sectors >> i & 1) != 0) torn.replace(at, 512, after, at, 512);
       }
       dir_.Write("key", torn);
       ASSERT_EQ(Open(), Outcome::kOk) << sectors;
@@ -142,7 +143,7 @@ TEST_F(KeyFiles, OfAnotherRecorderOrDamagedAreInvalid) {
   Create();
   EXPECT_EQ(Open("02:00:00:00:00:02"), Outcome::kInvalid);
   const std::string good = dir_.Read("key");
-  for (const std::size_t at : {0, 8, 40, 100, 2000, 3999}) {
+  for (const std::size_t at : {0U, 8U, 40U, 100U, 2000U, 3999U}) {
     std::string bad = good;
     bad[at] = static_cast<char>(bad[at] ^ 1);
     dir_.Write("key", bad);
