@@ -4,6 +4,7 @@
 
 #include "SystemStoreClock.h"
 #include "Tables.h"
+#include "WhyNoFile.h"
 #include "log/LogLine.h"
 
 using store::Event;
@@ -33,7 +34,12 @@ bool DataStoreNormal::Store::Open() {
   recorder_.Start(store::NewRunId());
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   arrival_.Start(clock_.TickMs());
-  if (!BeginFile()) return false;
+  if (!BeginFile()) {
+    const std::string path = recorder_.Names().PathOf(1);
+    // The reason comes first: a long path would push it out of the line.
+    log(kLogError, "No recording can be begun (", store::WhyNoFile(path), "), such as ", path);
+    return false;
+  }
   (void)Commit();
   return true;
 }

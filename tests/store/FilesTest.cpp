@@ -1,3 +1,7 @@
+#include <sys/resource.h>
+
+#include <csignal>
+
 #include "StoreFixture.h"
 #include "support/LogCapture.h"
 #include "support/NoDescriptors.h"
@@ -23,6 +27,41 @@ TEST_F(StoreTest, EachRunBeginsAFileAndLeavesTheEarlierOnesAsTheyWere) {
   EXPECT_EQ(Temperatures(2), "2\n");
 }
 
+TEST_F(StoreTest, WhyNoRecordingCanBeBegunIsLogged) {
+  dir_.Write("file", "");
+  std::string deep;
+  for (int i = 0; i < 3; ++i) deep += std::string(200, 'd') + "/";
+  dir_.Write(deep + "file", "");
+  const struct {
+    std::string base;
+    const char* reason;
+  } kCases[] = {
+      {"nowhere/metadata", "No such file or directory"},
+      {"file/metadata", "Not a directory"},
+      {std::string(250, 'n'), "File name too long"},
+      {deep + "metadata", "File name too long"},
+  };
+  for (const auto& c : kCases) {
+    const LogCapture log;
+    DataStoreNormal store(dir_.Path(c.base), options_);
+    EXPECT_FALSE(store.Open()) << c.base;
+    store.ReportBookmark(1);
+    store.TimerTick(1);
+    EXPECT_EQ(log.Lines(std::string("No recording can be begun (") + c.reason + ")"), 1) << log.Text();
+  }
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+  const rlimit before = limit;
+  (void)std::signal(SIGXFSZ, SIG_IGN);
+  limit.rlim_cur = 40'000;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  const LogCapture log;
+  DataStoreNormal store(dir_.Path("metadata"), options_);
+  EXPECT_FALSE(store.Open());
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+  EXPECT_EQ(log.Lines("No recording can be begun (File too large)"), 1) << log.Text();
+}
+
 TEST_F(StoreTest, NumbersGoOnFromTheHighestInUse) {
   for (const char* name :
        {"metadata.000007.db", "metadata.000009.db-wal", "metadata.12.db", "metadata.000011.dbx",
@@ -31,18 +70,6 @@ TEST_F(StoreTest, NumbersGoOnFromTheHighestInUse) {
   }
   Open();
   EXPECT_TRUE(Exists(10));
-}
-
-TEST_F(StoreTest, OpenFailsWithoutAWordWhereNothingCanBeCreated) {
-  dir_.Write("plain", "not a directory");
-  const LogCapture log;
-  for (const char* base : {"missing/metadata", "plain/metadata"}) {
-    DataStoreNormal store(dir_.Path(base), options_);
-    EXPECT_FALSE(store.Open()) << base;
-    store.ReportBookmark(1);
-    store.TimerTick(1);
-  }
-  EXPECT_EQ(log.Text(), "");
 }
 
 class FullFileTest : public StoreTest {

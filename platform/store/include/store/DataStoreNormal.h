@@ -26,7 +26,7 @@ class DataStoreNormal : public DataStore {
   DataStoreNormal& operator=(const DataStoreNormal&) = delete;
 
   // Begins a new recording. False when it cannot be created (no such directory, no permission, no
-  // space); nothing is logged then. True at once when already open.
+  // space); the log tells why. True at once when already open.
   bool Open();
 
   // Writes what is pending and closes the recording, which is then one single file.
