@@ -1,5 +1,7 @@
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <string>
 #include <vector>
@@ -10,6 +12,7 @@
 #include "NmeaLog.h"
 #include "Options.h"
 #include "Receiver.h"
+#include "RecordedDrive.h"
 #include "Roles.h"
 #include "Send.h"
 #include "Surroundings.h"
@@ -80,6 +83,29 @@ int Check(const Options& options) {
   return kGood;
 }
 
+// An existing file is never overwritten.
+bool WriteNew(const std::string& path, const std::string& text) {
+  std::FILE* file = path.empty() ? stdout : std::fopen(path.c_str(), "wxe");
+  if (file == nullptr) {
+    (void)std::fprintf(stderr, "%s: %s\n", path.c_str(), std::strerror(errno));
+    return false;
+  }
+  bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  if (file != stdout) written = std::fclose(file) == 0 && written;
+  if (!written) (void)std::fprintf(stderr, "cannot write the drive\n");
+  return written;
+}
+
+int WriteDrive(const Options& options) {
+  const RecordedDrive drive = DriveOf(options.recordings);
+  for (const std::string& problem : drive.problems) (void)std::fprintf(stderr, "%s\n", problem.c_str());
+  if (drive.lines == 0) {
+    (void)std::fprintf(stderr, "no events to make a drive of\n");
+    return kFailed;
+  }
+  return WriteNew(options.output, drive.text) && drive.problems.empty() ? kGood : kFailed;
+}
+
 int Send(const Options& options) {
   LogClient::Instance().Level(0);
   Command command;
@@ -97,6 +123,7 @@ int RunCommandLine(int argc, char** argv) {
   app.require_subcommand(1);
   const CLI::App* run = AddRun(app, options);
   const CLI::App* check = AddCheck(app, options);
+  const CLI::App* drive = AddDrive(app, options);
   const CLI::App* send = AddSend(app, options);
   (void)AddRole(app, options);
   app.footer("vehiclebench COMMAND --help tells more; \"check --help\" describes drives.");
@@ -107,6 +134,7 @@ int RunCommandLine(int argc, char** argv) {
   }
   if (*run) return Run(options);
   if (*check) return Check(options);
+  if (*drive) return WriteDrive(options);
   if (*send) return Send(options);
   return RunRole(options.role, options.words);
 }

@@ -66,6 +66,17 @@ CLI::App* AddCheck(CLI::App& app, Options& options) {
   return check;
 }
 
+CLI::App* AddDrive(CLI::App& app, Options& options) {
+  CLI::App* drive =
+      app.add_subcommand("drive", "Writes the first run of recordings as a drive to read, change and run");
+  drive->add_option("RECORDING", options.recordings, "recordings, or directories with them")->required();
+  drive->add_option("-o,--output", options.output, "file to create; must not exist [standard output]")
+      ->type_name("FILE");
+  drive->footer(
+      "Exit status: 0 the whole run was written, 1 not all of it, or it cannot be read; see standard error.");
+  return drive;
+}
+
 CLI::App* AddSend(CLI::App& app, Options& options) {
   CLI::App* send = app.add_subcommand("send", "Makes a running bench do one line, given without its time");
   send->add_option("WORDS", options.words, "verb and arguments")->required();

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 #include "RunOptions.h"
 #include "Words.h"
@@ -17,11 +18,14 @@ struct Options {
   std::string gpsd;
   Words words;
   std::string role;
+  std::vector<std::string> recordings;
+  std::string output;
 };
 
 // Each adds a command with its options, which are put into `options`.
 CLI::App* AddRun(CLI::App& app, Options& options);
 CLI::App* AddCheck(CLI::App& app, Options& options);
+CLI::App* AddDrive(CLI::App& app, Options& options);
 CLI::App* AddSend(CLI::App& app, Options& options);
 CLI::App* AddRole(CLI::App& app, Options& options);
 

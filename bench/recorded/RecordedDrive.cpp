@@ -1,0 +1,84 @@
+#include "RecordedDrive.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+#include <string_view>
+
+#include "FindFiles.h"
+#include "LinesOfRows.h"
+#include "Messages.h"
+#include "RunReader.h"
+#include "Runs.h"
+#include "Verbs.h"
+
+namespace bench {
+
+namespace {
+
+class Writer {
+ public:
+  explicit Writer(RecordedDrive& drive) : drive_(drive) {}
+
+  void Take(const Row& row) {
+    lastTick_ = row.tick;
+    full_ = full_ || row.event == EventKind::kRestated;
+    std::istringstream commands(lines_.Take(row));
+    for (std::string command; std::getline(commands, command);) Add(row.tick, command);
+  }
+
+  void End() {
+    constexpr std::int64_t kPauseMs = 1000;  // a quit overtakes what the servers still send
+    if (drive_.lines > 0) Add(lastTick_ + kPauseMs, "quit");
+  }
+
+ private:
+  // Before the first full state all is a value of the start.
+  void Add(std::int64_t tick, const std::string& command) {
+    Command parsed;
+    std::string error;
+    if (!ParseCommand(SplitWords(command), parsed, error)) {
+      drive_.problems.push_back("left out, " + command + ": " + error);
+      return;
+    }
+    if (!full_) {
+      const bool possible = parsed.verb->when != Verb::kFullRun && !command.starts_with("record ");
+      if (possible) Write("before", command);
+      return;
+    }
+    if (beginTick_ < 0) beginTick_ = tick;
+    char time[32];
+    (void)std::snprintf(time, sizeof time, "%.3f", static_cast<double>(tick - beginTick_) / 1000);
+    Write(time, command);
+  }
+
+  void Write(const std::string& when, const std::string& command) {
+    drive_.text += when + " " + command + "\n";
+    ++drive_.lines;
+  }
+
+  RecordedDrive& drive_;
+  LinesOfRows lines_;
+  bool full_ = false;
+  std::int64_t beginTick_ = -1;
+  std::int64_t lastTick_ = 0;
+};
+
+}  // namespace
+
+RecordedDrive DriveOf(const std::vector<std::string>& paths) {
+  RecordedDrive drive;
+  Messages messages([&drive](const std::string& text) { drive.problems.push_back(text); });
+  std::vector<Run> runs = FindRuns(FindFiles(paths, messages), messages);
+  if (runs.size() > 1) {
+    drive.problems.push_back("there are " + std::to_string(runs.size()) + " runs; the drive is of the first");
+    runs.resize(1);
+  }
+  RunReader reader(runs, nullptr, false, messages);
+  Writer writer(drive);
+  for (Row row; reader.Next(row);) writer.Take(row);
+  writer.End();
+  return drive;
+}
+
+}  // namespace bench
