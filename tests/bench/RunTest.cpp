@@ -145,7 +145,10 @@ TEST(BenchRun, GivesALateSubscriberTheTickOfTheReading) {
   ASSERT_EQ(ipc.Init(), 0);
   const auto read = [&ipc] {
     GpsStatusItem item;
-    EXPECT_EQ(GpsHalClient(ipc).Poll(GpsHalClient::kStatus, item), 0);
+    GpsHalClient client(ipc);
+    const auto ignore = [](LinxIpc*, void*) {};
+    EXPECT_EQ(client.Subscribe(GpsHalClient::kStatus, 1, item, ignore, nullptr), 0);
+    client.UnsubscribeAll(true);
     return item;
   };
   const GpsStatusItem first = read();
