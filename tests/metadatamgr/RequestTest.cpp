@@ -58,7 +58,9 @@ TEST(Request, CopyIsAnsweredWithFailure) {
   Car car;
   car.Run();
   for (const std::string& payload : payloads) EXPECT_EQ(car.stateMgr.Ask(kCopy, payload, kCopied), "00");
-  EXPECT_EQ(car.Log(), Lines(2, "2 MetadataMgr: MetadataToFileHandler: malformed request"));
+  const std::string malformed = "2 MetadataMgr: MetadataToFileHandler: malformed request";
+  const std::string notAbsolute = "1 MetadataReader: Copy failed (the path is not absolute): ";
+  EXPECT_EQ(car.Log(), (Lines{malformed, notAbsolute + "copy.db", malformed, notAbsolute}));
 }
 
 }  // namespace
