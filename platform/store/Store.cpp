@@ -47,7 +47,7 @@ bool DataStoreNormal::Store::Open() {
 void DataStoreNormal::Store::Close() {
   if (!recorder_.IsOpen()) return;
   ending_ = true;
-  // Once more: one failure is not the end yet, and a commit can leave a record about the log.
+  // Tries twice: the first commit may fail, or leave a record about the WAL.
   if (!Commit() || !batch_.Empty()) (void)Commit();
   if (!batch_.Empty())
     log(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
@@ -65,7 +65,7 @@ void DataStoreNormal::Store::TimerTick(unsigned int tick) {
   if (!recorder_.IsOpen()) return;
   const std::int64_t now = arrival_.Now();
   if (anchors_.CheckDue(now) && anchors_.SystemDue(now, SystemUtcMs())) AddClock();
-  // Without a tick nothing grows older: nothing is kept waiting then.
+  // Without ticks no record ever becomes old enough: commits at once.
   const bool timeless = tick == store::kNoTick && !batch_.Empty();
   if (timeless || CommitDue()) (void)Commit();
 }
@@ -119,7 +119,7 @@ void DataStoreNormal::Store::CommitCritical() {
   if (recorder_.Failing() ? arrival_.Now() >= nextAttempt_ : CriticalGapOver()) (void)Commit();
 }
 
-// Ticks are told once in a turn of the loop, which can take a second: too coarse for this.
+// Reads the clock: TimerTick comes once in a turn of the loop, which can take a second.
 bool DataStoreNormal::Store::CriticalGapOver() const {
   const unsigned int now = clock_.TickMs();
   return !criticalWritten_ || now == store::kNoTick || now - criticalWrittenMs_ >= kCriticalGapMs;
@@ -197,7 +197,7 @@ void DataStoreNormal::Store::AddClock() {
                                         systemUtcMs));
 }
 
-// A reading of another time says nothing about this one.
+// Ignores a reading whose tick is more than a minute from its arrival.
 void DataStoreNormal::Store::AddGpsTime(std::uint32_t tick, std::int64_t utcMs) {
   if (!recorder_.IsOpen() || tick == 0 || tick == store::kNoTick) return;
   const std::int64_t later = arrival_.DistanceMs(tick);

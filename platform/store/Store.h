@@ -13,12 +13,12 @@
 #include "store/StoreOptions.h"
 
 // Numbers records, keeps them in memory, and decides when they are written:
-//   - with the first tick that finds one kCommitAfterMs old;
-//   - a critical one at once, unless one was written less than kCriticalGapMs before: then with
-//     the first tick after that;
-//   - when a lot of them wait;
-//   - with each turn while there is no tick.
-// While writing fails, attempts are that far apart too.
+//   - at the first tick at which one is kCommitAfterMs old;
+//   - a critical record at once; less than kCriticalGapMs after another one, at the first tick behind that
+//   gap;
+//   - when a quarter of the bound waits;
+//   - at each TimerTick while no ticks are told.
+// While writing fails, it is tried again at the same distances.
 class DataStoreNormal::Store : public store::OpenStore {
  public:
   static constexpr std::int64_t kCommitAfterMs = 500;

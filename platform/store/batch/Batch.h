@@ -36,7 +36,7 @@ class Batch {
   explicit Batch(std::size_t maxBytes) : maxBytes_(maxBytes) {}
 
   // Beyond the bound the oldest records go first, critical ones only when no others are left; they
-  // are counted as losses. The texts are cut to what the contract says.
+  // are counted as losses. Texts are cut to 1024 bytes.
   // Sets the header's table and cellBytes and returns the cells; valid until the batch changes.
   const unsigned char* Add(RecordHeader& header, const RowView& row);
 

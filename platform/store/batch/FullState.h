@@ -24,7 +24,7 @@ class FullState {
     std::size_t keyBytes = 0;
     std::vector<unsigned char> cells;  // keeps its capacity
   };
-  // Peers number the sources; a peer that makes numbers up must not make this grow.
+  // A peer that invents numbers of sources must not make this grow.
   static constexpr std::size_t kMaxSlots = 64;
 
   Slot* Find(TableId table, const unsigned char* key, std::size_t keyBytes);

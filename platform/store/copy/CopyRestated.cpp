@@ -13,7 +13,7 @@ constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
 
 }  // namespace
 
-// Each has a number of its own before the range, so there is room for all of them.
+// The originals came before the range, so the sequence numbers below it have room for all restated records.
 SqliteCode CopyWriter::RestateBegin() {
   Picks picks;
   SqliteCode code = PickEach(kClockTable, SelectLast(kClockTable), range_.from, picks);

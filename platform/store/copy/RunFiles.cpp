@@ -11,7 +11,7 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-// What is no recording of this schema has come in the place of one.
+// kNotDatabase: the file was replaced by one with another schema.
 SqliteCode ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& firstTick) {
   Database database;
   std::int64_t id = 0;
