@@ -173,11 +173,11 @@ void Damage(std::string& file, Input& input) {
 }
 
 int Run(const std::string& name, std::vector<std::string> arguments) {
-  const auto commands = Commands();
+  const auto commands = reader::Commands();
   const auto command = std::find_if(commands.begin(), commands.end(),
-                                    [&name](const Command& row) { return row.name == name; });
+                                    [&name](const reader::Command& row) { return row.name == name; });
   CLI::App app;
-  const Action action = command->declare(app);
+  const reader::Action action = command->declare(app);
   std::reverse(arguments.begin(), arguments.end());
   app.parse(arguments);
   return action();

@@ -4,13 +4,35 @@
 #include <map>
 
 #include "Commands.h"
+#include "Encode.h"
 #include "log/LogClient.h"
 
+namespace reader {
 namespace {
 
 constexpr const char* kFooter =
     "Times are in UTC (ISO 8601) and in ticks, milliseconds since boot. Recordings are never changed.\n"
     "Exit status: 0 good, 1 a finding or a failure, 2 wrong usage. \"metadata COMMAND --help\" tells more.";
+
+// A word that stands where a command should; the parser would only say that a command is missing.
+bool SaysUnknownCommand(const CLI::App* app, int argc, char** argv) {
+  for (int i = 1; i < argc && argv[i][0] != '-'; ++i) {
+    std::string names;
+    const CLI::App* next = nullptr;
+    for (const CLI::App* sub : app->get_subcommands([](const CLI::App*) { return true; })) {
+      if (sub->check_name(argv[i])) next = sub;
+      if (!sub->get_group().empty()) names += (names.empty() ? "" : ", ") + sub->get_name();
+    }
+    if (names.empty()) return false;
+    if (next == nullptr) {
+      (void)std::fprintf(stderr, "metadata: '%s' is not a command; commands are %s\n",
+                         Printable(argv[i]).c_str(), names.c_str());
+      return true;
+    }
+    app = next;
+  }
+  return false;
+}
 
 int RunCommandLine(int argc, char** argv) {
   CLI::App app("Reads the recordings of MetadataMgr, and asks it.", "metadata");
@@ -22,6 +44,7 @@ int RunCommandLine(int argc, char** argv) {
     CLI::App* declared = app.add_subcommand(command.name, command.summary);
     actions[declared] = command.declare(*declared);
   }
+  if (SaysUnknownCommand(&app, argc, argv)) return kUsage;
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -31,14 +54,15 @@ int RunCommandLine(int argc, char** argv) {
 }
 
 }  // namespace
+}  // namespace reader
 
 int main(int argc, char** argv) {
   // What its libraries log would stand between its own lines.
   LogClient::Instance().Level(0);
   try {
-    return RunCommandLine(argc, argv);
+    return reader::RunCommandLine(argc, argv);
   } catch (const std::exception& error) {
     (void)std::fprintf(stderr, "metadata: %s\n", error.what());
-    return kFinding;
+    return reader::kFinding;
   }
 }

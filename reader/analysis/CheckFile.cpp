@@ -4,12 +4,13 @@
 
 #include "Recording.h"
 
+namespace reader {
 namespace {
 
 // What SQLite itself says about pages, rows and types; the first of it.
 void CheckIntegrity(Recording& file, Findings& findings) {
   Statement check;
-  int rc = check.Prepare(file.Sql().Handle(), "PRAGMA integrity_check(1)");
+  int rc = check.Prepare(file.Sql().Handle(), "PRAGMA main.integrity_check(1)");
   if (rc == SQLITE_OK) rc = check.Step();
   if (rc == SQLITE_ROW && check.Text(0) == "ok") return;
   std::string text = rc == SQLITE_ROW ? std::string(check.Text(0)) : file.Sql().Error();
@@ -21,25 +22,31 @@ void CheckIntegrity(Recording& file, Findings& findings) {
 std::int64_t HighestSeq(Recording& file) {
   std::int64_t highest = 0;
   for (const RecordTable& table : file.Tables().tables) {
-    highest = std::max(highest, file.Sql().Integer("SELECT max(seq) FROM \"" + table.name + "\"", 0));
+    highest = std::max(highest, file.Sql().Integer("SELECT max(seq) FROM main." + Quoted(table.name), 0));
   }
   return highest;
 }
 
 }  // namespace
 
-void CheckFile(const std::string& path, FileEnds& ends, Findings& findings) {
-  Recording file;
+void CheckFile(const std::string& path, const std::shared_ptr<Recording>& copy, FileEnds& ends,
+               Findings& findings) {
+  Recording own;
   std::string error;
-  if (!file.Open(path, error)) return;  // who looked for runs has said so
+  if (copy == nullptr && !own.Open(path, error)) return;  // FindRuns has said so
+  Recording& file = copy != nullptr ? *copy : own;
+  if (file.MissesWal())
+    findings.Add(path, "wal",
+                 "the file " + path + "-wal is missing; what was recorded last may be gone with it");
   CheckIntegrity(file, findings);
-  (void)file.Sql().Execute("BEGIN");  // one moment of a live file
+  const bool isLive = file.HowItIs() == Recording::Kind::kLive;
+  if (isLive) (void)file.Sql().Execute("BEGIN");  // one moment of it
   FileEnd end;
-  end.lastSeq = file.Sql().Integer("SELECT last_seq FROM progress", -1);
-  end.lastTick = file.Sql().Integer("SELECT last_tick FROM progress", -1);
-  end.clean = file.Sql().Integer("SELECT count(*) FROM run_end", 0) != 0;
+  end.lastSeq = file.Committed("last_seq", -1);
+  end.lastTick = file.Committed("last_tick", -1);
+  end.clean = file.Sql().Integer("SELECT count(*) FROM main.run_end", 0) != 0;
   const std::int64_t highest = HighestSeq(file);
-  (void)file.Sql().Execute("COMMIT");
+  if (isLive) (void)file.Sql().Execute("COMMIT");
   ends[file.Name()] = end;
   if (end.lastSeq < 0) {
     findings.Add(path, "progress", "table progress has no row");
@@ -49,3 +56,5 @@ void CheckFile(const std::string& path, FileEnds& ends, Findings& findings) {
                      " is the last, but the last is " + std::to_string(highest));
   }
 }
+
+}  // namespace reader

@@ -1,9 +1,14 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "Findings.h"
+
+namespace reader {
+
+class Recording;
 
 // How a file ends.
 struct FileEnd {
@@ -14,4 +19,8 @@ struct FileEnd {
 using FileEnds = std::map<std::string, FileEnd>;  // by the names of the files, without directories
 
 // Checks a file as such: that its pages and rows are sound, and that its last commit is whole.
-void CheckFile(const std::string& path, FileEnds& ends, Findings& findings);
+// `copy` as of Run::copies.
+void CheckFile(const std::string& path, const std::shared_ptr<Recording>& copy, FileEnds& ends,
+               Findings& findings);
+
+}  // namespace reader

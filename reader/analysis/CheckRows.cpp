@@ -5,6 +5,7 @@
 
 #include "Catalogue.h"
 
+namespace reader {
 namespace {
 
 constexpr std::int64_t kLargestTick = 0xFFFFFFFF;
@@ -45,9 +46,9 @@ constexpr std::array<Reference, 6> kReferences{{
      "clock_source is neither system nor gps"},
     {"previous_run",
      [](const Row& row) {
-       return IsOneOf<4>(row.Text("ended"), {"none", "clean", "cut off", "unreadable"});
+       return IsOneOf<5>(row.Text("ended"), {"none", "clean", "cut off", "unreadable", "damaged"});
      },
-     "ended is none of none, clean, cut off, unreadable"},
+     "ended is none of none, clean, cut off, unreadable, damaged"},
     {"string", [](const Row& row) { return row.Number("tag") >= 0 && row.Number("tag") <= kLargestTick; },
      "tag is not a tag"},
 }};
@@ -140,3 +141,5 @@ void CheckRows::End() {
                       std::to_string(missing_) + " are missing");
   }
 }
+
+}  // namespace reader

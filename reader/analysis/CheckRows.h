@@ -6,6 +6,8 @@
 #include "Row.h"
 #include "Runs.h"
 
+namespace reader {
+
 // Checks the records of one run in their order: that none is missing without a recorded loss, that ticks
 // do not go back, and that what they refer to is there.
 class CheckRows {
@@ -36,3 +38,5 @@ class CheckRows {
   std::string firstMissing_;  // and the file in which that shows
   std::string fileOfMissing_;
 };
+
+}  // namespace reader

@@ -1,5 +1,9 @@
 #include "Findings.h"
 
+#include "Encode.h"
+
+namespace reader {
+
 void Findings::Add(const std::string& where, const char* kind, const std::string& text) {
   const auto [place, isNew] = places_.try_emplace({where, kind}, found_.size());
   if (isNew) {
@@ -12,9 +16,11 @@ void Findings::Add(const std::string& where, const char* kind, const std::string
 std::string Findings::Text() const {
   std::string text;
   for (const Finding& finding : found_) {
-    text += finding.where + ": " + finding.text;
+    text += Printable(finding.where) + ": " + Printable(finding.text);
     if (finding.more > 0) text += " (and " + std::to_string(finding.more) + " more of this kind)";
     text += '\n';
   }
   return text;
 }
+
+}  // namespace reader

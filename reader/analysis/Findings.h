@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace reader {
+
 // What a check found: of each kind the first, and how many more.
 class Findings {
  public:
@@ -24,3 +26,5 @@ class Findings {
   std::vector<Finding> found_;
   std::map<std::pair<std::string, std::string>, std::size_t> places_;
 };
+
+}  // namespace reader

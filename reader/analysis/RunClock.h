@@ -5,6 +5,8 @@
 
 #include "GpsFix.h"
 
+namespace reader {
+
 // Milliseconds since the begin of a run. What a damaged record says stays within some thousand years, so
 // that one can reckon with it.
 class RunClock {
@@ -28,3 +30,5 @@ class RunClock {
 
   std::int64_t firstTick_;
 };
+
+}  // namespace reader

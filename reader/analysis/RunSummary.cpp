@@ -4,11 +4,13 @@
 #include <array>
 
 #include "Encode.h"
+#include "Freshness.h"
+#include "RunClock.h"
 #include "RunReader.h"
 
+namespace reader {
 namespace {
 
-constexpr std::array<std::string_view, 4> kPeriodic{"gps", "speed", "radar", "temperature"};
 constexpr std::array<std::string_view, 7> kFacts{"serial",  "mac",        "system_info", "version",
                                                  "vehicle", "department", "officer"};
 constexpr std::array<std::string_view, 3> kVersions{"software", "sqlite", "user_version"};
@@ -62,11 +64,11 @@ void TakeSource(const Row& row, RunSummary& summary) {
   if (isNew) {
     summary.order.push_back(key);
     source.firstUtcMs = row.utcMs;
-    source.periodic = Contains(kPeriodic, row.table);
+    source.periodic = IsPeriodic(row);
   }
   ++source.records;
   source.lastUtcMs = row.utcMs;
-  if (source.periodic) source.intervals.Add(row.tick, row.utcMs);
+  if (source.periodic) source.intervals.Add(row.tick);
 }
 
 void TakeLoss(const Row& row, RunSummary& summary) {
@@ -88,6 +90,7 @@ const char* HowItEnded(const Run& run, const RunSummary& summary) {
 
 RunSummary Summarize(const Run& run, Messages& messages) {
   RunSummary summary;
+  TrackFollower follower;
   RunReader reader({run}, nullptr, false, messages);
   reader.ShowProgress(true);
   for (Row row; reader.Next(row);) {
@@ -96,12 +99,16 @@ RunSummary Summarize(const Run& run, Messages& messages) {
       summary.firstUtcMs = row.utcMs;
     }
     summary.lastTick = row.tick;
+    summary.endMs = std::max(summary.endMs, RunClock(summary.firstTick).Ms(row));
     summary.lastUtcMs = row.utcMs;
     summary.cleanEnd = row.table == "run_end";
     summary.isCopy = summary.isCopy || row.table == "copy";
     if (row.table == "loss") TakeLoss(row, summary);
     TakeFact(row, summary);
+    summary.driven.Add(follower.Take(row), follower, EventTick(row));
     if (row.event != EventKind::kRestated) TakeSource(row, summary);
   }
   return summary;
 }
+
+}  // namespace reader

@@ -5,9 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include "Driven.h"
 #include "Intervals.h"
 #include "Row.h"
 #include "Runs.h"
+
+namespace reader {
 
 // The records of one source in one table; those that restate are not counted.
 struct SourceSummary {
@@ -25,6 +28,7 @@ struct RunSummary {
   std::int64_t records = 0;
   std::int64_t firstTick = 0;
   std::int64_t lastTick = 0;
+  std::int64_t endMs = 0;  // the latest time of an event, from the first tick
   std::int64_t firstUtcMs = kNoUtc;
   std::int64_t lastUtcMs = kNoUtc;
   bool cleanEnd = false;
@@ -34,6 +38,7 @@ struct RunSummary {
   std::vector<std::pair<std::string, std::string>> facts;  // of device, vehicle, software: name, last value
   std::vector<std::string> losses;
   std::int64_t lost = 0;
+  Driven driven;
 
   std::int64_t DurationMs() const { return lastTick - firstTick; }
 };
@@ -42,3 +47,5 @@ struct RunSummary {
 const char* HowItEnded(const Run& run, const RunSummary& summary);
 
 RunSummary Summarize(const Run& run, Messages& messages);
+
+}  // namespace reader

@@ -1,25 +1,31 @@
 #include "TrackFollower.h"
 
-TrackFollower::Step TrackFollower::Take(const Row& row) {
+namespace reader {
+
+TrackFollower::Step TrackFollower::Take(const Row& row, const GpsReading& reading) {
   if (row.run != run_) {
     run_ = row.run;
     known_ = false;
     broken_ = true;
+    freshness_ = {};
   }
   tick_ = EventTick(row);
   if (row.table == "bookmark" && row.event == EventKind::kEvent) {
     ++bookmarks_;
     return Step::kBookmark;
   }
-  if (LosesFix(row)) broken_ = true;
-  GpsFix fix;
-  if (!ReadGpsFix(row, fix)) return Step::kNone;
-  const bool begins = broken_ || tick_ - lastTick_ > kLongestStepMs;
+  if (reading.losesFix) broken_ = true;
+  const bool isSilent = freshness_.SilentMs(tick_) > 0;
+  if (row.table == "gps" && row.event != EventKind::kRestated) freshness_.Add(tick_);
+  if (!reading.hasFix) return Step::kNone;
+  const bool begins = broken_ || isSilent;
   known_ = true;
-  last_ = fix;
+  last_ = reading.fix;
   lastTick_ = tick_;
   // Where a file begins anew it tells the last position again.
   if (row.event == EventKind::kRestated) return Step::kNone;
   broken_ = false;
   return begins ? Step::kBegin : Step::kOn;
 }
+
+}  // namespace reader

@@ -10,6 +10,7 @@
 #include "Declarations.h"
 #include "clients/MetadataMgrClient.h"
 
+namespace reader {
 namespace {
 
 constexpr unsigned int kNoTick = 0xFFFFFFFF;
@@ -149,3 +150,5 @@ Action DeclareAsk(CLI::App& app) {
     return Ask(asked->questions[i].second, *asked->options[i]);
   };
 }
+
+}  // namespace reader

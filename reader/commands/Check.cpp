@@ -7,6 +7,7 @@
 #include "Print.h"
 #include "RunReader.h"
 
+namespace reader {
 namespace {
 
 std::int64_t CheckRun(const Run& run, const FileEnds& ends, Findings& findings, Messages& messages) {
@@ -35,14 +36,14 @@ int Check(const Recordings& recordings) {
   FileEnds ends;
   std::size_t files = 0;
   for (const Run& run : runs) {
-    for (const std::string& file : run.files) CheckFile(file, ends, findings);
+    for (std::size_t i = 0; i < run.files.size(); ++i) CheckFile(run.files[i], run.copies[i], ends, findings);
     files += run.files.size();
     if (run.beginIsMissing)
       notes.Note(run.files.front() + ": the begin of this run is in a file that is not given");
   }
   std::int64_t records = 0;
   for (const Run& run : runs) records += CheckRun(run, ends, findings, messages);
-  Output out;
+  Output out(Output::Kind::kText);
   out.Text() = findings.Text();
   const std::string read = Counted(runs.size(), "run") + ", " + Counted(files, "file") + ", " +
                            Counted(static_cast<std::size_t>(records), "record");
@@ -67,3 +68,5 @@ Action DeclareCheck(CLI::App& app) {
       "  metadata check /media/card/metadata && echo sound");
   return [recordings] { return Check(*recordings); };
 }
+
+}  // namespace reader

@@ -6,6 +6,7 @@
 #include "FindFiles.h"
 #include "system/KvGetenv.h"
 
+namespace reader {
 namespace {
 
 constexpr Command kCommands[] = {
@@ -44,3 +45,5 @@ void AddRecordings(CLI::App& app, Recordings& recordings) {
   app.add_option("RECORDING", recordings.given,
                  "files, or directories with recordings [" + RecordingsOfThisMachine() + "]");
 }
+
+}  // namespace reader

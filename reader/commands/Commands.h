@@ -12,6 +12,8 @@ class App;
 class Option;
 }  // namespace CLI
 
+namespace reader {
+
 enum ExitStatus { kGood = 0, kFinding = 1, kUsage = 2 };
 
 // What runs a command, with the options that were given; the exit status.
@@ -40,3 +42,5 @@ void AddRecordings(CLI::App& app, Recordings& recordings);
 
 // The directory METADATA_ROOT/metadata, by default /mnt/hd/metadata.
 std::string RecordingsOfThisMachine();
+
+}  // namespace reader

@@ -6,6 +6,8 @@
 #include "Instant.h"
 #include "Selection.h"
 
+namespace reader {
+
 // What may follow on the command line, for metadata.bash.
 namespace {
 
@@ -75,3 +77,5 @@ Action DeclareComplete(CLI::App& app) {
   app.prefix_command();
   return [&app] { return Complete(*app.get_parent(), app.remaining()); };
 }
+
+}  // namespace reader

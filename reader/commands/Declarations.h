@@ -2,6 +2,8 @@
 
 #include "Commands.h"
 
+namespace reader {
+
 // The declare functions of all commands; each stands in the source of its command.
 Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
@@ -13,3 +15,5 @@ Action DeclareAsk(CLI::App& app);
 Action DeclareFollow(CLI::App& app);
 Action DeclareLive(CLI::App& app);
 Action DeclareComplete(CLI::App& app);
+
+}  // namespace reader

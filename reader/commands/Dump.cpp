@@ -4,6 +4,7 @@
 #include "RangeOptions.h"
 #include "WriteRows.h"
 
+namespace reader {
 namespace {
 
 struct DumpOptions {
@@ -20,7 +21,7 @@ int Dump(const DumpOptions& options) {
   if (!options.range.Find(runs, range, messages)) return kFinding;
   std::vector<std::unique_ptr<RowFormat>> formats;
   formats.push_back(MakeRowFormat(options.format.Name(), options.source.Selected()));
-  Output out;
+  Output out(options.format.OutputKind());
   const bool written = WriteRows(runs, range, options.source.Selected(), formats, false, out, messages);
   return written ? messages.Status() : kFinding;
 }
@@ -42,3 +43,5 @@ Action DeclareDump(CLI::App& app) {
              "  metadata dump --format jsonl | jq 'select(.source==\"crash\")'");
   return [options] { return Dump(*options); };
 }
+
+}  // namespace reader

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 
+#include "CsvFormat.h"
 #include "Declarations.h"
 #include "GeoJson.h"
 #include "Gpx.h"
@@ -8,6 +9,7 @@
 #include "Subtitles.h"
 #include "WriteRows.h"
 
+namespace reader {
 namespace {
 
 struct ExportOptions {
@@ -42,7 +44,8 @@ void MakeGeoJson(const ExportOptions& /*options*/, const Position& /*videoStart*
 
 void MakeRows(const ExportOptions& options, const Position& /*videoStart*/, Messages& /*messages*/,
               Formats& formats) {
-  formats.push_back(MakeRowFormat(options.format, options.source.Selected()));
+  formats.push_back(options.format == "csv" ? MakeCsvFormat(options.source.Selected(), true)
+                                            : MakeRowFormat(options.format, options.source.Selected()));
 }
 
 void MakeSubtitles(const ExportOptions& /*options*/, const Position& videoStart, Messages& /*messages*/,
@@ -101,6 +104,7 @@ int Export(const ExportOptions& options) {
   if (format.sources != nullptr) (void)own.Read(format.sources, ignored);
   Formats formats;
   format.make(options, videoStart, messages, formats);
+  if (runs.empty() && messages.Status() != kGood && !options.out.empty()) return kFinding;
   OutputFile file;
   if (!file.Open(options.out, messages)) return kFinding;
   (void)WriteRows(runs, range, format.sources == nullptr ? options.source.Selected() : &own, formats,
@@ -124,7 +128,9 @@ Action DeclareExport(CLI::App& app) {
   app.footer(
       "gpx      GPX 1.1: runs as tracks, losses of fix as segment breaks, bookmarks as waypoints\n"
       "geojson  GeoJSON (RFC 7946): a line for each stretch with a fix, a point for each bookmark\n"
-      "csv, jsonl  as dump\n"
+      "csv, jsonl  as dump; in csv a text that a spreadsheet would run as a formula (it begins with = + - "
+      "@)\n"
+      "         gets an apostrophe before it\n"
       "srt      SubRip subtitles, one each second: speed, position, radar, active inputs, bookmarks\n"
       "T is " +
       InstantHelp() + ".\nSOURCES, for csv and jsonl: " + SelectionHelp() +
@@ -137,3 +143,5 @@ Action DeclareExport(CLI::App& app) {
       "drive'");
   return [options] { return Export(*options); };
 }
+
+}  // namespace reader

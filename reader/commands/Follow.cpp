@@ -15,6 +15,7 @@
 #include "RecordReader.h"
 #include "RowFormat.h"
 
+namespace reader {
 namespace {
 
 constexpr int kLookMs = 250;
@@ -124,7 +125,7 @@ bool Unread() {
 
 int Follow(const FollowOptions& options) {
   Messages messages;
-  Output out;
+  Output out(options.format.OutputKind());
   Follower follower(options, out);
   if (!follower.Begin(messages)) return kFinding;
   do {
@@ -148,3 +149,5 @@ Action DeclareFollow(CLI::App& app) {
              "  metadata follow --format jsonl | jq --unbuffered -r .source");
   return [options] { return Follow(*options); };
 }
+
+}  // namespace reader

@@ -3,63 +3,78 @@
 #include <cmath>
 
 #include "Declarations.h"
+#include "Encode.h"
+#include "Gaps.h"
 #include "Output.h"
 #include "Print.h"
 #include "RunSummary.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 void PrintSources(const RunSummary& summary, std::string& out) {
   Print(out, "  %-18s %-18s %9s  %-24s  %s\n", "source", "table", "records", "first", "last");
   for (const RunSummary::Source& key : summary.order) {
     const SourceSummary& source = summary.sources.at(key);
-    Print(out, "  %-18s %-18s %9lld  %-24s  %s\n", key.second.c_str(), key.first.c_str(),
-          static_cast<long long>(source.records), UtcText(source.firstUtcMs).c_str(),
-          UtcText(source.lastUtcMs).c_str());
+    Print(out, "  %-18s %-18s %9lld  %-24s  %s\n", Printable(key.second).c_str(),
+          Printable(key.first).c_str(), static_cast<long long>(source.records),
+          UtcText(source.firstUtcMs).c_str(), UtcText(source.lastUtcMs).c_str());
   }
 }
 
 // How regularly a source reported.
-void PrintIntervals(const RunSummary& summary, std::string& out) {
-  for (const RunSummary::Source& key : summary.order) {
-    const SourceSummary& source = summary.sources.at(key);
-    const Intervals::Summary intervals = source.intervals.Summarize(summary.lastTick);
-    if (!source.periodic || intervals.usualMs == 0) continue;
-    const auto covered = static_cast<double>(intervals.coveredMs);
-    const auto durationMs = static_cast<double>(std::max<std::int64_t>(summary.DurationMs(), 1));
-    Print(out, "  %-18s every %s, %.1f %% covered, %s\n", key.second.c_str(),
-          DurationText(std::llround(intervals.usualMs)).c_str(), 100 * std::min(covered / durationMs, 1.0),
-          intervals.gaps == 0 ? "no gaps" : (std::to_string(intervals.gaps) + " gaps, the longest:").c_str());
-    for (const Intervals::Gap& gap : intervals.longest) {
-      Print(out, "  %-18s   %s from %s\n", "", DurationText(gap.lengthMs).c_str(),
-            UtcText(gap.fromUtcMs).c_str());
-    }
+void PrintGaps(const RunSummary& summary, const Gaps::Source& source, std::string& out) {
+  constexpr std::size_t kShown = 3;
+  const auto durationMs = static_cast<double>(std::max<std::int64_t>(summary.DurationMs(), 1));
+  const double coveredMs = durationMs - static_cast<double>(source.totalMs) + source.usualMs;
+  Print(out, "  %-18s every %s, %.1f %% covered, %s\n", Printable(source.key.second).c_str(),
+        DurationText(std::llround(source.usualMs)).c_str(),
+        100 * std::clamp(coveredMs / durationMs, 0.0, 1.0),
+        source.count == 0 ? "no gaps" : (std::to_string(source.count) + " gaps, the longest:").c_str());
+  std::vector<Gaps::Gap> longest = source.longest;
+  std::stable_sort(longest.begin(), longest.end(),
+                   [](const Gaps::Gap& a, const Gaps::Gap& b) { return a.lengthMs > b.lengthMs; });
+  longest.resize(std::min(longest.size(), kShown));
+  for (const Gaps::Gap& gap : longest) {
+    Print(out, "  %-18s   %.3f s from %s\n", "", static_cast<double>(gap.lengthMs) / 1000,
+          UtcText(gap.fromUtcMs).c_str());
   }
 }
 
-void PrintRun(const Run& run, const RunSummary& summary, std::string& out) {
+void PrintDriven(const Driven& driven, std::string& out) {
+  if (!driven.Any()) return;
+  Print(out, "  %-18s %.1f km, by GPS", "driven", driven.Metres() / 1000);
+  if (driven.Leaps() > 0) {
+    Print(out, "; leaps left out: %lld, %.1f km together", static_cast<long long>(driven.Leaps()),
+          driven.LeapMetres() / 1000);
+  }
+  out += '\n';
+}
+
+void PrintRun(const Run& run, const RunSummary& summary, Messages& messages, std::string& out) {
   Print(out, "Run %d: %s to %s, %s, %s%s\n", run.number, UtcText(summary.firstUtcMs).c_str(),
         UtcText(summary.lastUtcMs).c_str(), DurationText(summary.DurationMs()).c_str(),
         HowItEnded(run, summary), run.beginIsMissing ? "; its begin is in a file that is not given" : "");
   Print(out, "  ticks %lld to %lld, %lld records\n", static_cast<long long>(summary.firstTick),
         static_cast<long long>(summary.lastTick), static_cast<long long>(summary.records));
-  for (const std::string& file : run.files) Print(out, "  %-18s %s\n", "file", file.c_str());
+  for (const std::string& file : run.files) Print(out, "  %-18s %s\n", "file", Printable(file).c_str());
   for (const auto& [name, value] : summary.facts) Print(out, "  %-18s %s\n", name.c_str(), value.c_str());
+  PrintDriven(summary.driven, out);
   PrintSources(summary, out);
-  PrintIntervals(summary, out);
+  for (const Gaps::Source& source : FindGaps(run, summary, messages)) PrintGaps(summary, source, out);
   if (summary.losses.empty()) out += "  no recorded losses\n";
-  for (const std::string& loss : summary.losses) Print(out, "  lost: %s\n", loss.c_str());
+  for (const std::string& loss : summary.losses) Print(out, "  lost: %s\n", Printable(loss).c_str());
 }
 
 int Info(const Recordings& recordings) {
   Messages messages;
-  Output out;
+  Output out(Output::Kind::kText);
   bool first = true;
   for (const Run& run : recordings.Find(messages)) {
     if (!first) out.Text() += '\n';
     first = false;
-    PrintRun(run, Summarize(run, messages), out.Text());
+    PrintRun(run, Summarize(run, messages), messages, out.Text());
     out.Commit();
   }
   return out.Flush() ? messages.Status() : kFinding;
@@ -78,3 +93,5 @@ Action DeclareInfo(CLI::App& app) {
       "  metadata info metadata.000007.db");
   return [recordings] { return Info(*recordings); };
 }
+
+}  // namespace reader

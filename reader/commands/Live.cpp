@@ -10,6 +10,7 @@
 #include "sharedmem/MetadataSharedMemReader.h"
 #include "system/BigEndian.h"
 
+namespace reader {
 namespace {
 
 using Fields = MetadataSharedMemReader::Fields;
@@ -100,7 +101,7 @@ int Live(const LiveOptions& options) {
     return kFinding;
   }
   const bool refresh = !options.once && isatty(STDOUT_FILENO) != 0;
-  Output out;
+  Output out(Output::Kind::kDrawing);
   if (refresh) out.Text() = "\x1B[2J";
   do {
     Fields fields{};
@@ -134,3 +135,5 @@ Action DeclareLive(CLI::App& app) {
       "  metadata live --once | grep place");
   return [options] { return Live(*options); };
 }
+
+}  // namespace reader

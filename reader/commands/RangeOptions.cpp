@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+namespace reader {
+
 CLI::Option* AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
                         const std::string& help) {
   const auto read = [&instant](const std::string& text) {
@@ -34,5 +36,10 @@ void FormatOption::Declare(CLI::App& app) {
 
 bool RangeOptions::Find(const std::vector<Run>& runs, Range& range, Messages& messages) const {
   if (from_ && !(range.from = Resolve(*from_, runs, messages))) return false;
-  return !to_ || (range.to = Resolve(*to_, runs, messages));
+  if (to_ && !(range.to = Resolve(*to_, runs, messages))) return false;
+  if (!from_ || !to_ || !range.from->IsAfter(*range.to)) return true;
+  messages.Problem("--from " + from_->said + " is after --to " + to_->said);
+  return false;
 }
+
+}  // namespace reader

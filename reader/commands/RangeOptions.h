@@ -5,7 +5,10 @@
 
 #include "Commands.h"
 #include "Instant.h"
+#include "Output.h"
 #include "Selection.h"
+
+namespace reader {
 
 // Options that several commands have.
 
@@ -37,6 +40,7 @@ class FormatOption {
  public:
   void Declare(CLI::App& app);
   const std::string& Name() const { return name_; }
+  Output::Kind OutputKind() const { return name_ == "text" ? Output::Kind::kText : Output::Kind::kData; }
 
  private:
   std::string name_ = "text";
@@ -45,3 +49,5 @@ class FormatOption {
 // An option that takes an instant.
 CLI::Option* AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
                         const std::string& help);
+
+}  // namespace reader

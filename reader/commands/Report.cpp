@@ -9,6 +9,7 @@
 #include "RunReader.h"
 #include "VideoOption.h"
 
+namespace reader {
 namespace {
 
 struct ReportOptions {
@@ -81,6 +82,7 @@ int Report(const ReportOptions& options) {
     messages.Problem("--video goes with one run; these files hold " + std::to_string(runs.size()));
     return kFinding;
   }
+  if (runs.empty() && messages.Status() != kGood && !options.out.empty()) return kFinding;
   OutputFile file;
   if (!file.Open(options.out, messages)) return kFinding;
   std::string& out = file.Out().Text();
@@ -118,3 +120,5 @@ Action DeclareReport(CLI::App& app) {
       "  metadata report -o drive.html --video front.mp4 --video rear.mp4=0.5 metadata.000007.db");
   return [options] { return Report(*options); };
 }
+
+}  // namespace reader

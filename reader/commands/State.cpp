@@ -3,14 +3,16 @@
 
 #include "Declarations.h"
 #include "Encode.h"
+#include "Freshness.h"
 #include "Instant.h"
 #include "Output.h"
 #include "Print.h"
 #include "RangeOptions.h"
-#include "RowFormat.h"
+#include "RowText.h"
 #include "RunReader.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 struct StateOptions {
@@ -23,6 +25,8 @@ struct Value {
   std::string text;
   std::int64_t ageMs = 0;
   bool older = false;  // only known from its restating
+  bool isPeriodic = false;
+  Freshness freshness;
 };
 
 // The values at an instant, of the run in which it lies or, where it lies between two, of the one before.
@@ -35,42 +39,68 @@ class Snapshot {
     const std::int64_t ageMs = at_.AgeMs(row);
     const bool behind = at_.Compare(row) > 0;
     if (row.run != run_) {
-      if (behind || behind_) return behind_ = run_ != 0, false;
-      values_.clear();
-      order_.clear();
+      if (behind || behind_) return EnterNext(row, ageMs);
+      *this = Snapshot(at_);
       run_ = row.run;
     }
     if (behind) {
       behind_ = true;
       return ageMs > -kDisorderMs && at_.by != Position::By::kSeq;
     }
+    lastAgeMs_ = ageMs;
     if (row.table == "configuration") return true;
     if (UtcOfInstant(row)) utcMs_ = row.utcMs + ageMs;
-    Key key(row.table, row.source);
-    if (row.table == "version") key.first += std::to_string(row.Number("component"));
-    const auto [place, isNew] = values_.try_emplace(key);
-    if (isNew) order_.push_back(key);
-    if (row.event == EventKind::kRestated && !isNew) return true;
-    place->second = {{}, ageMs, row.event == EventKind::kRestated};
-    AppendPrintable(row.text, place->second.text);
+    SetValue(row, ageMs);
     return true;
   }
 
   bool Empty() const { return values_.empty(); }
   // Whether the run goes on behind the instant.
-  bool WithinRun() const { return behind_ || at_.by == Position::By::kSeq; }
+  bool WithinRun() const { return behind_ || isWithin_ || at_.by == Position::By::kSeq; }
 
   void Print(std::string& out) const {
-    ::Print(out, "Run %d at %s\n", run_, UtcText(utcMs_).c_str());
-    ::Print(out, "%14s  %-20s %s\n", "age", "source", "value");
+    reader::Print(out, "Run %d at %s\n", run_, UtcText(utcMs_).c_str());
+    if (nextInMs_ > 0) {
+      reader::Print(out, "The recorder was off: run %d had ended %s before, run %d began %s later.\n", run_,
+                    DurationText(lastAgeMs_).c_str(), run_ + 1, DurationText(nextInMs_).c_str());
+    }
+    reader::Print(out, "%14s  %-20s %s\n", "age", "source", "value");
     for (const Key& key : order_) {
       const Value& value = values_.at(key);
       const std::string age = (value.older ? "over " : "") + DurationText(value.ageMs);
-      ::Print(out, "%14s  %-20s %s\n", age.c_str(), key.second.c_str(), value.text.c_str());
+      reader::Print(out, "%14s  %-20s %s\n", age.c_str(), Printable(key.second).c_str(),
+                    TextOf(value).c_str());
     }
   }
 
  private:
+  // The instant is behind the last record of its run.
+  bool EnterNext(const Row& row, std::int64_t ageMs) {
+    if (!behind_ && run_ != 0 && row.run == run_ + 1 && at_.by == Position::By::kUtc) nextInMs_ = -ageMs;
+    isWithin_ = run_ != 0;
+    return false;
+  }
+
+  void SetValue(const Row& row, std::int64_t ageMs) {
+    Key key(row.table, row.source);
+    if (row.table == "version") key.first += std::to_string(row.Number("component"));
+    const auto [place, isNew] = values_.try_emplace(key);
+    Value& value = place->second;
+    if (isNew) order_.push_back(key);
+    if (row.event == EventKind::kRestated && !isNew) return;
+    value.ageMs = ageMs;
+    value.older = row.event == EventKind::kRestated;
+    value.text.clear();
+    AppendRowText(row, value.text);
+    value.isPeriodic = IsPeriodic(row);
+    if (value.isPeriodic && !value.older) value.freshness.Add(row.tick);
+  }
+
+  static std::string TextOf(const Value& value) {
+    if (!value.isPeriodic || value.ageMs <= value.freshness.LimitMs()) return value.text;
+    return "no data for " + DurationText(value.ageMs) + ", the last was: " + value.text;
+  }
+
   // Whether the row can tell it. The senders' times differ from those by which rows are counted.
   bool UtcOfInstant(const Row& row) const {
     if (row.utcMs == kNoUtc) return false;
@@ -92,6 +122,9 @@ class Snapshot {
   Position at_;
   int run_ = 0;
   bool behind_ = false;
+  bool isWithin_ = false;
+  std::int64_t lastAgeMs_ = 0;  // of the last record before the instant
+  std::int64_t nextInMs_ = 0;   // until the next run, where the instant lies between two
   std::int64_t utcMs_ = kNoUtc;
   std::vector<Key> order_;
   std::map<Key, Value> values_;
@@ -111,8 +144,8 @@ int State(const StateOptions& options) {
     messages.Problem("nothing is recorded at or before " + options.at->said);
     return kFinding;
   }
-  if (!snapshot.WithinRun()) messages.Note("nothing is recorded behind " + options.at->said);
-  Output out;
+  if (!snapshot.WithinRun()) messages.Note("nothing is recorded after " + options.at->said);
+  Output out(Output::Kind::kText);
   snapshot.Print(out.Text());
   return out.Flush() ? messages.Status() : kFinding;
 }
@@ -131,3 +164,5 @@ Action DeclareState(CLI::App& app) {
              "  metadata state --at 2024-05-01T12:00:30Z");
   return [options] { return State(*options); };
 }
+
+}  // namespace reader

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
+namespace reader {
 namespace {
 
 namespace fs = std::filesystem;
@@ -65,3 +66,5 @@ std::optional<Videos> VideoOption::Find(const std::string& page, Messages& messa
   }
   return videos;
 }
+
+}  // namespace reader

@@ -8,6 +8,8 @@
 #include "Messages.h"
 #include "Video.h"
 
+namespace reader {
+
 // --video FILE[=OFFSET], once for each camera.
 class VideoOption {
  public:
@@ -20,3 +22,5 @@ class VideoOption {
  private:
   std::vector<std::string> given_;
 };
+
+}  // namespace reader

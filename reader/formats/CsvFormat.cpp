@@ -9,11 +9,12 @@
 #include "Encode.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 class CsvFormat : public RowFormat {
  public:
-  explicit CsvFormat(const Selection* selection) {
+  CsvFormat(const Selection* selection, bool forSpreadsheets) : forSpreadsheets_(forSpreadsheets) {
     for (const RecordTable& table : CurrentCatalogue().tables) {
       if (selection != nullptr && !selection->MaySelect(table.name)) continue;
       for (std::size_t i = 0; i < table.columns.size(); ++i) {
@@ -39,7 +40,9 @@ class CsvFormat : public RowFormat {
     AppendNumber(row.tick, out);
     out += ',';
     if (row.hasSenderTick) AppendNumber(row.senderTick, out);
-    out.append(",").append(EventName(row.event)).append(",").append(row.table).append(",");
+    out.append(",").append(EventName(row.event)).append(",");
+    AppendText(row.table, out);
+    out += ',';
     AppendText(row.source, out);
     std::size_t at = 0;
     for (const auto& [column, field] : PlacesOf(row)) {
@@ -67,7 +70,7 @@ class CsvFormat : public RowFormat {
     return places_.emplace(row.table, places).first->second;
   }
 
-  static void AppendValue(const Field& field, std::string& out) {
+  void AppendValue(const Field& field, std::string& out) const {
     if (field.isText) {
       AppendText(field.text, out);
     } else {
@@ -75,16 +78,18 @@ class CsvFormat : public RowFormat {
     }
   }
 
-  static void AppendText(std::string_view text, std::string& out) {
+  void AppendText(std::string_view text, std::string& out) const {
+    const bool isFormula = forSpreadsheets_ && text.find_first_of("=+-@\t\r") == 0;
     if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-      out += text;
+      out.append(isFormula ? "'" : "").append(text);
       return;
     }
-    out += '"';
+    out.append(isFormula ? "\"'" : "\"");
     for (const char c : text) out.append(c == '"' ? 2 : 1, c);
     out += '"';
   }
 
+  bool forSpreadsheets_;
   std::vector<std::string> names_;
   std::map<std::string, Places, std::less<>> places_;
   UtcWriter utc_;
@@ -92,6 +97,8 @@ class CsvFormat : public RowFormat {
 
 }  // namespace
 
-std::unique_ptr<RowFormat> MakeCsvFormat(const Selection* selection) {
-  return std::make_unique<CsvFormat>(selection);
+std::unique_ptr<RowFormat> MakeCsvFormat(const Selection* selection, bool forSpreadsheets) {
+  return std::make_unique<CsvFormat>(selection, forSpreadsheets);
 }
+
+}  // namespace reader

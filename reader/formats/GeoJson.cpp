@@ -4,6 +4,7 @@
 
 #include "Encode.h"
 
+namespace reader {
 namespace {
 
 // RFC 7946, 3.1.9: no line crosses the 180th meridian.
@@ -119,3 +120,5 @@ void GeoJson::End(std::string& out) {
   FinishLine(out);
   out += "\n]}\n";
 }
+
+}  // namespace reader

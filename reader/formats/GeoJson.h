@@ -4,6 +4,8 @@
 #include "TrackFollower.h"
 #include "Utc.h"
 
+namespace reader {
+
 constexpr const char* kGeoJsonSources = "gps,bookmark";
 
 // GeoJSON (RFC 7946): a line for each stretch with a fix, a point for each bookmark.
@@ -37,3 +39,5 @@ class GeoJson : public RowFormat {
   std::string courses_;
   std::string altitudes_;
 };
+
+}  // namespace reader

@@ -3,6 +3,7 @@
 #include "Encode.h"
 #include "Print.h"
 
+namespace reader {
 namespace {
 
 constexpr const char* kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -116,3 +117,5 @@ void GpxTracks::End(std::string& out) {
   if (run_ != 0) out += "</trkseg>\n</trk>\n";
   out += "</gpx>\n";
 }
+
+}  // namespace reader

@@ -5,6 +5,8 @@
 #include "TrackFollower.h"
 #include "Utc.h"
 
+namespace reader {
+
 // GPX 1.1. All waypoints stand before all tracks, so they are two forms, written one after the other.
 
 constexpr const char* kGpxSources = "gps,bookmark";
@@ -36,3 +38,5 @@ class GpxTracks : public RowFormat {
   UtcWriter utc_;
   int run_ = 0;
 };
+
+}  // namespace reader

@@ -3,6 +3,7 @@
 #include "Encode.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 class JsonFormat : public RowFormat {
@@ -52,3 +53,5 @@ class JsonFormat : public RowFormat {
 std::unique_ptr<RowFormat> MakeJsonFormat() {
   return std::make_unique<JsonFormat>();
 }
+
+}  // namespace reader

@@ -4,4 +4,8 @@
 
 #include "RowFormat.h"
 
+namespace reader {
+
 std::unique_ptr<RowFormat> MakeJsonFormat();
+
+}  // namespace reader

@@ -4,9 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "Catalogue.h"
 #include "Row.h"
 #include "Selection.h"
+
+namespace reader {
 
 // A form in which records are written.
 class RowFormat {
@@ -23,3 +24,5 @@ class RowFormat {
 // "text", "csv" or "jsonl". The columns of CSV are those of the tables in which what is selected may
 // stand; a null selection selects everything.
 std::unique_ptr<RowFormat> MakeRowFormat(const std::string& name, const Selection* selection);
+
+}  // namespace reader

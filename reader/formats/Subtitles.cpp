@@ -4,12 +4,17 @@
 
 #include "Print.h"
 
+namespace reader {
 namespace {
 
 void PrintTime(std::int64_t ms, std::string& out) {
   const auto whole = static_cast<long long>(ms);
   Print(out, "%02lld:%02lld:%02lld,%03lld", whole / 3'600'000, whole / 60'000 % 60, whole / 1000 % 60,
         whole % 1000);
+}
+
+std::string NoData(const std::string& source, std::int64_t ms) {
+  return source + " no data for " + std::to_string(ms / 1000) + " s";
 }
 
 }  // namespace
@@ -47,6 +52,7 @@ void Subtitles::BeginRun(int run) {
   utcOffsetMs_ = kNoUtc;
   known_ = false;
   hasFix_ = false;
+  gpsFreshness_ = {};
   radars_.clear();
   active_.clear();
 }
@@ -103,46 +109,65 @@ void Subtitles::Take(const Row& row) {
 }
 
 void Subtitles::TakeFix(const Row& row) {
-  if (LosesFix(row)) {
-    hasFix_ = false;
-  } else if (ReadGpsFix(row, fix_)) {
-    hasFix_ = true;
-  }
+  const GpsReading reading = ReadGps(row);
+  if (row.table == "gps" && row.event != EventKind::kRestated) gpsFreshness_.Add(EventTick(row));
+  if (reading.losesFix) hasFix_ = false;
+  if (!reading.hasFix) return;
+  hasFix_ = true;
+  fix_ = reading.fix;
 }
 
 void Subtitles::TakeRadar(const Row& row) {
   const std::string name(row.source);
-  if (row.table == "radar") {
-    radars_[name] = std::to_string(row.Number("speed1")) + " " + std::to_string(row.Number("speed2")) + " " +
-                    std::to_string(row.Number("speed3"));
-  } else if (row.table == "speed") {
-    radars_[name] = std::to_string(row.Number("speed"));
-  } else if (row.Number("valid") == 0) {
-    radars_.erase(name);
+  if (row.table != "radar" && row.table != "speed") {
+    if (row.Number("valid") == 0) radars_.erase(name);
+    return;
+  }
+  Radar& radar = radars_[name];
+  if (row.event != EventKind::kRestated) radar.freshness.Add(EventTick(row));
+  radar.reading.clear();
+  if (row.table == "speed") {
+    Print(radar.reading, "%lld km/h", static_cast<long long>(row.Number("speed")));
+  } else {
+    Print(radar.reading, "target %lld, fastest %lld, locked %lld km/h",
+          static_cast<long long>(row.Number("speed1")), static_cast<long long>(row.Number("speed2")),
+          static_cast<long long>(row.Number("speed3")));
   }
 }
 
-std::string Subtitles::SpeedText() const {
+std::string Subtitles::SpeedText(std::int64_t tick) const {
+  const std::int64_t silentMs = gpsFreshness_.SilentMs(tick);
   std::string text;
-  if (hasFix_) {
+  if (!hasFix_) {
+    text = "no fix";
+  } else if (silentMs > 0) {
+    text = NoData("GPS", silentMs);
+  } else {
     Print(text, "GPS %.1f km/h  %.6f %.6f", static_cast<double>(fix_.speedDeciKmh) / 10, fix_.Latitude(),
           fix_.Longitude());
-  } else {
-    text = "no fix";
   }
-  return text;
+  return text + "\n";
+}
+
+std::string Subtitles::RadarText(std::int64_t tick) const {
+  std::string text;
+  for (const auto& [source, radar] : radars_) {
+    if (!text.empty()) text += "  ";
+    const std::int64_t silentMs = radar.freshness.SilentMs(tick);
+    text += silentMs > 0 ? NoData(source, silentMs) : source + " " + radar.reading;
+  }
+  return text.empty() ? text : text + "\n";
 }
 
 std::string Subtitles::StateText() const {
   if (!known_) return {};
+  const std::int64_t tick = beginTick_ + nextCue_ * kCueMs;
   std::string text;
-  if (utcOffsetMs_ != kNoUtc) text += UtcText(beginTick_ + nextCue_ * kCueMs + utcOffsetMs_) + "\n";
-  text += SpeedText() + "\n";
-  for (const auto& [source, reading] : radars_) {
-    text.append(&reading == &radars_.begin()->second ? "" : "  ").append(source).append(" ").append(reading);
-  }
-  if (!radars_.empty()) text += "\n";
+  if (utcOffsetMs_ != kNoUtc) text += UtcText(tick + utcOffsetMs_) + "\n";
+  text += SpeedText(tick) + RadarText(tick);
   for (const std::string& name : active_) text.append(&name == active_.data() ? "" : ", ").append(name);
   if (!active_.empty()) text += "\n";
   return text;
 }
+
+}  // namespace reader

@@ -4,10 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "Freshness.h"
 #include "Instant.h"
 #include "RowFormat.h"
 #include "TrackFollower.h"
 #include "Utc.h"
+
+namespace reader {
 
 constexpr const char* kSubtitleSources =
     "gps,speed-radar,radar,inputs,recording,covert,crash,bookmark,clock,run";
@@ -35,7 +38,8 @@ class Subtitles : public RowFormat {
   void Advance(std::int64_t ms, std::string& out);
   void FinishCue(std::string& out);
   std::string StateText() const;
-  std::string SpeedText() const;
+  std::string SpeedText(std::int64_t tick) const;
+  std::string RadarText(std::int64_t tick) const;
 
   Position begin_;
   int run_ = 0;
@@ -49,8 +53,13 @@ class Subtitles : public RowFormat {
   bool known_ = false;
   bool hasFix_ = false;
   GpsFix fix_;
-  std::map<std::string, std::string> radars_;  // by source; without those that have no reading
-  std::vector<std::string> active_;            // in the order in which they became so
+  Freshness gpsFreshness_;
+  struct Radar {
+    std::string reading;
+    Freshness freshness;
+  };
+  std::map<std::string, Radar> radars_;  // by source; without those that have no reading
+  std::vector<std::string> active_;      // in the order in which they became so
 
   // The cue that is under way.
   std::int64_t nextCue_ = 0;
@@ -59,3 +68,5 @@ class Subtitles : public RowFormat {
   int bookmarks_ = 0;
   int cues_ = 0;
 };
+
+}  // namespace reader

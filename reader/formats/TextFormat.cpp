@@ -1,8 +1,10 @@
 #include "TextFormat.h"
 
 #include "Encode.h"
+#include "RowText.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 class TextFormat : public RowFormat {
@@ -13,13 +15,13 @@ class TextFormat : public RowFormat {
     constexpr std::size_t kSourceWidth = 16;
     utc_.Append(row.utcMs, out);
     out += "  ";
-    out += row.source;
+    AppendPrintable(row.source, out);
     out.append(row.source.size() < kSourceWidth ? kSourceWidth - row.source.size() : 0, ' ');
     out += "  ";
     if (row.text.empty()) {
       for (const Field& field : row.fields) AppendField(field, out);
     } else {
-      AppendPrintable(row.text, out);
+      AppendRowText(row, out);
     }
     if (row.event != EventKind::kEvent) out.append(" (").append(EventName(row.event)).append(")");
     out += '\n';
@@ -27,7 +29,7 @@ class TextFormat : public RowFormat {
 
  private:
   static void AppendField(const Field& field, std::string& out) {
-    out.append(out.back() == ' ' ? "" : " ").append(field.name).append("=");
+    out.append(out.back() == ' ' ? "" : " ").append(Printable(field.name)).append("=");
     if (field.isText) {
       AppendPrintable(field.text, out);
     } else {
@@ -42,3 +44,5 @@ class TextFormat : public RowFormat {
 std::unique_ptr<RowFormat> MakeTextFormat() {
   return std::make_unique<TextFormat>();
 }
+
+}  // namespace reader

@@ -4,4 +4,8 @@
 
 #include "RowFormat.h"
 
+namespace reader {
+
 std::unique_ptr<RowFormat> MakeTextFormat();
+
+}  // namespace reader

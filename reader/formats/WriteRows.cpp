@@ -2,6 +2,7 @@
 
 #include "RunReader.h"
 
+namespace reader {
 namespace {
 
 void WriteAll(RunReader& reader, const Range& range, RowFormat& format, Output& out) {
@@ -31,3 +32,5 @@ bool WriteRows(const std::vector<Run>& runs, const Range& range, const Selection
   }
   return out.Flush();
 }
+
+}  // namespace reader

@@ -5,27 +5,47 @@
 #include <string_view>
 
 #include "Schema.h"
+#include "Sqlite.h"
+#include "Tables.h"
 
+namespace reader {
 namespace {
 
 constexpr std::array kHeader{"seq", "tick", "sender_tick", "event"};
 
-// Columns that count sources of one kind.
-constexpr std::array kNumbers{"signal", "tag",    "source", "radar",    "mic",
-                              "sensor", "camera", "stream", "component"};
+// A recording has some dozens of tables, a planted file may have any number.
+constexpr std::size_t kMostTables = 200;
+constexpr std::size_t kMostColumns = 200;
 
 // Names that stand for something else in every row.
 constexpr std::array kRowNames{"run",      "seq",   "tick",   "sender_tick", "utc",
                                "utc_from", "event", "source", "table"};
 
+const store::Table* FindKnown(std::string_view name) {
+  const auto* found = std::find_if(store::kTables.begin(), store::kTables.end(),
+                                   [name](const store::Table& table) { return name == table.name; });
+  return found == store::kTables.end() ? nullptr : found;
+}
+
+// A table whose source could not be told, since its first column is another one, counts as unknown.
+void TakeMeaning(RecordTable& table) {
+  table.known = FindKnown(table.name);
+  if (!table.IsNumbered()) return;
+  const bool hasKey = !table.columns.empty() && !table.columns.front().isText &&
+                      table.columns.front().name == table.known->columns.front().name;
+  if (!hasKey) table.known = nullptr;
+}
+
+// False for a table that is none of records.
 bool ReadTable(Connection& connection, RecordTable& table) {
   Statement columns;
-  if (columns.Prepare(connection.Handle(), "SELECT name, type FROM pragma_table_info('" + table.name +
-                                               "') ORDER BY cid") != SQLITE_OK) {
+  if (columns.Prepare(connection.Handle(), "SELECT name, type FROM pragma_table_info(?1) ORDER BY cid") !=
+      SQLITE_OK) {
     return false;
   }
+  columns.Bind(1, table.name);
   std::size_t header = 0;
-  while (columns.Step() == SQLITE_ROW) {
+  while (columns.Step() == SQLITE_ROW && table.columns.size() < kMostColumns) {
     const std::string_view name = columns.Text(0);
     if (header < kHeader.size()) {
       if (name != kHeader[header]) return false;
@@ -35,53 +55,8 @@ bool ReadTable(Connection& connection, RecordTable& table) {
     }
   }
   if (header < kHeader.size()) return false;
-  if (table.columns.empty()) return true;
-  const RecordColumn& first = table.columns.front();
-  table.numbered = !first.isText && std::find(kNumbers.begin(), kNumbers.end(), first.name) != kNumbers.end();
+  TakeMeaning(table);
   return true;
-}
-
-// One part of the view of all records: "SELECT seq, tick, sender_tick, event, SOURCE AS source, TEXT AS
-// text, ... FROM TABLE".
-void ReadViewPart(std::string_view part, Catalogue& catalogue) {
-  constexpr std::string_view kEvent = " event, ";
-  constexpr std::string_view kAsSource = " AS source, ";
-  constexpr std::string_view kAsText = " AS text, ";
-  constexpr std::string_view kFrom = " FROM ";
-  const std::size_t source = part.find(kEvent);
-  const std::size_t asSource = part.rfind(kAsSource);
-  const std::size_t asText = part.rfind(kAsText);
-  const std::size_t from = part.rfind(kFrom);
-  if (source == std::string_view::npos || asSource == std::string_view::npos ||
-      asText == std::string_view::npos || from == std::string_view::npos) {
-    return;
-  }
-  const std::size_t text = asSource + kAsSource.size();
-  const std::size_t begin = source + kEvent.size();
-  if (begin > asSource || text > asText || asText > from) return;
-  std::string_view name = part.substr(from + kFrom.size());
-  name = name.substr(0, name.find_first_of(" \n"));
-  for (RecordTable& table : catalogue.tables) {
-    if (table.name != name) continue;
-    table.sourceSql = part.substr(begin, asSource - begin);
-    table.textSql = part.substr(text, asText - text);
-  }
-}
-
-void ReadView(Connection& connection, Catalogue& catalogue) {
-  Statement view;
-  if (view.Prepare(connection.Handle(),
-                   "SELECT sql FROM sqlite_master WHERE type='view' AND name='record'") != SQLITE_OK ||
-      view.Step() != SQLITE_ROW) {
-    return;
-  }
-  constexpr std::string_view kUnion = "UNION ALL ";
-  std::string_view rest = view.Text(0);
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find(kUnion), rest.size());
-    ReadViewPart(rest.substr(0, end), catalogue);
-    rest.remove_prefix(std::min(end + kUnion.size(), rest.size()));
-  }
 }
 
 bool HasColumn(const RecordTable& table, const std::string& name) {
@@ -89,7 +64,7 @@ bool HasColumn(const RecordTable& table, const std::string& name) {
                      [&name](const RecordColumn& column) { return column.name == name; });
 }
 
-// What `one` has and `other` has not.
+// What `one` has and `other` lacks.
 void AppendMissing(const Catalogue& one, const Catalogue& other, const char* how,
                    std::vector<std::string>& differences) {
   for (const RecordTable& table : one.tables) {
@@ -119,11 +94,13 @@ const RecordTable* Catalogue::Find(const std::string& table) const {
   return found == tables.end() ? nullptr : &*found;
 }
 
+// A virtual table has no root page: reading it would run code of its module.
 bool ReadCatalogue(Connection& connection, Catalogue& catalogue) {
   Statement names;
   const int rc = names.Prepare(connection.Handle(),
-                               "SELECT name FROM sqlite_master WHERE type='table' AND name NOT LIKE '%''%' "
-                               "ORDER BY rowid");
+                               "SELECT name FROM main.sqlite_master WHERE type='table' AND rootpage>0 "
+                               "ORDER BY rowid LIMIT " +
+                                   std::to_string(kMostTables));
   if (rc != SQLITE_OK) return false;
   catalogue.schemaVersion = static_cast<int>(connection.Integer("PRAGMA user_version", 0));
   int step = names.Step();
@@ -132,19 +109,22 @@ bool ReadCatalogue(Connection& connection, Catalogue& catalogue) {
     table.name = names.Text(0);
     if (ReadTable(connection, table)) catalogue.tables.push_back(table);
   }
-  ReadView(connection, catalogue);
   return step == SQLITE_DONE;
 }
 
 const Catalogue& CurrentCatalogue() {
   static const Catalogue current = [] {
     Catalogue catalogue;
-    Connection memory;
-    if (memory.Open(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE) == SQLITE_OK) {
-      (void)memory.Execute(store::CreateSchema().c_str());
-      (void)ReadCatalogue(memory, catalogue);
-    }
     catalogue.schemaVersion = store::kSchemaVersion;
+    for (const store::Table& known : store::kTables) {
+      RecordTable& table = catalogue.tables.emplace_back();
+      table.name = known.name;
+      for (std::size_t i = 0; i < known.ColumnCount(); ++i) {
+        const store::Column& column = known.columns[i];
+        table.columns.push_back({column.name, column.type == store::ColumnType::kText});
+      }
+      TakeMeaning(table);
+    }
     return catalogue;
   }();
   return current;
@@ -156,3 +136,5 @@ std::vector<std::string> Differences(const Catalogue& catalogue) {
   AppendMissing(catalogue, CurrentCatalogue(), "unknown", differences);
   return differences;
 }
+
+}  // namespace reader

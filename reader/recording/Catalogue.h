@@ -3,10 +3,15 @@
 #include <string>
 #include <vector>
 
-#include "Sqlite.h"
+#include "Table.h"
 
-// What a recording file says about its own tables. Nothing is taken for granted, so files with another
-// schema are read too.
+namespace reader {
+
+class Connection;
+
+// Which tables of records a recording file has. What a known table means stands in the store's format; a
+// table that the format does not know is shown column by column. Names come from the file: they are
+// quoted before they become SQL, and made printable before they are shown.
 
 struct RecordColumn {
   std::string name;
@@ -17,10 +22,11 @@ struct RecordColumn {
 struct RecordTable {
   std::string name;
   std::vector<RecordColumn> columns;
-  bool numbered = false;  // the first column tells one source from another
-  // SQL over the columns, as the file's views have it; empty where the file does not say.
-  std::string sourceSql;
-  std::string textSql;
+  // What the format says of it; null for a table that it does not know.
+  const store::Table* known = nullptr;
+
+  // Whether the first column tells one source from another.
+  bool IsNumbered() const { return known != nullptr && known->HasNumberedSources(); }
 };
 
 // Under which name a row has the table's column number `column`: the column's own, with the table
@@ -40,6 +46,8 @@ bool ReadCatalogue(Connection& connection, Catalogue& catalogue);
 // The schema that the store makes today.
 const Catalogue& CurrentCatalogue();
 
-// What a file has not that the current schema has, and the other way round: "no table loss", "no
-// column gps.valid", "unknown table x". Empty when they are the same.
+// What a file lacks of the current schema, and what it has beside it: "no table loss", "no column
+// gps.valid", "unknown table x". Empty when they are the same.
 std::vector<std::string> Differences(const Catalogue& catalogue);
+
+}  // namespace reader

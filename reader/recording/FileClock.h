@@ -4,7 +4,10 @@
 #include <vector>
 
 #include "Row.h"
-#include "Sqlite.h"
+
+namespace reader {
+
+class Connection;
 
 // UTC of the records of one file, as docs/store.md defines it.
 class FileClock {
@@ -25,3 +28,5 @@ class FileClock {
   std::int64_t firstTrusted_ = 0;
   std::size_t at_ = 0;
 };
+
+}  // namespace reader

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "FileNames.h"
+
+namespace reader {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -24,18 +28,9 @@ void FindIn(const std::string& directory, std::vector<std::string>& files, Messa
 }  // namespace
 
 std::pair<std::string, std::uint64_t> BaseAndNumber(const std::string& path) {
-  constexpr std::string_view kSuffix = ".db";
-  constexpr std::size_t kMinDigits = 6;
-  constexpr std::size_t kMaxDigits = 9;
-  if (!path.ends_with(kSuffix)) return {path, 0};
-  const std::size_t end = path.size() - kSuffix.size();
-  const std::size_t dot = path.rfind('.', end - 1);
-  if (end == 0 || dot == std::string::npos) return {path, 0};
-  const std::string digits = path.substr(dot + 1, end - dot - 1);
-  const bool isNumber = digits.size() >= kMinDigits && digits.size() <= kMaxDigits &&
-                        digits.find_first_not_of("0123456789") == std::string::npos;
-  if (!isNumber) return {path, 0};
-  return {path.substr(0, dot), std::stoull(digits)};
+  const auto name = store::ParseRecordingName(path);
+  if (!name) return {path, 0};
+  return {std::string(name->base), name->number};
 }
 
 std::vector<std::string> FindFiles(const std::vector<std::string>& paths, Messages& messages) {
@@ -56,3 +51,5 @@ std::vector<std::string> FindFiles(const std::vector<std::string>& paths, Messag
   files.erase(std::unique(files.begin(), files.end()), files.end());
   return files;
 }
+
+}  // namespace reader

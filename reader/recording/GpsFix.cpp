@@ -1,14 +1,21 @@
 #include "GpsFix.h"
 
-bool ReadGpsFix(const Row& row, GpsFix& fix) {
+#include "RecordTime.h"
+#include "Tables.h"
+
+namespace reader {
+
+namespace {
+
+// False where the record holds no position on earth that the receiver had found.
+bool ReadFix(const Row& row, GpsFix& fix) {
   constexpr std::int64_t kQualityNone = 0;
   constexpr std::int64_t kQualityManual = 7;
-  if (row.table != "gps") return false;
   fix.utcMs = row.utcMs;
   fix.latitudeE4min = row.Number("latitude_e4min", INT64_MAX);
   fix.longitudeE4min = row.Number("longitude_e4min", INT64_MAX);
-  fix.altitudeDm = row.Number("altitude_dm", kAltitudeUnknown);
-  fix.hasAltitude = fix.altitudeDm != kAltitudeUnknown;
+  fix.altitudeDm = row.Number("altitude_dm", store::kNoAltitudeDm);
+  fix.hasAltitude = fix.altitudeDm != store::kNoAltitudeDm;
   fix.speedDeciKmh = row.Number("speed_deci_kmh");
   fix.courseDeciDeg = row.Number("course_deci_deg");
   fix.quality = row.Number("quality", 1);
@@ -21,15 +28,23 @@ bool ReadGpsFix(const Row& row, GpsFix& fix) {
          fix.quality != kQualityManual;
 }
 
-bool LosesFix(const Row& row) {
-  if (row.table == "gps_state") return row.Number("valid") == 0;
-  GpsFix fix;
-  return row.table == "gps" && !ReadGpsFix(row, fix);
+}  // namespace
+
+GpsReading ReadGps(const Row& row) {
+  GpsReading reading;
+  if (row.table == "gps") {
+    reading.hasFix = ReadFix(row, reading.fix);
+    reading.losesFix = !reading.hasFix;
+  } else if (row.table == "gps_state") {
+    reading.losesFix = row.Number("valid") == 0;
+  }
+  return reading;
 }
 
 std::int64_t EventTick(const Row& row) {
   if (!row.utcBySender) return row.tick;
-  const auto shift = static_cast<std::uint32_t>(row.senderTick) - static_cast<std::uint32_t>(row.tick);
-  const std::int64_t ms = static_cast<std::int32_t>(shift);
+  const std::int64_t ms = store::TickDistanceMs(row.tick, static_cast<std::uint32_t>(row.senderTick));
   return static_cast<std::int64_t>(static_cast<std::uint64_t>(row.tick) + static_cast<std::uint64_t>(ms));
 }
+
+}  // namespace reader

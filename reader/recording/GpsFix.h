@@ -4,7 +4,7 @@
 
 #include "Row.h"
 
-constexpr std::int64_t kAltitudeUnknown = 134'217'727;
+namespace reader {
 
 // Where and how fast the vehicle was, by one record of table gps.
 struct GpsFix {
@@ -23,11 +23,15 @@ struct GpsFix {
   double Longitude() const { return static_cast<double>(longitudeE4min) / 600'000; }
 };
 
-// False where the record is none of a position on earth that the receiver had found.
-bool ReadGpsFix(const Row& row, GpsFix& fix);
-
-// Whether it says that there is no fix from here on.
-bool LosesFix(const Row& row);
+// What a record says of the position.
+struct GpsReading {
+  bool hasFix = false;    // the receiver had found `fix`, which is on earth
+  bool losesFix = false;  // there is no fix from here on
+  GpsFix fix;
+};
+GpsReading ReadGps(const Row& row);
 
 // The tick of the event: as the sender told it, else of the arrival; in 64 bits as the arrival's.
 std::int64_t EventTick(const Row& row);
+
+}  // namespace reader

@@ -8,6 +8,7 @@
 #include "RunReader.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 struct NamedEvent {
@@ -92,6 +93,24 @@ bool ReadTick(std::string_view text, Instant& instant) {
          instant.value <= kFarthestMs;
 }
 
+// Ticks count from boot: nobody's recorder has been on for 31 years. Since 1970 so many passed in 2001.
+constexpr std::int64_t kLeastEpochMs = 1'000'000'000'000;
+// Seconds since 1970, from 2017 to 2100. So many milliseconds are ticks of a recorder that is on for weeks.
+constexpr std::int64_t kFirstEpochSecond = 1'500'000'000;
+constexpr std::int64_t kLastEpochSecond = 4'100'000'000;
+
+std::string EpochHint(const std::string& text, std::int64_t utcMs) {
+  return "'" + text + "' is no tick of these recordings. If it counts from 1970, write " + UtcText(utcMs);
+}
+
+bool LooksLikeEpoch(std::int64_t tick, const std::vector<Run>& runs) {
+  constexpr std::int64_t kDayMs = 86'400'000;
+  if (tick < kFirstEpochSecond || tick > kLastEpochSecond) return false;
+  return std::none_of(runs.begin(), runs.end(), [tick](const Run& run) {
+    return tick >= run.firstTick - kDayMs && tick <= run.lastTick + kDayMs;
+  });
+}
+
 int Sign(std::int64_t left, std::int64_t right) {
   return left < right ? -1 : left > right ? 1 : 0;
 }
@@ -101,7 +120,11 @@ int Sign(std::int64_t left, std::int64_t right) {
 bool ReadInstant(const std::string& text, Instant& instant, std::string& error) {
   instant = {};
   instant.said = text;
-  if (ReadTick(text, instant)) return true;
+  if (ReadTick(text, instant)) {
+    if (instant.value < kLeastEpochMs) return true;
+    error = EpochHint(text, instant.value);
+    return false;
+  }
   instant.kind = Instant::Kind::kUtc;
   if (ReadUtc(text, instant.value) || ReadEvent(text, instant)) return true;
   error = "'" + text + "' is no time: " + InstantHelp();
@@ -116,7 +139,7 @@ std::vector<std::string> EventNames() {
 }
 
 std::string InstantHelp() {
-  std::string help = "a tick, a UTC time (2024-05-01T12:00:00Z), or an event";
+  std::string help = "a tick, a time (2024-05-01T12:00:00Z, 2024-05-01T14:00+02:00), or an event";
   for (const NamedEvent& row : kEvents) help += std::string(&row == kEvents.data() ? " (" : ", ") + row.name;
   return help + "), with which one of them and a distance where need be (bookmark:2-30s)";
 }
@@ -146,9 +169,23 @@ std::int64_t Position::AgeMs(const Row& row) const {
   return 0;
 }
 
+bool Position::IsAfter(const Position& other) const {
+  if (run != 0 && other.run != 0 && run != other.run) return run > other.run;
+  if (by == By::kUtc || other.by == By::kUtc)
+    return utcMs != kNoUtc && other.utcMs != kNoUtc && utcMs > other.utcMs;
+  if (by == By::kSeq && other.by == By::kSeq) return value > other.value;
+  return tick > other.tick;
+}
+
 std::optional<Position> Resolve(const Instant& instant, const std::vector<Run>& runs, Messages& messages) {
-  if (instant.kind == Instant::Kind::kTick) return Position{Position::By::kTick, 0, instant.value, 0};
-  if (instant.kind == Instant::Kind::kUtc) return Position{Position::By::kUtc, 0, instant.value, 0};
+  if (instant.kind == Instant::Kind::kTick) {
+    if (!LooksLikeEpoch(instant.value, runs))
+      return Position{Position::By::kTick, 0, instant.value, instant.value};
+    messages.Problem(EpochHint(instant.said, instant.value * 1000));
+    return std::nullopt;
+  }
+  if (instant.kind == Instant::Kind::kUtc)
+    return Position{Position::By::kUtc, 0, instant.value, 0, instant.value};
   const auto* event = std::find_if(kEvents.begin(), kEvents.end(),
                                    [&instant](const NamedEvent& row) { return row.name == instant.event; });
   Selection selection;
@@ -161,9 +198,13 @@ std::optional<Position> Resolve(const Instant& instant, const std::vector<Run>& 
     if (row.event != EventKind::kEvent) continue;
     if (event->active >= 0 && row.Number("active") != event->active) continue;
     if (++count < instant.count) continue;
-    if (instant.distanceMs == 0) return Position{Position::By::kSeq, row.run, row.seq, row.tick};
-    return Position{Position::By::kTick, row.run, row.tick + instant.distanceMs, 0};
+    const std::int64_t utcMs = row.utcMs == kNoUtc ? kNoUtc : row.utcMs + instant.distanceMs;
+    if (instant.distanceMs == 0) return Position{Position::By::kSeq, row.run, row.seq, row.tick, utcMs};
+    const std::int64_t tick = row.tick + instant.distanceMs;
+    return Position{Position::By::kTick, row.run, tick, tick, utcMs};
   }
   messages.Problem("no " + instant.said + " is recorded: there are " + std::to_string(count));
   return std::nullopt;
 }
+
+}  // namespace reader

@@ -7,9 +7,11 @@
 #include "Row.h"
 #include "Runs.h"
 
+namespace reader {
+
 // A moment as people name it:
 //   123456                    an arrival tick, in each run
-//   2024-05-01T12:00:00Z      UTC; the date alone is its midnight
+//   2024-05-01T12:00:00Z      UTC; the date alone is its midnight; +02:00 in place of Z: of that zone
 //   record-start, bookmark:2  an event, the second of all runs given; InstantHelp names all
 // Behind an event may stand a distance: "crash-30s", "bookmark:2+1.5m" (ms, s, m, h).
 struct Instant {
@@ -33,12 +35,15 @@ struct Position {
   By by = By::kTick;
   int run = 0;  // 0: in every run
   std::int64_t value = 0;
-  std::int64_t tick = 0;  // for kSeq: of that record
+  std::int64_t tick = 0;        // for kSeq: of that record
+  std::int64_t utcMs = kNoUtc;  // where it is known
 
   // Less than 0 for records before it, 0 at it.
   int Compare(const Row& row) const;
   // How long before it the record was; negative for one behind it.
   std::int64_t AgeMs(const Row& row) const;
+  // Whether it is behind another one, as far as the two can be compared.
+  bool IsAfter(const Position& other) const;
 };
 
 // Nothing, and a problem, when there is no such event.
@@ -53,3 +58,5 @@ struct Range {
     return (!from || from->Compare(row) >= 0) && (!to || to->Compare(row) <= 0);
   }
 };
+
+}  // namespace reader

@@ -1,18 +1,24 @@
 #include "PrivateCopy.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <vector>
 
+namespace reader {
+
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kSuffixes[] = {"", "-wal", "-journal"};
+constexpr const char* kSuffixes[] = {"", "-wal"};
 
-// Sizes and times of a recording and what lies beside it.
+// A recording and its WAL take up to 256 MB each, a WAL that a reader pinned somewhat more.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{1} << 30;
+
+// Sizes and times of a recording and of its WAL.
 std::vector<std::intmax_t> StateOf(const std::string& recording) {
   std::vector<std::intmax_t> state;
   for (const char* suffix : kSuffixes) {
@@ -30,6 +36,10 @@ bool CopyAll(const std::string& recording, const std::string& to, std::string& e
     const std::string from = recording + suffix;
     (void)fs::remove(to + suffix, failure);
     if (!fs::exists(from, failure) && *suffix != '\0') continue;
+    if (const auto bytes = fs::file_size(from, failure); !failure && bytes > kMostBytes) {
+      error = from + " has " + std::to_string(bytes) + " bytes, more than any recording";
+      return false;
+    }
     if (fs::copy_file(from, to + suffix, failure)) continue;
     error = "cannot copy " + from + ": " + failure.message();
     return false;
@@ -64,3 +74,5 @@ void PrivateCopy::Remove() {
   if (!directory_.empty()) fs::remove_all(directory_, ignored);
   directory_.clear();
 }
+
+}  // namespace reader

@@ -2,8 +2,10 @@
 
 #include <string>
 
-// A copy of a recording and of the log that lies beside it, in a directory of its own under TMPDIR
-// (/tmp), removed with the object.
+namespace reader {
+
+// A copy of a recording and of the WAL beside it, in a directory of its own under TMPDIR (/tmp), removed with
+// the object. A rollback journal is never copied: SQLite would obey it.
 class PrivateCopy {
  public:
   PrivateCopy() = default;
@@ -15,10 +17,12 @@ class PrivateCopy {
   bool Make(const std::string& recording, std::string& error);
   const std::string& Path() const { return path_; }
 
-  // Who has the copy open keeps it; nothing is left behind then, however this program ends.
+  // A connection that has the copy open keeps it; nothing is left behind then, however this program ends.
   void Remove();
 
  private:
   std::string directory_;
   std::string path_;
 };
+
+}  // namespace reader

@@ -2,12 +2,25 @@
 
 #include <utility>
 
-RecordReader::RecordReader(std::string path, Wanted wanted, Messages& messages)
-    : path_(std::move(path)), wanted_(wanted), messages_(messages), lastSeq_(wanted.afterSeq) {}
+#include "Recording.h"
+#include "TableCursor.h"
+
+namespace reader {
+
+RecordReader::RecordReader(std::string path, Wanted wanted, Messages& messages,
+                           std::shared_ptr<Recording> copy)
+    : path_(std::move(path)),
+      wanted_(wanted),
+      messages_(messages),
+      recording_(std::move(copy)),
+      lastSeq_(wanted.afterSeq) {}
+
+RecordReader::~RecordReader() = default;
 
 bool RecordReader::Open() {
+  if (recording_ != nullptr) return Begin();
   std::string error;
-  recording_ = std::make_unique<Recording>();
+  recording_ = std::make_shared<Recording>();
   if (!recording_->Open(path_, error)) {
     messages_.Problem(path_ + ": " + error);
     recording_.reset();
@@ -18,7 +31,7 @@ bool RecordReader::Open() {
 
 bool RecordReader::Begin() {
   // All tables are read as they are at one moment, so nothing is missed that comes meanwhile.
-  (void)recording_->Sql().Execute("BEGIN");
+  if (recording_->HowItIs() == Recording::Kind::kLive) (void)recording_->Sql().Execute("BEGIN");
   clock_.Read(recording_->Sql());
   advanceFirst_ = false;
   for (const RecordTable& table : recording_->Tables().tables) {
@@ -35,8 +48,8 @@ bool RecordReader::Begin() {
 bool RecordReader::Stands(TableCursor& cursor, int rc) {
   while (rc != SQLITE_ROW && rc != SQLITE_DONE) {
     const std::int64_t before = cursor.Seq();
-    const std::string why = sqlite3_errstr(rc);
-    if (highestSeq_ == 0) highestSeq_ = recording_->Sql().Integer("SELECT last_seq FROM progress", kMaxGuess);
+    const std::string why = ErrorText(rc);
+    if (highestSeq_ == 0) highestSeq_ = recording_->Committed("last_seq", kMaxGuess);
     rc = cursor.SkipDamage(highestSeq_);
     const bool goesOn = rc == SQLITE_ROW;
     messages_.Problem(path_ + ": table " + cursor.Table().name + " cannot be read" +
@@ -90,3 +103,5 @@ bool RecordReader::Resume() {
   paused_ = false;
   return Open();
 }
+
+}  // namespace reader

@@ -6,10 +6,13 @@
 
 #include "FileClock.h"
 #include "Messages.h"
-#include "Recording.h"
 #include "Row.h"
 #include "Selection.h"
-#include "TableCursor.h"
+
+namespace reader {
+
+class Recording;
+class TableCursor;
 
 // The records of one file in their order, merged from its tables. Memory does not depend on their
 // number.
@@ -21,7 +24,13 @@ class RecordReader {
     std::int64_t afterSeq = -1;            // only later ones
   };
 
-  RecordReader(std::string path, Wanted wanted, Messages& messages);
+  // `copy`: the file where it is open already as a private copy, or null.
+  RecordReader(std::string path, Wanted wanted, Messages& messages,
+               std::shared_ptr<Recording> copy = nullptr);
+
+  ~RecordReader();
+  RecordReader(const RecordReader&) = delete;
+  RecordReader& operator=(const RecordReader&) = delete;
 
   // False, after a complaint, when the file cannot be opened.
   bool Open();
@@ -30,9 +39,6 @@ class RecordReader {
   // Lets go of a live file, whose writer would otherwise be held up while this program waits; the next
   // row takes it up again. The row read last is no longer valid.
   void Pause();
-
-  const Recording& File() const { return *recording_; }
-  std::int64_t LastSeq() const { return lastSeq_; }
 
  private:
   static constexpr std::int64_t kMaxGuess = std::int64_t{1} << 40;
@@ -46,7 +52,7 @@ class RecordReader {
   std::string path_;
   Wanted wanted_;
   Messages& messages_;
-  std::unique_ptr<Recording> recording_;
+  std::shared_ptr<Recording> recording_;
   FileClock clock_;
   std::vector<std::unique_ptr<TableCursor>> cursors_;
   std::vector<TableCursor*> heap_;  // the one with the lowest sequence number first
@@ -55,3 +61,5 @@ class RecordReader {
   std::int64_t lastSeq_ = -1;    // of the row read last
   std::int64_t highestSeq_ = 0;  // of the file; looked for when there is damage
 };
+
+}  // namespace reader

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace reader {
+
 const Field* Row::Find(std::string_view name) const {
   const auto found =
       std::find_if(fields.begin(), fields.end(), [name](const Field& field) { return field.name == name; });
@@ -29,3 +31,5 @@ const char* EventName(EventKind event) {
   }
   return "unknown";
 }
+
+}  // namespace reader

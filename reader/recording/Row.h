@@ -5,7 +5,10 @@
 #include <span>
 #include <string_view>
 
+#include "Table.h"
 #include "Utc.h"
+
+namespace reader {
 
 // One value of a record.
 struct Field {
@@ -40,8 +43,9 @@ struct Row {
   std::int64_t utcMs = kNoUtc;  // of the event where the sender told it, else of the arrival
   bool utcBySender = false;
   std::string_view table;
-  std::string_view source;  // "brakes", "camera 2"
-  std::string_view text;    // for people; only where it was asked for
+  const store::Table* known = nullptr;  // what the format says of it; null where it does not know it
+  std::string_view source;              // "brakes", "camera 2"
+  std::string_view text;                // for people; only where it was asked for
   std::span<const Field> fields;
 
   // Null where this record has no such field, as in files of another schema.
@@ -49,3 +53,5 @@ struct Row {
   std::int64_t Number(std::string_view name, std::int64_t otherwise = 0) const;
   std::string_view Text(std::string_view name) const;
 };
+
+}  // namespace reader

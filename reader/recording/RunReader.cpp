@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace reader {
+
 RunReader::RunReader(std::vector<Run> runs, const Selection* selection, bool text, Messages& messages)
     : runs_(std::move(runs)), selection_(selection), text_(text), messages_(messages) {
   for (const Run& run : runs_) total_ = WithinCount(total_ + run.records);
@@ -14,8 +16,10 @@ bool RunReader::NextFile() {
     file_ = 0;
   }
   if (run_ == runs_.size()) return false;
-  reader_ = std::make_unique<RecordReader>(runs_[run_].files[file_++],
-                                           RecordReader::Wanted{selection_, text_, -1}, messages_);
+  const Run& run = runs_[run_];
+  reader_ = std::make_unique<RecordReader>(run.files[file_], RecordReader::Wanted{selection_, text_, -1},
+                                           messages_, run.copies[file_]);
+  ++file_;
   if (!reader_->Open()) reader_.reset();
   return true;
 }
@@ -34,3 +38,5 @@ bool RunReader::Next(Row& row) {
 void RunReader::Pause() {
   if (reader_ != nullptr) reader_->Pause();
 }
+
+}  // namespace reader

@@ -9,6 +9,8 @@
 #include "RecordReader.h"
 #include "Runs.h"
 
+namespace reader {
+
 // The records of several runs, one after the other.
 class RunReader {
  public:
@@ -35,3 +37,5 @@ class RunReader {
   std::int64_t done_ = 0;
   std::int64_t total_ = 0;
 };
+
+}  // namespace reader

@@ -5,6 +5,7 @@
 
 #include "Catalogue.h"
 
+namespace reader {
 namespace {
 
 struct Group {
@@ -138,3 +139,5 @@ std::vector<std::string> SelectionWords() {
   words.erase(std::unique(words.begin(), words.end()), words.end());
   return words;
 }
+
+}  // namespace reader

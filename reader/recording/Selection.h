@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+namespace reader {
+
 // Which sources are wanted: "gps,inputs,camera-2". A word is
 //   a source as the recordings name it, with or without its number; "-" may stand for a blank
 //   a table
@@ -25,3 +27,5 @@ std::string SelectionHelp();
 
 // All words of a selection, numbers apart.
 std::vector<std::string> SelectionWords();
+
+}  // namespace reader

@@ -1,53 +1,48 @@
 #pragma once
 
-#include <sqlite3.h>
-
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
-// A prepared statement; results are SQLite's codes.
-class Statement {
+#include "Database.h"
+
+namespace reader {
+
+// A prepared statement whose steps have a limit of work. Results are SQLite's codes.
+class Statement : private store::Statement {
  public:
+  using store::Statement::Bind;
+  using store::Statement::Integer;
+  using store::Statement::IsNull;
+  using store::Statement::IsPrepared;
+  using store::Statement::Reset;
+  using store::Statement::Text;
+
   int Prepare(sqlite3* database, const std::string& sql);
-  bool Prepared() const { return statement_ != nullptr; }
-
-  void Bind(int index, std::int64_t value) { (void)sqlite3_bind_int64(statement_.get(), index, value); }
-  // SQLITE_ROW, SQLITE_DONE or an error.
-  int Step() { return sqlite3_step(statement_.get()); }
-  void Reset() { (void)sqlite3_reset(statement_.get()); }
-
-  bool IsNull(int column) const { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
-  std::int64_t Integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
-  // Valid until the next step or reset.
-  std::string_view Text(int column) const;
-
- private:
-  struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { (void)sqlite3_finalize(statement); }
-  };
-  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+  // SQLITE_ROW, SQLITE_DONE or an error: SQLITE_INTERRUPT where one step takes more work than any step on a
+  // sound recording.
+  int Step();
 };
 
-// A connection. Statements must be gone before it closes.
-class Connection {
+// A connection to a file that is not trusted: its views, triggers and functions are not used, memory and
+// work have limits. Statements must be gone before it closes.
+class Connection : private store::Database {
  public:
+  using store::Database::Close;
+  using store::Database::Handle;
+  using store::Database::Integer;
+  using store::Database::IsOpen;
+
   int Open(const std::string& name, int flags);
-  void Close() { handle_.reset(); }
-  bool IsOpen() const { return handle_ != nullptr; }
-  sqlite3* Handle() const { return handle_.get(); }
-
+  int Execute(const std::string& sql) { return static_cast<int>(store::Database::Execute(sql)); }
   // What went wrong last.
-  std::string Error() const { return sqlite3_errmsg(handle_.get()); }
-
-  int Execute(const char* sql) { return sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr); }
-  // The first column of the first row; `otherwise` where there is none.
-  std::int64_t Integer(const std::string& sql, std::int64_t otherwise);
-
- private:
-  struct CloseHandle {
-    void operator()(sqlite3* handle) const { (void)sqlite3_close(handle); }
-  };
-  std::unique_ptr<sqlite3, CloseHandle> handle_;
+  std::string Error() const;
 };
+
+// For people; also for the codes that mean that a limit was passed.
+std::string ErrorText(int rc);
+
+// A name from a file, in the quotes in which SQL takes it for a name whatever it holds.
+std::string Quoted(std::string_view name);
+
+}  // namespace reader

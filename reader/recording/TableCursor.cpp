@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace reader {
 namespace {
 
 constexpr int kHeaderColumns = 4;  // seq, tick, sender_tick, event
@@ -23,12 +24,12 @@ TableCursor::TableCursor(sqlite3* database, const RecordTable& table, const Sele
 }
 
 bool TableCursor::Prepare() {
-  if (rows_.Prepared()) return true;
+  if (rows_.IsPrepared()) return true;
   std::string columns = "seq, tick, sender_tick, event";
-  for (const RecordColumn& column : table_.columns) columns += ", \"" + column.name + "\"";
-  const std::string rest = " FROM \"" + table_.name + "\" WHERE seq > ?1 ORDER BY seq";
-  if (withText_ && !table_.textSql.empty() &&
-      rows_.Prepare(database_, "SELECT " + columns + ", " + table_.textSql + rest) == SQLITE_OK) {
+  for (const RecordColumn& column : table_.columns) columns += ", " + Quoted(column.name);
+  const std::string rest = " FROM main." + Quoted(table_.name) + " WHERE seq > ?1 ORDER BY seq";
+  if (withText_ && table_.known != nullptr &&
+      rows_.Prepare(database_, "SELECT " + columns + ", " + table_.known->text + rest) == SQLITE_OK) {
     return true;
   }
   withText_ = false;
@@ -53,7 +54,7 @@ int TableCursor::NextSelected(int rc) {
     if (seq <= seq_) return SQLITE_CORRUPT;  // a page that is not what it was
     seq_ = seq;
     if (SourceHere().selected) return rc;
-    if (!table_.numbered) return SQLITE_DONE;
+    if (!table_.IsNumbered()) return SQLITE_DONE;
   }
   return rc;
 }
@@ -69,7 +70,7 @@ int TableCursor::SkipDamage(std::int64_t lastSeq) {
 }
 
 const TableCursor::Source& TableCursor::SourceHere() {
-  const std::int64_t number = table_.numbered ? rows_.Integer(kHeaderColumns) : 0;
+  const std::int64_t number = table_.IsNumbered() ? rows_.Integer(kHeaderColumns) : 0;
   if (source_ != nullptr && number == sourceNumber_) return *source_;
   if (sources_.size() >= kMaxSources) sources_.clear();
   auto found = sources_.find(number);
@@ -83,15 +84,9 @@ const TableCursor::Source& TableCursor::SourceHere() {
   return *source_;
 }
 
-std::string TableCursor::SourceName() {
-  Statement source;
-  if (!table_.sourceSql.empty() &&
-      source.Prepare(database_, "SELECT " + table_.sourceSql + " FROM \"" + table_.name +
-                                    "\" WHERE seq=?1") == SQLITE_OK) {
-    source.Bind(1, seq_);
-    if (source.Step() == SQLITE_ROW) return std::string(source.Text(0));
-  }
-  return table_.numbered ? table_.name + " " + std::to_string(rows_.Integer(kHeaderColumns)) : table_.name;
+std::string TableCursor::SourceName() const {
+  if (table_.known == nullptr) return table_.name;
+  return store::SourceOf(*table_.known, table_.IsNumbered() ? rows_.Integer(kHeaderColumns) : 0);
 }
 
 void TableCursor::Fill(Row& row) {
@@ -101,6 +96,7 @@ void TableCursor::Fill(Row& row) {
   row.senderTick = row.hasSenderTick ? rows_.Integer(2) : 0;
   row.event = static_cast<EventKind>(rows_.Integer(3));
   row.table = table_.name;
+  row.known = table_.known;
   row.source = source_->name;
   int column = kHeaderColumns;
   for (Field& field : fields_) {
@@ -114,3 +110,5 @@ void TableCursor::Fill(Row& row) {
   row.text = withText_ ? rows_.Text(column) : std::string_view();
   row.fields = fields_;
 }
+
+}  // namespace reader

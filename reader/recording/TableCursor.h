@@ -9,6 +9,8 @@
 #include "Selection.h"
 #include "Sqlite.h"
 
+namespace reader {
+
 // The records of one table by their sequence numbers.
 class TableCursor {
  public:
@@ -35,7 +37,7 @@ class TableCursor {
   bool Prepare();
   int NextSelected(int rc);
   const Source& SourceHere();
-  std::string SourceName();
+  std::string SourceName() const;
 
   sqlite3* database_;
   const RecordTable& table_;
@@ -49,3 +51,5 @@ class TableCursor {
   std::int64_t sourceNumber_ = 0;  // of the one below
   const Source* source_ = nullptr;
 };
+
+}  // namespace reader

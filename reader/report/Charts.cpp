@@ -1,52 +1,19 @@
 #include "Charts.h"
 
-#include <array>
-
 #include "GpsFix.h"
 #include "JsonWriter.h"
+#include "Tables.h"
+#include "Tags.h"
 
+namespace reader {
 namespace {
 
-enum Chart : std::size_t { kSpeed, kRadar, kTemperature, kAltitude, kSatellites };
-struct ChartName {
-  const char* name;
-  const char* unit;
-};
-constexpr std::array<ChartName, 5> kCharts{{
-    {"Speed", "km/h"},
-    {"Radar", "km/h"},
-    {"Temperature",
-     "\xC2\xB0"
-     "C"},
-    {"Altitude", "m"},
-    {"Satellites", "in use"},
-}};
-
-// A field that is drawn; in the order of the charts.
-struct Value {
-  std::size_t chart;
-  const char* table;
-  const char* field;
-  const char* name;  // null: the source's
-  double units;      // make one of the chart's
-};
-constexpr std::array<Value, 8> kValues{{
-    {kSpeed, "gps", "speed_deci_kmh", "GPS", 10},
-    {kSpeed, "speed", "speed", "radar", 1},
-    {kRadar, "radar", "speed1", "target", 1},
-    {kRadar, "radar", "speed2", "fastest", 1},
-    {kRadar, "radar", "speed3", "locked", 1},
-    {kTemperature, "temperature", "temperature", nullptr, 1},
-    {kAltitude, "gps", "altitude_dm", "GPS", 10},
-    {kSatellites, "gps", "satellites_used", "GPS", 1},
-}};
-constexpr std::int64_t kRadarSpeed = 2;
-
-bool IsDrawn(const Value& value, const Row& row) {
-  const Field* field = row.Find(value.field);
-  if (field == nullptr || field->isText) return false;
-  if (row.table == "speed") return row.Number("speed_source") == kRadarSpeed;
-  return value.chart != kAltitude || field->number != kAltitudeUnknown;
+// Whether the record has a value for the line of a column.
+bool IsDrawn(const store::Column& column, const Row& row, const Field* field) {
+  if (column.chart == store::Chart::kNone || field == nullptr || field->isText) return false;
+  if (column.chart == store::Chart::kAltitude) return field->number != store::kNoAltitudeDm;
+  // The speed by GPS comes with its positions, too.
+  return row.table != "speed" || row.Number("speed_source") == store::kRadarSpeed;
 }
 
 void EndChart(JsonWriter& json) {
@@ -56,24 +23,36 @@ void EndChart(JsonWriter& json) {
 
 }  // namespace
 
-void Charts::Add(const Row& row, std::int64_t ms) {
-  if (LosesFix(row)) {
+void Charts::Add(const Row& row, const GpsReading& gps, std::int64_t ms) {
+  if (gps.losesFix) {
     Break("gps", "gps");
     return;
   }
   if (row.table == "radar_state" && row.Number("valid") == 0) Break("radar", row.source);
   if (row.table == "speed_valid" && row.Number("valid") == 0) Break("speed", row.source);
-  for (std::size_t i = 0; i < kValues.size(); ++i) {
-    const Value& value = kValues[i];
-    if (row.table != value.table || !IsDrawn(value, row)) continue;
-    const Name name(i, value.name == nullptr ? std::string(row.source) : value.name);
-    auto line = lines_.find(name);
-    if (line == lines_.end()) {
-      if (lines_.size() >= kMostLines) continue;
-      line = lines_.emplace(name, Line{{}, {std::string(row.table), std::string(row.source)}}).first;
-    }
-    line->second.series.Add(ms, static_cast<double>(row.Number(value.field)) / value.units);
+  if (row.known == nullptr) return;
+  for (std::size_t i = 0; i < row.known->ColumnCount(); ++i) {
+    const store::Column& column = row.known->columns[i];
+    const Field* field = row.Find(column.name);
+    if (IsDrawn(column, row, field))
+      Draw(row,
+           {column.chart, row.known->id, i, column.line == nullptr ? std::string(row.source) : column.line},
+           ms, static_cast<double>(field->number) / column.perUnit);
   }
+}
+
+void Charts::Draw(const Row& row, const Name& name, std::int64_t ms, double value) {
+  auto line = lines_.find(name);
+  if (line == lines_.end()) {
+    if (lines_.size() >= kMostLines) return;
+    const bool holds = row.known->cadence == store::Cadence::kOnChange;
+    line =
+        lines_.emplace(name, Line{{}, {std::string(row.table), std::string(row.source)}, holds, value}).first;
+  }
+  // A value that is recorded on change held up to here.
+  if (line->second.holds && !line->second.series.Empty()) line->second.series.Add(ms, line->second.last);
+  line->second.series.Add(ms, value);
+  line->second.last = value;
 }
 
 // The values are not known from here on.
@@ -83,22 +62,26 @@ void Charts::Break(std::string_view table, std::string_view source) {
   }
 }
 
-void Charts::Write(const char* name, const Gaps& gaps, JsonWriter& json) const {
+void Charts::Write(const char* name, const Gaps& gaps, std::int64_t endMs, JsonWriter& json) const {
   json.Array(name);
-  const ChartName* open = nullptr;
+  store::Chart open = store::Chart::kNone;
   for (const auto& [key, line] : lines_) {
-    const ChartName& chart = kCharts[kValues[key.first].chart];
-    if (&chart != open) {
-      if (open != nullptr) EndChart(json);
-      open = &chart;
-      json.Object().Text("name", chart.name);
-      json.Text("unit", chart.unit);
+    if (key.chart != open) {
+      if (open != store::Chart::kNone) EndChart(json);
+      open = key.chart;
+      const store::Caption& caption = store::kCharts[static_cast<std::size_t>(open)];
+      json.Object().Text("name", caption.name);
+      json.Text("unit", caption.unit);
       json.Array("lines");
     }
-    json.Object().Text("name", key.second);
-    line.series.Write(gaps.GapMs(line.source.first, line.source.second), json);
+    json.Object().Text("name", key.line);
+    Series series = line.series;
+    if (line.holds) series.Add(endMs, line.last);
+    series.Write(line.holds ? 0 : gaps.GapMs(line.source.first, line.source.second), json);
     json.EndObject();
   }
-  if (open != nullptr) EndChart(json);
+  if (open != store::Chart::kNone) EndChart(json);
   json.EndArray();
 }
+
+}  // namespace reader

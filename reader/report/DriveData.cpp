@@ -8,6 +8,7 @@
 #include "Print.h"
 #include "Utc.h"
 
+namespace reader {
 namespace {
 
 constexpr std::int64_t kClockLeapMs = 1000;
@@ -33,14 +34,16 @@ void DriveData::Add(const Row& row) {
   ++records_;
   if (utcMs != kNoUtc) FollowClock(ms, utcMs);
   losses_.Add(row, ms);
-  const TrackFollower::Step step = follower_.Take(row);
+  const GpsReading gps = ReadGps(row);
+  const TrackFollower::Step step = follower_.Take(row, gps);
+  driven_.Add(step, follower_, EventTick(row));
   FollowRecording(row);
   // What a file restates of the one before it was shown, if that was given.
   if (row.event == EventKind::kRestated && !run_.beginIsMissing && !summary_.isCopy) return;
   if (step == TrackFollower::Step::kBegin) track_.Break();
   if (step == TrackFollower::Step::kBegin || step == TrackFollower::Step::kOn)
     track_.Add(ms, *follower_.Last());
-  charts_.Add(row, ms);
+  charts_.Add(row, gps, ms);
   lanes_.Add(row, ms);
   events_.Follow(row);
   events_.Add(row, ms, utcMs, Place());
@@ -86,7 +89,7 @@ void DriveData::Write(JsonWriter& json) const {
   WriteAbout(json);
   if (!videos_.empty()) WriteVideos(json);
   track_.Write("track", json);
-  charts_.Write("charts", gaps_, json);
+  charts_.Write("charts", gaps_, endMs_, json);
   lanes_.Write("groups", endMs_, json);
   events_.Write(json);
   gaps_.Write("gaps", endMs_, json);
@@ -109,6 +112,10 @@ void DriveData::WriteAbout(JsonWriter& json) const {
   } else {
     json.Number("utcMs", offsetMs_);
   }
+  json.Object("driven").Decimal("metres", driven_.Metres());
+  json.Number("leaps", driven_.Leaps());
+  json.Decimal("leapMetres", driven_.LeapMetres());
+  json.EndObject();
   json.Array("files");
   for (const std::string& file : run_.files) json.Text(nullptr, file);
   json.EndArray();
@@ -143,3 +150,5 @@ void DriveData::WriteSources(JsonWriter& json) const {
   json.EndArray();
   json.Number("moreSources", static_cast<std::int64_t>(summary_.order.size() - count));
 }
+
+}  // namespace reader

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Charts.h"
+#include "Driven.h"
 #include "EventList.h"
 #include "Gaps.h"
 #include "Losses.h"
@@ -9,6 +10,8 @@
 #include "TrackFollower.h"
 #include "TrackPoints.h"
 #include "Video.h"
+
+namespace reader {
 
 // What the page shows of one run, made smaller to what a picture can show: memory does not depend on the
 // number of records. Times are milliseconds since the run's first record.
@@ -52,6 +55,7 @@ class DriveData {
   Part part_;
   RunClock clock_;
   TrackFollower follower_;
+  Driven driven_;
   TrackPoints track_;
   Charts charts_;
   StateLanes lanes_;
@@ -65,3 +69,5 @@ class DriveData {
   std::int64_t endMs_ = 0;
   std::int64_t offsetMs_ = kNoUtc;  // UTC of the first tick, by the last record
 };
+
+}  // namespace reader

@@ -7,6 +7,7 @@
 #include "JsonWriter.h"
 #include "StateLanes.h"
 
+namespace reader {
 namespace {
 
 constexpr std::array<std::string_view, 6> kTables{"bookmark",   "string",       "loss",
@@ -78,3 +79,5 @@ void EventList::Write(JsonWriter& json) const {
   json.EndArray();
   json.Number("moreEvents", more_);
 }
+
+}  // namespace reader

@@ -7,6 +7,8 @@
 
 #include "GpsFix.h"
 
+namespace reader {
+
 class JsonWriter;
 
 // What happened at an instant and is to be told in words: as many as people read.
@@ -48,3 +50,5 @@ class EventList {
   int texts_ = 0;
   std::int64_t more_ = 0;
 };
+
+}  // namespace reader

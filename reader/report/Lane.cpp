@@ -4,6 +4,8 @@
 
 #include "JsonWriter.h"
 
+namespace reader {
+
 void Lane::Set(std::int64_t ms, const std::string& text, Level level) {
   const bool on = level == Level::kOn;
   if (!pieces_.empty()) ms = std::max(ms, lastMs_);
@@ -94,3 +96,5 @@ void Lane::Write(std::int64_t endMs, JsonWriter& json) const {
   json.Number("times", times_);
   json.Number("onMs", onMs_ + (on_ ? std::max<std::int64_t>(endMs - lastMs_, 0) : 0));
 }
+
+}  // namespace reader

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace reader {
+
 class JsonWriter;
 
 // Which state something had over time, for a picture. Where the states change more often than a picture
@@ -47,3 +49,5 @@ class Lane {
   std::int64_t lastMs_ = 0;
   bool on_ = false;
 };
+
+}  // namespace reader

@@ -3,6 +3,8 @@
 #include "Clipped.h"
 #include "JsonWriter.h"
 
+namespace reader {
+
 void Losses::Add(const Row& row, std::int64_t ms) {
   constexpr std::size_t kNameBytes = 40;
   if (row.table == "loss") {
@@ -47,3 +49,5 @@ void Losses::Write(JsonWriter& json) const {
   }
   json.EndArray();
 }
+
+}  // namespace reader

@@ -7,6 +7,8 @@
 
 #include "RunClock.h"
 
+namespace reader {
+
 class JsonWriter;
 
 // Records that there should be and that are not: those of which the recording says that they were lost,
@@ -42,3 +44,5 @@ class Losses {
   std::vector<std::pair<std::string, Stretch>> losses_;
   std::vector<Stretch> holes_;
 };
+
+}  // namespace reader

@@ -2,6 +2,8 @@
 
 #include "PageText.h"
 
+namespace reader {
+
 std::string ReportHead(bool videos) {
   constexpr std::string_view kPolicy = "style-src 'unsafe-inline'";
   std::string head = kPageHead;
@@ -12,3 +14,5 @@ std::string ReportHead(bool videos) {
 std::string ReportTail() {
   return kPageTail;
 }
+
+}  // namespace reader

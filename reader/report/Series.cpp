@@ -4,6 +4,8 @@
 
 #include "JsonWriter.h"
 
+namespace reader {
+
 void Series::Add(std::int64_t ms, double value) {
   if (!points_.empty()) ms = std::max(ms, points_.back().lastMs);
   const Point point{ms, ms, value, value, broken_};
@@ -53,3 +55,5 @@ void Series::Write(double gapMs, JsonWriter& json) const {
   write("min", [&json](const Point& point) { json.Decimal(nullptr, point.lowest); });
   write("max", [&json](const Point& point) { json.Decimal(nullptr, point.highest); });
 }
+
+}  // namespace reader

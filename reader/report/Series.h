@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace reader {
+
 class JsonWriter;
 
 // A value over time for a picture: lowest and highest of each stretch of time. The stretches become
@@ -38,3 +40,5 @@ class Series {
   std::int64_t widthMs_ = 1;
   bool broken_ = true;
 };
+
+}  // namespace reader

@@ -6,6 +6,7 @@
 #include "Clipped.h"
 #include "JsonWriter.h"
 
+namespace reader {
 namespace {
 
 enum Group : std::size_t { kRecorder, kInputs, kMicrophones, kCameras, kStreams, kReception };
@@ -92,3 +93,5 @@ void StateLanes::Write(const char* name, std::int64_t endMs, JsonWriter& json) c
   }
   json.EndArray();
 }
+
+}  // namespace reader

@@ -7,6 +7,8 @@
 #include "Lane.h"
 #include "Row.h"
 
+namespace reader {
+
 class JsonWriter;
 
 // The states of a run that are drawn as lanes, by group.
@@ -39,3 +41,5 @@ class StateLanes {
   std::map<Name, Lane> lanes_;
   std::map<std::string, Microphone> microphones_;
 };
+
+}  // namespace reader

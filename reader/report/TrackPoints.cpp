@@ -4,6 +4,8 @@
 
 #include "JsonWriter.h"
 
+namespace reader {
+
 void TrackPoints::Add(std::int64_t ms, const GpsFix& fix) {
   const Point point{ms, fix.latitudeE4min, fix.longitudeE4min, broken_};
   if (!broken_ && IsClose(points_.back(), point)) {
@@ -73,3 +75,5 @@ void TrackPoints::Write(const char* name, JsonWriter& json) const {
   }
   json.EndArray();
 }
+
+}  // namespace reader

@@ -6,6 +6,8 @@
 
 #include "GpsFix.h"
 
+namespace reader {
+
 class JsonWriter;
 
 // The way of a vehicle for a picture. Positions that lie close together are left out, the closer ones
@@ -38,3 +40,5 @@ class TrackPoints {
   double closeE4min_ = 1;
   bool broken_ = true;
 };
+
+}  // namespace reader

@@ -3,31 +3,49 @@
 #include <algorithm>
 #include <charconv>
 
+#include "Utf8.h"
+
+namespace reader {
 namespace {
 
-// The length of the UTF-8 character that the text begins with; 0 when it is none.
-std::size_t CharacterBytes(std::string_view text) {
-  const auto byte = [&text](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const unsigned int first = byte(0);
-  if (first < 0x80) return 1;
-  const std::size_t bytes = first >= 0xF0 && first < 0xF5   ? 4
-                            : first >= 0xE0 && first < 0xF0 ? 3
-                            : first >= 0xC2 && first < 0xE0 ? 2
-                                                            : 0;
-  for (std::size_t i = 1; i < bytes; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80) return 0;
+// U+0080 to U+009F, the second set of control characters.
+bool IsC1(std::string_view character) {
+  return character.size() == 2 && character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
+// Control characters become "?", but for those that are kept.
+void AppendWithout(std::string_view text, std::string_view kept, std::string& out) {
+  while (!text.empty()) {
+    const auto first = static_cast<unsigned char>(text[0]);
+    const std::size_t bytes = store::CharacterBytes(text);
+    const std::string_view character = text.substr(0, std::max<std::size_t>(bytes, 1));
+    const bool isControl = first < 0x20 || first == 0x7F || IsC1(character);
+    if (bytes == 0 || (isControl && kept.find(text[0]) == std::string_view::npos)) {
+      out += '?';
+    } else {
+      out += character;
+    }
+    text.remove_prefix(character.size());
   }
-  const bool tooLong = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xF0 && byte(1) < 0x90);
-  const bool noCharacter = (first == 0xED && byte(1) >= 0xA0) || (first == 0xF4 && byte(1) >= 0x90);
-  return tooLong || noCharacter ? 0 : bytes;
 }
 
 }  // namespace
 
 void AppendPrintable(std::string_view text, std::string& out) {
-  for (const char c : text) out += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
+  AppendWithout(text, "", out);
+}
+
+std::string Printable(std::string_view text) {
+  std::string out;
+  AppendPrintable(text, out);
+  return out;
+}
+
+std::string PrintableLines(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  AppendWithout(text, "\n\t", out);
+  return out;
 }
 
 void AppendNumber(std::int64_t number, std::string& out) {
@@ -48,11 +66,12 @@ void AppendJson(std::string_view text, std::string& out) {
   out += '"';
   while (!text.empty()) {
     const auto first = static_cast<unsigned char>(text[0]);
-    const std::size_t bytes = CharacterBytes(text);
+    const std::size_t bytes = store::CharacterBytes(text);
     if (bytes == 0) {
       out += "\xEF\xBF\xBD";
-    } else if (first < 0x20 || first == 0x7F) {
-      out.append("\\u00").append(1, kHex[first >> 4U]).append(1, kHex[first & 15U]);
+    } else if (first < 0x20 || first == 0x7F || IsC1(text.substr(0, bytes))) {
+      const auto code = static_cast<unsigned char>(text[bytes - 1]);
+      out.append("\\u00").append(1, kHex[code >> 4U]).append(1, kHex[code & 15U]);
     } else {
       if (first == '"' || first == '\\') out += '\\';
       out += text.substr(0, bytes);
@@ -61,3 +80,5 @@ void AppendJson(std::string_view text, std::string& out) {
   }
   out += '"';
 }
+
+}  // namespace reader

@@ -4,6 +4,8 @@
 
 #include "Encode.h"
 
+namespace reader {
+
 void JsonWriter::Begin(const char* name) {
   if (!first_) out_ += ',';
   first_ = false;
@@ -50,3 +52,5 @@ void JsonWriter::Null(const char* name) {
   Begin(name);
   out_ += "null";
 }
+
+}  // namespace reader

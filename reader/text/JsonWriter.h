@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace reader {
+
 // Writes one JSON text, compact; sets the commas itself.
 class JsonWriter {
  public:
@@ -29,3 +31,5 @@ class JsonWriter {
   std::string& out_;
   bool first_ = true;
 };
+
+}  // namespace reader

@@ -3,6 +3,10 @@
 #include <cstdio>
 #include <utility>
 
+#include "Encode.h"
+
+namespace reader {
+
 Messages::Messages(std::function<void(const std::string&)> sink) : sink_(std::move(sink)) {}
 
 void Messages::Problem(const std::string& text) {
@@ -19,5 +23,7 @@ void Messages::Note(const std::string& text) {
 }
 
 void Messages::Say(const std::string& text) {
-  if (said_.insert(text).second) (void)std::fprintf(stderr, "metadata: %s\n", text.c_str());
+  if (said_.insert(text).second) (void)std::fprintf(stderr, "metadata: %s\n", Printable(text).c_str());
 }
+
+}  // namespace reader

@@ -4,6 +4,8 @@
 #include <set>
 #include <string>
 
+namespace reader {
+
 // What a command says beside its output.
 class Messages {
  public:
@@ -25,3 +27,5 @@ class Messages {
   std::set<std::string> said_;
   int problems_ = 0;
 };
+
+}  // namespace reader

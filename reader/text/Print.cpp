@@ -4,6 +4,8 @@
 #include <cstdarg>
 #include <cstdio>
 
+namespace reader {
+
 void Print(std::string& out, const char* format, ...) {
   char line[1200];  // NOLINTNEXTLINE(cppcoreguidelines-init-variables): va_start does
   va_list arguments;
@@ -27,3 +29,5 @@ std::string DurationText(std::int64_t ms) {
   }
   return text;
 }
+
+}  // namespace reader

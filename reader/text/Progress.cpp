@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace reader {
+
 Progress::Progress(bool beside)
     : enabled_(isatty(STDERR_FILENO) != 0 && (beside || isatty(STDOUT_FILENO) == 0)) {}
 
@@ -24,3 +26,5 @@ void Progress::Show(std::int64_t done, std::int64_t total) {
   (void)std::fprintf(stderr, "\r%3.0f %% of %lld records\x1B[K", std::min(percent, 100.0),
                      static_cast<long long>(total));
 }
+
+}  // namespace reader

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdint>
 
+namespace reader {
+
 // How far long work has come, on standard error where that is a terminal; nothing for the first second.
 class Progress {
  public:
@@ -26,3 +28,5 @@ class Progress {
   int countdown_ = kCallsBetween;
   std::chrono::steady_clock::time_point next_ = std::chrono::steady_clock::now() + std::chrono::seconds(1);
 };
+
+}  // namespace reader

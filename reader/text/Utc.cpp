@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 
+namespace reader {
 namespace {
 
 constexpr std::int64_t kDayMs = 86'400'000;
@@ -53,6 +54,19 @@ bool TakeTime(std::string_view& text, std::int64_t& ms) {
   return hours < 24 && minutes < 60 && seconds < 60;
 }
 
+// "+01:00", "-0530", "+01"; what it adds to UTC.
+bool TakeOffset(std::string_view& text, std::int64_t& ms) {
+  const std::int64_t sign = text.starts_with('-') ? -1 : 1;
+  text.remove_prefix(1);
+  int hours = 0;
+  int minutes = 0;
+  if (!Take(text, 2, 0, hours)) return false;
+  if (text.starts_with(':')) text.remove_prefix(1);
+  if (!text.empty() && !Take(text, 2, 0, minutes)) return false;
+  ms = sign * (hours * 60 + minutes) * 60'000;
+  return hours <= 14 && minutes < 60;
+}
+
 }  // namespace
 
 void UtcWriter::Append(std::int64_t utcMs, std::string& text) {
@@ -97,12 +111,16 @@ bool ReadUtc(std::string_view text, std::int64_t& utcMs) {
                                          std::chrono::month(static_cast<unsigned>(month)),
                                          std::chrono::day(static_cast<unsigned>(day)));
   std::int64_t ms = 0;
+  std::int64_t offsetMs = 0;
   if (text.starts_with('T') || text.starts_with(' ')) {
     text.remove_prefix(1);
     if (!TakeTime(text, ms)) return false;
+    if ((text.starts_with('+') || text.starts_with('-')) && !TakeOffset(text, offsetMs)) return false;
   }
   if (text.starts_with('Z')) text.remove_prefix(1);
   if (!text.empty() || !date.ok()) return false;
-  utcMs = std::chrono::sys_days(date).time_since_epoch().count() * kDayMs + ms;
+  utcMs = std::chrono::sys_days(date).time_since_epoch().count() * kDayMs + ms - offsetMs;
   return true;
 }
+
+}  // namespace reader

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace reader {
+
 // The UTC of what has none.
 constexpr std::int64_t kNoUtc = std::numeric_limits<std::int64_t>::min();
 
@@ -21,6 +23,8 @@ class UtcWriter {
   char date_[16] = {};
 };
 
-// Reads "2024-05-01", "2024-05-01T12:00", "2024-05-01T12:00:30.25Z"; the Z may be left out, a blank may
-// stand for the T. False when it is none.
+// Reads "2024-05-01", "2024-05-01T12:00", "2024-05-01T12:00:30.25Z", "2024-05-01T14:00+02:00"; without Z and
+// offset it is UTC, a blank may stand for the T. False when it is none.
 bool ReadUtc(std::string_view text, std::int64_t& utcMs);
+
+}  // namespace reader

@@ -44,7 +44,7 @@ constexpr Finding kFindings[] = {
     {"UPDATE clock SET clock_source='sun'",
      ": table clock: record 1: clock_source is neither system nor gps\n"},
     {"INSERT INTO previous_run VALUES(13,12100,NULL,1,'somehow','metadata.000009.db',1,1,1)",
-     ": table previous_run: record 13: ended is none of none, clean, cut off, unreadable\n"},
+     ": table previous_run: record 13: ended is none of none, clean, cut off, unreadable, damaged\n"},
 };
 
 TEST_F(ReaderTest, CheckFindsEachDamageAndNamesTheFirstBadRow) {

@@ -126,8 +126,9 @@ void DriveTest::SubtitlesAreWhatIsRecorded() const {
   const std::string positions =
       "\n" +
       recording.Rows(std::string("SELECT latitude_e4min, longitude_e4min, speed_deci_kmh") + kPositions);
-  const std::string radar =
-      "\n" + recording.Rows("SELECT speed1||' '||speed2||' '||speed3 FROM radar WHERE event<2");
+  const std::string radar = "\n" + recording.Rows(
+                                       "SELECT 'target '||speed1||', fastest '||speed2||', locked "
+                                       "'||speed3||' km/h' FROM radar WHERE event<2");
   const std::string text =
       RunProgram({"ffmpeg", "-v", "error", "-i", Export("srt"), "-f", "webvtt", "-"}).out;
   int shown = 0;

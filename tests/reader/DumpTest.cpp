@@ -30,9 +30,11 @@ TEST_F(ReaderTest, TextSaysWhatTheTimelineViewSays) {
   const Ran ran = Dump({});
   EXPECT_EQ(ran.status, 0);
   EXPECT_THAT(ran.said, IsEmpty());
-  EXPECT_EQ(ran.out, Rows("SELECT utc||'  '||substr(source||'                ',1,16)||'  '||"
-                          "replace(replace(text,char(10),'?'),char(27),'?')||"
-                          "iif(event='event','',' ('||event||')') FROM timeline"));
+  EXPECT_EQ(ran.out,
+            Rows("SELECT utc||'  '||substr(source||'                ',1,16)||'  '||"
+                 "replace(replace(text,char(10),'?'),char(27),'?')||"
+                 "iif(source LIKE 'speed %',' km/h',iif(source LIKE 'temperature %',' \u00B0C',''))||"
+                 "iif(event='event','',' ('||event||')') FROM timeline"));
 }
 
 TEST_F(ReaderTest, DumpHasTheRecordsOfItsRange) {
@@ -41,6 +43,7 @@ TEST_F(ReaderTest, DumpHasTheRecordsOfItsRange) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"--from", "11100", "--to", "11100"}, "7 8 9 "},
       {{"--from", "2024-05-01T12:00:01.1Z", "--to", "2024-05-01 12:00:02"}, "8 9 "},
+      {{"--from", "2024-05-01T14:00:01.1+02:00", "--to", "2024-05-01 07:00:02-0500"}, "8 9 "},
       {{"--to", "2024-05-01T12:00:00.080"}, "1 4 "},  // UTC of the sender
       {{"--from", "record-start", "--to", "bookmark"}, "2 3 4 5 6 7 "},
       {{"--from", "bookmark:2-1s"}, "7 8 9 10 11 "},
@@ -177,11 +180,17 @@ TEST_F(ReaderTest, WrongUsageAndWhatIsNotThereAreSaid) {
   };
   const Case cases[] = {
       {{}, 2, "A subcommand is required"},
-      {{"dump", "--from", "noon"}, 2, "'noon' is no time: a tick, a UTC time"},
+      {{"dump", "--from", "noon"}, 2, "'noon' is no time: a tick, a time"},
       {{"dump", "--to", "bookmark:0"}, 2, "'bookmark:0' is no time"},
       {{"dump", "--from", "2024-02-30"}, 2, "'2024-02-30' is no time"},
       {{"dump", "--from", "crash+nans"}, 2, "'crash+nans' is no time"},
       {{"dump", "--source", "gps,brake"}, 2, "'brake' is no source; "},
+      {{"dump", "--from", "1714564800000"}, 2, "counts from 1970, write 2024-05-01T12:00:00.000Z"},
+      {{"dump", File(1), "--from", "1714564800"}, 1, "counts from 1970, write 2024-05-01T12:00:00.000Z"},
+      {{"dump", File(1), "--from", "10100", "--to", "10000"}, 1, "--from 10100 is after --to 10000"},
+      {{"dump", File(1), "--from", "2024-05-02", "--to", "2024-05-01"}, 1, "is after --to 2024-05-01"},
+      {{"frobnicate"}, 2, "'frobnicate' is not a command; commands are info, dump, "},
+      {{"ask", "nothing"}, 2, "'nothing' is not a command; commands are tick, ping, "},
       {{"dump", "--format", "xml"}, 2, "--format: xml not in {"},
       {{"dump", dir_.Path("none")}, 1, "none: no such file"},
       {{"dump", text}, 1, "text.db: file is not a database"},

@@ -140,9 +140,11 @@ TEST_F(ExportTest, SubtitlesTellEachSecond) {
                                    "GPS 50.0 km/h  42.601500 -71.050750\nrecording\nbookmark 2\n\n12\n"));
   const std::string srt = ExportTo("second.srt", {"--video-start", "record-start:2"});
   EXPECT_EQ(dir_.Read("second.srt"),
-            "1\n00:00:00,000 --> 00:00:01,000\n2024-05-01T12:00:42.100Z\nno fix\nradar 1 54 120 131\n"
+            "1\n00:00:00,000 --> 00:00:01,000\n2024-05-01T12:00:42.100Z\nno fix\nradar 1 target 54, fastest "
+            "120, locked 131 km/h\n"
             "brakes, recording\n\n"
-            "2\n00:00:01,000 --> 00:00:02,000\n2024-05-01T12:00:43.100Z\nno fix\nradar 1 54 120 131\n"
+            "2\n00:00:01,000 --> 00:00:02,000\n2024-05-01T12:00:43.100Z\nno fix\nradar 1 target 54, fastest "
+            "120, locked 131 km/h\n"
             "brakes, recording\n\n"
             "3\n00:00:02,000 --> 00:00:03,000\n2024-05-01T12:00:44.100Z\nno fix\nbrakes, recording, siren\n"
             "bookmark 5\n\n");
@@ -155,6 +157,34 @@ TEST_F(ExportTest, SubtitlesTellEachSecond) {
     EXPECT_EQ(Export("srt", {"--video-start", same}).out, dir_.Read("second.srt")) << same;
   EXPECT_THAT(Export("srt", {"--from", "21000", "--to", "22000"}).out,
               StartsWith("1\n00:00:10,000 --> 00:00:11,000\n"));
+}
+
+// A receiver that says nothing any more, not even that it lost the fix.
+TEST_F(ExportTest, AValueThatIsTooOldIsNotShown) {
+  Close();
+  clock_.utcMs += 60'000;
+  Open();
+  Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
+  for (unsigned int i = 0; i < 10; ++i) {
+    Position(100 * i, 0);
+    After(1000);
+  }
+  After(7000);
+  Brakes(true);
+  const unsigned int silent = clock_.tick;
+  Position(2000, 0);
+  After(1000);
+  Brakes(false);
+  Store().ReportShutdownData();
+  Close();
+  std::filesystem::rename(File(2), File(1));
+  const Ran srt = Export("srt");
+  EXPECT_THAT(srt.out, testing::ContainsRegex("00:00:14,000 --> [^\n]*\n[^\n]*\nGPS 50.0 km/h  42.60"));
+  EXPECT_THAT(srt.out, testing::ContainsRegex("00:00:15,000 --> [^\n]*\n[^\n]*\nGPS no data for 6 s\n"));
+  const Ran gpx = Export("gpx");
+  EXPECT_THAT(gpx.out, testing::ContainsRegex("</trkpt>\n</trkseg>\n<trkseg>\n<trkpt lat=\"42.6033333\""));
+  const Ran state = Metadata({"state", "--at", std::to_string(silent - 1), File(1)});
+  EXPECT_THAT(state.out, HasSubstr("no data for 8.0 s, the last was: 42.601500"));
 }
 
 TEST_F(ExportTest, NoPlaceAndWildTimesGiveFilesInTheEnd) {

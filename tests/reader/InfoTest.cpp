@@ -39,8 +39,8 @@ TEST_F(ReaderTest, InfoTellsRunsSourcesGapsAndLosses) {
             HasSubstr("  temperature 0      temperature               80  2024-05-01T12:00:00.000Z  "
                       "2024-05-01T12:01:29.000Z\n"),
             HasSubstr("  temperature 0      every 1.0 s, 78.2 % covered, 2 gaps, the longest:\n"
-                      "                       12.0 s from 2024-05-01T12:01:29.000Z\n"
-                      "                       11.0 s from 2024-05-01T12:00:39.000Z\n"),
+                      "                       12.000 s from 2024-05-01T12:01:29.000Z\n"
+                      "                       11.000 s from 2024-05-01T12:00:39.000Z\n"),
             ContainsRegex("  lost: [1-9][0-9]* records of string from tick 110000 to 110000\n"),
             HasSubstr("\nRun 2: 2024-05-01T12:01:41.000Z to 2024-05-01T12:01:41.000Z, 0 ms, cut off\n"),
             HasSubstr("  no recorded losses\n")));
@@ -58,19 +58,39 @@ TEST_F(ReaderTest, StateTellsTheLastValuesAndTheirAges) {
   EXPECT_THAT(at("bookmark").out,
               AllOf(HasSubstr("Run 1 at 2024-05-01T12:00:00.800Z\n"),
                     HasSubstr("         1.0 s  brakes               on\n"),
-                    HasSubstr("         1.0 s  speed gps            50\n"),
-                    HasSubstr("         1.1 s  temperature 0        20\n"), Not(HasSubstr("off\n"))));
+                    HasSubstr("         1.0 s  speed gps            50 km/h\n"),
+                    HasSubstr("         1.1 s  temperature 0        20 \u00B0C\n"), Not(HasSubstr("off\n"))));
   EXPECT_THAT(at("11200").out, AllOf(HasSubstr("Run 1 at 2024-05-01T12:00:01.200Z\n"),
                                      HasSubstr("        100 ms  brakes               off\n"),
-                                     HasSubstr("        100 ms  temperature 0        -40\n")));
+                                     HasSubstr("        100 ms  temperature 0        -40 \u00B0C\n")));
   const Ran behind = at("2024-05-01T12:00:10Z");
   EXPECT_EQ(behind.status, 0);
   EXPECT_THAT(behind.out, HasSubstr("         8.9 s  brakes               off\n"))
       << "not since it was restated";
-  EXPECT_EQ(behind.said, "metadata: nothing is recorded behind 2024-05-01T12:00:10Z\n");
+  EXPECT_EQ(behind.said, "metadata: nothing is recorded after 2024-05-01T12:00:10Z\n");
   const Ran before = at("9999");
   EXPECT_EQ(before.status, 1);
   EXPECT_EQ(before.said, "metadata: nothing is recorded at or before 9999\n");
+}
+
+TEST_F(ReaderTest, RunsStandInTheOrderOfTimeAndBetweenThemTheRecorderWasOff) {
+  for (const char* base : {"z/metadata", "a/metadata"}) {
+    std::filesystem::create_directories(dir_.Path(base).substr(0, dir_.Path(base).rfind('/')));
+    Open(base);
+    Brakes(true);
+    After(10'000);
+    Store().ReportShutdownData();
+    Close();
+    clock_.utcMs += 60'000;
+  }
+  const std::vector<std::string> both = {dir_.Path("a"), dir_.Path("z")};
+  EXPECT_THAT(Metadata({"info", both[0], both[1]}).out,
+              ContainsRegex("Run 1: 2024-05-01T12:00:00[^\n]*\n[^\n]*\n  file  *[^\n]*/z/"));
+  const Ran between = Metadata({"state", "--at", "2024-05-01T14:00:30+02:00", both[0], both[1]});
+  EXPECT_EQ(between.status, 0);
+  EXPECT_THAT(between.out, AllOf(HasSubstr("Run 1 at 2024-05-01T12:00:30.000Z\n"),
+                                 HasSubstr("The recorder was off: run 1 had ended 20.0 s before, run 2 began "
+                                           "40.0 s later.\n")));
 }
 
 }  // namespace

@@ -85,6 +85,28 @@ TEST_F(ReportTest, HoldsTheDrive) {
             "[[\"gps\",1000,1,21000,[[10000,21000]]]]\n");
 }
 
+// By all fixes, without leaps; what is told of gaps is the same everywhere.
+TEST_F(ReportTest, DistanceAndGapsAreThoseOfInfo) {
+  Open();
+  for (unsigned int i = 0; i < 10; ++i) {  // 18.53 m each second
+    Position(100 * i, 0);
+    After(1000);
+  }
+  Position(10'000, 0);
+  After(7013);
+  Position(10'100, 0);
+  After(500);
+  Store().ReportShutdownData();
+  Close();
+  Make();
+  EXPECT_EQ(Data(".[].driven|[(.metres*10|round),.leaps,(.leapMetres|round)]"), "[1668,1,1686]\n");
+  EXPECT_EQ(Data("[.[].gaps[]|[.source,.count,.gaps]]"), "[[\"gps\",1,[[10000,7013]]]]\n");
+  EXPECT_THAT(Metadata({"info", File(1)}).out,
+              AllOf(HasSubstr("driven             0.2 km, by GPS; leaps left out: 1, 1.7 km together\n"),
+                    HasSubstr("1 gaps, the longest:\n                       7.013 s from "
+                              "2024-05-01T12:00:10.000Z\n")));
+}
+
 TEST_F(ReportTest, HoldsEachKindOfSource) {
   Open();
   After(1000);

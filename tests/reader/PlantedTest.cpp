@@ -1,0 +1,219 @@
+// Recordings that somebody has planted or prepared: the reader tells what it finds, obeys nothing of it,
+// leaves everything as it is, and comes to its end.
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "ReaderFixture.h"
+
+namespace fs = std::filesystem;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+class PlantedTest : public ReaderTest {
+ protected:
+  void SetUp() override {
+    ReaderTest::SetUp();
+    Open();
+    Drive();
+  }
+  // The recording as a crash leaves it, alone in a directory.
+  void LeaveOver() {
+    After(500);
+    CopyFilesTo("planted/metadata");
+    Close();
+  }
+  void LeaveClosed() {
+    Store().ReportShutdownData();
+    Close();
+    dir_.Write("planted/metadata.000001.db", dir_.Read("metadata.000001.db"));
+  }
+  std::string Planted(const std::string& suffix = "") const {
+    return dir_.Path("planted/metadata.000001.db" + suffix);
+  }
+  void Alter(const std::string& sql) const { ASSERT_EQ(Connection(Planted()).Rows(sql), ""); }
+};
+
+// A hot journal that names a super-journal makes SQLite delete that file, whatever it is.
+std::string HotJournal(const std::string& victim) {
+  const auto number = [](std::uint32_t value) {
+    std::string bytes;
+    for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift);
+    return bytes;
+  };
+  std::uint32_t sum = 0;
+  for (const char c : victim) sum += static_cast<unsigned char>(c);
+  const std::string magic = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7";
+  std::string journal = magic + number(0) + number(1) + number(1) + number(512) + number(1024);
+  journal.resize(512, '\0');
+  return journal + number(0x40000000 / 1024 + 1) + victim +
+         number(static_cast<std::uint32_t>(victim.size())) + number(sum) + magic;
+}
+
+TEST_F(PlantedTest, AJournalIsNeverObeyed) {
+  LeaveClosed();
+  const std::string victim = dir_.Write("victim", "somebody's evidence");
+  dir_.Write("planted/metadata.000001.db-journal", HotJournal(victim));
+  const std::string before = dir_.Read("planted/metadata.000001.db");
+  for (const char* command : {"info", "check", "dump"}) {
+    const Ran ran = Metadata({command, Planted()});
+    EXPECT_EQ(ran.status, 0) << command << ran.said;
+  }
+  dir_.Write("planted/metadata.000001.db-wal", "");
+  EXPECT_EQ(Metadata({"dump", Planted()}).status, 0);
+  EXPECT_EQ(dir_.Read("victim"), "somebody's evidence");
+  EXPECT_TRUE(fs::exists(Planted("-journal")));
+  EXPECT_EQ(dir_.Read("planted/metadata.000001.db"), before);
+}
+
+// What lies at a name where a file should be, or one that would fill memory or disk.
+TEST_F(PlantedTest, WhatCannotBeReadIsSaidAtOnce) {
+  struct Case {
+    const char* name;
+    const char* suffix;
+    void (*plant)(const std::string& path);
+    const char* said;
+  };
+  constexpr auto fifo = [](const std::string& path) { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); };
+  constexpr auto directory = [](const std::string& path) { fs::create_directory(path); };
+  constexpr auto sparse = [](const std::string& path) {
+    std::ofstream(path).put('\0');
+    fs::resize_file(path, std::uintmax_t{1} << 40);
+  };
+  const Case cases[] = {
+      {"a FIFO as recording", "", fifo, "is not a regular file"},
+      {"a FIFO as WAL", "-wal", fifo, "-wal is not a regular file"},
+      {"a directory as WAL", "-wal", directory, "-wal is not a regular file"},
+      {"a FIFO as index", "-shm", fifo, "-shm is not a regular file"},
+      {"a sparse WAL of 1 TB", "-wal", sparse, "-wal has 1099511627776 bytes, more than any recording"},
+  };
+  LeaveOver();
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    fs::rename(dir_.Path("planted"), dir_.Path("kept"));
+    fs::copy(dir_.Path("kept"), dir_.Path("planted"));
+    fs::remove(Planted(c.suffix));
+    c.plant(Planted(c.suffix));
+    for (const char* command : {"info", "check", "report"}) {
+      const Ran ran = RunProgram({"timeout", "20", METADATA_PROGRAM, command, Planted()});
+      EXPECT_EQ(ran.status, 1) << command;
+      EXPECT_THAT(ran.said + ran.out, HasSubstr(c.said)) << command;
+    }
+    fs::remove_all(dir_.Path("planted"));
+    fs::rename(dir_.Path("kept"), dir_.Path("planted"));
+  }
+}
+
+// Schemas that would run or take without end if they were believed; the other tables are read all the same.
+TEST_F(PlantedTest, NothingOfASchemaIsRun) {
+  constexpr const char* kEndless =
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT max(i) FROM n";
+  const std::string header = "(seq INTEGER PRIMARY KEY, tick INTEGER, sender_tick INTEGER, event INTEGER";
+  const std::string cases[] = {
+      std::string(
+          "DROP VIEW timeline; DROP VIEW record; CREATE VIEW record AS SELECT seq, tick, sender_tick, "
+          "event, (") +
+          kEndless + ") AS source, (" + kEndless + ") AS text, 0 AS shift FROM bookmark",
+      std::string("DROP TABLE tag_name; CREATE VIEW tag_name AS SELECT 0 AS tag, (") + kEndless +
+          ") AS name, '' AS active_text, '' AS inactive_text",
+      "UPDATE tag_name SET name='gps', active_text='planted', inactive_text='planted'",
+      "CREATE TABLE \"x\" \"; DROP TABLE state; --\"" + header + ")",
+      "CREATE TABLE \"a\"\" FROM state; --\"" + header + ", \"v\"\" , (SELECT 1)\" INTEGER)",
+      "CREATE TABLE grown" + header + ", big TEXT AS (printf('%.*c', 1000000000, 'x')))",
+  };
+  LeaveClosed();
+  const std::string sound = dir_.Read("planted/metadata.000001.db");
+  const std::string text = Metadata({"dump", Planted()}).out;
+  for (const std::string& sql : cases) {
+    SCOPED_TRACE(sql);
+    dir_.Write("planted/metadata.000001.db", sound);
+    (void)Connection(Planted()).Rows(sql);
+    const Ran ran = RunProgram({"timeout", "60", METADATA_PROGRAM, "dump", Planted()});
+    EXPECT_EQ(ran.status, 0) << ran.said;
+    EXPECT_EQ(ran.out, text);
+  }
+}
+
+TEST_F(PlantedTest, ARowThatTakesMoreMemoryThanAnyIsSaid) {
+  LeaveClosed();
+  Alter("UPDATE string SET text=CAST(zeroblob(100000000) AS TEXT)");
+  const Ran large = Metadata({"dump", Planted()});
+  EXPECT_EQ(large.status, 1);
+  EXPECT_THAT(large.said, HasSubstr("table string cannot be read: reading it takes more memory than any "
+                                    "recording does"));
+  EXPECT_THAT(large.out, HasSubstr("  bookmark "));
+}
+
+// Whatever a recording says, no terminal obeys it; nor does a spreadsheet.
+TEST_F(PlantedTest, TextsReachNeitherTerminalNorSpreadsheetAsCommands) {
+  LeaveClosed();
+  Alter(
+      "UPDATE string SET text='=1+2'; INSERT INTO officer VALUES(100,12100,NULL,1,'-Smith',"
+      "'a'||char(155)||'2J'||char(27)||'[2J'); INSERT INTO loss "
+      "VALUES(101,12100,NULL,1,char(27)||'c',1,2,1); "
+      "CREATE TABLE \"odd\x1B[2J\"(seq INTEGER PRIMARY KEY, tick INTEGER, sender_tick INTEGER, event "
+      "INTEGER, "
+      "\"v\xC2\x9B\" TEXT); INSERT INTO \"odd\x1B[2J\" VALUES(102,12100,NULL,1,'x')");
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"info"}, {"check"}, {"dump"}, {"state", "--at", "bookmark"}}) {
+    std::vector<std::string> all = words;
+    all.push_back(Planted());
+    const Ran ran = Metadata(all);
+    EXPECT_THAT(ran.out + ran.said, AllOf(Not(HasSubstr("\x1B")), Not(HasSubstr("\xC2\x9B"))))
+        << words.front();
+  }
+  if (IsInstalled("script")) {
+    const std::string command = std::string(METADATA_PROGRAM) + " dump --format csv " + Planted();
+    EXPECT_THAT(RunProgram({"script", "-qec", command, "/dev/null"}).out,
+                AllOf(HasSubstr("-Smith"), Not(HasSubstr("\x1B"))));
+  }
+  EXPECT_THAT(Metadata({"dump", "--format", "csv", Planted()}).out, HasSubstr(",=1+2,"));
+  const Ran sheet = Metadata({"export", "--format", "csv", Planted()});
+  EXPECT_THAT(sheet.out, AllOf(HasSubstr(",'=1+2,"), HasSubstr(",'-Smith,"), HasSubstr(",-40")));
+}
+
+TEST_F(PlantedTest, AnExportThatFailsLeavesTheOldOne) {
+  LeaveClosed();
+  const std::string out = dir_.Write("drive.csv", "the export of yesterday");
+  EXPECT_EQ(Metadata({"export", "--format", "csv", "-o", out, dir_.Path("none")}).status, 1);
+  const std::string limited =
+      "ulimit -f 1; trap '' XFSZ; " METADATA_PROGRAM " export --format jsonl -o " + out + " " + Planted();
+  const Ran ran = RunProgram({"bash", "-c", limited});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.said, HasSubstr("drive.csv: File too large"));
+  EXPECT_EQ(dir_.Read("drive.csv"), "the export of yesterday");
+  EXPECT_EQ(Metadata({"export", "--format", "csv", "-o", out, Planted()}).status, 0);
+  EXPECT_THAT(dir_.Read("drive.csv"), HasSubstr("run,seq,utc,"));
+  std::size_t files = 0;
+  for (const auto& entry : fs::directory_iterator(dir_.Path("")))
+    files += entry.path().filename().string().starts_with("drive.csv") ? 1 : 0;
+  EXPECT_EQ(files, 1U) << "nothing is left beside it";
+}
+
+// The index of a live WAL that somebody has cut short is not mapped.
+TEST_F(PlantedTest, AnIndexThatIsCutShortIsNoCrash) {
+  After(500);
+  const std::string index = dir_.Read("metadata.000001.db-shm");
+  fs::resize_file(File(1) + "-shm", 100);
+  const Ran ran = Metadata({"dump", File(1)});
+  dir_.Write("metadata.000001.db-shm", index);
+  EXPECT_EQ(ran.status, 0) << ran.said;
+  EXPECT_THAT(ran.out, HasSubstr("  bookmark "));
+}
+
+TEST_F(PlantedTest, AMissingWalIsSaid) {
+  After(500);
+  Rows("PRAGMA wal_checkpoint");  // so the file itself holds a part
+  Brakes(true);
+  LeaveOver();
+  fs::remove(Planted("-wal"));
+  const Ran check = Metadata({"check", Planted()});
+  EXPECT_EQ(check.status, 1);
+  EXPECT_THAT(check.out, HasSubstr("metadata.000001.db-wal is missing"));
+  EXPECT_THAT(Metadata({"info", Planted()}).said, HasSubstr("metadata.000001.db-wal is missing"));
+}
+
+}  // namespace
