@@ -74,12 +74,16 @@ void TakeSource(const Row& row, RunSummary& summary) {
 void TakeLoss(const Row& row, RunSummary& summary) {
   const std::int64_t count = row.Number("count");
   summary.lost = WithinCount(summary.lost + WithinCount(count));
-  summary.losses.push_back(std::to_string(count) + " records of " + std::string(row.Text("lost_table")) +
-                           " from tick " + std::to_string(row.Number("from_tick")) + " to " +
-                           std::to_string(row.Number("to_tick")));
+  summary.losses.push_back(
+      {count, std::string(row.Text("lost_table")), row.Number("from_tick"), row.Number("to_tick")});
 }
 
 }  // namespace
+
+std::string LossText(const Loss& loss) {
+  return std::to_string(loss.count) + " records of " + loss.table + " from tick " +
+         std::to_string(loss.fromTick) + " to " + std::to_string(loss.toTick);
+}
 
 const char* HowItEnded(const Run& run, const RunSummary& summary) {
   if (summary.cleanEnd) return "clean end";

@@ -21,6 +21,14 @@ struct SourceSummary {
   Intervals intervals;
 };
 
+// Records that the recorder lost and recorded as lost.
+struct Loss {
+  std::int64_t count = 0;
+  std::string table;
+  std::int64_t fromTick = 0;
+  std::int64_t toTick = 0;
+};
+
 // What one run is about.
 struct RunSummary {
   using Source = std::pair<std::string, std::string>;  // table, source
@@ -36,7 +44,7 @@ struct RunSummary {
   std::vector<Source> order;  // in which the sources came
   std::map<Source, SourceSummary> sources;
   std::vector<std::pair<std::string, std::string>> facts;  // of device, vehicle, software: name, last value
-  std::vector<std::string> losses;
+  std::vector<Loss> losses;
   std::int64_t lost = 0;
   Driven driven;
 
@@ -44,6 +52,7 @@ struct RunSummary {
 };
 
 // For people.
+std::string LossText(const Loss& loss);
 const char* HowItEnded(const Run& run, const RunSummary& summary);
 
 RunSummary Summarize(const Run& run, Messages& messages);

@@ -3,6 +3,7 @@
 #include "CheckFile.h"
 #include "CheckRows.h"
 #include "Declarations.h"
+#include "JsonWriter.h"
 #include "Output.h"
 #include "Print.h"
 #include "RunReader.h"
@@ -24,7 +25,44 @@ std::string Counted(std::size_t count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-int Check(const Recordings& recordings) {
+struct CheckOptions {
+  Recordings recordings;
+  bool json = false;
+};
+
+struct Counts {
+  std::size_t runs = 0;
+  std::size_t files = 0;
+  std::int64_t records = 0;
+};
+
+void WriteText(const Findings& findings, const Counts& counts, std::string& out) {
+  out += findings.Text();
+  const std::string read = Counted(counts.runs, "run") + ", " + Counted(counts.files, "file") + ", " +
+                           Counted(static_cast<std::size_t>(counts.records), "record");
+  out += findings.Empty() ? "Good: " : Counted(findings.Count(), "finding") + "; what can be read: ";
+  out += read + "\n";
+}
+
+void WriteJson(const Findings& findings, const Counts& counts, std::string& out) {
+  JsonWriter json(out);
+  json.Object().Flag("good", findings.Empty());
+  json.Number("runs", static_cast<std::int64_t>(counts.runs));
+  json.Number("files", static_cast<std::int64_t>(counts.files));
+  json.Number("records", counts.records);
+  json.Array("findings");
+  for (const Findings::Finding& finding : findings.All()) {
+    json.Object().Text("where", finding.where);
+    json.Text("text", finding.text);
+    json.Number("more", finding.more);
+    json.EndObject();
+  }
+  json.EndArray();
+  json.EndObject();
+  out += '\n';
+}
+
+int Check(const CheckOptions& options) {
   Findings findings;
   // Problems begin with the file's name.
   Messages messages([&findings](const std::string& text) {
@@ -32,41 +70,34 @@ int Check(const Recordings& recordings) {
     findings.Add(text.substr(0, colon), text.c_str(), text.substr(std::min(colon + 2, text.size())));
   });
   Messages notes;
-  const std::vector<Run> runs = recordings.Find(messages);
+  const std::vector<Run> runs = options.recordings.Find(messages);
   FileEnds ends;
-  std::size_t files = 0;
+  Counts counts{runs.size(), 0, 0};
   for (const Run& run : runs) {
     for (std::size_t i = 0; i < run.files.size(); ++i) CheckFile(run.files[i], run.copies[i], ends, findings);
-    files += run.files.size();
+    counts.files += run.files.size();
     if (run.beginIsMissing)
       notes.Note(run.files.front() + ": the begin of this run is in a file that is not given");
   }
-  std::int64_t records = 0;
-  for (const Run& run : runs) records += CheckRun(run, ends, findings, messages);
+  for (const Run& run : runs) counts.records += CheckRun(run, ends, findings, messages);
   Output out(Output::Kind::kText);
-  out.Text() = findings.Text();
-  const std::string read = Counted(runs.size(), "run") + ", " + Counted(files, "file") + ", " +
-                           Counted(static_cast<std::size_t>(records), "record");
-  if (findings.Empty()) {
-    out.Text() += "Good: " + read + "\n";
-  } else {
-    out.Text() += Counted(findings.Count(), "finding") + "; what can be read: " + read + "\n";
-  }
+  (options.json ? WriteJson : WriteText)(findings, counts, out.Text());
   return out.Flush() && findings.Empty() ? kGood : kFinding;
 }
 
 }  // namespace
 
 Action DeclareCheck(CLI::App& app) {
-  auto recordings = std::make_shared<Recordings>();
-  AddRecordings(app, *recordings);
+  auto options = std::make_shared<CheckOptions>();
+  AddRecordings(app, options->recordings);
+  app.add_flag("--json", options->json, "as JSON");
   app.footer(
       "Checks that files are sound, that no record is missing whose loss is not recorded, that ticks do not\n"
       "go back, and that what records refer to is there. Of each kind of finding the first row is named.\n"
       "Examples:\n"
       "  metadata check                                  every recording of this machine\n"
       "  metadata check /media/card/metadata && echo sound");
-  return [recordings] { return Check(*recordings); };
+  return [options] { return Check(*options); };
 }
 
 }  // namespace reader

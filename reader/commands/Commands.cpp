@@ -11,6 +11,7 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"info", "Tells runs, sources, gaps and losses", DeclareInfo},
+    {"gaps", "Lists gaps and losses", DeclareGaps},
     {"dump", "Prints records as text, CSV or JSON lines", DeclareDump},
     {"export", "Writes tracks, records or subtitles for other programs", DeclareExport},
     {"report", "Makes a page that shows a drive", DeclareReport},

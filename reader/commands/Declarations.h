@@ -9,6 +9,7 @@ Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
 Action DeclareExport(CLI::App& app);
 Action DeclareReport(CLI::App& app);
+Action DeclareGaps(CLI::App& app);
 Action DeclareState(CLI::App& app);
 Action DeclareCheck(CLI::App& app);
 Action DeclareAsk(CLI::App& app);

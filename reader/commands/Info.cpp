@@ -7,6 +7,7 @@
 #include "Gaps.h"
 #include "Output.h"
 #include "Print.h"
+#include "RunJson.h"
 #include "RunSummary.h"
 #include "Utc.h"
 
@@ -52,7 +53,8 @@ void PrintDriven(const Driven& driven, std::string& out) {
   out += '\n';
 }
 
-void PrintRun(const Run& run, const RunSummary& summary, Messages& messages, std::string& out) {
+void PrintRun(const Run& run, const RunSummary& summary, const std::vector<Gaps::Source>& gaps,
+              std::string& out) {
   Print(out, "Run %d: %s to %s, %s, %s%s\n", run.number, UtcText(summary.firstUtcMs).c_str(),
         UtcText(summary.lastUtcMs).c_str(), DurationText(summary.DurationMs()).c_str(),
         HowItEnded(run, summary), run.beginIsMissing ? "; its begin is in a file that is not given" : "");
@@ -62,20 +64,38 @@ void PrintRun(const Run& run, const RunSummary& summary, Messages& messages, std
   for (const auto& [name, value] : summary.facts) Print(out, "  %-18s %s\n", name.c_str(), value.c_str());
   PrintDriven(summary.driven, out);
   PrintSources(summary, out);
-  for (const Gaps::Source& source : FindGaps(run, summary, messages)) PrintGaps(summary, source, out);
+  for (const Gaps::Source& source : gaps) PrintGaps(summary, source, out);
   if (summary.losses.empty()) out += "  no recorded losses\n";
-  for (const std::string& loss : summary.losses) Print(out, "  lost: %s\n", Printable(loss).c_str());
+  for (const Loss& loss : summary.losses) Print(out, "  lost: %s\n", Printable(LossText(loss)).c_str());
 }
 
-int Info(const Recordings& recordings) {
+struct InfoOptions {
+  Recordings recordings;
+  bool json = false;
+};
+
+int Info(const InfoOptions& options) {
   Messages messages;
   Output out(Output::Kind::kText);
+  JsonWriter json(out.Text());
   bool first = true;
-  for (const Run& run : recordings.Find(messages)) {
-    if (!first) out.Text() += '\n';
+  if (options.json) json.Object().Array("runs");
+  for (const Run& run : options.recordings.Find(messages)) {
+    const RunSummary summary = Summarize(run, messages);
+    const std::vector<Gaps::Source> gaps = FindGaps(run, summary, messages);
+    if (options.json) {
+      WriteRun(run, summary, gaps, json);
+    } else {
+      if (!first) out.Text() += '\n';
+      PrintRun(run, summary, gaps, out.Text());
+    }
     first = false;
-    PrintRun(run, Summarize(run, messages), messages, out.Text());
     out.Commit();
+  }
+  if (options.json) {
+    json.EndArray();
+    json.EndObject();
+    out.Text() += '\n';
   }
   return out.Flush() ? messages.Status() : kFinding;
 }
@@ -83,15 +103,16 @@ int Info(const Recordings& recordings) {
 }  // namespace
 
 Action DeclareInfo(CLI::App& app) {
-  auto recordings = std::make_shared<Recordings>();
-  AddRecordings(app, *recordings);
+  auto options = std::make_shared<InfoOptions>();
+  AddRecordings(app, options->recordings);
+  app.add_flag("--json", options->json, "as JSON");
   app.footer(
       "Records that restate a last value are not counted as records of their source. A gap is more than\n"
-      "2.5 times as long as the usual distance of a source's records.\n"
+      "2.5 times as long as the usual distance of a source's records; \"metadata gaps\" lists all.\n"
       "Examples:\n"
       "  metadata info                                   every recording of this machine\n"
       "  metadata info metadata.000007.db");
-  return [recordings] { return Info(*recordings); };
+  return [options] { return Info(*options); };
 }
 
 }  // namespace reader

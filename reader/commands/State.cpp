@@ -9,6 +9,7 @@
 #include "Print.h"
 #include "RangeOptions.h"
 #include "RowText.h"
+#include "RunJson.h"
 #include "RunReader.h"
 #include "Utc.h"
 
@@ -18,6 +19,7 @@ namespace {
 struct StateOptions {
   Recordings recordings;
   std::optional<Instant> at;
+  bool json = false;
 };
 
 // The last that a source said.
@@ -73,6 +75,25 @@ class Snapshot {
     }
   }
 
+  void Write(JsonWriter& json) const {
+    json.Object().Number("run", run_);
+    WriteTime("at", utcMs_, json);
+    json.Flag("recorderWasOff", nextInMs_ > 0);
+    json.Array("values");
+    for (const Key& key : order_) {
+      const Value& value = values_.at(key);
+      json.Object().Text("table", key.first);
+      json.Text("source", key.second);
+      json.Text("text", value.text);
+      json.Number("ageMs", value.ageMs);
+      json.Flag("isOlder", value.older);
+      json.Flag("noData", IsSilent(value));
+      json.EndObject();
+    }
+    json.EndArray();
+    json.EndObject();
+  }
+
  private:
   // The instant is behind the last record of its run.
   bool EnterNext(const Row& row, std::int64_t ageMs) {
@@ -96,8 +117,12 @@ class Snapshot {
     if (value.isPeriodic && !value.older) value.freshness.Add(row.tick);
   }
 
+  static bool IsSilent(const Value& value) {
+    return value.isPeriodic && value.ageMs > value.freshness.LimitMs();
+  }
+
   static std::string TextOf(const Value& value) {
-    if (!value.isPeriodic || value.ageMs <= value.freshness.LimitMs()) return value.text;
+    if (!IsSilent(value)) return value.text;
     return "no data for " + DurationText(value.ageMs) + ", the last was: " + value.text;
   }
 
@@ -146,7 +171,13 @@ int State(const StateOptions& options) {
   }
   if (!snapshot.WithinRun()) messages.Note("nothing is recorded after " + options.at->said);
   Output out(Output::Kind::kText);
-  snapshot.Print(out.Text());
+  if (options.json) {
+    JsonWriter json(out.Text());
+    snapshot.Write(json);
+    out.Text() += '\n';
+  } else {
+    snapshot.Print(out.Text());
+  }
   return out.Flush() ? messages.Status() : kFinding;
 }
 
@@ -156,6 +187,7 @@ Action DeclareState(CLI::App& app) {
   auto options = std::make_shared<StateOptions>();
   AddRecordings(app, options->recordings);
   AddInstant(app, "--at", options->at, "the instant")->required();
+  app.add_flag("--json", options->json, "as JSON");
   app.footer("T is " + InstantHelp() +
              ".\n"
              "Examples:\n"

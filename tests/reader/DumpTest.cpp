@@ -189,7 +189,7 @@ TEST_F(ReaderTest, WrongUsageAndWhatIsNotThereAreSaid) {
       {{"dump", File(1), "--from", "1714564800"}, 1, "counts from 1970, write 2024-05-01T12:00:00.000Z"},
       {{"dump", File(1), "--from", "10100", "--to", "10000"}, 1, "--from 10100 is after --to 10000"},
       {{"dump", File(1), "--from", "2024-05-02", "--to", "2024-05-01"}, 1, "is after --to 2024-05-01"},
-      {{"frobnicate"}, 2, "'frobnicate' is not a command; commands are info, dump, "},
+      {{"frobnicate"}, 2, "'frobnicate' is not a command; commands are info, gaps, dump, "},
       {{"ask", "nothing"}, 2, "'nothing' is not a command; commands are tick, ping, "},
       {{"dump", "--format", "xml"}, 2, "--format: xml not in {"},
       {{"dump", dir_.Path("none")}, 1, "none: no such file"},

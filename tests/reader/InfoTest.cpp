@@ -73,6 +73,35 @@ TEST_F(ReaderTest, StateTellsTheLastValuesAndTheirAges) {
   EXPECT_EQ(before.said, "metadata: nothing is recorded at or before 9999\n");
 }
 
+TEST_F(ReaderTest, ProgramsReadWhatInfoGapsCheckAndStateTell) {
+  if (!IsInstalled("jq")) GTEST_SKIP() << "jq is not installed";
+  Open();
+  for (short i = 0; i < 60; ++i) {  // a reading each second, none from 30 to 39
+    if (i < 30 || i >= 40) Temperature(i);
+    After(1000);
+  }
+  Store().ReportShutdownData();
+  Close();
+  const auto by = [this](std::vector<std::string> words, const std::string& query) {
+    words.insert(words.end(), {"--json", File(1)});
+    return RunProgram({"jq", "-c", query, dir_.Write("told.json", Metadata(words).out)}).out;
+  };
+  EXPECT_EQ(by({"info"}, ".runs[]|.run,.first,.ended,.records,(.sources|length)"),
+            "1\n\"2024-05-01T12:00:00.000Z\"\n\"clean end\"\n53\n3\n");
+  constexpr const char* kGaps = "[.runs[].sources[]|[.source,.usualMs,.count,[.gaps[]|[.from,.ms]]]]";
+  const std::string gap = "[\"2024-05-01T12:00:29.000Z\",11000]";
+  EXPECT_EQ(by({"gaps"}, kGaps), "[[\"temperature 0\",1000,1,[" + gap + "]]]\n");
+  EXPECT_EQ(by({"gaps", "--longer", "12"}, kGaps), "[[\"temperature 0\",1000,1,[]]]\n");
+  EXPECT_EQ(by({"gaps", "--source", "gps"}, kGaps), "[]\n");
+  EXPECT_EQ(by({"check"}, ".good,.files,.records,.findings"), "true\n1\n53\n[]\n");
+  EXPECT_EQ(by({"state", "--at", "2024-05-01T12:00:37Z"},
+               ".values[]|select(.source==\"temperature 0\")|[.text,.ageMs,.noData]"),
+            "[\"29 \u00B0C\",8000,true]\n");
+  EXPECT_THAT(Metadata({"gaps", File(1)}).out,
+              HasSubstr("  1  temperature 0      2024-05-01T12:00:29.000Z  2024-05-01T12:00:40.000Z        "
+                        "11.000 s  usually 1.0 s\n"));
+}
+
 TEST_F(ReaderTest, RunsStandInTheOrderOfTimeAndBetweenThemTheRecorderWasOff) {
   for (const char* base : {"z/metadata", "a/metadata"}) {
     std::filesystem::create_directories(dir_.Path(base).substr(0, dir_.Path(base).rfind('/')));
