@@ -7,6 +7,8 @@
 
 namespace bench {
 
+using reader::EventKind;
+
 namespace {
 
 std::string Number(const Row& row, std::string_view name) {

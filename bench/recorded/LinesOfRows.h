@@ -8,6 +8,8 @@
 
 namespace bench {
 
+using reader::Row;
+
 // Turns the rows of a recording, in their order, into commands of a drive that make the same rows again.
 class LinesOfRows {
  public:

@@ -14,6 +14,14 @@
 
 namespace bench {
 
+using reader::EventKind;
+using reader::FindFiles;
+using reader::FindRuns;
+using reader::Messages;
+using reader::Row;
+using reader::Run;
+using reader::RunReader;
+
 namespace {
 
 class Writer {
