@@ -25,8 +25,8 @@ struct Asked {
   unsigned int last;
 };
 
-SqliteCode WriteCopy(CopyWriter& writer, const std::string& path, const Asked& asked) {
-  SqliteCode code = writer.Begin(path);
+SqliteCode WriteCopy(CopyWriter& writer, int file, const Asked& asked) {
+  SqliteCode code = writer.Begin(file);
   if (Ok(code)) code = writer.CopyRun();
   return Ok(code) ? writer.End(asked.source, asked.first, asked.last) : code;
 }
@@ -36,12 +36,11 @@ const char* Copy(const Asked& asked, const std::string& destination, const std::
   store::OpenStore* const recording = store::FindOpenStore(asked.source);
   if (recording == nullptr) return "the store is not open";
   const store::FileNames names(asked.source);
-  CopyFile file;
-  if (const char* reason = file.Create(destination, names)) return reason;
-
   store::CurrentRun current;
-  RunFiles run;
   if (!recording->Settle(current)) return "what waits cannot be committed";
+  CopyFile file;
+  if (const char* reason = file.Create(destination, names, names.PathOf(current.files.back()))) return reason;
+  RunFiles run;
   if (!run.Look(names, current, pet)) return "a recording cannot be read";
   const TickRange range = store::RangeOf(asked.first, asked.last, run.files.front().firstTick, current.now);
   if (range.Empty()) return "the ticks lie beside the run";
@@ -49,7 +48,7 @@ const char* Copy(const Asked& asked, const std::string& destination, const std::
     pet();
     file.WriteBack();
   });
-  const SqliteCode code = WriteCopy(writer, file.PartialPath(), asked);
+  const SqliteCode code = WriteCopy(writer, file.Get(), asked);
   pet();
   const char* const reason = Ok(code) ? file.Publish() : store::TextOf(code);
   pet();

@@ -1,6 +1,7 @@
 #include "Store.h"
 
 #include <algorithm>
+#include <csignal>
 
 #include "SystemStoreClock.h"
 #include "Tables.h"
@@ -15,6 +16,12 @@ namespace {
 constexpr LogSource log{"DataStore"};
 
 constexpr int kStartUpTurns = 2;  // the start's own TimerTick, and the first of the loop
+
+// A limit on the size of files is a full medium, not the end of the process.
+void IgnoreFileSizeSignal() {
+  struct sigaction now {};
+  if (sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) (void)signal(SIGXFSZ, SIG_IGN);
+}
 
 }  // namespace
 
@@ -31,6 +38,7 @@ bool DataStoreNormal::Store::Open() {
   ending_ = false;
   turns_ = 0;
   fullState_ = store::FullState();
+  IgnoreFileSizeSignal();
   recorder_.Start(store::NewRunId());
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   arrival_.Start(clock_.TickMs());
@@ -72,7 +80,7 @@ void DataStoreNormal::Store::TimerTick(unsigned int tick) {
 
 bool DataStoreNormal::Store::Settle(store::CurrentRun& run) {
   if (!recorder_.IsOpen() || !Commit()) return false;
-  run = {recorder_.FirstNumber(), recorder_.Number(), arrival_.Now()};
+  run = {recorder_.RunNumbers(), arrival_.Now()};
   return true;
 }
 
@@ -170,6 +178,10 @@ bool DataStoreNormal::Store::BeginFile() {
   if (!recorder_.Begin()) return false;
   logPinned_ = false;
   AddClock();
+  if (const auto abandoned = recorder_.TakeAbandoned(); !abandoned.file.empty()) {
+    AddRecord({.critical = true}, Row<store::kAbandonedTable>(std::string_view(abandoned.file),
+                                                              std::string_view(abandoned.harm)));
+  }
   Restate();
   return true;
 }

@@ -1,6 +1,9 @@
 #include "Disk.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "support/TempDir.h"
 
 namespace {
 
@@ -11,8 +14,10 @@ bool Coin(std::mt19937& random) {
 }  // namespace
 
 void DiskRecorder::After(const FileEvent& event) {
+  std::string data(event.data);
+  if (event.op == FileOp::kOpen) data = TextOfFile(std::string(event.path));
   ops_.push_back({event.op, std::string(event.path.substr(event.path.rfind('/') + 1)),
-                  static_cast<std::size_t>(event.offset), std::string(event.data), event.directory});
+                  static_cast<std::size_t>(event.offset), std::move(data), event.directory});
 }
 
 Disk::Disk(const DiskState& before, Honesty honesty) : honesty_(honesty) {
@@ -22,19 +27,23 @@ Disk::Disk(const DiskState& before, Honesty honesty) : honesty_(honesty) {
   }
 }
 
-int Disk::Create(const std::string& name) {
+// What the program has put into it itself was synced before the file got its name, and its name after.
+void Disk::Create(const std::string& name, const std::string& content) {
   const int node = static_cast<int>(nodes_.size());
   nodes_.emplace_back();
   entries_[name] = node;
   pendingEntries_.push_back({name, node});
-  return node;
+  if (content.empty()) return;
+  nodes_.back().pending.push_back({false, 0, content});
+  SyncNode(nodes_.back());
+  SyncDirectory();
 }
 
 void Disk::Apply(const DiskOp& op) {
   const auto found = entries_.find(op.name);
   switch (op.op) {
     case FileOp::kOpen:  // one that the program created itself is noticed here
-      if (found == entries_.end()) (void)Create(op.name);
+      if (found == entries_.end()) Create(op.name, op.data);
       return;
     case FileOp::kDelete:
       entries_.erase(op.name);

@@ -75,7 +75,7 @@ class Disk {
   };
   static constexpr int kGone = -1;
 
-  int Create(const std::string& name);
+  void Create(const std::string& name, const std::string& content);
   void SyncNode(Node& node) const;
   void SyncDirectory();
   static void Do(const Change& change, std::size_t bytes, std::string& content);

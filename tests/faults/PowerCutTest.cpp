@@ -181,4 +181,31 @@ TEST_F(PowerCutTest, ABadMediumIsFoundOut) {
   }
 }
 
+// A bit of it has turned: it is evidence, and stays as it is with its file, whatever the next run goes
+// through.
+TEST(DamagedLog, IsNeverChangedWhereverTheNextRunIsCut) {
+  const TempDir dir;
+  const std::string log = std::string(kEarlierRun) + "-wal";
+  DiskState before = RunWithoutClose();
+  before[log][before[log].size() / 2] ^= 1;
+  WriteFiles(before, "", dir);
+  DiskRecorder recorder;
+  {
+    const WatchedVfs vfs(recorder);
+    Usage usage(dir.Path("metadata"));
+    UseStore(usage);
+  }
+  std::mt19937 random(1);
+  Disk disk(before, Honesty::kHonest);
+  for (const DiskOp& op : recorder.Ops()) {
+    disk.Apply(op);
+    DiskState state = disk.Cut(Fate::kChance, random);
+    ASSERT_EQ(state[kEarlierRun], before[kEarlierRun]);
+    ASSERT_EQ(state[log], before[log]);
+  }
+  EXPECT_TRUE(dir.Read(kEarlierRun) == before[kEarlierRun] && dir.Read(log) == before[log]);
+  EXPECT_EQ(Connection(dir.Path("metadata.000002.db"), kPlainVfs).Rows("SELECT ended FROM previous_run"),
+            "damaged\n");
+}
+
 }  // namespace

@@ -70,7 +70,7 @@ TEST(Start, MakesItsDirectoryAndKeepsTheSharedRecordToItsEnd) {
   car.Begin();
   struct stat status {};
   ASSERT_EQ(stat(car.Path("disk/metadata").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode, S_IFDIR | 0770U);
+  EXPECT_EQ(status.st_mode, S_IFDIR | 01770U);
   const std::string kept = car.SharedRecord();
   EXPECT_EQ(kept, FromHex("0100" + Zeros(50) + "07ffffff" + Zeros(32)));
   car.stateMgr.Send(kFullRun);

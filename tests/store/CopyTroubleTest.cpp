@@ -1,5 +1,7 @@
 // Copies that cannot be made, and what making one does to the process and the recording.
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -69,6 +71,38 @@ TEST_F(CopyTest, TakesEveryNameThatTheFileSystemTakesAndTellsWhyNot) {
     EXPECT_NE(log.Text().find(std::string("Copy failed (") + c.reason + "): "), std::string::npos)
         << log.Text();
   }
+}
+
+TEST_F(CopyTest, ACopyBelongsToTheRecordingsOwnerAndIsMadeOnlyWhereItIsSafe) {
+  Open();
+  Temperature(1);
+  const bool isRoot = geteuid() == 0;
+  const uid_t owner = isRoot ? 65534 : geteuid();
+  if (isRoot) {
+    ASSERT_EQ(chown(File(1).c_str(), owner, owner), 0);
+  }
+  const mode_t mask = umask(0);
+  int number = 0;
+  for (const mode_t ours : {0000U, 0077U}) {
+    (void)umask(ours);
+    for (const auto& [mode, made] : {std::pair{0700U, true},
+                                     {0755U, true},
+                                     {0770U, false},
+                                     {0777U, false},
+                                     {01777U, true},
+                                     {02755U, true}}) {
+      const std::string name = "place" + std::to_string(++number);
+      std::filesystem::create_directory(dir_.Path(name));
+      ASSERT_EQ(chmod(dir_.Path(name).c_str(), mode), 0);
+      EXPECT_EQ(Copy(kFromBeginning, kToEnd, name + "/copy.db"), made) << std::oct << mode;
+      struct stat status {};
+      ASSERT_EQ(stat(dir_.Path(name + "/copy.db").c_str(), &status) == 0, made);
+      if (!made) continue;
+      EXPECT_EQ(status.st_mode, S_IFREG | 0640U);
+      EXPECT_EQ(status.st_uid, owner);
+    }
+  }
+  (void)umask(mask);
 }
 
 TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {

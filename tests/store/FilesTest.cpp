@@ -62,14 +62,35 @@ TEST_F(StoreTest, WhyNoRecordingCanBeBegunIsLogged) {
   EXPECT_EQ(log.Lines("No recording can be begun (File too large)"), 1) << log.Text();
 }
 
-TEST_F(StoreTest, NumbersGoOnFromTheHighestInUse) {
+// A name counts when a recording stands there, and is never taken when anything does.
+TEST_F(StoreTest, NumbersGoOnFromTheNewestRecordingAndPassOverOtherNames) {
+  Open();
+  Close();
+  fs::rename(File(1), File(7));
   for (const char* name :
-       {"metadata.000007.db", "metadata.000009.db-wal", "metadata.12.db", "metadata.000011.dbx",
-        "metadata.-00012.db", "other.000013.db", "metadata.999999999999.db", "metadata.x.db"}) {
+       {"metadata.000008.db", "metadata.000009.db-wal", "metadata.000010.db-journal", "metadata.000500.db",
+        "metadata.999999999.db", "metadata.999999999999.db", "metadata.12.db", "metadata.0000012.db",
+        "metadata.-00012.db", "other.000013.db"}) {
     dir_.Write(name, "");
   }
+  fs::create_directory(dir_.Path("metadata.000011.db"));
+  fs::create_symlink(File(7), dir_.Path("metadata.000600.db"));
   Open();
-  EXPECT_TRUE(Exists(10));
+  EXPECT_TRUE(Exists(12));
+}
+
+TEST_F(StoreTest, NumbersHaveMoreDigitsBehindTheLastOfSixAndNoneIsTheLast) {
+  Open();
+  Close();
+  for (const auto& [newest, next] : {std::pair{"metadata.999999.db", "metadata.1000000.db"},
+                                     std::pair{"metadata.999999999.db", "metadata.000001.db"}}) {
+    const auto first = *fs::directory_iterator(dir_.Path(""));
+    fs::rename(first.path(), dir_.Path(newest));
+    Open();
+    Close();
+    EXPECT_TRUE(fs::exists(dir_.Path(next)));
+    fs::remove(dir_.Path(newest));
+  }
 }
 
 class FullFileTest : public StoreTest {
@@ -163,19 +184,32 @@ TEST_F(StoreTest, AFullStateStandsBehindEachSoManyRecords) {
   EXPECT_EQ(Rows("SELECT sum(last_seq-seq) FROM full_state"), "6\n") << "and nothing else";
 }
 
-TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitAndANewFileIsBegun) {
+TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitSaidAndRecordedInANewFile) {
   const struct {
     std::string what;
     void (*harm)(const std::string& path);
+    std::string told;
   } kCases[] = {
-      {"deleted", [](const std::string& path) { fs::remove(path); }},
-      {"log deleted", [](const std::string& path) { fs::remove(path + "-wal"); }},
+      {"deleted", [](const std::string& path) { fs::remove(path); }, "removed or replaced"},
+      {"log deleted", [](const std::string& path) { fs::remove(path + "-wal"); },
+       "left without its log, which was removed or replaced"},
       {"replaced",
        [](const std::string& path) {
          fs::copy_file(path, path + ".copy");
          fs::rename(path + ".copy", path);
-       }},
-      {"truncated", [](const std::string& path) { fs::resize_file(path, 0); }},
+       },
+       "removed or replaced"},
+      {"truncated", [](const std::string& path) { fs::resize_file(path, 0); }, "truncated"},
+      {"log emptied", [](const std::string& path) { fs::resize_file(path + "-wal", 0); },
+       "damaged: its log was truncated"},
+      {"log cut short",
+       [](const std::string& path) { fs::resize_file(path + "-wal", fs::file_size(path + "-wal") - 1); },
+       "damaged: its log was truncated"},
+      {"log's head overwritten",
+       [](const std::string& path) {
+         std::fstream(path + "-wal", std::ios::binary | std::ios::in | std::ios::out).seekp(17) << 'x';
+       },
+       "damaged: its log was overwritten"},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
@@ -186,9 +220,10 @@ TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitAndANewFileIsBegun) {
       Temperature(value);
       After(500);
     }
-    EXPECT_EQ(log.Lines(" was removed or replaced"), 1);
+    EXPECT_EQ(log.Lines(" was " + c.told), 1);
     EXPECT_EQ(log.Lines(""), 1) << log.Text();
     EXPECT_EQ(Temperatures(2), "1\n2\n");
+    EXPECT_EQ(Rows("SELECT file, harm FROM abandoned", 2), c.what + ".000001.db|" + c.told + "\n");
     EXPECT_EQ(Rows("SELECT count(*) FROM timeline WHERE utc IS NULL", 2), "0\n");
     EXPECT_FALSE(Exists(3));
   }
@@ -209,17 +244,33 @@ TEST_F(StoreTest, WhatReplacedTheFileIsLeftAlone) {
   }
 }
 
-TEST_F(StoreTest, ADirectoryThatComesBackIsRecordedIntoAgain) {
+TEST_F(StoreTest, ADirectoryThatIsRemovedIsMadeAgainAsItWas) {
   fs::create_directory(dir_.Path("data"));
+  fs::permissions(dir_.Path("data"), fs::perms{0770});
   Open("data/metadata");
+  const auto mode = [this] { return static_cast<unsigned>(fs::status(dir_.Path("data")).permissions()); };
+  EXPECT_EQ(mode(), 01770U) << "its group can add to it, and remove nothing";
   fs::remove_all(dir_.Path("data"));
+  const LogCapture log;
+  Temperature(1);
+  After(500);
+  EXPECT_EQ(log.Lines(" was removed or replaced"), 1);
+  EXPECT_EQ(log.Lines(""), 1) << log.Text();
+  EXPECT_EQ(Temperatures(2), "1\n");
+  EXPECT_EQ(mode(), 01770U);
+}
+
+TEST_F(StoreTest, ADirectoryThatCannotBeMadeAgainIsTriedAgain) {
+  fs::create_directories(dir_.Path("disk/data"));
+  Open("disk/data/metadata");
+  fs::remove_all(dir_.Path("disk"));
   const LogCapture log;
   for (const int value : {1, 2, 3}) {
     Temperature(value);
     After(500);
   }
   EXPECT_EQ(log.Lines(" fails: no new file can be begun"), 1);
-  fs::create_directory(dir_.Path("data"));
+  fs::create_directory(dir_.Path("disk"));
   After(500);
   EXPECT_EQ(log.Lines(""), 3) << "removed, fails, works again: " << log.Text();
   EXPECT_EQ(Temperatures(2), "1\n2\n3\n");

@@ -2,38 +2,34 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <string_view>
 
 #include "Schema.h"
 #include "Utf8.h"
+#include "log/LogLine.h"
 #include "system/BigEndian.h"
 
 namespace store {
 namespace {
 
+constexpr LogSource log{"MetadataReader"};
+
 constexpr mode_t kMode = 0640;
+constexpr mode_t kModeBits = 07777;
 constexpr off_t kWriteBackBytes = off_t{1} << 20;
 
 // Also when it cannot be told. No name can be longer than the file system allows.
 bool IsThere(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENAMETOOLONG);
-}
-
-std::string PartialOf(const std::string& destination) {
-  constexpr std::string_view kSuffix = ".partial";
-  const std::size_t name = destination.rfind('/') + 1;
-  const std::string_view begin =
-      CutText(std::string_view(destination).substr(name), NAME_MAX - kSuffix.size());
-  return destination.substr(0, name).append(begin).append(kSuffix);
 }
 
 // A log that belongs to something else would be taken for the file's own.
@@ -57,65 +53,79 @@ void RemoveLeftover(const std::string& path) {
   if (unfinished || status.st_size == 0) (void)unlink(path.c_str());
 }
 
-}  // namespace
-
-CopyFile::~CopyFile() {
-  if (fd_ < 0) return;
-  (void)close(fd_);
-  (void)unlink(partial_.c_str());
+std::string PartialOf(const std::string& name) {
+  constexpr std::string_view kSuffix = ".partial";
+  return std::string(CutText(name, NAME_MAX - kSuffix.size())).append(kSuffix);
 }
 
-const char* CopyFile::Create(const std::string& destination, const FileNames& recordings) {
+// What is on a stick belongs to whoever mounted it.
+bool KeepsNoOwners(int fd) {
+  constexpr unsigned long kTypes[] = {0x4D44, 0x2011BAB0, 0x5346544E, 0x7366746E};  // FAT, exFAT, NTFS, ntfs3
+  struct statfs status {};
+  return fstatfs(fd, &status) == 0 &&
+         std::find(std::begin(kTypes), std::end(kTypes), static_cast<unsigned long>(status.f_type)) !=
+             std::end(kTypes);
+}
+
+// Others cannot replace or remove a file in it.
+bool IsSafe(int directory) {
+  struct stat status {};
+  if (fstat(directory, &status) != 0) return false;
+  const bool othersWrite = (status.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+  const bool trusted = status.st_uid == 0 || status.st_uid == geteuid();
+  return (trusted && (!othersWrite || (status.st_mode & S_ISVTX) != 0)) || KeepsNoOwners(directory);
+}
+
+}  // namespace
+
+const char* CopyFile::Create(const std::string& destination, const FileNames& recordings,
+                             const std::string& ownedLike) {
   if (!destination.starts_with('/')) return "the path is not absolute";
   if (destination.ends_with('/')) return "the path is that of a directory";
   if (!IsFree(destination)) return "something stands there";
   if (recordings.IsOneOf(destination)) return "the name is one of the recordings' own";
-  if (destination.size() - destination.rfind('/') - 1 > NAME_MAX) return std::strerror(ENAMETOOLONG);
-  destination_ = destination;
-  partial_ = PartialOf(destination);
-  RemoveLeftover(partial_);
-  if (!IsFree(partial_)) return "something stands beside it as NAME.partial";
-  fd_ = open(partial_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, kMode);
-  return fd_ >= 0 ? nullptr : std::strerror(errno);
+  const std::string name = NameOf(destination);
+  if (name.size() > NAME_MAX) return std::strerror(ENAMETOOLONG);
+  const std::string parent = destination.substr(0, destination.size() - name.size());
+  directory_ = Descriptor(open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!directory_.IsOpen()) return std::strerror(errno);
+  if (!IsSafe(directory_.Get())) return "others can write in its directory";
+  const std::string partial = PartialOf(name);
+  int error = file_.Create(directory_.Get(), name, partial);
+  if (error == EEXIST) {
+    RemoveLeftover(parent + partial);
+    error = file_.Create(directory_.Get(), name, partial);
+  }
+  return error == 0 ? SetOwner(destination, ownedLike) : std::strerror(error);
+}
+
+const char* CopyFile::SetOwner(const std::string& destination, const std::string& ownedLike) const {
+  struct stat wanted {};
+  struct stat status {};
+  if (stat(ownedLike.c_str(), &wanted) != 0) return std::strerror(errno);
+  const bool given =
+      fchown(file_.Get(), wanted.st_uid, wanted.st_gid) == 0 && fchmod(file_.Get(), kMode) == 0;
+  if (fstat(file_.Get(), &status) != 0) return std::strerror(errno);
+  if (given && status.st_uid == wanted.st_uid && status.st_gid == wanted.st_gid &&
+      (status.st_mode & kModeBits) == kMode) {
+    return nullptr;
+  }
+  if (!KeepsNoOwners(file_.Get())) return "it cannot be given the recordings' owner and group";
+  log(kLogError, "The medium keeps no owners, its mount decides who can read ", destination);
+  return nullptr;
+}
+
+const char* CopyFile::Publish() {
+  const int error = file_.Publish();
+  return error == 0 ? nullptr : std::strerror(error);
 }
 
 void CopyFile::WriteBack() {
   struct stat status {};
-  if (fstat(fd_, &status) != 0 || status.st_size < writtenBack_ + kWriteBackBytes) return;
+  if (fstat(file_.Get(), &status) != 0 || status.st_size < writtenBack_ + kWriteBackBytes) return;
   writtenBack_ = status.st_size;
   // What fails is told by the sync at the end.
-  (void)sync_file_range(fd_, 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
-}
-
-const char* CopyFile::Publish() {
-  if (fsync(fd_) != 0 || !Link()) return std::strerror(errno);
-  if (!SyncDirectory()) {
-    const char* const reason = std::strerror(errno);
-    (void)unlink(destination_.c_str());
-    return reason;
-  }
-  (void)close(fd_);
-  fd_ = -1;
-  return nullptr;
-}
-
-bool CopyFile::Link() const {
-  if (renameat2(AT_FDCWD, partial_.c_str(), AT_FDCWD, destination_.c_str(), RENAME_NOREPLACE) == 0)
-    return true;
-  if (errno != EINVAL && errno != ENOSYS) return false;  // these: the file system, or the kernel, cannot
-  if (link(partial_.c_str(), destination_.c_str()) != 0) return false;
-  (void)unlink(partial_.c_str());
-  return true;
-}
-
-bool CopyFile::SyncDirectory() const {
-  const std::string directory = destination_.substr(0, destination_.rfind('/') + 1);
-  const int fd = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  // A directory that may be written, but not read, cannot be synced.
-  if (fd < 0) return errno == EACCES;
-  const bool synced = fsync(fd) == 0 || errno == EINVAL;
-  (void)close(fd);
-  return synced;
+  (void)sync_file_range(file_.Get(), 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
 }
 
 }  // namespace store

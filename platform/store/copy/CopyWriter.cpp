@@ -5,6 +5,7 @@
 
 #include "CopyStatements.h"
 #include "FileUri.h"
+#include "JournalFreeVfs.h"
 #include "Schema.h"
 #include "Tables.h"
 
@@ -32,8 +33,8 @@ CopyWriter::CopyWriter(const RunFiles& run, const TickRange& range, std::functio
   }
 }
 
-SqliteCode CopyWriter::Begin(const std::string& path) {
-  if (const SqliteCode code = database_.OpenForAttaching(path); !Ok(code)) return code;
+SqliteCode CopyWriter::Begin(int file) {
+  if (const SqliteCode code = database_.OpenForAttaching(file); !Ok(code)) return code;
   const auto callPace = [](void* writer) {
     static_cast<CopyWriter*>(writer)->pace_();
     return 0;
@@ -65,7 +66,8 @@ SqliteCode CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
 
 // A table that is something else, say an endless view, is not read.
 SqliteCode CopyWriter::Attach(const RunFile& file) {
-  SqliteCode code = database_.Execute("ATTACH '" + FileUri(file.path, "?mode=ro") + "' AS source");
+  SqliteCode code =
+      database_.Execute("ATTACH '" + FileUri(file.path, JournalFree("?mode=ro")) + "' AS source");
   if (Ok(code)) code = database_.Execute("PRAGMA source.cache_size=-500; BEGIN");
   std::int64_t differences = 0;
   if (Ok(code)) code = database_.Query(CountDifferences(), differences);

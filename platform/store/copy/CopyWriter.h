@@ -19,7 +19,8 @@ class CopyWriter {
   // `pace` is called every few milliseconds.
   CopyWriter(const RunFiles& run, const TickRange& range, std::function<void()> pace);
 
-  SqliteCode Begin(const std::string& path);
+  // Writes through the descriptor, which is the caller's.
+  SqliteCode Begin(int file);
   SqliteCode CopyRun();
   // Says what the copy is: whose, the ticks that were asked for, what they meant.
   SqliteCode End(const std::string& store, std::uint32_t firstAsked, std::uint32_t lastAsked);

@@ -31,7 +31,7 @@ SqliteCode ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::in
 }  // namespace
 
 bool RunFiles::Look(const FileNames& names, const CurrentRun& run, const std::function<void()>& pace) {
-  for (std::uint32_t number = run.firstFile; number <= run.lastFile; ++number) {
+  for (const std::uint32_t number : run.files) {
     pace();
     RunFile file;
     file.path = names.PathOf(number);

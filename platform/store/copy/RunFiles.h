@@ -11,9 +11,8 @@ namespace store {
 
 // What an open store has recorded in its run so far.
 struct CurrentRun {
-  std::uint32_t firstFile = 0;  // numbers; all between them belong to the run
-  std::uint32_t lastFile = 0;
-  std::int64_t now = 0;  // arrival tick
+  std::vector<std::uint32_t> files;  // numbers, in the order in which they were begun
+  std::int64_t now = 0;              // arrival tick
 };
 
 struct RunFile {

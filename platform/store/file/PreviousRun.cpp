@@ -1,7 +1,11 @@
 #include "PreviousRun.h"
 
+#include <utility>
+
 #include "Database.h"
-#include "Schema.h"
+#include "EarlierFile.h"
+#include "EarlierWal.h"
+#include "Patience.h"
 #include "log/LogLine.h"
 
 namespace store {
@@ -9,67 +13,163 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-// Folding in happens at start-up, which must not wait for it for long.
-constexpr std::uint64_t kMaxLogBytes = std::uint64_t{16} << 20;
+constexpr std::chrono::milliseconds kMostLooking{100};
 
 constexpr const char* kLastUtc =
     "SELECT utc_ms + last_tick - tick FROM clock, progress WHERE seq <= last_seq ORDER BY seq DESC LIMIT 1";
+constexpr const char* kCountTables =
+    "SELECT count(*) FROM sqlite_schema WHERE type='table' AND rootpage>0 AND name IN "
+    "('progress','run_end','clock')";
 
 // A file that was being begun when the power went, or whose first commit never came, tells nothing.
 SqliteCode CountRecorded(Database& database, std::int64_t& lastSeq) {
   std::int64_t tables = 0;
-  SqliteCode code = database.Query("SELECT count(*) FROM sqlite_master", tables);
+  SqliteCode code = database.Query("SELECT count(*) FROM sqlite_schema", tables);
   if (!Ok(code) || tables == 0) return code;
-  std::int64_t id = 0;
-  code = database.Query("PRAGMA application_id", id);
-  if (Ok(code) && id != kApplicationId) code = SqliteCode::kNotDatabase;
+  code = database.Query(kCountTables, tables);
+  if (Ok(code) && tables != 3) code = SqliteCode::kNotDatabase;
   return Ok(code) ? database.Query("SELECT last_seq FROM progress", lastSeq) : code;
 }
 
-bool Read(const std::string& path, PreviousRun& run) {
-  FileIdentity walLog;
-  if (Identify(path + "-wal", walLog) == 0 && walLog.bytes > kMaxLogBytes) {
-    log(kLogError, "Left alone: the log of ", path, " is too long");
-    return false;
-  }
-  Database database;
+SqliteCode ReadEnd(Database& database, PreviousRun& run) {
   std::int64_t clean = 0;
-  SqliteCode code = database.Open(path);
-  if (Ok(code)) database.LimitWork();
-  if (Ok(code)) code = CountRecorded(database, run.lastSeq);
-  if (Ok(code) && run.lastSeq == 0) return true;
-  if (Ok(code)) code = database.Query("SELECT last_tick FROM progress", run.lastTick);
+  SqliteCode code = CountRecorded(database, run.lastSeq);
+  if (!Ok(code) || run.lastSeq == 0) return code;
+  code = database.Query("SELECT last_tick FROM progress", run.lastTick);
   if (Ok(code)) code = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
-  if (!Ok(code)) {
-    log(kLogError, "Left alone: ", path, " cannot be read: ", TextOf(code));
-    return false;
-  }
+  if (!Ok(code)) return code;
   (void)database.Query(kLastUtc, run.lastUtcMs);
   run.ended = clean != 0 ? "clean" : "cut off";
-  (void)database.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
-  return true;
+  return code;
 }
+
+class Look {
+ public:
+  explicit Look(const FileNames& names) : names_(names) {}
+
+  PreviousRun Run() {
+    FileNames::Numbers numbers;
+    (void)names_.List(numbers);
+    for (const std::uint32_t number : numbers.recordings) {
+      path_ = names_.PathOf(number);
+      run_ = PreviousRun();
+      run_.file = NameOf(path_);
+      if (over_()) {
+        LeaveAlone("looking at earlier files has taken too long");
+        return run_;
+      }
+      if (Tells()) return run_;
+    }
+    return {};
+  }
+
+ private:
+  void LeaveAlone(const char* why, const char* ended = "unreadable") {
+    log(kLogError, "Left alone: ", path_, ": ", why);
+    run_.ended = ended;
+  }
+
+  // False for a file that is to be passed over.
+  bool Tells() {
+    const EarlierFile file = LookAtEarlierFile(path_, owner_);
+    if (file == EarlierFile::kForeign) return false;
+    const auto begun = Patience::Clock::now();
+    const EarlierWal wal = EarlierWal::Look(path_, owner_);
+    if (wal.finding.frameBytes != 0 && !std::exchange(scanned_, true))
+      patience_.Excuse(Patience::Clock::now() - begun);
+    const bool hasWal = wal.state != EarlierWal::State::kNone && wal.state != EarlierWal::State::kForeign;
+    if (file == EarlierFile::kEmpty && !hasWal) return false;
+    if (file != EarlierFile::kRecording) {
+      LeaveAlone("it is no recording");
+      return true;
+    }
+    switch (wal.state) {
+      case EarlierWal::State::kDamaged:
+        LeaveAlone(("its WAL is damaged at offset " + std::to_string(wal.finding.brokenAt)).c_str(),
+                   "damaged");
+        return true;
+      case EarlierWal::State::kTooLong:
+        LeaveAlone("its WAL is too long");
+        return true;
+      case EarlierWal::State::kFolds:
+        return ReadWith(wal);
+      default:
+        return ReadAlone();
+    }
+  }
+
+  bool ReadAlone() {
+    Database database;
+    SqliteCode code = database.OpenHostileAlone(path_);
+    if (Ok(code)) database.EndWhen(over_);
+    if (Ok(code)) code = ReadEnd(database, run_);
+    return TellsAfter(code);
+  }
+
+  // Alone with the file SQLite needs no index of the WAL beside it. Where a reader has stayed the index is
+  // there, and the WAL is not folded in.
+  bool ReadWith(const EarlierWal& wal) {
+    SqliteCode code = ReadWith(wal, "PRAGMA locking_mode=EXCLUSIVE");
+    std::uint32_t owner = 0;
+    if (code == SqliteCode::kBusy && LookAtEarlierFile(path_ + "-shm", owner) != EarlierFile::kForeign &&
+        owner == owner_) {
+      code = ReadWith(wal, "");
+    }
+    return TellsAfter(code);
+  }
+
+  SqliteCode ReadWith(const EarlierWal& wal, const char* setting) {
+    Database database;
+    SqliteCode code = database.OpenHostile(path_);
+    if (Ok(code)) code = database.Execute(setting);
+    if (Ok(code)) database.EndWhen(over_);
+    if (Ok(code)) code = ReadEnd(database, run_);
+    if (Ok(code) && run_.lastSeq != 0 && *setting != '\0') Fold(database, wal);
+    return code;
+  }
+
+  void Fold(Database& database, const EarlierWal& wal) {
+    if (!wal.KeepTail(path_)) {
+      log(kLogError, "Left alone: ", path_, ": the torn end of its WAL cannot be kept");
+      return;
+    }
+    if (wal.finding.state == WalState::kTorn)
+      log(kLogError, "Kept the torn end of the WAL of ", path_, " from offset ",
+          static_cast<long long>(wal.finding.brokenAt));
+    database.EndWhen(never_);
+    (void)database.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=MEMORY");
+  }
+
+  bool TellsAfter(SqliteCode code) {
+    if (Ok(code)) return run_.lastSeq != 0;
+    LeaveAlone(code == SqliteCode::kInterrupt ? "reading it takes too long" : TextOf(code));
+    return true;
+  }
+
+  const FileNames& names_;
+  Patience patience_{kMostLooking};
+  const std::function<bool()> over_ = [this] { return patience_.Over(); };
+  const std::function<bool()> never_ = [] { return false; };
+  std::string path_;
+  std::uint32_t owner_ = 0;
+  bool scanned_ = false;
+  PreviousRun run_;
+};
 
 }  // namespace
 
 PreviousRun LookAtPreviousRun(const FileNames& names) {
-  std::vector<std::uint32_t> numbers;
-  std::uint32_t highest = 0;
-  if (!names.List(numbers, highest)) return {};
-  for (const std::uint32_t number : numbers) {
-    const std::string path = names.PathOf(number);
-    FileIdentity identity;
-    if (Identify(path, identity) != 0 || identity.bytes == 0) continue;
-    PreviousRun run;
-    run.file = NameOf(path);
-    if (!Read(path, run)) {
-      run.ended = "unreadable";
-    } else if (run.lastSeq == 0) {
-      continue;
-    }
-    return run;
+  return Look(names).Run();
+}
+
+std::uint32_t NewestRecording(const FileNames& names, const FileNames::Numbers& numbers) {
+  const Patience patience(kMostLooking);
+  std::uint32_t owner = 0;
+  for (const std::uint32_t number : numbers.recordings) {
+    if (patience.Over() || LookAtEarlierFile(names.PathOf(number), owner) == EarlierFile::kRecording)
+      return number;
   }
-  return {};
+  return 0;
 }
 
 }  // namespace store

@@ -1,8 +1,8 @@
 #include "Recorder.h"
 
-#include <algorithm>
-#include <string>
+#include <cerrno>
 
+#include "PreviousRun.h"
 #include "log/LogLine.h"
 
 namespace store {
@@ -12,24 +12,44 @@ constexpr LogSource log{"DataStore"};
 
 constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // of one transaction
 constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // of one that will probably fail
+constexpr int kAttempts = 3;                                 // at names that are planted meanwhile
 constexpr std::uint64_t kLogBound = std::uint64_t{4} << 20;
 
 }  // namespace
 
+void Recorder::Start(const RunId& run) {
+  run_ = run;
+  directory_.Secure();
+  runNumbers_.clear();
+  abandoned_ = {};
+}
+
+// Names that were planted are skipped: they neither stop nor steer the numbers.
+std::unique_ptr<RecordingFile> Recorder::CreateNext(std::uint32_t& number) {
+  FileNames::Numbers numbers;
+  int error = names_.List(numbers);
+  if (error == ENOENT && file_ != nullptr && directory_.MakeAgain()) error = names_.List(numbers);
+  if (error != 0) return nullptr;
+  number = number_ != 0 ? number_ : NewestRecording(names_, numbers);
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    number = numbers.FreeAfter(number);
+    auto next = std::make_unique<RecordingFile>();
+    error = next->Create(names_.PathOf(number), run_);
+    if (error == 0) return next;
+    if (error != EEXIST) break;
+  }
+  return nullptr;
+}
+
 bool Recorder::Begin() {
-  std::vector<std::uint32_t> numbers;
-  std::uint32_t highest = 0;
-  auto next = std::make_unique<RecordingFile>();
-  if (names_.List(numbers, highest)) {
-    const std::uint32_t number = std::max(highest, number_) + 1;
-    if (next->Create(names_.PathOf(number), run_)) {
-      number_ = number;
-      if (file_ == nullptr) firstNumber_ = number;
-      file_ = std::move(next);
-      fullAt_ = maxFileBytes_;
-      spoiled_ = inDoubt_ = logPinned_ = false;
-      return true;
-    }
+  std::uint32_t number = 0;
+  if (auto next = CreateNext(number); next != nullptr) {
+    number_ = number;
+    runNumbers_.push_back(number);
+    file_ = std::move(next);
+    fullAt_ = maxFileBytes_;
+    spoiled_ = inDoubt_ = logPinned_ = false;
+    return true;
   }
   if (file_ == nullptr) return false;  // the caller's business
   fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
@@ -42,10 +62,17 @@ bool Recorder::Begin() {
 }
 
 bool Recorder::Usable() {
-  const bool there = file_->StillThere();
-  if (!there && !spoiled_) log(kLogError, "Recording ", file_->Path(), " was removed or replaced");
-  spoiled_ = spoiled_ || !there;
-  return !spoiled_;
+  if (spoiled_) return false;
+  const char* harm = file_->Harm();
+  if (harm == nullptr) return true;
+  log(kLogError, "Recording ", file_->Path(), " was ", harm);
+  Abandon(harm);
+  return false;
+}
+
+void Recorder::Abandon(const char* harm) {
+  spoiled_ = true;
+  abandoned_ = {NameOf(file_->Path()), harm};
 }
 
 bool Recorder::Write(Batch& batch) {
@@ -77,7 +104,7 @@ bool Recorder::SettleDoubt(Batch& batch) {
 bool Recorder::Fail(SqliteCode code) {
   SayFailing(TextOf(code));  // the connection's message is that of the rollback
   inDoubt_ = true;
-  if (code == SqliteCode::kCorrupt || code == SqliteCode::kNotDatabase) spoiled_ = true;
+  if (!spoiled_ && (code == SqliteCode::kCorrupt || code == SqliteCode::kNotDatabase)) Abandon(TextOf(code));
   return false;
 }
 

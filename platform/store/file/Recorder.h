@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "Batch.h"
 #include "FileNames.h"
+#include "RecordingDirectory.h"
 #include "RecordingFile.h"
 
 namespace store {
@@ -14,12 +18,16 @@ namespace store {
 class Recorder {
  public:
   Recorder(const std::string& basePath, std::uint64_t maxFileBytes)
-      : names_(basePath), maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)), fullAt_(maxFileBytes_) {}
+      : names_(basePath),
+        directory_(names_.Directory()),
+        maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)),
+        fullAt_(maxFileBytes_) {}
 
-  // The files begun from now on are those of this run.
-  void Start(const RunId& run) { run_ = run; }
+  // Before the first Begin of a run: the files begun from now on are its.
+  void Start(const RunId& run);
 
-  // Creates the next file and goes on with it; on failure things stay as they were.
+  // Creates the next file and goes on with it; on failure things stay as they were. A directory that was
+  // removed since Start is made again.
   bool Begin();
 
   // Whether the current file is still the one begun, and sound; not looked at between two calls.
@@ -39,25 +47,35 @@ class Recorder {
   bool LogPinned() const { return logPinned_; }
   RecordingFile& File() { return *file_; }
   const FileNames& Names() const { return names_; }
-  std::uint32_t FirstNumber() const { return firstNumber_; }  // since the last Close
-  std::uint32_t Number() const { return number_; }
+  const std::vector<std::uint32_t>& RunNumbers() const { return runNumbers_; }  // since Start
+
+  // What others have done to the last file, so that it was left; empty when nothing. Tells it once.
+  struct Abandoned {
+    std::string file;
+    std::string harm;
+  };
+  Abandoned TakeAbandoned() { return std::exchange(abandoned_, {}); }
 
  private:
   static constexpr std::uint64_t kMinFileBytes = std::uint64_t{80} << 10;  // its beginning takes some 60
 
+  std::unique_ptr<RecordingFile> CreateNext(std::uint32_t& number);
   bool SettleDoubt(Batch& batch);
   bool Fail(SqliteCode code);
+  void Abandon(const char* harm);
   void SayFailing(const char* reason);
   void Work();
   void WatchLog();
 
   FileNames names_;
+  RecordingDirectory directory_;
   RunId run_{};
   std::uint64_t maxFileBytes_;
   std::uint64_t fullAt_;
   std::unique_ptr<RecordingFile> file_;
-  std::uint32_t firstNumber_ = 0;
+  std::vector<std::uint32_t> runNumbers_;
   std::uint32_t number_ = 0;
+  Abandoned abandoned_;
   bool spoiled_ = false;    // damaged: not to be written any more
   bool failing_ = false;    // the last attempt failed
   bool inDoubt_ = false;    // whether it took effect is not known

@@ -1,25 +1,21 @@
 #include "RecordingFile.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
 
+#include "NewFile.h"
 #include "Schema.h"
 #include "Tables.h"
 
 namespace store {
 namespace {
 
-// In this order. Before the log mode is on, nothing less than EXTRA will do: the switch to it goes
-// through a rollback journal, and one whose removal a power cut undoes takes the whole file back.
-constexpr const char* kBeforeLogMode[] = {
-    "PRAGMA synchronous=EXTRA",
-    "PRAGMA page_size=1024",  // a commit writes whole pages, and few records at a time
-};
 constexpr const char* kLogMode = "PRAGMA journal_mode=WAL";
-constexpr const char* kAfterLogMode[] = {
+constexpr const char* kSettings[] = {
     "PRAGMA synchronous=FULL",         // a commit is on the medium when it returns
     "PRAGMA cache_size=-512",          // KiB
     "PRAGMA mmap_size=0",              // a failing medium is an error code, not a signal
@@ -33,27 +29,82 @@ std::string LogOf(const std::string& path) {
 
 bool Configure(Database& database, const RunId& id) {
   const auto run = [&database](const std::string& sql) { return Ok(database.Execute(sql)); };
-  const std::string mark = "BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
-                           "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
-  if (!std::all_of(std::begin(kBeforeLogMode), std::end(kBeforeLogMode), run) || !run(mark)) return false;
   std::string mode;
   if (!Ok(database.Query(kLogMode, mode)) || mode != "wal") return false;
-  return std::all_of(std::begin(kAfterLogMode), std::end(kAfterLogMode), run) && run(CreateRecording(id));
+  return std::all_of(std::begin(kSettings), std::end(kSettings), run) && run(CreateRecording(id));
+}
+
+// An empty database in log mode. It is whole when it gets its name: neither a cut nor a journal that somebody
+// plants beside it can turn it into something else, as with one that SQLite begins under its name.
+std::string EmptyDatabase() {
+  constexpr std::size_t kVersionsAt = 18;  // of the format, to write and to read: 2 for log mode
+  Database memory;
+  // A commit writes whole pages, and few records at a time.
+  const std::string sql =
+      "PRAGMA page_size=1024; BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
+      "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
+  if (!Ok(memory.Open(":memory:")) || !Ok(memory.Execute(sql))) return {};
+  std::string bytes = memory.Bytes();
+  if (bytes.size() > kVersionsAt + 1) bytes[kVersionsAt] = bytes[kVersionsAt + 1] = 2;
+  return bytes;
+}
+
+// 0 or an errno value.
+int CreateFile(const std::string& path) {
+  constexpr mode_t kMode = 0640;
+  const std::string bytes = EmptyDatabase();
+  const std::string name = NameOf(path);
+  const std::string directory = path.substr(0, path.size() - name.size());
+  const Descriptor opened(
+      open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!opened.IsOpen() || bytes.empty()) return EIO;
+  NewFile file;
+  if (const int error = file.Create(opened.Get(), name, name + "-new"); error != 0) return error;
+  const ssize_t put = pwrite(file.Get(), bytes.data(), bytes.size(), 0);
+  if (put != static_cast<ssize_t>(bytes.size())) return ENOSPC;
+  (void)fchmod(file.Get(), kMode);  // a file system without modes has its own
+  return file.Publish();
 }
 
 }  // namespace
 
-bool RecordingFile::Create(const std::string& path, const RunId& run) {
-  if (CreateNewFile(path) != 0) return false;
+int RecordingFile::Create(const std::string& path, const RunId& run) {
+  if (const int error = CreateFile(path); error != 0) return error == EEXIST ? EEXIST : EIO;
   path_ = path;
-  if (Ok(database_.Open(path)) && Configure(database_, run) && Prepare() && Identify(path_, identity_) == 0 &&
-      Identify(LogOf(path_), log_) == 0) {
-    return true;
-  }
+  const bool made = Ok(database_.Open(path)) && Configure(database_, run) && Prepare();
+  const bool alone = IsOwn("-wal") && IsOwn("-shm");
+  if (made && alone && Identify(path_, identity_) == 0 && OpenLog()) return 0;
   Finalize();
+  (void)database_.KeepWals();
   database_.Close();
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) (void)unlink((path + suffix).c_str());
-  return false;
+  for (const char* suffix : {"-wal", "-shm", ""}) {
+    if (IsOwn(suffix)) (void)unlink((path + suffix).c_str());
+  }
+  return made && !alone ? EEXIST : EIO;
+}
+
+// What others have put in the place of the log or its index meanwhile is not used.
+bool RecordingFile::IsOwn(const char* suffix) const {
+  struct stat file {};
+  struct stat beside {};
+  return stat(path_.c_str(), &file) == 0 && lstat((path_ + suffix).c_str(), &beside) == 0 &&
+         S_ISREG(beside.st_mode) && beside.st_uid == file.st_uid;
+}
+
+bool RecordingFile::OpenLog() {
+  struct stat status {};
+  logHead_ = OpenPlainFile(LogOf(path_), status);
+  if (!logHead_.IsOpen()) return false;
+  log_.device = status.st_dev;
+  log_.inode = status.st_ino;
+  RememberLog();
+  return true;
+}
+
+void RecordingFile::RememberLog() {
+  struct stat status {};
+  if (fstat(logHead_.Get(), &status) == 0) log_.bytes = static_cast<std::uint64_t>(status.st_size);
+  (void)ReadFully(logHead_, 0, head_.data(), head_.size());
 }
 
 bool RecordingFile::Prepare() {
@@ -84,6 +135,7 @@ SqliteCode RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::i
   } else if (sqlite3_get_autocommit(database_.Handle()) == 0) {
     (void)database_.Execute("ROLLBACK");
   }
+  RememberLog();
   return code;
 }
 
@@ -102,16 +154,23 @@ SqliteCode RecordingFile::CommittedSeq(std::int64_t& seq) {
   return code == SqliteCode::kRow ? SqliteCode::kOk : code == SqliteCode::kDone ? SqliteCode::kCorrupt : code;
 }
 
-bool RecordingFile::StillThere() {
-  const auto gone = [](const std::string& path, FileIdentity& known, bool mayShrink) {
-    FileIdentity now;
+const char* RecordingFile::Harm() {
+  FileIdentity now;
+  // Other errors tell nothing.
+  const auto gone = [&now](const std::string& path, const FileIdentity& known) {
     const int error = Identify(path, now);
-    if (error != 0) return error == ENOENT || error == ENOTDIR;  // else: not known
-    if (!now.SameFile(known) || (!mayShrink && now.bytes < known.bytes)) return true;
-    known = now;
-    return false;
+    if (error != 0) now = known;
+    return error == ENOENT || error == ENOTDIR || !now.SameFile(known);
   };
-  return !gone(path_, identity_, false) && !gone(LogOf(path_), log_, true);
+  if (gone(path_, identity_)) return "removed or replaced";
+  if (now.bytes < identity_.bytes) return "truncated";
+  identity_ = now;
+  if (gone(LogOf(path_), log_)) return "left without its log, which was removed or replaced";
+  if (now.bytes < log_.bytes) return "damaged: its log was truncated";
+  std::array<unsigned char, 32> head{};
+  if (ReadFully(logHead_, 0, head.data(), head.size()) != 0 && head != head_)
+    return "damaged: its log was overwritten";
+  return nullptr;
 }
 
 void RecordingFile::Finalize() {
@@ -123,9 +182,14 @@ void RecordingFile::Close() {
   if (!IsOpen()) return;
   Finalize();
   // Without its log mode the file can be read where nothing can be written beside it. What has come
-  // in the place of one that is gone is not to be touched; SQLite's own close takes care of that.
-  if (StillThere()) (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=DELETE");
+  // in the place of one that is gone is not to be touched; then nothing is folded in.
+  if (Harm() == nullptr) {
+    (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=MEMORY");
+  } else {
+    (void)database_.KeepWals();
+  }
   database_.Close();
+  logHead_.Reset();
 }
 
 }  // namespace store

@@ -6,6 +6,7 @@
 #include "BatchTable.h"
 #include "Database.h"
 #include "FileNames.h"
+#include "PlainFile.h"
 #include "RunId.h"
 
 namespace store {
@@ -18,9 +19,9 @@ class RecordingFile {
   RecordingFile(const RecordingFile&) = delete;
   RecordingFile& operator=(const RecordingFile&) = delete;
 
-  // Creates the file with its schema, as one of this run. False when it cannot be; nothing is left behind
-  // then.
-  bool Create(const std::string& path, const RunId& run);
+  // Creates the file with its schema, as one of this run: 0; EEXIST when something of others stands in its
+  // way; EIO when it cannot be. Nothing is left behind then.
+  int Create(const std::string& path, const RunId& run);
 
   // Writes records from the front of the batch, at most about `maxBytes` of them, in one
   // transaction, and tells the sequence number of the last one. kOk or an error: the records
@@ -28,8 +29,9 @@ class RecordingFile {
   SqliteCode Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
   SqliteCode CommittedSeq(std::int64_t& seq);
 
-  // Looks at the file: false when the path no longer leads to it, to its log or to all of it.
-  bool StillThere();
+  // Looks at the file and at its log: what was done to them that we did not do, null for nothing. Of the log
+  // only size and head are looked at.
+  const char* Harm();
   std::uint64_t Bytes() const { return identity_.bytes + log_.bytes; }  // when last looked at
   std::uint64_t LogBytes() const { return log_.bytes; }
 
@@ -42,12 +44,17 @@ class RecordingFile {
 
  private:
   bool Prepare();
+  bool OpenLog();
+  bool IsOwn(const char* suffix) const;
+  void RememberLog();
   void Finalize();  // the statements: SQLite closes no connection that has any
   SqliteCode InsertAll();
 
   std::string path_;
   FileIdentity identity_;
   FileIdentity log_;
+  Descriptor logHead_;  // closing it gives up no lock: SQLite locks nothing of a log
+  std::array<unsigned char, 32> head_{};
   BatchTable rows_;
   Database database_;
   Statement begin_;

@@ -1,9 +1,7 @@
 #include "FileNames.h"
 
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -19,14 +17,14 @@ constexpr std::string_view kSuffix = ".db";
 constexpr std::string_view kSuffixOfLogs = ".db-";
 constexpr std::size_t kMinDigits = 6;
 constexpr std::size_t kMaxDigits = 9;
-constexpr mode_t kMode = 0640;
+constexpr std::uint32_t kMaxNumber = 999'999'999;
 
 // The number that the name begins with, which is taken away; 0 where there is none.
 std::uint32_t TakeNumber(std::string_view& name) {
   std::size_t digits = 0;
   while (digits < name.size() && name[digits] >= '0' && name[digits] <= '9') ++digits;
   std::uint32_t number = 0;
-  if (digits < kMinDigits || digits > kMaxDigits) return 0;
+  if (digits < kMinDigits || digits > kMaxDigits || (digits > kMinDigits && name[0] == '0')) return 0;
   (void)std::from_chars(name.data(), name.data() + digits, number);
   name.remove_prefix(digits);
   return number;
@@ -57,22 +55,31 @@ std::string FileNames::PathOf(std::uint32_t number) const {
   return base_ + digits + std::string(kSuffix);
 }
 
-bool FileNames::List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const {
+int FileNames::List(Numbers& numbers) const {
   struct CloseDirectory {
     void operator()(DIR* directory) const { (void)closedir(directory); }
   };
   const std::unique_ptr<DIR, CloseDirectory> directory(opendir(directory_.c_str()));
-  if (directory == nullptr) return false;
-  numbers.clear();
-  highest = 0;
+  if (directory == nullptr) return errno;
+  numbers = {};
   while (const dirent* entry = readdir(directory.get())) {
     bool isRecording = false;
     const std::uint32_t number = NumberOf(entry->d_name, isRecording);
-    highest = std::max(highest, number);
-    if (isRecording) numbers.push_back(number);
+    if (number != 0) numbers.taken.push_back(number);
+    if (isRecording) numbers.recordings.push_back(number);
   }
-  std::sort(numbers.begin(), numbers.end(), std::greater<>());
-  return true;
+  std::sort(numbers.recordings.begin(), numbers.recordings.end(), std::greater<>());
+  std::sort(numbers.taken.begin(), numbers.taken.end());
+  return 0;
+}
+
+std::uint32_t FileNames::Numbers::FreeAfter(std::uint32_t number) const {
+  std::uint32_t free = number + 1;
+  for (auto next = std::lower_bound(taken.begin(), taken.end(), free); next != taken.end() && *next <= free;
+       ++next) {
+    if (*next == free) ++free;
+  }
+  return free <= kMaxNumber ? free : FreeAfter(0);
 }
 
 // 0 for a name that is none of a file or its log.
@@ -92,13 +99,6 @@ bool FileNames::IsOneOf(const std::string& path) const {
   FileIdentity its;
   return Identify(directory_, ours) != 0 || Identify(path.substr(0, path.rfind('/') + 1), its) != 0 ||
          ours.SameFile(its);
-}
-
-int CreateNewFile(const std::string& path) {
-  const int fd = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kMode);
-  if (fd < 0) return errno;
-  (void)close(fd);
-  return 0;
 }
 
 int Identify(const std::string& path, FileIdentity& identity) {

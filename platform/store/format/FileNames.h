@@ -23,9 +23,19 @@ class FileNames {
 
   std::string PathOf(std::uint32_t number) const;
 
-  // The numbers of the files that are there, newest first, and the highest that is in use in any way,
-  // if only by a log that was left over (0 for none). False when the directory cannot be read.
-  bool List(std::vector<std::uint32_t>& numbers, std::uint32_t& highest) const;
+  struct Numbers {
+    std::vector<std::uint32_t>
+        recordings;                    // names of recordings, newest first; what stands there may be anything
+    std::vector<std::uint32_t> taken;  // also by what only belongs to one, a log say; ascending
+
+    // The first above `number` that is not taken; behind the last of nine digits the lowest one.
+    std::uint32_t FreeAfter(std::uint32_t number) const;
+  };
+
+  // 0 or an errno value: the directory cannot be read.
+  int List(Numbers& numbers) const;
+
+  const std::string& Directory() const { return directory_; }
 
   // Whether the path, which contains a "/", is that of a file of the store or its log, there or not.
   bool IsOneOf(const std::string& path) const;
@@ -37,9 +47,6 @@ class FileNames {
   std::string directory_;
   std::string prefix_;  // of the names in the directory
 };
-
-// Creates an empty file that was not there before; 0 or an errno value.
-int CreateNewFile(const std::string& path);
 
 // A file as it was seen: tells whether the path still leads to it.
 struct FileIdentity {

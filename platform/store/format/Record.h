@@ -36,6 +36,7 @@ enum TableId : unsigned char {
   kLossTable,
   kLogPinnedTable,
   kFullStateTable,
+  kAbandonedTable,
   kCopyTable,
   kTableCount
 };

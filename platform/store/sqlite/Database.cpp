@@ -1,5 +1,10 @@
 #include "Database.h"
 
+#include <utility>
+
+#include "DescriptorVfs.h"
+#include "FileUri.h"
+
 namespace store {
 namespace {
 
@@ -19,20 +24,63 @@ SqliteCode Database::OpenToRead(const std::string& path) {
   return Ok(code) ? KeepWals() : code;
 }
 
-SqliteCode Database::OpenForAttaching(const std::string& path) {
-  const SqliteCode code = Open(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI);
+SqliteCode Database::OpenHostile(const std::string& path) {
+  SqliteCode code = Open(path, SQLITE_OPEN_READWRITE);
+  if (Ok(code)) code = KeepWals();
+  return Ok(code) ? TrustNothing() : code;
+}
+
+SqliteCode Database::OpenHostileAlone(const std::string& path) {
+  const std::string uri = FileUri(path, JournalFree("?mode=ro&immutable=1"));
+  const SqliteCode code = Open(uri, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  return Ok(code) ? TrustNothing() : code;
+}
+
+SqliteCode Database::OpenForAttaching(int file) {
+  const SqliteCode code = Open(kDescriptorName, SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI, DescriptorVfs(file));
   return Ok(code) ? KeepWals() : code;
 }
 
-SqliteCode Database::Open(const std::string& name, int flags) {
+SqliteCode Database::Open(const std::string& name, int flags, const char* vfs) {
   sqlite3* handle = nullptr;
-  const int code = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int code = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, vfs);
   handle_.reset(handle);
   return SqliteCode{code};
 }
 
 SqliteCode Database::KeepWals() {
   return SqliteCode{sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr)};
+}
+
+SqliteCode Database::TrustNothing() {
+  constexpr int kMaxBytesOfAValue = 1 << 20;  // what is longer is in no recording
+  constexpr std::pair<int, int> kSettings[] = {{SQLITE_DBCONFIG_DEFENSIVE, 1},
+                                               {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                                               {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+                                               {SQLITE_DBCONFIG_ENABLE_VIEW, 0}};
+  (void)sqlite3_limit(handle_.get(), SQLITE_LIMIT_LENGTH, kMaxBytesOfAValue);
+  int code = SQLITE_OK;
+  for (const auto& [setting, value] : kSettings) {
+    if (code == SQLITE_OK) code = sqlite3_db_config(handle_.get(), setting, value, nullptr);
+  }
+  return SqliteCode{code};
+}
+
+void Database::EndWhen(const std::function<bool()>& over) {
+  constexpr int kSteps = 1000;
+  const auto ask = [](void* function) {
+    return (*static_cast<const std::function<bool()>*>(function))() ? 1 : 0;
+  };
+  sqlite3_progress_handler(handle_.get(), kSteps, ask, const_cast<std::function<bool()>*>(&over));
+}
+
+std::string Database::Bytes() const {
+  sqlite3_int64 size = 0;
+  unsigned char* const bytes = sqlite3_serialize(handle_.get(), "main", &size, 0);
+  std::string copied;
+  if (bytes != nullptr) copied.assign(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(size));
+  sqlite3_free(bytes);
+  return copied;
 }
 
 void Database::LimitWork() {

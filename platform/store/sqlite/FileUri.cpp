@@ -4,7 +4,7 @@
 
 namespace store {
 
-std::string FileUri(const std::string& path, const char* parameters) {
+std::string FileUri(const std::string& path, const std::string& parameters) {
   constexpr char kHex[] = "0123456789ABCDEF";
   std::string uri = "file:";
   for (const char c : path) {

@@ -5,6 +5,6 @@
 namespace store {
 
 // The path as a URI for SQLite, followed by `parameters`: "?mode=ro".
-std::string FileUri(const std::string& path, const char* parameters);
+std::string FileUri(const std::string& path, const std::string& parameters);
 
 }  // namespace store

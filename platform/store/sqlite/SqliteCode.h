@@ -9,6 +9,8 @@ enum class [[nodiscard]] SqliteCode : int{
     kOk = SQLITE_OK,
     kRow = SQLITE_ROW,
     kDone = SQLITE_DONE,
+    kBusy = SQLITE_BUSY,
+    kInterrupt = SQLITE_INTERRUPT,
     kCorrupt = SQLITE_CORRUPT,
     kNotDatabase = SQLITE_NOTADB,
 };
