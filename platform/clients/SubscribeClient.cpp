@@ -87,9 +87,8 @@ int SubscribeClient::Ask(const Subscription& subscription, Item& item) {
       asked.connection = ipc::ServerConnection(ipc_, server_);
     const bool reached = asked.connection != 0;
     const os::Errno result =
-        reached
-            ? AwaitAnswer(ipc_, leftMs, SubscribeMsg_Answer, asked, answer)
-            : ipc_.Receive(std::min(leftMs, kRetryMs), SubscribeMsg_Answer, server_, &answer);
+        reached ? AwaitAnswer(ipc_, leftMs, SubscribeMsg_Answer, asked, answer)
+                : ipc_.Receive(std::min(leftMs, kRetryMs), SubscribeMsg_Answer, server_, &answer);
     if (result == ENOTCONN) asked.connection = 0;  // the server ended with the request: ask its successor
     if (result == ENOTCONN || result == ETIMEDOUT) continue;
     if (result.Failed()) return result.Value();

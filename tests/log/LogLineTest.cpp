@@ -82,7 +82,8 @@ TEST(LogLine, AFloodOfTroubleIsBounded) {
       EXPECT_GE(count, 2000);
       EXPECT_LT(count, 3000);
     }
-    for (const e_LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo}) EXPECT_EQ(written(mask), 5000);
+    for (const e_LogMask mask : {kLogShutdown, kLogDetail, kLogTrace, kLogInfo})
+      EXPECT_EQ(written(mask), 5000);
     log(kLogError, "another, after ", client.DroppedLines() > 6000);
     for (int i = 0; i < 5000; ++i) (void)client.Admits(kLogError, {"File", 1, "FirstHandler"});
     EXPECT_FALSE(client.Admits(kLogError, {"File", 1, "FirstHandler"}));

@@ -94,9 +94,8 @@ TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
   ASSERT_TRUE(std::filesystem::create_directory(directory));
   ASSERT_EQ(mkfifo(("/dev/shm" + pipe).c_str(), 0600), 0);
   const std::ptrdiff_t before = OpenFiles();
-  for (const std::string& name :
-       {name_ + "-directory", pipe, std::string(), std::string("/"), std::string("/."), name_ + "/below",
-        "/" + std::string(300, 'n'), std::string(10000, '/')}) {
+  for (const std::string& name : {name_ + "-directory", pipe, std::string("/"), std::string("/."),
+                                  name_ + "/below", "/" + std::string(300, 'n'), std::string(10000, '/')}) {
     setenv("METADATA_SHM", name.c_str(), 1);
     EXPECT_EQ(Attached(), "null") << name.substr(0, 60);
   }
