@@ -7,16 +7,19 @@
 namespace {
 
 void Change(std::string& wal, Input& input) {
-  if (wal.empty()) return;
   const std::size_t at = (input.Word() >> 8) % wal.size();
   switch (input.Below(8)) {
     case 0:
       wal.resize(at);
       break;
-    case 1:  // a frame in the place of another
-      wal.replace(kWalHeader + at / kWalFrame * kWalFrame % wal.size(), kWalFrame,
-                  wal.substr(std::min(wal.size(), kWalHeader + input.Below(8) * kWalFrame), kWalFrame));
+    case 1: {  // a frame in the place of another
+      const auto frameAt = [&wal](std::size_t number) {
+        return std::min(wal.size(), kWalHeader + number * kWalFrame);
+      };
+      const std::string frame = wal.substr(frameAt(input.Below(8)), kWalFrame);
+      wal.replace(frameAt(at / kWalFrame), frame.size(), frame);
       break;
+    }
     default: {
       const std::string bytes = input.Take(1 + input.Below(16));
       wal.replace(at, std::min(bytes.size(), wal.size() - at), bytes);
@@ -33,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t which = input.Below(3);
   WalFiles files = kMade[which % 2];
   if (which == 2) files.wal = input.Take(size);
-  while (!input.Done()) Change(files.wal, input);
+  while (!input.Done() && !files.wal.empty()) Change(files.wal, input);
   const auto found = store::ScanWal(ReaderOf(files.wal));
   const bool folds = found.state == store::WalState::kSound || found.state == store::WalState::kTorn;
   Require(found.endOfCommits <= files.wal.size() && found.brokenAt <= files.wal.size());
