@@ -36,8 +36,8 @@ void BenchRun::Start(const std::vector<std::string>& arguments) {
   });
 }
 
-bool BenchRun::SaidAfter(std::size_t bytes, const std::string& text) const {
-  return Eventually([&] { return Output().find(text, bytes) != std::string::npos; });
+bool BenchRun::Said(const std::string& text) const {
+  return Eventually([&] { return Output().find(text) != std::string::npos; });
 }
 
 int BenchRun::Finish() {

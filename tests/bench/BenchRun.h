@@ -24,9 +24,7 @@ class BenchRun {
 
   void Start(const std::vector<std::string>& arguments = {});
   // True as soon as the bench has said that.
-  bool Said(const std::string& text) const { return SaidAfter(0, text); }
-  // The same for what it says behind the first `bytes` of its output.
-  bool SaidAfter(std::size_t bytes, const std::string& text) const;
+  bool Said(const std::string& text) const;
   void Signal(int signal) const { child_->Signal(signal); }
   pid_t Id() const { return child_->Id(); }
   // The exit status.

@@ -45,17 +45,4 @@ TEST(CommandLine, EndsWithStatusAndText) {
   }
 }
 
-TEST(CommandLine, FailsWhenStandardOutputIsFull) {
-  const TempDir directory;
-  const std::string drive = directory.Write("good.drive", "0 quit\n");
-  const std::string program = std::string(VEHICLEBENCH) + " ";
-  for (const std::string& arguments :
-       {std::string("--help"), "check " + drive,
-        "run --program " STUB_METADATAMGR " --drive " + drive + " --out " + directory.Path("out")}) {
-    const Ran ran = RunProgram({"/bin/sh", "-c", program + arguments + " > /dev/full"});
-    EXPECT_EQ(ran.status, 1) << arguments;
-    EXPECT_EQ(ran.said, "cannot write to standard output\n");
-  }
-}
-
 }  // namespace

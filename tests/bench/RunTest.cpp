@@ -10,9 +10,7 @@
 #include <filesystem>
 
 #include "BenchRun.h"
-#include "clients/ServerClients.h"
 #include "clients/StreamMgrApi.h"
-#include "items/GpsStatusItem.h"
 #include "support/Eventually.h"
 
 namespace {
@@ -131,32 +129,6 @@ TEST(BenchRun, DoesAndAnswersLinesFromAnotherTerminal) {
   EXPECT_TRUE(Eventually([&] { return recording().empty(); }));
   unsetenv("LINX_IPC_DIR");
 
-  EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
-  EXPECT_EQ(bench.Finish(), 0) << bench.Output();
-}
-
-TEST(BenchRun, GivesALateSubscriberTheTickOfTheReading) {
-  BenchRun bench("good");  // subscribes to nothing
-  bench.Drive("0 gps rate 20\n0.4 ping\n");
-  bench.Start();
-  ASSERT_TRUE(bench.Said("ping: answered")) << bench.Output();
-  setenv("LINX_IPC_DIR", bench.Path("ipc").c_str(), 1);
-  LinxIpc ipc("Test");
-  ASSERT_EQ(ipc.Init(), 0);
-  const auto read = [&ipc] {
-    GpsStatusItem item;
-    GpsHalClient client(ipc);
-    const auto ignore = [](LinxIpc*, void*) {};
-    EXPECT_EQ(client.Subscribe(GpsHalClient::kStatus, 1, item, ignore, nullptr), 0);
-    client.UnsubscribeAll(true);
-    return item;
-  };
-  const GpsStatusItem first = read();
-  GpsStatusItem second = first;
-  EXPECT_TRUE(Eventually([&] { return (second = read()).utcTimeOfDayMs != first.utcTimeOfDayMs; }));
-  unsetenv("LINX_IPC_DIR");
-  const auto msLater = static_cast<int>(second.utcTimeOfDayMs - first.utcTimeOfDayMs);
-  EXPECT_NEAR(static_cast<int>(second.tick - first.tick), msLater, 20);
   EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
   EXPECT_EQ(bench.Finish(), 0) << bench.Output();
 }

@@ -143,13 +143,13 @@ class Tables {
   Connection connection_{":memory:"};
 };
 
-bool IsAllSent(const BenchRun& bench, const std::string& recording) {
-  const auto compared = CompareSentWithRecorded(bench, recording);
-  return std::all_of(compared.begin(), compared.end(),
-                     [](const Compared& c) { return c.sent == c.recorded; });
-}
-
-}  // namespace
+// Two lists that should be the same.
+struct Compared {
+  std::string what;
+  bool expected;  // rows: the drive has such events
+  Lines sent;
+  Lines recorded;
+};
 
 std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::string& recording) {
   Tables tables(bench.Path("sent"), recording);
@@ -166,6 +166,14 @@ std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::
   all.push_back({"sources that no kind of record has", false, tables.Rows(unknown), {}});
   return all;
 }
+
+bool IsAllSent(const BenchRun& bench, const std::string& recording) {
+  const auto compared = CompareSentWithRecorded(bench, recording);
+  return std::all_of(compared.begin(), compared.end(),
+                     [](const Compared& c) { return c.sent == c.recorded; });
+}
+
+}  // namespace
 
 void AwaitAllSent(const BenchRun& bench, const std::string& recording) {
   ASSERT_TRUE(Eventually([&] { return Count(bench.Output(), "bookmark notice received") == 2; },

@@ -1,21 +1,11 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "BenchRun.h"
 
-// Two lists that should be the same.
-struct Compared {
-  std::string what;
-  bool expected;  // rows: the drive has such events
-  std::vector<std::string> sent;
-  std::vector<std::string> recorded;
-};
-
 // Compares the events in a recording with the lists of what the bench sent (DIR/sent): for each kind of
 // record, its values and the sender's tick, in order. A recording that is under way may be read.
-std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::string& recording);
 
 // Waits until that is all the same, after a drive with two bookmarks, the last of them at its end.
 void AwaitAllSent(const BenchRun& bench, const std::string& recording);

@@ -5,11 +5,9 @@
 #include "clients/StateMgrClient.h"
 #include "clients/StreamMgrApi.h"
 #include "clients/SubscribeClient.h"
-#include "clients/SubscribeServer.h"
 #include "items/SystickItem.h"
 #include "support/Child.h"
 #include "support/Hex.h"
-#include "system/BigEndian.h"
 
 namespace {
 
@@ -225,41 +223,6 @@ TEST_F(ClientTest, SuccessorThatConnectsItselfIsAsked) {
   EXPECT_LT(watch.Ms(), 5000);
   EXPECT_EQ(value_.Tick(), 55U);
   EXPECT_EQ(server.Wait(), 0);
-}
-
-class Ticks : public SubscribeServer {
- public:
-  using SubscribeServer::SubscribeServer;
-  void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType) override {
-    (void)reply.Allocate(messageType, 4, nullptr);
-    (void)SystickItem(itemId + 1000).EncodeMsg(reply);
-  }
-};
-
-TEST_F(ClientTest, ServerThatFloodsIsSubscribedToAllTheSame) {
-  const Child flood([] {
-    LinxIpc ipc("Server");
-    Ticks server(ipc);
-    if (ipc.Init() != 0) return 1;
-    for (SystickItem item(1);; item = SystickItem(item.Tick() + 1)) {
-      server.NotifySubscribers(0, item);
-      (void)Next(ipc, 0);
-    }
-  });
-  std::uint32_t last = 0;
-  for (unsigned int item = 0; item < 5; ++item) {
-    const Stopwatch watch;
-    ASSERT_EQ(patient_.Subscribe(item, 500 + item, value_, Calls::Handler, &calls_), 0);
-    EXPECT_EQ(value_.Tick(), 1000 + item);
-    EXPECT_LT(watch.Ms(), 3000);
-    for (int i = 0; i < 20000; ++i) {  // more than were kept meanwhile
-      ASSERT_EQ(Next(me_).result, 0);
-      const std::string& payload = calls_.got.back().payload;
-      const std::uint32_t tick = GetU32(reinterpret_cast<const unsigned char*>(payload.data()));
-      ASSERT_GT(tick, last) << "in order, whatever was lost";
-      last = tick;
-    }
-  }
 }
 
 }  // namespace

@@ -6,12 +6,6 @@ namespace {
 
 using StreamMgrTest = ClientsTest;
 
-TEST_F(StreamMgrTest, WithoutOneTheAnswerIsEmptyAtOnce) {
-  const Stopwatch watch;
-  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 20000), "");
-  EXPECT_LT(watch.Ms(), 1000);
-}
-
 TEST_F(StreamMgrTest, AnswerIsATextOrEmpty) {
   using namespace std::string_literals;
   const struct {
@@ -41,18 +35,6 @@ TEST_F(StreamMgrTest, SilenceEndsWithTheTime) {
   EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 150), "");
   EXPECT_GE(watch.Ms(), 150);
   EXPECT_LT(watch.Ms(), 2000);
-}
-
-TEST_F(StreamMgrTest, EndOfTheStreamManagerEndsTheWait) {
-  const RawListener listener("StreamMgr");
-  Child streamMgr([&listener] {
-    const RawPeer client = listener.Accept();
-    return client.Receive() == HelloPacket("Me") && client.Receive() == Packet(13616) ? 0 : 1;
-  });
-  const Stopwatch watch;
-  EXPECT_EQ(StreamMgrApi::CurrentlyRecordingREID(me_, 20000), "");
-  EXPECT_LT(watch.Ms(), 10000);
-  EXPECT_EQ(streamMgr.Wait(), 0);
 }
 
 }  // namespace

@@ -27,10 +27,6 @@ int InChild(const std::function<int(LinxIpc& ipc)>& body) {
   return child.Wait();
 }
 
-TEST(Signals, EndTheProcessBeforeAShutdownHandlerIsRegistered) {
-  EXPECT_EQ(InChild([](LinxIpc& ipc) { return ipc.Init() + raise(SIGTERM); }), kKilled + SIGTERM);
-}
-
 // A process that closes down, and one that has closed its endpoint.
 TEST(Signals, StayCaughtToTheEndOfTheProcess) {
   EXPECT_EQ(InChild([](LinxIpc& outer) {
@@ -100,16 +96,6 @@ class Interruptions {
  private:
   struct sigaction actionBefore_ {};
 };
-
-TEST_F(IpcTest, InterruptedCallIsNoResultAndEndsInTime) {
-  const Interruptions interruptions;
-  const Stopwatch watch;
-  EXPECT_EQ(Next(me_, 100).result, ETIMEDOUT);
-  EXPECT_GE(watch.Ms(), 100);
-  EXPECT_LT(watch.Ms(), 2000);
-  ASSERT_EQ(Tell(a_, "Me", 1, "x"), 0);
-  EXPECT_EQ(Next(me_).payload, "x");
-}
 
 // Garbage, refused connections and messages of the wrong kind at full rate, from another process.
 TEST(Deadlines, HoldUnderAFlood) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -49,20 +48,6 @@ TEST(LogLineText, TextFromAPeerNeverMakesASecondLine) {
   EXPECT_TRUE(
       StderrLine(line, kMorning, 1, "N\n", kHostile).ends_with(" N?" + Pid() + " 1 " + harmless + "\n"));
   EXPECT_TRUE(SyslogLine(line, kMorning, 1, "N\n", kHostile).ends_with(" N?" + Pid() + ": " + harmless));
-}
-
-TEST(LogLineText, LongTextAndNameAreCut) {
-  const std::string name(1000, 'n');
-  LogLineBuffer line;
-  for (const auto& lineOf : {StderrLine, SyslogLine}) {
-    const std::string_view whole = lineOf(line, kMorning, 1, name, std::string(10000, 't'));
-    EXPECT_EQ(whole.size(), line.size());
-    EXPECT_EQ(std::count(whole.begin(), whole.end(), 'n'), 64);
-    // The longest text that the line builder gives fits beside the longest name.
-    const std::string longest(SysLogMsg::kMaxText, 't');
-    EXPECT_NE(lineOf(line, kMorning, 0xFFFFFFFF, name, longest).find(" " + longest), std::string::npos);
-  }
-  EXPECT_TRUE(StderrLine(line, kMorning, 1, name, std::string(10000, 't')).ends_with("t\n"));
 }
 
 }  // namespace

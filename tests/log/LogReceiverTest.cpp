@@ -1,13 +1,10 @@
 // Receivers of standard error that are full, gone or broken.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
 #include <string>
 
 #include "StderrChild.h"
@@ -91,29 +88,6 @@ TEST(LogStandardError, ThatIsClosedNeverGetsLinesAgain) {
       EXPECT_EQ(Dropped(), 2U);
     });
   }
-}
-
-TEST(LogStandardError, HalfALineIsADroppedLineAndTheNextStartsAfresh) {
-  const TempDir directory;
-  const int file = open(directory.Write("log", "").c_str(), O_WRONLY | O_APPEND);
-  WithStderr(file, [] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    const rlimit small{10, limit.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    log(kLogError, "lost");
-    log(kLogError, "lost, too");
-    setrlimit(RLIMIT_FSIZE, &limit);
-    log(kLogError, "kept");
-    EXPECT_EQ(Dropped(), 2U);
-  });
-  close(file);
-  Lines lines = LogText(directory.Read("log"));
-  ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[0].size(), 10U);
-  EXPECT_EQ(lines[1], "1 LogClient: 2 log lines dropped");
-  EXPECT_EQ(lines[2], "1 Test: kept");
 }
 
 }  // namespace

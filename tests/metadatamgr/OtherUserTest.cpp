@@ -12,7 +12,6 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
-#include <set>
 #include <sstream>
 
 #include "Car.h"
@@ -121,29 +120,6 @@ TEST(OtherUser, CanDoNothingAndAMemberOfTheGroupCanReadAndAsk) {
   for (const auto& attempt : kAttempts) all.emplace_back(attempt.what);
   EXPECT_EQ(AllowedTo(geteuid(), getegid(), car), all);
   EXPECT_EQ(car.End(), 0) << "ended in order, by its own user";
-}
-
-// Of all sockets of the process only the endpoint has a name that one could connect to.
-TEST(OtherUser, FindsNoOtherDoor) {
-  Car car;
-  car.Run();
-  const std::string process = "/proc/" + std::to_string(car.program->Id());
-  std::set<std::string> sockets;  // by inode
-  for (const auto& entry : fs::directory_iterator(process + "/fd")) {
-    const std::string target = fs::read_symlink(entry.path());
-    if (target.starts_with("socket:[")) sockets.insert(target.substr(8, target.size() - 9));
-  }
-  std::set<std::string> doors;
-  std::ifstream table(process + "/net/unix");
-  for (std::string line; std::getline(table, line);) {
-    std::istringstream words(line);
-    std::string inode;
-    std::string path;
-    for (int column = 0; column < 7; ++column) words >> inode;
-    if (sockets.erase(inode) != 0 && words >> path) doors.insert(path);
-  }
-  EXPECT_EQ(sockets, std::set<std::string>{}) << "of another family";
-  EXPECT_EQ(doors, std::set<std::string>{IpcDir::File("MetadataMgr")});
 }
 
 // ---- Requests

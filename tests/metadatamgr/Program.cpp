@@ -23,7 +23,7 @@ void Redirect(int to, const std::string& path) {
 }  // namespace
 
 Program::Program(const TempDir& directory, const Arguments& arguments, const Environment& environment,
-                 int out, int err)
+                 int out)
     : directory_(directory),
       name_(UnusedName()),
       child_([&] {
@@ -32,7 +32,6 @@ Program::Program(const TempDir& directory, const Arguments& arguments, const Env
         Redirect(STDOUT_FILENO, name_ + ".out");
         Redirect(STDERR_FILENO, name_ + ".err");
         if (out >= 0) dup2(out, STDOUT_FILENO);
-        if (err >= 0) dup2(err, STDERR_FILENO);
         for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
         Arguments words = arguments;
         words.insert(words.begin(), MM_START);

@@ -14,9 +14,8 @@ using Environment = std::map<std::string, std::string>;
 // `directory`; what it writes goes to two files there. Ended by force, if need be, by the destructor.
 class Program {
  public:
-  // `out`, `err`: its standard output and error, where these are not to be files.
-  Program(const TempDir& directory, const Arguments& arguments, const Environment& environment, int out = -1,
-          int err = -1);
+  // `out`: its standard output, where that is not to be a file.
+  Program(const TempDir& directory, const Arguments& arguments, const Environment& environment, int out = -1);
 
   pid_t Id() const { return id_; }
   void Signal(int signal) const { child_.Signal(signal); }

@@ -26,7 +26,7 @@ Recorder::~Recorder() {
 
 void Recorder::Start(const Arguments& arguments, int out) {
   program.reset();
-  program = std::make_unique<Program>(directory_, arguments, environment, out, standardError);
+  program = std::make_unique<Program>(directory_, arguments, environment, out);
 }
 
 Lines Recorder::Log(unsigned int masks) const {

@@ -58,6 +58,5 @@ class Recorder {
   std::string SharedRecord() const;
 
   Environment environment;
-  int standardError = -1;  // where it is not to be a file
   std::unique_ptr<Program> program;
 };

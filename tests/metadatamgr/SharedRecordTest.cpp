@@ -53,21 +53,4 @@ TEST_F(SharedRecordTest, HoldsReadingsThatAreNotValid) {
             FromHex("0100") + std::string(74, '\xee') + FromHex("0081 0002 0003 0004 0005 eeee"));
 }
 
-// The change counter tells a copy of two readings from one of a single one.
-TEST_F(SharedRecordTest, IsNeverATornCopyOfTwoReadings) {
-  const std::string readings[] = {ToHex(std::string(65, '\x11')), ToHex(std::string(65, '\x51'))};
-  const std::string wholes[] = {RecordAfter(kGps, readings[0]), RecordAfter(kGps, readings[1])};
-  int seen[2] = {};
-  for (int i = 0; i < 2000 || seen[0] == 0 || seen[1] == 0; ++i) {
-    ASSERT_LT(i, 200'000) << "the process has had its turn by then";
-    car_.Say(kGps, readings[i % 2], false);
-    for (int look = 0; look < 50; ++look) {
-      const auto copy = ReadWhole(record_);
-      if (!copy) continue;
-      ASSERT_TRUE(*copy == wholes[0] || *copy == wholes[1]) << ToHex(*copy);
-      ++seen[*copy == wholes[1] ? 1 : 0];
-    }
-  }
-}
-
 }  // namespace

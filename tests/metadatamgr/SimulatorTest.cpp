@@ -1,5 +1,4 @@
-// The effect of each number that the simulator draws, and the reports of one pass.
-
+// The places that the simulator invents, and the reports of one pass.
 #include <algorithm>
 #include <sstream>
 
@@ -9,11 +8,10 @@
 #include "Simulator.h"
 #include "sharedmem/MetadataSharedMem.h"
 #include "support/Hex.h"
-#include "system/BigEndian.h"
 
 namespace {
 
-// The result of every draw, counted from 1 as in the tables.
+// The result of every draw, counted from 1.
 int drawn = 1;
 
 Simulator Fresh() {
@@ -23,120 +21,12 @@ Simulator Fresh() {
   return simulator;
 }
 
-// The outcome of each number; of successive numbers with the same outcome only the first.
-template <typename Outcome>
-Lines Rows(int last, Outcome outcome) {
-  Lines rows;
-  std::string before;
-  for (int number = 1; number <= last; ++number) {
-    drawn = number;
-    Simulator simulator = Fresh();
-    const std::string text = outcome(simulator);
-    if (text != before) rows.push_back(std::to_string(number) + ": " + text);
-    before = text;
-  }
-  return rows;
-}
-
-template <std::size_t N>
-std::string Which(const std::array<bool, N>& flags) {
-  std::string text;
-  for (const bool on : flags) text += on ? '1' : '0';
-  return text;
-}
-
 std::string Place(const Simulator& simulator) {
   const GpsStatusItem& p = *simulator.position;
   std::ostringstream text;
   text << p.latitudeDegrees << ' ' << p.latitudeMinutes << ' ' << p.latitudeMinuteFraction << ' '
        << p.longitudeDegrees << ' ' << p.longitudeMinutes << ' ' << p.longitudeMinuteFraction;
   return text.str();
-}
-
-// The flags after one step and after two steps with the same number.
-template <typename Flags>
-auto Twice(void (Simulator::*step)(), Flags Simulator::*flags) {
-  return [=](Simulator& simulator) {
-    (simulator.*step)();
-    const std::string once = Which(simulator.*flags);
-    (simulator.*step)();
-    return once + " " + Which(simulator.*flags);
-  };
-}
-
-TEST(Simulator, InputsAndMicrophonesToggleAndBookmarksAreRare) {
-  EXPECT_EQ(Rows(30, Twice(&Simulator::StepInputs, &Simulator::inputs)),
-            (Lines{"1: 100000 000000", "2: 010000 000000", "3: 001000 000000", "4: 000100 000000",
-                   "5: 000010 000000", "6: 000001 000000", "7: 000000 000000"}));
-  EXPECT_EQ(Rows(100, Twice(&Simulator::StepMicrophones, &Simulator::microphonesActive)),
-            (Lines{"1: 1000 0000", "5: 0100 0000", "10: 0010 0000", "15: 0001 0000", "20: 0000 0000"}));
-  const auto bookmark = [](Simulator& simulator) {
-    return std::string(simulator.DrawBookmark() ? "yes" : "no");
-  };
-  EXPECT_EQ(Rows(100, bookmark), (Lines{"1: no", "91: yes"}));
-}
-
-// From no fix and from a fix.
-TEST(Simulator, GpsFollowsItsTable) {
-  const auto outcome = [](Simulator& simulator) {
-    alignas(4) unsigned char record[MetadataSharedMem::kSize] = {};
-    std::string text;
-    for (const bool fix : {false, true}) {
-      simulator.gpsFix = fix;
-      simulator.StepGps(record);
-      text += (simulator.gpsFix ? "fix " : "none ") + Place(simulator) + ", ";
-    }
-    return text + std::to_string(simulator.speed.value) + " km/h, quality " +
-           std::to_string(GetU32(record + 0x2C));
-  };
-  EXPECT_EQ(Rows(100, outcome),
-            (Lines{"1: fix 10 20 0 15 25 0, fix 10 20 0 15 25 0, 100 km/h, quality 1",
-                   "40: none 10 20 0 15 25 0, fix 10 20 0 15 25 0, 100 km/h, quality 1",
-                   "81: none 10 20 10 15 25 10, fix 10 20 20 15 25 20, 110 km/h, quality 1",
-                   "91: none 10 20 10 15 25 10, none 10 20 20 15 25 20, 110 km/h, quality 0"}));
-}
-
-// From inactive and from active: whether it is so then, the four speeds, and the status in the record.
-TEST(Simulator, RadarFollowsItsTable) {
-  const auto outcome = [](Simulator& simulator) {
-    alignas(4) unsigned char record[MetadataSharedMem::kSize] = {};
-    std::string text;
-    for (const bool active : {false, true}) {
-      simulator.radarActive = active;
-      simulator.StepRadar(record);
-      text += simulator.radarActive ? "active " : "none ";
-    }
-    for (const Ramp& speed : simulator.radarSpeeds) text += std::to_string(speed.value);
-    return text + ", status " + std::to_string(GetU16(record + 0x4C));
-  };
-  EXPECT_EQ(Rows(100, outcome), (Lines{"1: none none 0000, status 128", "5: active active 0000, status 8",
-                                       "21: active active 0202, status 8", "25: none active 0202, status 0",
-                                       "41: none active 0222, status 0", "51: none active 2222, status 0",
-                                       "61: active active 2222, status 1"}));
-}
-
-// Where a ramp turns in its first 310 moves.
-Lines Turns(Ramp ramp) {
-  Lines turns;
-  bool rising = true;
-  for (int i = 1; i <= 310; ++i) {
-    const int before = ramp.value;
-    ramp.Move();
-    EXPECT_EQ(std::abs(ramp.value - before), ramp.step);
-    if ((ramp.value > before) == rising) continue;
-    rising = !rising;
-    turns.push_back(std::to_string(before) + " after " + std::to_string(i - 1));
-  }
-  return turns;
-}
-
-TEST(Simulator, SpeedsRunUpAndDown) {
-  const Simulator simulator;
-  EXPECT_EQ(Turns(simulator.speed),
-            (Lines{"305 after 41", "0 after 102", "305 after 163", "0 after 224", "305 after 285"}));
-  for (const Ramp& speed : simulator.radarSpeeds) {
-    EXPECT_EQ(Turns(speed), (Lines{"151 after 151", "0 after 302"}));
-  }
 }
 
 TEST(Simulator, PlacesCarry) {

@@ -141,6 +141,14 @@ TEST(Start, SaysWhenItCannotSubscribe) {
   EXPECT_EQ(car.Records("event='restated'"), Lines{});
 }
 
+TEST(Start, FailsOnASubscribeRequestWithoutPayload) {
+  Car car;
+  car.Begin();
+  car.stateMgr.Send(kSubscribe);
+  EXPECT_EQ(car.End(), 1);
+  EXPECT_EQ(car.Log(), ThenNotInitialized({By(kInitializer, "2 StateMgr::WaitForStateMgr NULL MESSAGE")}));
+}
+
 TEST(Start, MakesItsFirstOutputOnceHoweverOftenItSubscribes) {
   Car car;
   car.Begin();
@@ -271,16 +279,6 @@ TEST(Signal, QuitsWhileItRuns) {
     EXPECT_EQ(car.End(), 0);
     EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
   }
-}
-
-TEST(Signal, DoesNoHarmAfterTheQuit) {
-  Car car;
-  car.Run();
-  car.stateMgr.Send(kQuit);
-  EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
-  car.program->Signal(SIGTERM);
-  EXPECT_EQ(car.End(), 0);
-  EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});
 }
 
 }  // namespace

@@ -126,25 +126,6 @@ TEST_F(CheckRuns, ATruncatedFileGivesWhatIsLeft) {
                     ContainsRegex("what can be read: 1 run, 1 file, 1[0-9][0-9][0-9] records\n")));
 }
 
-// With numbers that no recorder writes every command comes to its end.
-TEST_F(CheckRuns, TheFarthestNumbersAreReckonedWith) {
-  const std::string most = "9223372036854775807";
-  for (const std::string& sql :
-       {"UPDATE clock SET utc_ms=" + most + ", tick=-1",
-        "UPDATE state SET seq=" + most + " WHERE seq=(SELECT max(seq) FROM state)",
-        "UPDATE speed SET tick=-" + most, "UPDATE progress SET last_seq=-" + most,
-        "UPDATE progress SET last_tick=" + most, "UPDATE bookmark SET tick=" + most,
-        "INSERT INTO loss SELECT seq+1000, tick, NULL, 1, 'gps', 0, 1, " + most + " FROM state WHERE seq<99",
-        std::string("DELETE FROM clock")}) {
-    SCOPED_TRACE(sql);
-    EXPECT_EQ(Rows(sql), "");
-    EXPECT_EQ(Metadata({"check", File(1)}).status, 1);
-    EXPECT_EQ(Metadata({"info", File(1)}).status, 0);
-    EXPECT_LE(Metadata({"state", File(1), "--at", "2024-05-01T12:00:01Z"}).status, 1);  // or no such instant
-    EXPECT_EQ(Dump({"--format", "csv"}).status, 0);
-  }
-}
-
 TEST_F(CheckRuns, WhatIsNotTheirsOrNotThereIsSaid) {
   Rows("PRAGMA application_id=1");
   EXPECT_THAT(Check().out, HasSubstr("000001.db: not a recording\n"));

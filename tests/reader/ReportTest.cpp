@@ -1,6 +1,4 @@
 // The page of a report: that it needs nothing but itself, and what it holds.
-#include <cmath>
-
 #include "DriveFixture.h"
 
 namespace {
@@ -156,46 +154,6 @@ TEST_F(ReportTest, TellsOfLostRecords) {
             "4\n5\n[[\"temperature\",4,5000,8000]]\n[[5,4000,10000]]\n");
   Make({"--source", "loss"});
   EXPECT_EQ(Data(".[]|.lost,.missing,.isWhole"), "4\n0\nfalse\n") << "what was not asked for is not missing";
-}
-
-// Much like a sine, which emulated machines cannot compute.
-double Wave(double turns) {
-  const double part = turns - std::floor(turns);
-  return part < 0.5 ? 16 * part * (0.5 - part) : 16 * (part - 0.5) * (part - 1);
-}
-
-TEST_F(ReportTest, FitsADayIntoAPage) {
-  Open();
-  for (unsigned int second = 0; second < 86'400; ++second) {
-    clock_.tick += 1000;
-    clock_.utcMs += 1000;
-    if (second % 10 == 0) Store().TimerTick(clock_.tick);
-    const double way = second / 14'400.0;
-    Position(static_cast<unsigned int>(80'000 + 70'000 * Wave(way)),
-             static_cast<unsigned int>(80'000 + 70'000 * Wave(2.3 * way)),
-             static_cast<std::uint16_t>(500 + 400 * Wave(40 * way) + second % 7));
-    if (second % 25 < 2) Brakes(second % 25 == 0);
-    if (second % 1800 == 0) Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
-    if (second % 1800 == 1200) Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
-    if (second % 3600 == 1800) Store().ReportBookmark(clock_.tick);
-  }
-  Close();
-  Make();
-  EXPECT_LT(page_.size(), 400'000U);
-  EXPECT_EQ(Data(".[].events|map(select(.number))|length,.[-1].number"), "24\n24\n");
-  EXPECT_EQ(Data(".[].groups[].lanes[]|select(.name==\"recording\")|.times,.onMs"), "48\n57600000\n");
-  EXPECT_EQ(Data(".[].groups[].lanes[]|select(.name==\"brakes\")|.times,.onMs,(.t|length<2500),(.share|max)"),
-            "3456\n3456000\ntrue\n100\n");
-  EXPECT_EQ(Data(".[].charts[0].lines[0]|(.max|max),(.min|min),(.t|length<2500)"), "90.6\n10\ntrue\n")
-      << Rows("SELECT max(speed_deci_kmh), min(speed_deci_kmh) FROM gps");
-  Make({"--from", "bookmark:3-1m", "--to", "bookmark:3+1m"});
-  EXPECT_EQ(Data(".[]|.endMs-.beginMs<135000,(.track[].t|length>110),[.events[].number]"),
-            "true\ntrue\n[null,3]\n");
-  Make({"--from", "bookmark:3+1m", "--to", "bookmark:3+2m"});
-  EXPECT_EQ(Data(".[]|(.endMs-.beginMs) as $ms|.groups[0].lanes[]|select(.name==\"recording\")|"
-                 ".times,.onMs==$ms,.share"),
-            "1\ntrue\n[100]\n")
-      << "what began before is known";
 }
 
 TEST_F(ReportTest, HoldsEveryRun) {

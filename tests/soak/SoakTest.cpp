@@ -4,7 +4,6 @@
 // environment the drives have four hours, else four minutes.
 #include <fcntl.h>
 #include <sched.h>
-#include <sqlite3.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -12,7 +11,6 @@
 #include <csignal>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <set>
@@ -26,6 +24,7 @@
 #include "items/TempStatus.h"
 #include "items/VideoMgrCameraItem.h"
 #include "metadatamgr/Car.h"
+#include "support/Connection.h"
 #include "support/Eventually.h"
 #include "support/RawPeer.h"
 #include "system/Process.h"
@@ -43,7 +42,6 @@ constexpr std::int64_t kTicks = std::int64_t{1} << 32;
 
 struct Usage {
   std::int64_t heapBytes;
-  std::int64_t residentBytes;
   std::ptrdiff_t descriptors;
 };
 
@@ -128,13 +126,8 @@ class Week : public Car {
 
   Usage Used() const {
     const std::string process = "/proc/" + std::to_string(program->Id());
-    std::ifstream pages(process + "/statm");
-    std::int64_t size = 0;
-    std::int64_t resident = 0;
-    std::int64_t shared = 0;
-    pages >> size >> resident >> shared;
     const fs::directory_iterator descriptors(process + "/fd");
-    return {clock_->heapBytes, (resident - shared) * getpagesize(), std::distance(begin(descriptors), {})};
+    return {clock_->heapBytes, std::distance(begin(descriptors), {})};
   }
 
   // Lets it write its batch.
@@ -160,22 +153,14 @@ class Week : public Car {
       if (!name.ends_with(".db")) continue;
       readings += Number(file, "SELECT count(*) FROM gps WHERE event=1");
       bookmarks += Number(file, "SELECT count(*) FROM bookmark");
-      EXPECT_EQ(Number(file, "SELECT count(*) FROM loss"), 0);
+      EXPECT_EQ(Connection(file).Rows("SELECT count(*) FROM loss"), "0\n");
     }
     EXPECT_EQ(readings, sent_.readings);
     EXPECT_EQ(bookmarks, sent_.bookmarks);
   }
 
   static std::int64_t Number(const std::string& file, const std::string& sql) {
-    sqlite3* connection = nullptr;
-    sqlite3_stmt* statement = nullptr;
-    EXPECT_EQ(sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr), SQLITE_OK);
-    EXPECT_EQ(sqlite3_prepare_v2(connection, sql.c_str(), -1, &statement, nullptr), SQLITE_OK) << sql;
-    EXPECT_EQ(sqlite3_step(statement), SQLITE_ROW) << file;
-    const std::int64_t number = sqlite3_column_int64(statement, 0);
-    sqlite3_finalize(statement);
-    sqlite3_close(connection);
-    return number;
+    return std::strtol(Connection(file).Rows(sql).c_str(), nullptr, 10);
   }
 
  private:
@@ -275,9 +260,8 @@ void End(Week& week, int drive) {
 
 void Tell(const Usage& early, const Usage& late, std::size_t lines) {
   std::cout << "heap " << early.heapBytes << " " << std::showpos << late.heapBytes - early.heapBytes
-            << ", resident " << std::noshowpos << early.residentBytes << " " << std::showpos
-            << late.residentBytes - early.residentBytes << std::noshowpos << ", descriptors "
-            << late.descriptors << ", " << lines << " log lines" << std::endl;
+            << std::noshowpos << ", descriptors " << late.descriptors << ", " << lines << " log lines"
+            << std::endl;
 }
 
 struct Plan {

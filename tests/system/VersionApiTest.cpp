@@ -51,15 +51,4 @@ TEST(VersionApi, TheSystemsFileMayBeAnother) {
   unsetenv("VERSION_FILE");
 }
 
-TEST(VersionApi, ReadsWholeLinesOfTheFirst64KiB) {
-  const std::string version(94, '1');
-  std::string content;
-  for (int i = 0; i < 1000; ++i) content += "NAME=" + version + "\n";  // 100 bytes
-  const TempDir directory;
-  const std::string entries = EntriesOf({directory.Write("versions", content)});
-  EXPECT_EQ(entries.size(), 655 * 100U);
-  EXPECT_TRUE(entries.ends_with("|NAME>" + version + "|"));
-  EXPECT_EQ(EntriesOf({directory.Write("versions", "A=" + std::string(1000000, '1'))}), "");
-}
-
 }  // namespace
