@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int kKilled = 128;
-
 // The body runs in a child with an endpoint of its own; signals are raised there.
 int InChild(const std::function<int(LinxIpc& ipc)>& body) {
   const IpcDir directory;
