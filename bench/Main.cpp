@@ -29,7 +29,7 @@ int ReportErrors(const std::vector<std::string>& errors) {
   return errors.empty() ? kGood : kUsage;
 }
 
-// Tells the GPS process, through the environment, which receiver to follow.
+// Names the receiver for the GPS process in the environment.
 bool PrepareReceiver(const Options& options, std::string& error) {
   unsetenv(kNmeaVariable);
   unsetenv(kNmeaEndsDriveVariable);
@@ -52,14 +52,14 @@ bool PrepareReceiver(const Options& options, std::string& error) {
   return true;
 }
 
-// With a receiver the drive is empty unless one is given.
+// With a receiver and without --drive the drive is empty.
 std::vector<std::string> PrepareDrive(const Options& options, Drive& drive) {
   const std::string& receiver = options.nmea.empty() ? options.gpsd : options.nmea;
   if (!options.drive.empty()) return ReadDrive(options.drive, drive);
   return receiver.empty() ? ReadDefaultDrive(drive) : ParseDrive(receiver, "", drive);
 }
 
-// The director says everything itself: log lines of its libraries would stand between its lines.
+// Log lines of the libraries would mix with the lines of the director.
 int Run(const Options& options) {
   LogClient::Instance().Level(0);
   Drive drive;
@@ -83,7 +83,7 @@ int Check(const Options& options) {
   return kGood;
 }
 
-// An existing file is never overwritten.
+// Never overwrites an existing file.
 bool WriteNew(const std::string& path, const std::string& text) {
   std::FILE* file = path.empty() ? stdout : std::fopen(path.c_str(), "wxe");
   if (file == nullptr) {
@@ -143,7 +143,7 @@ int RunCommandLine(int argc, char** argv) {
 
 }  // namespace bench
 
-// A full or broken standard output is a failure, whatever else happened.
+// Fails when standard output is full or broken.
 int main(int argc, char** argv) {
   try {
     const int status = bench::RunCommandLine(argc, argv);

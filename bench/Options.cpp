@@ -85,7 +85,7 @@ CLI::App* AddSend(CLI::App& app, Options& options) {
   return send;
 }
 
-// The director starts the other processes with it.
+// The director starts the other processes with this command.
 CLI::App* AddRole(CLI::App& app, Options& options) {
   CLI::App* role = app.add_subcommand("role", "Runs one process of the bench")->group("");
   role->add_option("NAME", options.role, "its name")->required();

@@ -9,7 +9,7 @@
 
 namespace bench {
 
-// What the command line says.
+// The options of the command line.
 struct Options {
   RunOptions run;
   std::string out = "out";
@@ -22,7 +22,7 @@ struct Options {
   std::string output;
 };
 
-// Each adds a command with its options, which are put into `options`.
+// Each adds a command. Parsing stores its options in `options`.
 CLI::App* AddRun(CLI::App& app, Options& options);
 CLI::App* AddCheck(CLI::App& app, Options& options);
 CLI::App* AddDrive(CLI::App& app, Options& options);

@@ -17,12 +17,12 @@ namespace {
 
 constexpr int kCannotRun = 127;
 
-// In the child. It gets a process group of its own, so that Ctrl-C reaches the director alone, and
-// the signal settings that a program expects.
+// Runs in the child. Its own process group keeps Ctrl-C away from it; its signal settings are reset to the
+// defaults.
 [[noreturn]] void RunProgram(char* const* arguments, int log, pid_t parent) {
   (void)setpgid(0, 0);
   (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(kCannotRun);  // it was gone before the line above
+  if (getppid() != parent) _exit(kCannotRun);  // the parent ended before prctl
   sigset_t none;
   sigemptyset(&none);
   (void)sigprocmask(SIG_SETMASK, &none, nullptr);

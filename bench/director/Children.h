@@ -8,15 +8,14 @@
 
 namespace bench {
 
-// A process that the director started. It does not outlive the director: the system ends it when the director
-// is killed.
+// A process that the director started. The kernel kills it when the director is killed.
 struct Child {
   std::string name;
   pid_t id = 0;
   bool ended = false;
-  bool toldToEnd = false;  // by SIGTERM or SIGKILL
-  int status = 0;          // as wait gives it
-  rusage usage = {};       // valid when it ended
+  bool toldToEnd = false;  // with SIGTERM or SIGKILL
+  int status = 0;          // as wait4 returns it
+  rusage usage = {};       // valid once it has ended
 
   // "exit status 3" or "signal 9"
   std::string HowItEnded() const;
@@ -29,20 +28,20 @@ class Children {
   Children(const Children&) = delete;
   Children& operator=(const Children&) = delete;
 
-  // Starts a program, also again after its end. Its path is the first of `arguments`; its output is appended
-  // to the file `log`. Returns false and sets `error` when it cannot be started.
+  // Starts a program; a program that has ended may be started again. The first of `arguments` is its path.
+  // Its output is appended to the file `log`. On failure returns false and sets `error`.
   bool Start(const std::string& name, const std::vector<std::string>& arguments, const std::string& log,
              std::string& error);
 
-  // Notes the end of a child and returns it; null when no other child has ended.
+  // Returns the next child that has ended, with its status; null when there is none.
   const Child* NextEnded();
 
   bool AllEnded() const;
   // Null when no child has that name.
   const Child* Find(const std::string& name) const;
-  // Sends a signal to a child that still runs.
+  // Sends a signal to a child. Does nothing when the child has ended.
   void Signal(const std::string& name, int signal);
-  // Sends a signal to all children that still run. Returns their names, each after a blank.
+  // Sends a signal to all running children. Returns their names, each after a blank.
   std::string SignalAll(int signal);
 
  private:
@@ -51,7 +50,7 @@ class Children {
   std::vector<Child> children_;
 };
 
-// The largest resident size of a running process so far, in kB; 0 when it cannot be read.
+// Returns the peak resident memory of a running process in kB; 0 when it cannot be read.
 unsigned long PeakMemoryKb(pid_t id);
 
 }  // namespace bench

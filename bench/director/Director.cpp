@@ -92,7 +92,7 @@ void Director::TakeFullRun(const std::string& process) {
   if (!subscribed.ok) report_.Problem(subscribed.text);
 }
 
-// Readings are due by the time of the drive.
+// The servers send readings by the time of the drive.
 void Director::TellDriveBegins(const std::string& process) {
   if (process == MetadataMgrName()) return;
   (void)SendMessage(vehicle_.Ipc(), process, BenchMsg_DriveBegins, clock_.Text());
@@ -118,7 +118,7 @@ void Director::QuitHandler(LinxIpc* /*ipc*/, void* self) {
   director.vehicle_.MustEndNow(Vehicle::End::kAskedFor);
 }
 
-// Handles a notice that no command waited for.
+// Handles a notice that no command waits for.
 void Director::BookmarkHandler(LinxIpc* /*ipc*/, void* self) {
   static_cast<Director*>(self)->report_.Event("bookmark notice received");
 }

@@ -14,14 +14,14 @@
 
 namespace bench {
 
-// A run: starts the processes, plays the drive, performs what other terminals send, shuts everything down,
-// and says how it went.
+// Starts the processes, plays the drive, performs commands from other terminals, shuts everything down, and
+// prints a summary.
 class Director {
  public:
-  // `surroundings` are prepared. All three must outlive the director.
+  // `surroundings` must be prepared. All three must outlive the director.
   Director(const RunOptions& options, const Drive& drive, const Surroundings& surroundings);
 
-  // True when all went well.
+  // Returns true when nothing failed.
   bool Run();
 
  private:

@@ -22,16 +22,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// MetadataMgr publishes it: true in a notice says that a bookmark was taken.
+// An item of MetadataMgr: true means that a bookmark was taken.
 constexpr unsigned int kBookmarkItem = 0;
-// The bench's number for those notices.
+// The notification id that the bench uses for it.
 constexpr unsigned int kBookmarkNotice = 30736;
 
 double MsSince(Clock::time_point begin) {
   return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-// Why the client's question failed.
+// Describes the error of a request.
 std::string WhyNot(int error) {
   const std::string& name = MetadataMgrName();
   if (error == ENOENT || error == ECONNREFUSED) return name + " is not there";
@@ -41,7 +41,7 @@ std::string WhyNot(int error) {
   return "cannot ask " + name + ": " + std::strerror(error);
 }
 
-// Asks a question of the client. `text` says what came back; " answered in 1.2 ms" is added.
+// Sends a request through the client. The outcome is `text` and the time that the answer took.
 template <typename Question, typename Text>
 Outcome AskClient(LinxIpc& ipc, Question question, Text text) {
   MetadataMgrClient client(ipc, kAnswerTimeoutMs);
@@ -55,7 +55,7 @@ Outcome Ping(LinxIpc& ipc) {
       ipc, [](MetadataMgrClient& client) { return client.Ping(); }, [] { return std::string(); });
 }
 
-// The pings are at least 5 ms apart.
+// Sends pings at least 5 ms apart.
 Outcome Pings(LinxIpc& ipc, double seconds) {
   constexpr int kPauseMs = 5;
   const auto end = Clock::now() + std::chrono::duration<double>(seconds);

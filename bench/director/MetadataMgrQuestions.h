@@ -5,11 +5,11 @@
 
 namespace bench {
 
-// The verbs with which the director asks MetadataMgr. They wait up to kAnswerTimeoutMs for the answer. A
-// drive that runs `speed` times faster asks for a shorter time.
+// The verbs that send requests to MetadataMgr. Each waits up to kAnswerTimeoutMs for the answer. At a
+// `speed` of 2, "pings" lasts half as long.
 Actions MetadataMgrActions(LinxIpc& ipc, double speed);
 
-// Subscribes to MetadataMgr's bookmark item. `handler` gets the notices that no action waits for.
+// Subscribes to MetadataMgr's bookmark item. `handler` receives the notices that no action waits for.
 Outcome SubscribeToBookmarks(LinxIpc& ipc, LinxIpc::Handler handler, void* context);
 
 }  // namespace bench

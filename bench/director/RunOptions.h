@@ -6,10 +6,10 @@
 namespace bench {
 
 struct RunOptions {
-  double speed = 1;                  // how many times faster than its times the drive runs
-  bool attach = false;               // MetadataMgr is started by hand
-  std::string program;               // MetadataMgr's path; empty: beside this program
-  double startDeadlineSeconds = 30;  // from the start, or that of the attached MetadataMgr, to full run
+  double speed = 1;                  // 2: the drive runs twice as fast
+  bool attach = false;               // the user starts MetadataMgr
+  std::string program;               // path of MetadataMgr; empty: beside this program
+  double startDeadlineSeconds = 30;  // from the start, or that of an attached MetadataMgr, to full run
   double stopDeadlineSeconds = 5;    // for each process to answer the shut-down
 };
 

@@ -30,7 +30,7 @@ std::string Screen::Stamp() const {
   return text;
 }
 
-// Whole lines at once, also into a pipe.
+// Writes whole lines at once, also into a pipe.
 void Screen::Line(const std::string& text) const {
   const bool written = std::printf("%s\n", text.c_str()) >= 0 && std::fflush(stdout) == 0;
   if (!written) outputFailed_ = true;

@@ -5,35 +5,35 @@
 
 namespace bench {
 
-// The lines that people read while a drive runs: one an event, each with the drive's time.
+// Prints one line per event, each with the time of the drive.
 class Screen {
  public:
   using Clock = std::chrono::steady_clock;
 
   explicit Screen(double speed) : speed_(speed) {}
 
-  // The drive begins: its time is 0 now.
+  // Starts the drive: its time is 0 now.
   void BeginDrive();
-  // The drive is over: the stamp is "stop" from now on.
+  // Ends the drive: the stamp is "stop" from now on.
   void EndDrive();
 
   bool Driving() const { return phase_ == Phase::kDrive; }
   bool Stopping() const { return phase_ == Phase::kStop; }
   Clock::time_point DriveBegin() const { return begin_; }
 
-  // When a line of the drive is due.
+  // When a line of the drive is due, by the clock of the machine.
   Clock::time_point WhenDue(std::chrono::milliseconds at) const;
-  // The drive's time, its speed taken into account.
+  // The time of the drive. It runs faster than the clock when the drive does.
   double DriveSeconds() const;
 
-  // The stamp of an event that happens now.
+  // The time stamp for an event that happens now.
   std::string Stamp() const;
-  // An event, with its stamp.
+  // Prints an event with its time stamp.
   void Event(const std::string& text) const { Event(Stamp(), text); }
   void Event(const std::string& stamp, const std::string& text) const { Line(stamp + "  " + text); }
-  // A line without a time.
+  // Prints a line without a time stamp.
   void Line(const std::string& text) const;
-  // Whether a line could not be written.
+  // Whether writing a line failed.
   bool OutputFailed() const { return outputFailed_; }
 
  private:

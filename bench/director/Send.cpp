@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// The bench itself may wait for an answer, of the drive's line and then of this one.
+// The bench may first wait for the answer to a line of the drive, then for the answer to this command.
 bool SendToBench(const Words& words) {
   constexpr int kTimeoutMs = 4 * kAnswerTimeoutMs;
   LinxIpc ipc("Send-" + std::to_string(getpid()));

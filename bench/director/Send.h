@@ -4,8 +4,8 @@
 
 namespace bench {
 
-// Has the bench that runs at the endpoints in force (LINX_IPC_DIR) do one command, and prints its
-// answer. True when it was done.
+// Sends a command to the bench whose endpoints are in LINX_IPC_DIR, and prints the answer. Returns true when
+// the command succeeded.
 bool SendToBench(const Words& words);
 
 }  // namespace bench

@@ -24,7 +24,7 @@ void ShutDown::StopThroughStateMgr() {
   std::string payload(4, '\0');
   PutU32(reinterpret_cast<unsigned char*>(payload.data()), static_cast<std::uint32_t>(deadline.count()));
   if (SendMessage(vehicle_.Ipc(), StateMgrName(), BenchMsg_StopSystem, payload) != 0) return;
-  // First MetadataMgr has its deadline, then the others together.
+  // One deadline for MetadataMgr, then one for all other processes.
   const auto end = Vehicle::Clock::now() + 2 * deadline + Vehicle::kEndTimeout;
   if (!vehicle_.ReceiveUntil(end, [this] { return news_.AllStopped(); })) {
     report_.Problem("StateMgr did not finish the shut-down" + vehicle_.SeeLog(StateMgrName()));
@@ -32,7 +32,7 @@ void ShutDown::StopThroughStateMgr() {
   (void)SendMessage(vehicle_.Ipc(), StateMgrName(), LinxIpc::kShutdownNotice);
 }
 
-// The state manager does not know yet of a process that is just starting.
+// The state manager does not know processes that are still starting.
 void ShutDown::EndUnannounced() {
   for (const auto& [name, stage] : vehicle_.Progress()) {
     if (stage == Stages::Stage::kAbsent) vehicle_.Processes().Signal(name, SIGTERM);

@@ -6,7 +6,7 @@
 
 namespace bench {
 
-// Ends all processes: the state manager shuts them down, signals end those that are left.
+// Ends all processes: the state manager shuts them down, then signals end the remaining ones.
 class ShutDown {
  public:
   // All must outlive this.
@@ -15,7 +15,7 @@ class ShutDown {
 
   void Run();
 
-  // MetadataMgr's peak memory before it was shut down; 0 when it did not run.
+  // The peak memory of MetadataMgr before the shut-down; 0 when it did not run.
   unsigned long PeakMemoryKb() const { return peakMemoryKb_; }
 
  private:

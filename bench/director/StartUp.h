@@ -12,8 +12,8 @@
 
 namespace bench {
 
-// Brings the processes to full run: the state manager, the servers, the lines "before", MetadataMgr, and the
-// servers that the drive keeps back.
+// Starts the state manager and the servers, performs the lines "before", starts MetadataMgr, then the servers
+// that the drive starts late, and waits for full run.
 class StartUp {
  public:
   // Performs a command of the drive and reports its outcome.
@@ -23,7 +23,7 @@ class StartUp {
   StartUp(const RunOptions& options, const Drive& drive, Vehicle& vehicle, StateMgrNews& news, Report& report,
           Execute execute);
 
-  // False, and reported, when not all came to full run.
+  // Returns false, and reports it, when a process did not reach full run.
   bool Run();
 
  private:
@@ -34,7 +34,7 @@ class StartUp {
   bool StartMetadataMgr();
   void StartMissingLater();
   bool AwaitFullRun();
-  // Receives until `done`, or the run must end; reports `problem` when that is too late.
+  // Receives until `done` holds or the run must end. Reports `problem` when the deadline passes first.
   bool Await(const std::function<bool()>& done, const std::function<std::string()>& problem);
 
   const RunOptions& options_;
@@ -43,7 +43,7 @@ class StartUp {
   StateMgrNews& news_;
   Report& report_;
   const Execute execute_;
-  std::map<std::string, std::chrono::milliseconds> missing_;  // how long; negative: until it is started
+  std::map<std::string, std::chrono::milliseconds> missing_;  // negative: until a command starts the server
 };
 
 }  // namespace bench

@@ -64,13 +64,13 @@ void StateMgrNews::TakeStopped(const std::string& process, const std::string& te
   }
 }
 
-// A death was reported when it happened.
+// The end of the process was already reported.
 void StateMgrNews::TakeSilent(const std::string& process, const std::string& text) {
   const Child* child = vehicle_.Processes().Find(process);
   if (child == nullptr || !child->ended) report_.Problem(text);
 }
 
-// The steps of the other processes are a line only while the drive runs, where they come alone.
+// Steps of the other processes are shown only during the drive, when they are rare.
 bool StateMgrNews::IsWorthALine(const std::string& process) const {
   return report_.Driving() || process == MetadataMgrName();
 }

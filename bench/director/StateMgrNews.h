@@ -9,10 +9,10 @@
 
 namespace bench {
 
-// Handles the news of the state manager: notes how far each process is, and reports events.
+// Handles the news of the state manager: keeps the stage of each process, and reports events.
 class StateMgrNews {
  public:
-  // Called when a process was told full run.
+  // Called when the state manager has sent full run to a process.
   using FullRun = std::function<void(const std::string& process)>;
 
   // All must outlive this.
@@ -23,7 +23,7 @@ class StateMgrNews {
 
   bool StateMgrIsReady() const { return ready_; }
   bool AllStopped() const { return allStopped_; }
-  // When all processes must be at full run. Moves when an attached MetadataMgr starts.
+  // The deadline for full run. It moves when an attached MetadataMgr starts.
   const Vehicle::Clock::time_point& StartEnd() const { return startEnd_; }
   void SetStartEnd(Vehicle::Clock::time_point end) { startEnd_ = end; }
 

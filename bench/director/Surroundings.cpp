@@ -82,12 +82,12 @@ bool Surroundings::Prepare(std::string& error) {
 bool Surroundings::PrepareEndpoints(std::string& error) {
   const std::string wanted = directory_ + "/ipc";
   if (!TooLongForSockets(wanted)) {
-    SetWhereMissing("LINX_IPC_DIR", wanted);  // the first endpoint creates it, with its rights
+    SetWhereMissing("LINX_IPC_DIR", wanted);  // the first endpoint creates it with the right permissions
     return true;
   }
   std::error_code failure;
   const fs::path target = fs::read_symlink(wanted, failure);
-  if (!failure && fs::is_directory(target, failure)) {  // of a bench that still runs, or was killed
+  if (!failure && fs::is_directory(target, failure)) {  // the bench still runs, or was killed
     SetWhereMissing("LINX_IPC_DIR", target.string());
     return true;
   }

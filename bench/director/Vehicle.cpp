@@ -94,7 +94,7 @@ Outcome Vehicle::Signal(const std::string& server, int signal) {
 }
 
 bool Vehicle::ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done) {
-  constexpr milliseconds kLook{50};  // at the children
+  constexpr milliseconds kLook{50};  // interval between looks at the children
   while (!done()) {
     const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
     if (left.count() <= 0) return false;
@@ -116,7 +116,7 @@ void Vehicle::TakeEnd(const Child& child) {
     return;
   }
   const std::string text = child.name + " ended with " + child.HowItEnded() + SeeLog(child.name);
-  // A process that is stopped on its way to full run may end with failure.
+  // A process that is stopped before full run may fail.
   const bool mustEndWell = !stages_.Contains(child.name) || stages_.IsAt(child.name, Stage::kFullRun);
   if (!report_.Stopping()) {
     MustEndNow(End::kBroken);

@@ -16,14 +16,14 @@
 
 namespace bench {
 
-// The processes of a run and the director's endpoint among them: starts them, receives their messages,
-// and notices when they end.
+// The processes of a run and the director's endpoint: starts the processes, receives their messages, and
+// detects their ends.
 class Vehicle {
  public:
   using Clock = Screen::Clock;
   using Stage = Stages::Stage;
 
-  // From an answer or a signal to the end of a process.
+  // The time for a process to end after its answer or a signal.
   static constexpr std::chrono::milliseconds kEndTimeout{2000};
 
   // Both must outlive the vehicle.
@@ -33,20 +33,20 @@ class Vehicle {
   Children& Processes() { return children_; }
   Stages& Progress() { return stages_; }
 
-  // Opens the endpoint. False, and reported, when it cannot be opened.
+  // Opens the endpoint. On failure returns false and reports it.
   bool Open();
 
-  // Starts a program, or a role of this program. False, and reported, when it cannot be started.
+  // Starts a program, or a role of this program. On failure returns false and reports it.
   bool Start(const std::string& name, const std::vector<std::string>& arguments);
   bool StartRole(const std::string& name, const std::vector<std::string>& arguments = {});
-  // Starts the role at that time, if Receive is called then.
+  // ReceiveUntil starts the role at that time.
   void StartRoleAt(const std::string& name, Clock::time_point at) { lateStarts_[name] = at; }
   void StartNoMore() { lateStarts_.clear(); }
 
-  // The verbs that kill, start, mute and wake a server.
+  // The verbs that kill, start, mute and wake servers.
   Actions ServerActions();
 
-  // Receives until `done` holds. False when it does not by `end`, which may move meanwhile.
+  // Receives until `done` holds. Returns false when `end` passes first; `end` may move meanwhile.
   bool ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done);
 
   // Why the run must end.
@@ -54,11 +54,11 @@ class Vehicle {
   bool MustEnd() const { return end_ != End::kNone; }
   void MustEndNow(End why) { end_ = why; }
 
-  // Notes the start of a process that was started by hand. False when its start is known.
+  // Notes the start of a process that the user started. Returns false when its start is already known.
   bool NoteStart(const std::string& process);
-  // " after 12 ms", counted from its start; empty when that is not known.
+  // The time since the start of the process, " after 12 ms"; empty when the start is not known.
   std::string SinceStart(const std::string& process) const;
-  // "; see LOG" where the process was started by the bench.
+  // "; see LOG"; empty when the bench did not start the process.
   std::string SeeLog(const std::string& process) const;
   // The path of this program.
   const std::string& Program() const { return program_; }

@@ -33,7 +33,7 @@ Addresses AddressesOf(const std::string& host, const std::string& port, int flag
           }};
 }
 
-// Notices within half a minute that the host has vanished.
+// Detects within half a minute that the host is gone.
 void KeepAlive(int fd) {
   const auto set = [fd](int level, int option, int value) {
     (void)setsockopt(fd, level, option, &value, sizeof value);
@@ -101,7 +101,7 @@ bool GpsdConnection::TakeLine(std::string& line) {
   return false;
 }
 
-// kLine: there is more to look at.
+// Returns kLine when bytes were received.
 GpsdConnection::Input GpsdConnection::Fill() {
   std::array<char, 4096> block;
   const ssize_t size = recv(fd_, block.data(), block.size(), 0);

@@ -9,13 +9,12 @@
 
 namespace bench {
 
-// A connection to a gpsd: asks it to report in JSON, and connects again when the connection is lost. Nothing
-// blocks.
+// A connection to a gpsd: requests reports in JSON, and reconnects when the connection is lost. Never blocks.
 class GpsdConnection {
  public:
   enum class Input { kNothing, kLine, kGone };
 
-  // `peer` is "PORT ADDRESS ADDRESS...", in numbers. The addresses are tried in turn.
+  // `peer` is "PORT ADDRESS ADDRESS...", all numeric. The addresses are tried in turn.
   explicit GpsdConnection(const std::string& peer);
   ~GpsdConnection();
   GpsdConnection(const GpsdConnection&) = delete;
@@ -24,9 +23,9 @@ class GpsdConnection {
   // Reads the next line, without its end. kGone: the connection is lost.
   Input Read(std::string& line);
 
-  // The last address that was tried, as "ADDRESS:PORT".
+  // The address of the last attempt, as "ADDRESS:PORT".
   std::string Address() const;
-  // Attempts that failed since the last connection.
+  // Failed attempts since the last connection.
   std::size_t Failures() const { return failures_; }
 
  private:
@@ -44,12 +43,12 @@ class GpsdConnection {
   Clock::time_point nextAttempt_;
   int fd_ = -1;
   bool connected_ = false;
-  bool skipping_ = false;  // the rest of a line that is too long
+  bool skipping_ = false;  // drops the rest of a line that is too long
   std::string received_;
 };
 
-// Turns "HOST:PORT" or "[HOST]:PORT" into a `peer` for the constructor. Asks the system for the host's
-// addresses, which may block. Returns false and sets `error` when it fails.
+// Turns "HOST:PORT" or "[HOST]:PORT" into a `peer` for the constructor. Looks up the host's addresses, which
+// may block. On failure returns false and sets `error`.
 bool ResolveGpsd(const std::string& text, std::string& peer, std::string& error);
 
 }  // namespace bench

@@ -6,7 +6,7 @@ namespace bench {
 
 bool GpsdReceiver::Next(double /*driveSeconds*/, GpsStatusItem& item) {
   constexpr std::chrono::milliseconds kSilence{kSilenceMs};
-  constexpr int kLinesATurn = 64;  // then the endpoint has its turn
+  constexpr int kLinesATurn = 64;  // then the endpoint receives messages
   std::string line;
   for (int i = 0; i < kLinesATurn; ++i) {
     const GpsdConnection::Input input = connection_.Read(line);

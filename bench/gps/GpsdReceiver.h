@@ -11,7 +11,7 @@
 
 namespace bench {
 
-// Follows a running gpsd: passes on each of its readings when it comes. The fix is lost when gpsd says so,
+// Follows a running gpsd and passes on each reading as it arrives. The fix is lost when gpsd reports no fix,
 // when the connection is lost, and after kSilenceMs without a reading.
 class GpsdReceiver : public Receiver {
  public:
@@ -19,8 +19,8 @@ class GpsdReceiver : public Receiver {
 
   using Say = std::function<void(const std::string& text)>;
 
-  // `peer` is as GpsdConnection takes it. `say` is called when the gpsd is missing at first, is followed, is
-  // gone, and is silent.
+  // `peer` has the format of GpsdConnection. `say` reports a gpsd that is missing at the start, connected,
+  // disconnected, or silent.
   GpsdReceiver(const std::string& peer, Say say) : say_(std::move(say)), connection_(peer) {}
 
   void BeginAt(double /*driveSeconds*/) override {}

@@ -15,7 +15,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Nothing where there is no such number.
+// Returns nullopt when the number is missing.
 std::optional<double> NumberIn(const Json& object, const char* name) {
   const auto found = object.find(name);
   if (found == object.end() || !found->is_number()) return std::nullopt;
@@ -28,22 +28,22 @@ std::string TextIn(const Json& object, const char* name) {
   return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
-// So many of a unit, within what any receiver can tell.
+// Converts to an integer unit, clamped to the range of real receivers.
 std::int64_t Units(const std::optional<double>& value, double perUnit) {
   constexpr double kMost = 1e6;
   return std::llround(std::clamp(value.value_or(0) * perUnit, -kMost, kMost));
 }
 
-// gpsd's status of a fix as the quality of a GGA sentence: unknown, normal, differential, RTK fixed and
-// floating, dead reckoning without and with satellites, surveyed in (its place is not measured),
-// simulated, P(Y) code.
+// Converts gpsd's fix status into the quality of a GGA sentence. The statuses are: unknown, normal,
+// differential, RTK fixed, RTK floating, dead reckoning without and with satellites, surveyed in (the
+// position is not measured), simulated, P(Y) code.
 std::uint32_t QualityOf(const Json& tpv) {
   constexpr std::uint32_t kQualities[] = {1, 1, 2, 4, 5, 6, 6, 7, 8, 3};
   const double status = NumberIn(tpv, "status").value_or(0);
   return status < 0 || status >= std::size(kQualities) ? 1 : kQualities[static_cast<std::size_t>(status)];
 }
 
-// "2019-03-12T10:51:53.710Z"
+// Reads "2019-03-12T10:51:53.710Z".
 void PutTime(const std::string& text, GpsStatusItem& item) {
   item.utcDate = item.utcTimeOfDayMs = 0;
   constexpr std::size_t kShortest = 20;
@@ -113,7 +113,7 @@ void GpsdReports::TakeSky(const Json& sky) {
 }
 
 void GpsdReports::PutMotion(const Json& tpv, bool hadFix, GpsStatusItem& item) {
-  const auto speed = NumberIn(tpv, "speed");  // metres a second
+  const auto speed = NumberIn(tpv, "speed");  // metres per second
   if (!speed && hadFix && ++motionRepeats_ <= NmeaFix::kMostRepeats) return;
   motionRepeats_ = 0;
   item.speedDeciKmh = InField(Units(speed, 36));

@@ -7,19 +7,18 @@
 
 namespace bench {
 
-// The kinds of gpsd's reports, each a JSON object in one line.
+// Kinds of gpsd reports. Each report is a JSON object on one line.
 enum class GpsdReport {
   kReading,   // TPV: `item` is filled in
-  kWatching,  // WATCH: it has begun to report
-  kOther      // anything else, also what is no JSON
+  kWatching,  // WATCH: gpsd has begun to report
+  kOther      // any other line, JSON or not
 };
 
 class GpsdReports {
  public:
-  // Takes a line; `item` holds the last reading. A SKY report is kept for the readings that follow. Without a
-  // fix the place stays as it was. Speed and course that are told less often than the place are repeated
-  // while the fix lasts, at most NmeaFix::kMostRepeats times. Other values that are missing are not filled
-  // in.
+  // Reads a line into `item`, which holds the last reading. A SKY report applies to the readings that follow.
+  // Without a fix the position does not change. A reading without speed and course repeats the last ones
+  // while the fix lasts, at most NmeaFix::kMostRepeats times. Other missing values are not filled in.
   GpsdReport Take(const std::string& line, GpsStatusItem& item);
 
  private:

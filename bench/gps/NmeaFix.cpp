@@ -12,7 +12,7 @@ std::string NameOf(const NmeaSentence& sentence) {
   return std::string(sentence.talker) + std::string(sentence.type);
 }
 
-// The field with the time in the types that tell a place; -1 in other types.
+// The index of the time field in sentences with a position; -1 for other types.
 int TimeField(std::string_view type) {
   if (type == "GGA" || type == "RMC") return 0;
   return type == "GLL" ? 4 : -1;
@@ -54,7 +54,7 @@ bool NmeaFix::TakeGga(const NmeaSentence& sentence) {
   NmeaPosition position;
   if (!ReadGga(sentence, position)) return false;
   Note(sentence, position);
-  // Each system may send a GGA of its own, with its satellites.
+  // Each satellite system may send its own GGA, with its own satellites.
   moment_.ggaQuality = std::max(moment_.ggaQuality.value_or(0), position.quality);
   moment_.used[std::string(sentence.talker)] = InField(position.satellitesUsed);
   if (!position.place) return true;

@@ -12,53 +12,53 @@
 
 namespace bench {
 
-// Puts the sentences of a receiver together, for each moment (epoch) that they tell of.
+// Merges the sentences of one epoch, a moment of the receiver, into one reading.
 //
-// GGA, RMC and GLL each tell a place and whether there is a fix. A "no" of RMC or GLL outweighs the others;
-// of the GGAs of several systems the best counts. The rest comes from the best source of the epoch: the place
-// from GGA, else RMC, else GLL; quality, altitude and satellites used from GGA; speed, course and date from
-// RMC, speed and course else from VTG. GSA and GSV hold until they come again. Speed and course that are
-// told less often than the place are repeated while the fix lasts, at most kMostRepeats times. Any other
-// value that is not told is not filled in: no altitude is kNoAltitude, no date 0.
+// GGA, RMC and GLL each report a position and whether there is a fix. "No fix" in RMC or GLL wins over the
+// other sentences; among the GGAs of several satellite systems the best quality wins. Each value comes from
+// its best source: the position from GGA, else RMC, else GLL; quality, altitude and satellites used from GGA;
+// the date from RMC; speed and course from RMC, else VTG. GSA and GSV stay valid until the next GSA and GSV.
+// An epoch without speed and course repeats the last ones while the fix lasts, at most kMostRepeats times.
+// Other missing values are not filled in: a missing altitude is kNoAltitude, a missing date 0.
 class NmeaFix {
  public:
   enum class Taken { kNo, kYes, kMalformed };
 
   static constexpr unsigned int kMostRepeats = 20;  // of speed and course
 
-  // Whether the sentence belongs to a later moment than those since Begin: its time differs, or it has no
-  // time and its type comes again.
+  // Whether the sentence belongs to the next epoch: its time differs, or it has no time and its type was
+  // already read since Begin.
   bool BelongsToNext(const NmeaSentence& sentence) const;
 
-  // Takes a sentence. Sentences of other types and malformed ones change nothing.
+  // Reads a sentence. Other types and malformed sentences change nothing.
   Taken Take(const NmeaSentence& sentence);
 
-  // Whether a sentence since Begin told a place, or that there is no fix.
+  // Whether a sentence since Begin reported a position or no fix.
   bool Told() const { return !seen_.empty(); }
-  // The moment in milliseconds of the day; nullopt when it was not told.
+  // The time of the epoch in milliseconds of the day; nullopt when no sentence had it.
   std::optional<std::int64_t> TimeOfDayMs() const { return moment_.timeMs; }
 
-  // Fills in what was told since Begin. Without a fix the place stays as it was.
+  // Fills the item from the sentences since Begin. Without a fix the position does not change.
   void Fill(GpsStatusItem& item) const;
 
-  // Begins the next moment.
+  // Begins the next epoch.
   void Begin();
 
  private:
-  struct View {  // the satellites of one system
+  struct View {  // satellites of one system
     std::uint32_t count = 0;
     std::int32_t bestDecibels = GpsStatusItem::kNoSignal;
   };
   struct Moment {
     std::optional<std::int64_t> timeMs;
-    bool refused = false;  // RMC or GLL said that there is no fix
+    bool refused = false;  // RMC or GLL reported no fix
     std::optional<NmeaPlace> ggaPlace;
     std::optional<NmeaPlace> rmcPlace;
     std::optional<NmeaPlace> gllPlace;
     std::optional<std::uint32_t> ggaQuality;
-    std::optional<std::uint32_t> modeQuality;  // of RMC, else of GLL
+    std::optional<std::uint32_t> modeQuality;  // from RMC, else GLL
     std::optional<std::int64_t> altitudeDeciMetres;
-    std::map<std::string, std::uint32_t> used;  // satellites of each system
+    std::map<std::string, std::uint32_t> used;  // satellites by system
     NmeaMotion rmc;
     NmeaMotion vtg;
   };
@@ -77,15 +77,15 @@ class NmeaFix {
   void FillMotion(GpsStatusItem& item) const;
   void FillView(GpsStatusItem& item) const;
 
-  std::set<std::string> seen_;  // types of this moment, as "GPGGA"
+  std::set<std::string> seen_;  // types read in this epoch, as "GPGGA"
   Moment moment_;
 
-  // Told in this moment or an earlier one
+  // Last values, from this epoch or an earlier one.
   NmeaMotion motion_;
   unsigned int motionRepeats_ = 0;
   std::uint32_t date_ = 0;
   std::int64_t dateTimeMs_ = 0;
-  std::uint32_t dimensions_ = 0;  // 0: not told
+  std::uint32_t dimensions_ = 0;  // 0: not known
   std::map<std::string, View, std::less<>> views_;
 };
 

@@ -26,7 +26,7 @@ class Parser {
  public:
   void Line(std::string_view line) {
     if (line.starts_with('#')) return;
-    // A line that lost its end goes on with the next sentence.
+    // A line may lose its end and continue with the next sentence.
     std::size_t begin = std::min(line.find_first_of("$!"), line.size());
     if (line.substr(0, begin).find_first_not_of(" \t") != std::string_view::npos) ++log_.counts.garbage;
     while (begin < line.size()) {

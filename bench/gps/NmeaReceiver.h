@@ -8,13 +8,13 @@
 
 namespace bench {
 
-// Plays a log in its own time, which begins with the drive.
+// Plays a log at its own pace, from the begin of the drive.
 class NmeaReceiver : public Receiver {
  public:
-  // A file that cannot be read is logged; the receiver then has no readings.
+  // When the file cannot be read, logs it and has no readings.
   explicit NmeaReceiver(const std::string& path);
 
-  // Leaves out the readings that were due before.
+  // Skips the readings before that time.
   void BeginAt(double driveSeconds) override;
   int MsToNext(double driveSeconds, double speed) const override;
   bool Next(double driveSeconds, GpsStatusItem& item) override;

@@ -10,7 +10,7 @@ namespace {
 
 using Text = std::string_view;
 
-// A field that may be empty. False when it holds something else.
+// Reads a field that may be empty. Returns false when it is malformed.
 template <typename Value, typename Read>
 bool ReadOptional(Text text, std::optional<Value>& value, Read read) {
   value.reset();
@@ -34,7 +34,7 @@ bool ReadPlace(const NmeaSentence& sentence, std::size_t first, std::optional<Nm
   });
 }
 
-// The quality of a mode of RMC and GLL; without a mode that of a plain fix.
+// Converts the mode of RMC and GLL into a quality. Without a mode it is a plain fix.
 std::uint32_t QualityOfMode(Text mode) {
   struct Row {
     Text mode;
@@ -98,7 +98,7 @@ bool ReadGsa(const NmeaSentence& sentence, std::uint32_t& dimensions) {
 }
 
 bool ReadGsv(const NmeaSentence& sentence, NmeaSatellites& satellites) {
-  constexpr std::size_t kFirst = 3;  // number, elevation, azimuth, decibels of a satellite, up to four times
+  constexpr std::size_t kFirst = 3;  // per satellite: number, elevation, azimuth, decibels
   if (!ReadDecimals(sentence.Field(2), 0, satellites.inView) || satellites.inView < 0) return false;
   for (std::size_t field = kFirst; field + 3 < sentence.fields.size(); field += 4) {
     std::optional<std::int64_t> decibels;

@@ -7,9 +7,9 @@
 
 namespace bench {
 
-// What one sentence tells, by its type. An empty field is nullopt. Each Read returns false when a field is
-// malformed. Of a sentence that says that there is no fix only time, date and satellites are read: some
-// receivers fill the rest with placeholders.
+// The values of one sentence, by its type. An empty field is nullopt. Each Read returns false when a field is
+// malformed. From a sentence without a fix only time, date and satellites are read: some receivers fill the
+// other fields with placeholders.
 
 struct NmeaPlace {
   std::int64_t latitudeE4Min = 0;
@@ -24,7 +24,7 @@ struct NmeaMotion {
   bool HasSpeed() const { return knotsE3 || kmhE3; }
 };
 
-// GGA, RMC and GLL: the quality is that of GGA; RMC and GLL tell it as a mode.
+// GGA, RMC and GLL. The quality has the numbers of GGA; the modes of RMC and GLL are converted.
 struct NmeaPosition {
   std::optional<std::int64_t> timeMs;  // of the day
   std::optional<std::uint32_t> date;
@@ -41,11 +41,11 @@ bool ReadGll(const NmeaSentence& sentence, NmeaPosition& position);
 
 bool ReadVtg(const NmeaSentence& sentence, NmeaMotion& motion);
 
-// 2 or 3; 0: no fix.
+// `dimensions` is 2 or 3; 0: no fix.
 bool ReadGsa(const NmeaSentence& sentence, std::uint32_t& dimensions);
 
 struct NmeaSatellites {
-  bool first = false;  // the first sentence of several
+  bool first = false;  // the first sentence of a group
   std::int64_t inView = 0;
   std::optional<std::int64_t> bestDecibels;
 };

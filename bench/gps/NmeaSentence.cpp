@@ -9,13 +9,13 @@ namespace bench {
 
 namespace {
 
-constexpr std::size_t kMaxBytes = 256;  // the standard says 82, receivers with many digits take more
+constexpr std::size_t kMaxBytes = 256;  // the standard allows 82; receivers with many digits use more
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// -1: not a hexadecimal digit.
+// Returns -1 when `c` is not a hexadecimal digit.
 int HexDigit(char c) {
   if (IsDigit(c)) return c - '0';
   if (c >= 'A' && c <= 'F') return c - 'A' + 10;
@@ -27,7 +27,7 @@ bool AllDigits(std::string_view text, std::size_t size) {
   return text.size() == size && std::all_of(text.begin(), text.end(), IsDigit);
 }
 
-// Of digits.
+// All characters must be digits.
 std::int64_t NumberOf(std::string_view digits) {
   std::int64_t number = 0;
   for (const char c : digits) number = number * 10 + (c - '0');
@@ -120,7 +120,7 @@ bool ReadAngle(std::string_view text, std::string_view hemisphere, char positive
   const bool back = hemisphere[0] == negative;
   const std::int64_t most = (positive == 'N' ? 90 : 180) * kMinutesPerDegreeE4;
   const std::int64_t total = degrees * kMinutesPerDegreeE4 + minutesE4;
-  // 59.99999 minutes round to 60.0000, and so to the next degree.
+  // 59.99999 minutes round to 60.0000 and carry into the degrees.
   if ((!back && hemisphere[0] != positive) || NumberOf(text.substr(point - 2, 2)) > 59 || total > most)
     return false;
   e4Min = back ? -total : total;

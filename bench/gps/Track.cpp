@@ -14,9 +14,9 @@ namespace {
 constexpr double kStepsPerSecond = 100;
 constexpr double kLapSeconds = 20;
 constexpr double kPi = 3.14159265358979323846;
-constexpr double kMetresPerDegree = 111320;  // of latitude
+constexpr double kMetresPerDegree = 111320;  // in latitude
 
-// Between two of them speed and turn change evenly.
+// Between two corners speed and direction change evenly.
 struct Corner {
   double seconds;
   double speedKmh;

@@ -6,8 +6,8 @@
 
 namespace bench {
 
-// The track of the bench vehicle: laps of twenty seconds. In each it speeds up, turns right, drives on,
-// brakes and stands. It depends on the drive's time alone.
+// The track of the bench vehicle: laps of twenty seconds. In each lap it speeds up, turns right, drives on,
+// brakes and stands. The track depends only on the time of the drive.
 class Track {
  public:
   struct Point {
@@ -18,7 +18,7 @@ class Track {
     double altitudeMetres = 12;
   };
 
-  // The point at this time of the drive, in seconds. The time never goes back.
+  // The point at a time of the drive, in seconds. The time must not go back.
   const Point& At(double seconds);
 
  private:
@@ -26,10 +26,10 @@ class Track {
   Point point_;
 };
 
-// Fills in place, speed, course, altitude and a fix.
+// Sets position, speed, course, altitude and a fix.
 void PutPoint(GpsStatusItem& item, const Track::Point& point);
 
-// The wall clock's date and time of day.
+// Sets date and time of day from the wall clock.
 void PutUtc(GpsStatusItem& item);
 
 }  // namespace bench

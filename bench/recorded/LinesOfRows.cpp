@@ -15,19 +15,19 @@ std::string Number(const Row& row, std::string_view name) {
   return std::to_string(row.Number(name));
 }
 
-// A number in so many parts of its unit, as a decimal number.
+// Divides by `perUnit` and prints the decimals.
 std::string Decimal(std::int64_t value, double perUnit, int decimals) {
   char text[64];
   (void)std::snprintf(text, sizeof text, "%.*f", decimals, static_cast<double>(value) / perUnit);
   return text;
 }
 
-// A word of a drive: blanks and control characters become "_", and so does an empty text.
+// Makes a word of a drive: blanks, control characters and an empty text become "_".
 std::string Word(std::string_view text) {
   std::string word(text.empty() ? "_" : text);
   const auto separates = [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7f'; };
   std::replace_if(word.begin(), word.end(), separates, '_');
-  if (word[0] == '#') word[0] = '_';  // would begin a comment
+  if (word[0] == '#') word[0] = '_';  // "#" starts a comment
   return word;
 }
 
@@ -128,7 +128,7 @@ std::string LinesOfRows::MicPresent(const Row& row) {
   return {};
 }
 
-// The microphone manager's item and its message make the same rows.
+// The item and the message of the microphone manager have the same rows.
 std::string LinesOfRows::MicActive(const Row& row) {
   const std::int64_t mic = row.Number("mic");
   return std::string(row.event == EventKind::kInitial ? "mic " : "mic message ") + std::to_string(mic) +
@@ -145,11 +145,11 @@ std::string LinesOfRows::PartOf(const char* verb, std::int64_t part, const std::
 }
 
 std::string LinesOfRows::Temperature(const Row& row) {
-  const std::int64_t sensor = row.Number("sensor");  // 3, 0, 1, 2
+  const std::int64_t sensor = row.Number("sensor");  // the rows come in the order 3, 0, 1, 2
   return PartOf("temp", sensor, Number(row, "temperature"), sensor == 2);
 }
 
-// At the start the item tells four cameras; camera 3 stands for several entries.
+// At the start the item has one row for each of four cameras, camera 3 last.
 std::string LinesOfRows::Camera(const Row& row) {
   if (row.event != EventKind::kInitial) return "camera " + Number(row, "camera") + " " + Number(row, "state");
   cameras_ += " " + Number(row, "state");

@@ -10,11 +10,11 @@ namespace bench {
 
 using reader::Row;
 
-// Turns the rows of a recording, in their order, into commands of a drive that make the same rows again.
+// Turns the rows of a recording, in order, into commands of a drive that produce the same rows again.
 class LinesOfRows {
  public:
-  // The command of a row, as "crash on"; several have "\n" between them. Empty for rows without one, and for
-  // rows that a later row completes.
+  // Returns the command of a row, as "crash on", or several commands with "\n" between them. Empty when the
+  // row has no command, or a later row completes it.
   std::string Take(const Row& row);
 
  private:
@@ -42,15 +42,14 @@ class LinesOfRows {
   std::string Officer(const Row& row);
   std::string RecordingSettings(const Row& row);
 
-  // An item makes a row for each of its parts. At the last part: the commands of the parts that changed, one
-  // at least.
+  // An item has one row per part. At the last part, returns the commands of the changed parts, at least one.
   std::string PartOf(const char* verb, std::int64_t part, const std::string& value, bool last);
 
-  std::map<std::string, std::string> parts_;  // values by verb and part, as told last
+  std::map<std::string, std::string> parts_;  // last values, by verb and part
   std::string changed_;                       // commands of the parts that changed
-  std::string radar_;  // speeds of the last radar row, which the vehicle's own completes
-  std::map<std::int64_t, bool> micPresent_;  // as told last
-  std::string cameras_;                      // states of the first cameras, told one by one at the start
+  std::string radar_;  // speeds of the last radar row; the next speed row completes them
+  std::map<std::int64_t, bool> micPresent_;  // last values
+  std::string cameras_;                      // states of the first cameras, one row each at the start
 };
 
 }  // namespace bench

@@ -36,12 +36,12 @@ class Writer {
   }
 
   void End() {
-    constexpr std::int64_t kPauseMs = 1000;  // a quit overtakes what the servers still send
+    constexpr std::int64_t kPauseMs = 1000;  // "quit" overtakes messages that servers still send
     if (drive_.lines > 0) Add(lastTick_ + kPauseMs, "quit");
   }
 
  private:
-  // Before the first full state all is a value of the start.
+  // Values up to the first full state are values at the start.
   void Add(std::int64_t tick, const std::string& command) {
     Command parsed;
     std::string error;

@@ -5,16 +5,15 @@
 
 namespace bench {
 
-// What became of a recording.
+// The drive that a recording turns into.
 struct RecordedDrive {
   std::string text;                   // the drive
-  std::size_t lines = 0;              // commands in it
-  std::vector<std::string> problems;  // files that cannot be read, damage, and rows that no line can tell
+  std::size_t lines = 0;              // commands in the drive
+  std::vector<std::string> problems;  // unreadable files, damage, rows without a command
 };
 
-// Turns the first run of the recordings at these paths into a drive. Values that were there at the start
-// become lines "before"; the times count from the first event after the start. The recordings are not
-// changed.
+// Turns the first run of the recordings at these paths into a drive. The values at the start become lines
+// "before"; times count from the first event after the start. Does not change the recordings.
 RecordedDrive DriveOf(const std::vector<std::string>& paths);
 
 }  // namespace bench

@@ -24,7 +24,7 @@ namespace {
 
 using LiveStream = ExternalMgrApi::StreamingLvsStateItem;
 
-// ---- Arguments, which were checked when the line was parsed
+// ---- Arguments. The parser of the line has checked them
 
 std::uint16_t Short(const std::string& word) {
   return static_cast<std::uint16_t>(NumberOf(word));

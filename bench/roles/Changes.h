@@ -9,12 +9,12 @@
 
 namespace bench {
 
-// A verb that changes the value of a source, which is then sent.
+// A verb that changes the value of a source and sends it.
 struct Change {
   const char* verb;
   const Source* source;
-  void (*apply)(Item& item, const Words& arguments);  // null: an event without a value
-  bool numbered = false;  // the first argument, a number, is added to the id of `source`
+  void (*apply)(Item& item, const Words& arguments);  // null: the event has no value
+  bool numbered = false;  // adds the first argument, a number, to the id of `source`
 
   unsigned int Id(const Words& arguments) const {
     return source->id + (numbered ? NumberOf(arguments[0]) : 0);

@@ -12,8 +12,8 @@
 
 namespace bench {
 
-// The values of an item in the order in which they travel, each after a blank. Texts have "_" in place of
-// blanks; an empty text is "_".
+// The values of an item in wire order, each after a blank. Texts have "_" in place of blanks; an empty text
+// is "_".
 
 template <field::Number T>
 std::string Describe(const T& value) {
@@ -51,7 +51,7 @@ inline std::string Describe(const SystickItem& item) {
   return Describe(item.Tick());
 }
 
-// Entries, and the tick behind them.
+// The entries, then the tick.
 inline std::string Describe(const MicStatusResponse& status) {
   std::string text;
   for (const MicStatusResponse::Entry& entry : status) text += Describe(entry);

@@ -45,7 +45,7 @@ void GpsHal::Follow() {
   if (begun_ && receiver_->AtEnd() && !endTold_) TellEnd();
 }
 
-// MetadataMgr handles the messages of one connection in their order: when it answers, it has all readings.
+// MetadataMgr handles the messages of a connection in order: its answer follows all readings.
 void GpsHal::TellEnd() {
   if (KvGetenv(kNmeaEndsDriveVariable) == nullptr) return;
   endTold_ = SendMessage(Ipc(), MetadataMgrName(), MetadataMgrMsg_Ping) == 0;

@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// The GPS process: drives the bench's own track, or follows a receiver. With a receiver it has no fix until
-// the receiver has one, and its verbs fail.
+// The GPS process: follows the built-in track, or a receiver. With a receiver its verbs fail, and it has no
+// fix until the receiver has a fix.
 class GpsHal : public Role {
  public:
   GpsHal();
@@ -25,12 +25,12 @@ class GpsHal : public Role {
 
   void Follow();
   void TellEnd();
-  // An event for the bench's screen.
+  // Sends an event to the screen of the bench.
   void Say(const std::string& text);
 
   Publisher publisher_;
   std::unique_ptr<Receiver> receiver_;
-  GpsStatusItem* item_ = nullptr;  // of the publisher; set where there is a receiver
+  GpsStatusItem* item_ = nullptr;  // the publisher's item; null without a receiver
   bool begun_ = false;
   bool endTold_ = false;
 };

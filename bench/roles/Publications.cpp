@@ -27,7 +27,7 @@ template <typename T>
 void Begin(T& /*item*/) {}
 
 void Begin(RadarItem& item) {
-  item.status = 0;  // nobody drives by
+  item.status = 0;  // no traffic
 }
 void Begin(VehicleInfo& item) {
   item.unitId = "unit-1";

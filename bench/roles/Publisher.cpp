@@ -96,8 +96,8 @@ void Publisher::GetItem(unsigned int itemId, IpcMessage& reply, unsigned int mes
   if (reply.Allocate(messageType, value->item->Size(), nullptr) == 0) (void)value->item->EncodeMsg(reply);
 }
 
-// The list of what was sent leaves out values without a subscriber, and values that the subscriber is too
-// slow for. Their tick is new all the same: a later subscriber gets the value with the tick of its reading.
+// The sent list omits values without a subscriber, and values that a slow subscriber does not accept. Their
+// tick is still updated: a later subscriber receives the value with the tick of its reading.
 Outcome Publisher::Send(Value& value) {
   const Publication& publication = *value.publication;
   const std::uint32_t tick = Systick().SystemTick();
@@ -142,8 +142,8 @@ Outcome Publisher::BeginFlood(std::string_view source, double seconds) {
   return {true, "begins"};
 }
 
-// Sends until the peer takes no more, or other work has its turn. Then the loop sends what is queued, as
-// the peer drains it.
+// Sends until the peer accepts no more, or other work is due. Then the loop sends the queued messages as the
+// peer drains them.
 void Publisher::GoOnFlooding() {
   constexpr int kTurn = 64;
   constexpr std::size_t kMostWaiting = 64UL * 1024;

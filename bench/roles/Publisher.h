@@ -15,28 +15,28 @@
 
 namespace bench {
 
-// One of the servers around MetadataMgr, made from the tables: holds its values, answers subscribers,
-// changes and sends values on command, and sends readings at their rate.
+// A server around MetadataMgr, as the tables describe it: holds the values, answers subscribers, changes and
+// sends values on command, and sends readings at their rate.
 class Publisher {
  public:
   explicit Publisher(e_Process server);
 
-  // Adds the server's actions. They may be called once the publisher is open.
+  // Adds the server's actions. Open must come before any action.
   void AddActions(Actions& actions);
 
-  // Serves from now on. The endpoint must outlive the publisher.
+  // Begins to serve. The endpoint must outlive the publisher.
   void Open(LinxIpc& ipc);
 
-  // The item of one of its sources; null when the server has no such source.
+  // The item of a source; null when the server has no such source.
   Item* ItemOf(std::string_view source);
-  // Sends that item. Fails when the server has no such source.
+  // Sends the item of a source. Fails when the server has no such source.
   Outcome SendItem(std::string_view source);
 
   const DriveClock& Drive() const { return clock_; }
-  // Whether the drive had begun when this process was made.
+  // Whether this process started after the drive began.
   bool JoinedLate() const { return clock_.Begin() < made_; }
 
-  // For the loop: milliseconds that it may wait for messages (-1: for ever), and the work that is due then.
+  // For the main loop: the maximum wait for messages in ms (-1: no limit), and the work that is due.
   int WaitMs() const;
   void DoDueWork();
 
@@ -52,7 +52,7 @@ class Publisher {
     Value* value;
     Clock::time_point end;
     std::uint64_t sent = 0;
-    std::uint64_t pushedBack = 0;  // turns that ended because the peer took no more
+    std::uint64_t pushedBack = 0;  // turns that ended because the peer accepted no more
     bool waits = false;
   };
 
@@ -71,7 +71,7 @@ class Publisher {
   LinxIpc* ipc_ = nullptr;
   std::unique_ptr<SubscribeServer> server_;
   std::vector<Value> values_;
-  std::set<unsigned int> refused_;  // items
+  std::set<unsigned int> refused_;  // item ids
   int lateMs_ = 0;
   std::optional<Flood> flood_;
   const Clock::time_point made_ = Clock::now();

@@ -8,7 +8,7 @@
 
 namespace bench {
 
-// Puts the reading of a time of the drive into an item. Times never go back.
+// Puts the reading for a time of the drive into an item. The times must not go back.
 using Advance = std::function<void(Item& item, double driveSeconds)>;
 
 // A verb that sets how many readings are sent per second of the drive.

@@ -6,14 +6,14 @@
 
 namespace bench {
 
-// A process of the bench vehicle other than the state manager. It takes part in the start-up sequence as the
-// real processes do, performs the commands that the director passes on, and ends with the state manager's
-// quit notice. A derived class adds its actions, handlers and servers.
+// A process of the bench vehicle, except the state manager. It follows the start-up sequence of the real
+// processes, performs the director's commands, and ends at the state manager's quit notice. A derived class
+// adds actions, handlers and servers.
 class Role {
  public:
   virtual ~Role() = default;
 
-  // For the start-up sequence.
+  // Called by the start-up sequence.
   bool PreInit(LinxIpc& ipc);
   virtual bool SubscribeToServers(LinxIpc& /*ipc*/, bool /*flag*/) { return true; }
   virtual void ProcessDied(LinxIpc& /*ipc*/, e_Process /*process*/) {}
@@ -22,19 +22,19 @@ class Role {
 
   bool Stopped() const { return stop_; }
 
-  // For the loop: milliseconds that it may wait for messages (-1: for ever), and the work that is due then.
+  // For the main loop: the maximum wait for messages in ms (-1: no limit), and the work that is due.
   virtual int WaitMs() const { return -1; }
   virtual void DoDueWork() {}
 
  protected:
   Role() = default;
 
-  // The endpoint is up: register handlers, create servers.
+  // Called when the endpoint is open: registers handlers, creates servers.
   virtual void Prepare(LinxIpc& /*ipc*/) {}
   // Valid from Prepare on.
   LinxIpc& Ipc() { return *ipc_; }
 
-  Actions actions_;  // filled by the role's constructor
+  Actions actions_;  // filled by the derived constructor
 
  private:
   LinxIpc* ipc_ = nullptr;

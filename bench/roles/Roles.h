@@ -8,11 +8,11 @@
 
 namespace bench {
 
-// The processes of the bench vehicle except the state manager: the stream manager, and each server in
+// The processes of the bench vehicle except the state manager: the stream manager and the servers of
 // system/Servers.h.
 std::span<const e_Process> Roles();
 
-// Runs one of them, or the state manager, which then expects the processes named. Returns the exit status.
+// Runs a role or the state manager, which leads the `expected` processes. Returns the exit status.
 int RunRole(const std::string& name, const Words& expected);
 
 }  // namespace bench

@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// When the readings of a server are due. They stand at multiples of their distance, so that each run of
-// a drive has the same readings.
+// When the readings of a server are due. They are due at multiples of their interval, so that each run of a
+// drive has the same readings.
 class Schedule {
  public:
   // `clock` must outlive the schedule.
@@ -20,9 +20,9 @@ class Schedule {
   // The drive has begun.
   void Begin();
 
-  // Milliseconds until the next reading is due; -1: none is.
+  // Milliseconds until the next reading is due; -1: no reading is due.
   int MsToNext() const;
-  // Calls `send` for each reading that is due, with the drive's time at which it was due.
+  // Calls `send` for each due reading, with the time of the drive at which it was due.
   using Send = std::function<void(const Reading& reading, const Advance& advance, double driveSeconds)>;
   void SendDue(const Send& send);
 

@@ -5,7 +5,7 @@
 
 namespace bench {
 
-// A server around MetadataMgr. The tables of sources, publications, changes and readings say what it serves.
+// A server around MetadataMgr. The tables of sources, publications, changes and readings define it.
 class Server : public Role {
  public:
   explicit Server(e_Process process) : publisher_(process) { publisher_.AddActions(actions_); }

@@ -141,7 +141,7 @@ void StateMgr::Send(Process& process, unsigned int type, const std::string& payl
 
 // ---- Deaths and restarts
 
-// No process waits for a dead one.
+// No process waits for a dead process.
 void StateMgr::DiedHandler(LinxIpc* ipc, void* self) {
   auto& stateMgr = *static_cast<StateMgr*>(self);
   std::uint32_t number = 0;
@@ -178,8 +178,8 @@ void StateMgr::StopSystemHandler(LinxIpc* ipc, void* self) {
   static_cast<StateMgr*>(self)->StopSystem(static_cast<int>(GetU32(message.DataPtr())));
 }
 
-// MetadataMgr first, so that it misses nothing that its servers still send. A process that failed to start
-// ends by itself.
+// Stops MetadataMgr first, so that it misses no message of its servers. A process whose start failed ends by
+// itself.
 void StateMgr::StopSystem(int timeoutMs) {
   Words recorder;
   Words others;

@@ -10,20 +10,20 @@
 
 namespace bench {
 
-// The state manager of the bench vehicle: leads the processes that it expects to full run, tells them of
-// deaths and restarts, publishes its own events, shuts all down, and reports to the director.
+// The state manager of the bench vehicle: leads the expected processes to full run, notifies them of deaths
+// and restarts, publishes its own events, shuts all processes down, and reports to the director.
 //
-// When all processes have started, each is asked to subscribe to its servers; when all have subscribed, each
-// is told full run. A process that starts later, for the first time or again, goes the same way alone.
+// When all processes have started, it asks each to subscribe to its servers. When all have subscribed, it
+// sends full run to each. A process that starts or restarts later does the same steps alone.
 class StateMgr {
  public:
   explicit StateMgr(const Words& expected);
 
-  // Runs until it is asked to shut down; returns the exit status.
+  // Runs until the quit notice. Returns the exit status.
   int Run();
 
  private:
-  // A process goes through them in this order. A failed or absent process holds the others up.
+  // The order of the phases matters. A failed or absent process keeps the others waiting.
   enum class Phase { kFailed, kAbsent, kStarted, kSubscribing, kSubscribed, kFullRun, kStopped, kDead };
   struct Process {
     std::string name;
@@ -37,13 +37,13 @@ class StateMgr {
   static void StopSystemHandler(LinxIpc* ipc, void* self);
   static void QuitHandler(LinxIpc* ipc, void* self);
 
-  // The process has announced itself and is not shutting down.
+  // Whether the process has announced itself and is not shutting down.
   static bool Runs(const Process& process) {
     return process.phase >= Phase::kStarted && process.phase <= Phase::kFullRun;
   }
   // Null when no process has that name.
   Process* Find(const std::string& name);
-  // The sender of the current message; null, and logged, when it is not expected.
+  // The sender of the current message. Null, and logged, when the sender is not expected.
   Process* Sender();
   void Started();
   void Advance();

@@ -24,7 +24,7 @@ std::string MsSince(Clock::time_point begin) {
   return Milliseconds(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
 }
 
-// Asks again while the process takes no message.
+// Repeats the notice while the process accepts no message.
 bool AskToStop(LinxIpc& ipc, const std::string& process, Clock::time_point end) {
   int error = 0;
   while ((error = SendMessage(ipc, process, LinxIpc::kShutdownNotice)) == EAGAIN && Clock::now() < end)

@@ -11,8 +11,8 @@ namespace bench {
 
 using Tell = std::function<void(News news, const std::string& process, const std::string& text)>;
 
-// Asks processes to shut down and waits for their answers, together at most `timeoutMs`. Tells of each
-// process once, kStopped or kSilent.
+// Asks processes to shut down and waits for all answers, at most `timeoutMs` in total. Calls `tell` once per
+// process, with kStopped or kSilent.
 void StopProcesses(LinxIpc& ipc, Words processes, int timeoutMs, const Tell& tell);
 
 }  // namespace bench

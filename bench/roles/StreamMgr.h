@@ -8,8 +8,8 @@
 
 namespace bench {
 
-// The process that writes the video: records when the state manager says so, and answers which recording
-// event it writes. On command it tells MetadataMgr of a start or stop directly.
+// The process that writes the video: follows the record starts and stops of the state manager, and answers
+// requests for the current recording event. On command it sends a start or stop directly to MetadataMgr.
 class StreamMgr : public Role {
  public:
   StreamMgr();

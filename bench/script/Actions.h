@@ -10,14 +10,14 @@
 
 namespace bench {
 
-// The actions of a process of the bench, by the names of their verbs.
+// The actions of a process of the bench, by verb.
 using Action = std::function<Outcome(const Words& arguments)>;
 using Actions = std::map<std::string, Action, std::less<>>;
 
-// Performs a command. Fails when the words are not a command or `actions` does not have it.
+// Performs a command. Fails when the words are not a command, or the command is not in `actions`.
 Outcome Perform(const Actions& actions, const Words& words);
 
-// Performs each BenchMsg_Do from now on and answers it. `actions` must outlive the endpoint.
+// Performs and answers each BenchMsg_Do from now on. `actions` must outlive the endpoint.
 void ServeActions(LinxIpc& ipc, const Actions& actions);
 
 }  // namespace bench

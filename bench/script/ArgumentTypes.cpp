@@ -127,7 +127,7 @@ constexpr ArgumentType kArgumentTypes[] = {
 };
 // clang-format on
 
-// A number in 0x... is only read where no sign is possible.
+// Hexadecimal numbers have no sign.
 bool ReadWhole(const std::string& word, double& value) {
   std::uint32_t number = 0;
   if (!word.starts_with('-')) {

@@ -6,17 +6,17 @@
 
 namespace bench {
 
-// The words that an argument of a verb may be.
+// A type of argument: the words that it accepts.
 struct ArgumentType {
   enum Kind { kWord, kWhole, kDecimal };
 
   const char* name;
-  const char* what;  // for people; the range of a number is added
+  const char* what;  // for people; Describe adds the range of a number
   Kind kind = kWord;
-  // Of a number: its range.
+  // The range of a number.
   double least = 0;
   double most = 0;
-  // Of a word: whether it is one of this type.
+  // Whether a word has this type.
   bool (*accepts)(const std::string& word) = nullptr;
 
   bool Accepts(const std::string& word) const;
@@ -29,7 +29,7 @@ std::span<const ArgumentType> ArgumentTypes();
 // Null when no type has that name.
 const ArgumentType* FindArgumentType(const std::string& name);
 
-// The bit of a vehicle input by its name ("lights"); 0 for an unknown name.
+// The bit of a vehicle input, as "lights"; 0 for an unknown name.
 std::uint32_t InputBit(const std::string& word);
 
 }  // namespace bench

@@ -24,7 +24,7 @@ std::int64_t NumberOf(std::string_view digits) {
   return number;
 }
 
-// "2", "2.5", "2.125"
+// Reads "2", "2.5" or "2.125".
 bool ReadTime(std::string_view word, milliseconds& at) {
   constexpr std::size_t kMaxSecondsDigits = 7;
   constexpr std::size_t kDecimals = 3;
@@ -49,12 +49,12 @@ Words WordsBeforeComment(std::string_view line) {
   return words;
 }
 
-// Adds the lines of a text one by one.
+// Adds lines to a drive one by one.
 class Parser {
  public:
   explicit Parser(Drive& drive) : drive_(drive) {}
 
-  // Returns the error of a line, or "" when it was added.
+  // Adds a line. Returns "" or its error.
   std::string AddLine(const Words& words) {
     constexpr std::size_t kMaxBytes = 1000;
     DriveLine line{};

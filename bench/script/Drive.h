@@ -9,12 +9,12 @@
 
 namespace bench {
 
-// A drive: a text file of timed commands. On each line stands the time in seconds since the system
-// came to full run, with up to three decimals, then the words of a command. Times never go back.
-// "#" at the beginning of a word begins a comment; blank lines are ignored. No line follows "quit"; a drive
-// without "quit" goes on until it is ended from outside.
+// A drive: a text file of timed commands. Each line has a time, in seconds since full run with up to three
+// decimals, then the words of a command. Times must not go back. "#" at the begin of a word starts a comment;
+// blank lines are ignored. "quit" must be the last line; without "quit" the drive runs until the bench is
+// stopped.
 //
-// Lines with "before" in place of the time come first: they are done before MetadataMgr starts.
+// Lines with "before" in place of the time come first: they run before MetadataMgr starts.
 
 struct DriveLine {
   std::chrono::milliseconds at;
@@ -27,13 +27,13 @@ struct Drive {
   std::vector<DriveLine> lines;
 };
 
-// Reads the text of a drive. Returns its errors, each as "NAME:LINE: the wrong word and why".
+// Reads the text of a drive. Returns its errors, each as "NAME:LINE: wrong word and reason".
 std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive);
 
-// Reads a file. A file that cannot be read is an error too.
+// Reads a drive from a file. A file that cannot be read is an error too.
 std::vector<std::string> ReadDrive(const std::string& path, Drive& drive);
 
-// The drive that comes with the bench, about 20 seconds.
+// Reads the built-in drive, about 20 seconds.
 std::vector<std::string> ReadDefaultDrive(Drive& drive);
 
 }  // namespace bench

@@ -7,17 +7,17 @@
 
 namespace bench {
 
-// Which servers run at a line of a drive, as far as the lines before it tell.
+// Keeps which servers run at each line of a drive.
 class Running {
  public:
-  // Notes what a command does. Returns an error when the command needs a server in another state, else "".
+  // Applies a command. Returns "", or an error when its server does not run, or already runs at a "start".
   std::string Take(const Command& command);
 
  private:
   std::string Start(const std::string& server);
 
   std::set<std::string> gone_;
-  std::set<std::string> late_;  // these start by themselves at some time after the start
+  std::set<std::string> late_;  // the bench starts these later
 };
 
 }  // namespace bench

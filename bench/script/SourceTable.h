@@ -8,7 +8,7 @@
 
 namespace bench {
 
-// The source for the item of a server that MetadataMgr gets under this notification id.
+// The source whose item MetadataMgr receives under this notification id.
 consteval Source Served(unsigned int notificationId, std::string_view name) {
   for (const ServerRow& server : servers::kAll) {
     for (const ServedItem& item : server.items) {
@@ -18,7 +18,7 @@ consteval Source Served(unsigned int notificationId, std::string_view name) {
   throw "no server has such an item";  // does not compile
 }
 
-// All sources. A further source is a row here, in Publications.cpp, in Changes.cpp and in VerbTable.cpp.
+// All sources. A new source needs a row here, in Publications.cpp, in Changes.cpp and in VerbTable.cpp.
 inline constexpr Source kSources[] = {
     Served(MetadataMgrNotice_RecordStart, "record-start"),
     Served(MetadataMgrNotice_RecordStop, "record-stop"),
@@ -48,7 +48,7 @@ inline constexpr Source kSources[] = {
     Served(MetadataMgrNotice_LiveStream5, "live-5"),
 };
 
-// The row of that name. An unknown name does not compile.
+// The source of that name. An unknown name does not compile.
 consteval const Source* SourceNamed(std::string_view name) {
   const Source* source = kSources;
   while (source->name != name) ++source;

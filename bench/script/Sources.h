@@ -7,13 +7,12 @@
 
 namespace bench {
 
-// A value that a server around MetadataMgr tells it. Drives, servers and the lists of what was sent know a
-// source by its name.
+// A value that a server sends to MetadataMgr. Its name identifies it in drives, servers and sent lists.
 struct Source {
   e_Process server;
   // An item is published to subscribers; a message goes to MetadataMgr without a subscription.
   enum Kind { kItem, kMessage } kind;
-  unsigned int id;  // of the item, or the message's type
+  unsigned int id;  // item id, or message type
   std::string_view name;
 };
 

@@ -14,7 +14,7 @@ bool IsSmall(const std::string& word) {
   return std::islower(static_cast<unsigned char>(word[0])) != 0;
 }
 
-// A verb with its pattern taken apart.
+// A verb and the parts of its pattern.
 struct Pattern {
   explicit Pattern(const Verb& row) : verb(&row) {
     for (std::string word : SplitWords(row.pattern)) {
@@ -35,11 +35,11 @@ struct Pattern {
   const Verb* verb;
   Words verbWords;
   Words arguments;         // names of argument types
-  std::size_t needed = 0;  // arguments that must be there
-  bool repeated = false;   // all of them may come again
+  std::size_t needed = 0;  // number of required arguments
+  bool repeated = false;   // all arguments may be repeated
 };
 
-// How many of the verb's words the line begins with.
+// The number of words that the line and the verb share at the begin.
 std::size_t WordsInCommon(const Words& line, const Words& verb) {
   const auto ends = std::mismatch(line.begin(), line.end(), verb.begin(), verb.end());
   return static_cast<std::size_t>(ends.first - line.begin());
@@ -50,7 +50,7 @@ const std::vector<Pattern>& Patterns() {
   return kPatterns;
 }
 
-// The verb with the most words that the line begins with; null when there is none.
+// The longest verb that the line begins with; null when there is none.
 const Pattern* FindVerb(const Words& words) {
   const Pattern* found = nullptr;
   std::size_t most = 0;
@@ -63,7 +63,7 @@ const Pattern* FindVerb(const Words& words) {
   return found;
 }
 
-// Names the first word that no verb goes on with.
+// Names the first word that no verb continues with.
 std::string UnknownVerb(const Words& words) {
   std::size_t common = 0;
   Words next;

@@ -8,44 +8,44 @@
 
 namespace bench {
 
-// What the bench can be asked to do, in a drive and from another terminal. One table (VerbTable.cpp) says
-// what a line may say, which process performs it, and the help.
+// A command that the bench accepts from a drive or another terminal. One table, VerbTable.cpp, defines the
+// words of each command, the process that performs it, and its help.
 
 struct Verb {
   enum When {
     kAlways,
-    kFullRun,  // not before the start of MetadataMgr
-    kBefore    // only before it
+    kFullRun,  // only after MetadataMgr has started
+    kBefore    // only before MetadataMgr starts
   };
 
-  // Small words stand for themselves, capital words for arguments (ArgumentTypes.h). An argument in brackets
-  // may be missing: "record start [ID]". With "..." at the end all arguments may be repeated.
+  // Lower-case words are literal, upper-case words are argument types (ArgumentTypes.h). An argument in
+  // brackets is optional: "record start [ID]". With "..." at the end all arguments may be repeated.
   const char* pattern;
-  // The endpoint name of the process that performs it, or kNamedServer.
+  // The endpoint name of the process that performs the command, or kNamedServer.
   const char* performer;
   const char* help;
   When when = kAlways;
-  // A check of the arguments together. Returns false and sets `error`.
+  // Checks the arguments together. On failure returns false and sets `error`.
   bool (*check)(const Words& arguments, std::string& error) = nullptr;
 };
 
-// The performer is the server that the first argument names.
+// The first argument names the performer.
 constexpr const char* kNamedServer = "SERVER";
 
 std::span<const Verb> Verbs();
 
-// The small words of a verb with one blank between them. Actions have this name.
+// The literal words of a verb, with one blank between them. Actions have this name.
 std::string NameOf(const Verb& verb);
 
-// A line without errors.
+// A command without errors.
 struct Command {
   const Verb* verb = nullptr;
   Words words;      // all words of the line
-  Words arguments;  // the words behind the verb
+  Words arguments;  // the words after the verb
 };
 
-// Returns false when the words are not a command: `error` then names the wrong word, and `command` is
-// unchanged.
+// Returns false when the words are not a command; `error` then names the wrong word, and `command` does not
+// change.
 bool ParseCommand(const Words& words, Command& command, std::string& error);
 
 // The endpoint name of the process that performs a command.

@@ -5,7 +5,7 @@
 
 namespace bench {
 
-// The time of the drive, in seconds since its begin. A drive may run faster than the clock.
+// The time of the drive, in seconds since its begin. It may run faster than the clock of the machine.
 class DriveClock {
  public:
   using Clock = std::chrono::steady_clock;
@@ -15,10 +15,10 @@ class DriveClock {
 
   // The payload of BenchMsg_DriveBegins.
   std::string Text() const;
-  // Takes the begin from such a payload. False, and nothing changed, when it is malformed.
+  // Reads that payload. When it is malformed, returns false and changes nothing.
   bool Take(const std::string& text);
 
-  // Whether the drive has begun. The others are valid from then on.
+  // Whether the drive has begun. The functions below are valid from then on.
   bool Running() const { return running_; }
   Clock::time_point Begin() const { return begin_; }
   double Seconds() const { return std::chrono::duration<double>(Clock::now() - begin_).count() * speed_; }

@@ -21,7 +21,7 @@ const std::string& StateMgrName() {
 }
 
 bool ReadProcess(const std::string& word, std::uint32_t& process) {
-  constexpr std::uint32_t kNumbers = 64;  // more than the system has
+  constexpr std::uint32_t kNumbers = 64;  // more than the system has processes
   if (ReadNumber(word, process)) return true;
   for (std::uint32_t number = 0; number < kNumbers; ++number) {
     if (word.empty() || ProcessName(number) != word) continue;

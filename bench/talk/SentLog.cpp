@@ -6,7 +6,7 @@
 
 namespace bench {
 
-// Whole lines at once, so that a process that is killed leaves none in part.
+// Writes whole lines at once: a killed process leaves no partial line.
 void LogSent(const std::string& process, const std::string& line) {
   const char* directory = KvGetenv(kSentDirectoryVariable);
   if (directory == nullptr) return;

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-// Reads a whole file. False when it cannot be read.
+// Reads a whole file. Returns false when it cannot be read.
 bool ReadTextFile(const std::string& path, std::string& text);
 
 }  // namespace bench
