@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "NmeaLog.h"
 #include "Tracks.h"
@@ -113,6 +114,29 @@ TEST(Nmea, SpeedToldLessOftenThanThePlaceIsRepeatedWhileTheFixLasts) {
   ASSERT_EQ(speeds.size(), 22U);
   EXPECT_EQ(speeds[20], 500);
   EXPECT_EQ(speeds[21], 0);
+}
+
+// Skipped where the logs are missing: beside the project, or in the directory MM_NMEA_LOGS.
+TEST(Nmea, OfRealReceiversIsUnderstood) {
+  constexpr struct {
+    const char* name;
+    std::size_t readings;
+    std::size_t fixes;
+    std::size_t skipped;  // sentences and lines
+  } kLogs[] = {{"bu353s4", 25, 25, 0}, {"bundg_zeus_9", 149, 149, 0}, {"haicom-305N", 74, 68, 0},
+               {"iTrek", 37, 35, 1},   {"motorola-t805", 25, 16, 0},  {"nmea-rtk", 122, 122, 0},
+               {"rx210", 62, 40, 0},   {"sirfstarv-nmea", 59, 59, 0}, {"telit-he910", 224, 187, 0}};
+  const char* variable = std::getenv("MM_NMEA_LOGS");
+  const std::string directory = variable != nullptr ? variable : REAL_TRACKS;
+  for (const auto& real : kLogs) {
+    NmeaLog log;
+    if (!ReadNmea(directory + "/" + real.name + ".log", log)) GTEST_SKIP() << "there is no " << real.name;
+    EXPECT_EQ(log.readings.size(), real.readings) << real.name;
+    EXPECT_EQ(log.Fixes(), real.fixes) << real.name;
+    const NmeaCounts& counts = log.counts;
+    EXPECT_EQ(counts.malformed + counts.badChecksum + counts.cutShort + counts.garbage, real.skipped)
+        << real.name;
+  }
 }
 
 }  // namespace

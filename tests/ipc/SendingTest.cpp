@@ -104,6 +104,24 @@ TEST_F(IpcTest, SlowMessagesShortenTheTurn) {
   }
 }
 
+TEST_F(IpcTest, TenFloodingPeersDelayOthersByOneTurnOfAll) {
+  std::vector<std::unique_ptr<Flooder>> flooders;
+  flooders.reserve(10);
+  for (int i = 0; i < 10; ++i) flooders.push_back(std::make_unique<Flooder>("Flooder" + std::to_string(i)));
+  const RawPeer quiet = RawPeer::To("Me", "Quiet");
+  ASSERT_EQ(quiet.Send(Packet(2, "hello")), 0);
+  while (Next(me_).sender != "Quiet") {
+  }
+  for (int round = 0; round < 20; ++round) {
+    for (const auto& flooder : flooders) flooder->Flood();
+    EXPECT_EQ(Next(me_).sender.substr(0, 7), "Flooder");
+    ASSERT_EQ(quiet.Send(Packet(2, "ping")), 0);
+    int others = 0;
+    while (Next(me_).sender != "Quiet") ++others;
+    EXPECT_LE(others, 2 * 10 * 16) << "what is left of their turn, and one";
+  }
+}
+
 // Copies are long work: whoever asks for how many, what others sent meanwhile comes before the next one.
 TEST_F(IpcTest, BetweenTwoCopiesEverybodyElseHasATurn) {
   constexpr unsigned int kCopy = 13490;
