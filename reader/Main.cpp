@@ -14,7 +14,7 @@ constexpr const char* kFooter =
     "Times are in UTC (ISO 8601) and in ticks, milliseconds since boot. Recordings are never changed.\n"
     "Exit status: 0 good, 1 a finding or a failure, 2 wrong usage. \"metadata COMMAND --help\" tells more.";
 
-// A word that stands where a command should; the parser would only say that a command is missing.
+// Names an unknown command word and lists the commands; CLI11 would only report a missing command.
 bool SaysUnknownCommand(const CLI::App* app, int argc, char** argv) {
   for (int i = 1; i < argc && argv[i][0] != '-'; ++i) {
     std::string names;
@@ -57,7 +57,7 @@ int RunCommandLine(int argc, char** argv) {
 }  // namespace reader
 
 int main(int argc, char** argv) {
-  // What its libraries log would stand between its own lines.
+  // Silences the libraries' log: it would mix with this program's output.
   LogClient::Instance().Level(0);
   try {
     return reader::RunCommandLine(argc, argv);

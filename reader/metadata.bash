@@ -1,4 +1,4 @@
-# Completion of the command line of metadata, for bash. The program itself tells what may follow.
+# Bash completion for metadata. The program itself lists the completions.
 # shellcheck shell=bash
 _metadata() {
   local IFS=$'\n' words

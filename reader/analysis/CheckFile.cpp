@@ -7,7 +7,7 @@
 namespace reader {
 namespace {
 
-// What SQLite itself says about pages, rows and types; the first of it.
+// Reports the first problem that SQLite's integrity check finds.
 void CheckIntegrity(Recording& file, Findings& findings) {
   Statement check;
   int rc = check.Prepare(file.Sql().Handle(), "PRAGMA main.integrity_check(1)");
@@ -33,14 +33,14 @@ void CheckFile(const std::string& path, const std::shared_ptr<Recording>& copy, 
                Findings& findings) {
   Recording own;
   std::string error;
-  if (copy == nullptr && !own.Open(path, error)) return;  // FindRuns has said so
+  if (copy == nullptr && !own.Open(path, error)) return;  // FindRuns has reported it
   Recording& file = copy != nullptr ? *copy : own;
   if (file.MissesWal())
     findings.Add(path, "wal",
                  "the file " + path + "-wal is missing; what was recorded last may be gone with it");
   CheckIntegrity(file, findings);
   const bool isLive = file.HowItIs() == Recording::Kind::kLive;
-  if (isLive) (void)file.Sql().Execute("BEGIN");  // one moment of it
+  if (isLive) (void)file.Sql().Execute("BEGIN");  // one consistent snapshot
   FileEnd end;
   end.lastSeq = file.Committed("last_seq", -1);
   end.lastTick = file.Committed("last_tick", -1);

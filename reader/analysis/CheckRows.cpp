@@ -23,7 +23,7 @@ bool FlagsAreFlags(const Row& row) {
   });
 }
 
-// What a value refers to.
+// A rule for the values of one table.
 struct Reference {
   const char* table;
   bool (*holds)(const Row& row);

@@ -8,14 +8,14 @@
 
 namespace reader {
 
-// Checks the records of one run in their order: that none is missing without a recorded loss, that ticks
-// do not go back, and that what they refer to is there.
+// Checks the records of one run: each missing record has a recorded loss, ticks do not go back, and values
+// are valid. Take expects the records in order.
 class CheckRows {
  public:
   CheckRows(const FileEnds& ends, Findings& findings) : ends_(ends), findings_(findings) {}
 
   void Take(const Row& row, const std::string& file);
-  // After the last one.
+  // Call after the last record.
   void End();
 
  private:
@@ -32,10 +32,10 @@ class CheckRows {
   std::int64_t seqBefore_ = 0;
   std::int64_t tickBefore_ = 0;
   bool ended_ = false;
-  bool isCopy_ = false;  // of a stretch: what is before and behind it is missing
+  bool isCopy_ = false;  // copy of part of a run: records before and after it are missing
   std::int64_t missing_ = 0;
   std::int64_t lost_ = 0;
-  std::string firstMissing_;  // and the file in which that shows
+  std::string firstMissing_;
   std::string fileOfMissing_;
 };
 

@@ -6,11 +6,11 @@
 
 namespace reader {
 
-// How far the vehicle drove, by all its fixes. A leap, a step that no vehicle drives (faster than 360 km/h,
-// and more than 50 m), is left out and counted.
+// Distance that the vehicle drove, from all its fixes. Leaps (more than 50 m at more than 360 km/h) are
+// counted apart and add nothing to the distance.
 class Driven {
  public:
-  // After each record that the follower has taken.
+  // Call after each record that the follower took.
   void Add(TrackFollower::Step step, const TrackFollower& follower, std::int64_t tick);
 
   double Metres() const { return metres_; }
@@ -27,7 +27,7 @@ class Driven {
   std::int64_t leaps_ = 0;
 };
 
-// Over the sphere, by the haversine formula.
+// Great-circle distance, by the haversine formula.
 double DistanceMetres(const GpsFix& from, const GpsFix& to);
 
 }  // namespace reader

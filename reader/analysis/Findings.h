@@ -7,20 +7,20 @@
 
 namespace reader {
 
-// What a check found: of each kind the first, and how many more.
+// Findings of a check. Keeps the first finding of each kind and place, and counts the others.
 class Findings {
  public:
-  // `where` is a file, or a file and a table. Findings with the same kind and place are counted.
+  // `where` is a file, or a file and a table.
   void Add(const std::string& where, const char* kind, const std::string& text);
   bool Empty() const { return found_.empty(); }
   std::size_t Count() const { return found_.size(); }
   struct Finding {
     std::string where;
     std::string text;
-    std::int64_t more = 0;  // of the same kind
+    std::int64_t more = 0;  // further findings of the same kind and place
   };
   const std::vector<Finding>& All() const { return found_; }
-  // One line each, in the order in which they were found.
+  // One line for each finding, in the order of the calls to Add.
   std::string Text() const;
 
  private:

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int64_t kFactor = 5;
 constexpr std::int64_t kLeastMs = 2000;
-constexpr std::int64_t kUnknownMs = 10'000;  // where too few records tell: receivers report every few seconds
+constexpr std::int64_t kUnknownMs = 10'000;  // limit while too few records are known
 constexpr std::size_t kEnough = 3;
 
 }  // namespace

@@ -8,25 +8,25 @@
 
 namespace reader {
 
-// Whether records like this one come at regular times as long as all is well. All others come on change, and
-// their last value holds.
+// Returns whether the row's table is recorded at regular intervals. Other tables are recorded on change:
+// their last value stays valid.
 bool IsPeriodic(const Row& row);
 
-// When the value of a source that reports at regular times no longer counts: its last record is older than
-// five times the usual distance of its records, and than 2 s.
+// Tells when the value of a periodic source has expired: its last record is older than 2 s and than five
+// times the median interval of its last records.
 class Freshness {
  public:
-  // Of every record that does not restate, in their order.
+  // Call for every record that is not restated, in order.
   void Add(std::int64_t tick);
-  // The age from which on the value does not count.
+  // Age at which the value expires.
   std::int64_t LimitMs() const;
-  // How long there has been no data; 0 while the value counts.
+  // Time since the last record; 0 while the value is valid.
   std::int64_t SilentMs(std::int64_t tick) const;
 
  private:
   static constexpr std::size_t kRemembered = 15;
 
-  std::array<std::int64_t, kRemembered> distancesMs_{};  // the last ones, as a ring
+  std::array<std::int64_t, kRemembered> distancesMs_{};  // ring buffer
   std::size_t count_ = 0;
   std::int64_t lastTick_ = 0;
   bool any_ = false;

@@ -66,7 +66,7 @@ std::vector<Gaps::Source> Gaps::UpTo(std::int64_t endMs) const {
 void Gaps::Write(const char* name, std::int64_t endMs, JsonWriter& json) const {
   json.Array(name);
   for (const Source& source : UpTo(endMs)) {
-    if (source.key.first == "speed") continue;  // comes with those of GPS and radar
+    if (source.key.first == "speed") continue;  // derived from GPS and radar, which are listed
     json.Object().Text("source", source.key.second);
     json.Number("usualMs", std::llround(source.usualMs));
     json.Number("count", source.count);

@@ -10,12 +10,12 @@ namespace reader {
 
 class JsonWriter;
 
-// When a source that reports at regular times did not: a gap is more than 2.5 times as long as its usual
-// distance.
+// Gaps of periodic sources. A gap is an interval between two records of at least 2.5 times the usual
+// interval.
 class Gaps {
  public:
   struct Gap {
-    std::int64_t fromMs;  // since the first tick of the run
+    std::int64_t fromMs;  // from the first tick of the run
     std::int64_t fromUtcMs;
     std::int64_t lengthMs;
   };
@@ -27,22 +27,23 @@ class Gaps {
     std::int64_t lastUtcMs = 0;
     std::int64_t count = 0;
     std::int64_t totalMs = 0;
-    std::vector<Gap> longest{};  // a heap, the shortest first
+    std::vector<Gap> longest{};  // heap with the shortest gap first
 
-    void Pass(std::int64_t ms, std::int64_t utcMs);  // a record, or the end
+    void Pass(std::int64_t ms, std::int64_t utcMs);  // a record, or the end of the run
   };
 
-  // `summary` is of the whole run.
+  // `summary` covers the whole run.
   explicit Gaps(const RunSummary& summary);
 
-  // Of every record, in their order.
+  // Call for every record that is not restated, in order.
   void Add(const Row& row, std::int64_t ms);
-  // The sources, each with its gaps in the order of time; up to `endMs` there were no more records.
+  // All sources with their gaps in order of time. The silence from the last record to `endMs` may be a gap,
+  // too.
   std::vector<Source> UpTo(std::int64_t endMs) const;
-  // An array of them, each with "source", "usualMs", how many gaps there are ("count"), how long together
-  // ("totalMs") and the longest of them, in their order ("gaps": [from, length]).
+  // Writes an array of sources: "source", "usualMs", "count" and "totalMs" of all gaps, and "gaps", the
+  // longest ones as [from, length] in order of time.
   void Write(const char* name, std::int64_t endMs, JsonWriter& json) const;
-  // Longer than this without a record is a gap of the source; 0 where that is not known.
+  // Shortest gap of a source; 0 if its usual interval is unknown.
   double GapMs(const std::string& table, const std::string& source) const;
 
  private:
@@ -51,7 +52,7 @@ class Gaps {
   std::vector<Source> sources_;
 };
 
-// Of a whole run, read for it.
+// Reads a whole run and returns its gaps.
 std::vector<Gaps::Source> FindGaps(const Run& run, const RunSummary& summary, Messages& messages);
 
 }  // namespace reader

@@ -6,16 +6,15 @@
 
 namespace reader {
 
-// The usual distance between the records of a source that reports at regular times. Memory does not depend on
-// their number.
+// The median interval between the records of a periodic source, from a histogram of fixed size.
 class Intervals {
  public:
   void Add(std::int64_t tick);
-  // 0 where there are too few to say.
+  // 0 if there are too few records.
   double UsualMs() const;
 
  private:
-  // Four buckets for each doubling.
+  // Each doubling of the interval has four buckets.
   static constexpr std::size_t kBuckets = 160;
   struct Bucket {
     std::int64_t count = 0;

@@ -20,7 +20,7 @@ bool Contains(const Names& names, std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-// The values from the field `first` on.
+// The values of the fields from index `first` on.
 std::string ValuesOf(const Row& row, std::size_t first) {
   std::string text;
   for (const Field& field : row.fields.subspan(std::min(first, row.fields.size()))) {

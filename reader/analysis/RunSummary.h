@@ -12,16 +12,16 @@
 
 namespace reader {
 
-// The records of one source in one table; those that restate are not counted.
+// The records of one source in one table, without restated records.
 struct SourceSummary {
   std::int64_t records = 0;
   std::int64_t firstUtcMs = kNoUtc;
   std::int64_t lastUtcMs = kNoUtc;
-  bool periodic = false;  // reports at regular times as long as all is well
+  bool periodic = false;  // recorded at regular intervals
   Intervals intervals;
 };
 
-// Records that the recorder lost and recorded as lost.
+// A recorded loss of records.
 struct Loss {
   std::int64_t count = 0;
   std::string table;
@@ -29,21 +29,21 @@ struct Loss {
   std::int64_t toTick = 0;
 };
 
-// What one run is about.
+// Summary of one run.
 struct RunSummary {
   using Source = std::pair<std::string, std::string>;  // table, source
 
   std::int64_t records = 0;
   std::int64_t firstTick = 0;
   std::int64_t lastTick = 0;
-  std::int64_t endMs = 0;  // the latest time of an event, from the first tick
+  std::int64_t endMs = 0;  // latest event, from the first tick
   std::int64_t firstUtcMs = kNoUtc;
   std::int64_t lastUtcMs = kNoUtc;
   bool cleanEnd = false;
-  bool isCopy = false;        // a stretch of a run, made on request
-  std::vector<Source> order;  // in which the sources came
+  bool isCopy = false;        // a copy of part of a run
+  std::vector<Source> order;  // sources in order of their first record
   std::map<Source, SourceSummary> sources;
-  std::vector<std::pair<std::string, std::string>> facts;  // of device, vehicle, software: name, last value
+  std::vector<std::pair<std::string, std::string>> facts;  // name and last value, such as the serial
   std::vector<Loss> losses;
   std::int64_t lost = 0;
   Driven driven;
@@ -51,7 +51,7 @@ struct RunSummary {
   std::int64_t DurationMs() const { return lastTick - firstTick; }
 };
 
-// For people.
+// Text for people.
 std::string LossText(const Loss& loss);
 const char* HowItEnded(const Run& run, const RunSummary& summary);
 

@@ -22,7 +22,7 @@ TrackFollower::Step TrackFollower::Take(const Row& row, const GpsReading& readin
   known_ = true;
   last_ = reading.fix;
   lastTick_ = tick_;
-  // Where a file begins anew it tells the last position again.
+  // A restated record repeats the last position, so the vehicle has not moved.
   if (row.event == EventKind::kRestated) return Step::kNone;
   broken_ = false;
   return begins ? Step::kBegin : Step::kOn;

@@ -5,29 +5,29 @@
 
 namespace reader {
 
-// The way of the vehicle, as the records of gps, gps_state and bookmark tell it one after the other.
+// Follows the vehicle's track through the records of gps, gps_state and bookmark, taken in order.
 class TrackFollower {
  public:
   enum class Step {
     kNone,
-    kBegin,  // a position; how the vehicle came there is not known
-    kOn,     // the next position
+    kBegin,  // first position after a break
+    kOn,     // next position of the same track
     kBookmark,
   };
 
   Step Take(const Row& row) { return Take(row, ReadGps(row)); }
-  // The same where the record is decoded already.
+  // Same, for a record that is already decoded.
   Step Take(const Row& row, const GpsReading& reading);
-  // The way is not known from here to the next position.
+  // Breaks the track: the next position begins a new one.
   void Break() { broken_ = true; }
 
-  // Where the vehicle was last in this run; null before that is known.
+  // Last position in this run; null before the first one.
   const GpsFix* Last() const { return known_ ? &last_ : nullptr; }
-  // How old that is at the record taken last, which may be a little before it.
+  // Age of that position at the last record; slightly negative when sender ticks are out of order.
   std::int64_t AgeMs() const { return tick_ - lastTick_; }
-  // How long nothing was heard of the receiver at the record taken last; 0 while the position counts.
+  // Time without GPS records, at the last record; 0 while the position is valid.
   std::int64_t SilentMs() const { return freshness_.SilentMs(tick_); }
-  // How many of them there were in all runs; so "bookmark:2" is told from others.
+  // Number of bookmarks so far, in all runs; numbers bookmarks as "bookmark:2" does.
   int Bookmarks() const { return bookmarks_; }
 
  private:

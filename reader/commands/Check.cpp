@@ -64,7 +64,7 @@ void WriteJson(const Findings& findings, const Counts& counts, std::string& out)
 
 int Check(const CheckOptions& options) {
   Findings findings;
-  // Problems begin with the file's name.
+  // The text of a problem begins with the file name.
   Messages messages([&findings](const std::string& text) {
     const std::size_t colon = std::min(text.find(": "), text.size());
     findings.Add(text.substr(0, colon), text.c_str(), text.substr(std::min(colon + 2, text.size())));

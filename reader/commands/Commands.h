@@ -16,26 +16,26 @@ namespace reader {
 
 enum ExitStatus { kGood = 0, kFinding = 1, kUsage = 2 };
 
-// What runs a command, with the options that were given; the exit status.
+// Runs a command with its parsed options and returns the exit status.
 using Action = std::function<int()>;
 
-// A sub-command. `declare` adds its options to the command line and returns its action; what the options
-// fill lives in the action.
+// A sub-command. `declare` adds its options to the command line and returns its action, which owns the option
+// values.
 struct Command {
   const char* name;
   const char* summary;
   Action (*declare)(CLI::App& app);
 };
 
-// All of them, in the order of the help. A new one is a row here and a declare function.
+// All commands, in the order of the help. A new command needs a row here and a declare function.
 std::span<const Command> Commands();
 
-// The recordings that a command is to read. Default: the directory in which this machine's are.
+// The recordings that a command reads. Default: RecordingsOfThisMachine.
 struct Recordings {
   std::vector<std::string> given;
 
   std::vector<std::string> Paths() const;
-  // The files, joined to runs. What is not as it should be is said.
+  // Finds the files and joins them to runs. Reports problems.
   std::vector<Run> Find(Messages& messages) const;
 };
 void AddRecordings(CLI::App& app, Recordings& recordings);

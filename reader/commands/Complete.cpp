@@ -8,12 +8,12 @@
 
 namespace reader {
 
-// What may follow on the command line, for metadata.bash.
+// Lists completions of a command line for metadata.bash.
 namespace {
 
 using Words = std::vector<std::string>;
 
-// The command in which the words end.
+// The command named by the words before the last one.
 const CLI::App* CommandOf(const CLI::App& root, const Words& words) {
   const CLI::App* command = &root;
   for (std::size_t i = 0; i + 1 < words.size(); ++i) {
@@ -24,7 +24,7 @@ const CLI::App* CommandOf(const CLI::App& root, const Words& words) {
   return command;
 }
 
-// "TEXT:{text,csv,jsonl}"
+// Values of an option type such as "TEXT:{text,csv,jsonl}".
 Words ValuesOf(const std::string& type) {
   if (type == "T") return EventNames();
   if (type == "SOURCES") return SelectionWords();
@@ -34,7 +34,7 @@ Words ValuesOf(const std::string& type) {
   return CLI::detail::split(type.substr(begin + 1, end - begin - 1), ',');
 }
 
-// Commands, and options where one is begun; files are the shell's.
+// Lists the sub-commands, and the options if requested. The shell completes file names.
 Words NamesIn(const CLI::App& command, bool wantsOptions) {
   Words words;
   for (const CLI::App* sub : command.get_subcommands([](const CLI::App*) { return true; })) {
@@ -47,7 +47,7 @@ Words NamesIn(const CLI::App& command, bool wantsOptions) {
   return words;
 }
 
-// The option whose value the last word is.
+// The option that takes the last word as its value; null if there is none.
 const CLI::Option* OptionOf(const CLI::App& command, const Words& words) {
   if (words.size() < 2) return nullptr;
   const CLI::Option* option = command.get_option_no_throw(words[words.size() - 2]);
@@ -57,7 +57,7 @@ const CLI::Option* OptionOf(const CLI::App& command, const Words& words) {
 }
 
 int Complete(const CLI::App& root, Words words) {
-  words.erase(std::remove(words.begin(), words.end(), "="), words.end());  // --format=csv is three words
+  words.erase(std::remove(words.begin(), words.end(), "="), words.end());  // bash splits at "="
   const CLI::App* command = CommandOf(root, words);
   const CLI::Option* option = OptionOf(*command, words);
   const std::string last = words.empty() ? "" : words.back();

@@ -4,7 +4,7 @@
 
 namespace reader {
 
-// The declare functions of all commands; each stands in the source of its command.
+// The declare functions of all commands, each defined in its command's source.
 Action DeclareInfo(CLI::App& app);
 Action DeclareDump(CLI::App& app);
 Action DeclareExport(CLI::App& app);

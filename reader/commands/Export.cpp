@@ -23,7 +23,7 @@ struct ExportOptions {
 
 using Formats = std::vector<std::unique_ptr<RowFormat>>;
 
-// What a format is made of; null sources: those that were asked for.
+// An export format. Null `sources`: those of the option --source.
 struct ExportFormat {
   const char* name;
   const char* sources;

@@ -26,7 +26,7 @@ struct FollowOptions {
   FormatOption format;
 };
 
-// When a recording was written to last, and how long it is.
+// Detects changes of a recording and its WAL by inode, size and modification time.
 class Changes {
  public:
   bool Seen(const std::string& path) {
@@ -48,8 +48,7 @@ class Changes {
   std::array<std::int64_t, 8> last_{};
 };
 
-// Follows the newest recording. It is open only while it is read, so that nobody is held up by one who
-// waits.
+// Follows the newest recording. Opens it only while reading, so that waiting never holds up the writer.
 class Follower {
  public:
   Follower(const FollowOptions& options, Output& out)
@@ -57,7 +56,7 @@ class Follower {
         format_(MakeRowFormat(options.format.Name(), options.source.Selected())),
         out_(out) {}
 
-  // From the last record that is there; there may be none yet.
+  // Starts after the last record; there may be no record yet.
   bool Begin(Messages& messages) {
     for (const std::string& path : options_.recordings.Paths()) {
       if (!std::filesystem::exists(path)) messages.Problem(path + ": no such file or directory");
@@ -73,7 +72,7 @@ class Follower {
     return true;
   }
 
-  // What has come since the last look, in the file followed and in those that came behind it.
+  // Reads the new records of the current file and of the files after it.
   void Look() {
     const std::vector<std::string> files = FindFiles(options_.recordings.Paths(), quiet_);
     if (changes_.Seen(path_)) Read();
@@ -83,7 +82,7 @@ class Follower {
   }
 
  private:
-  // False as long as there is nothing in it.
+  // Returns false while the file has no records.
   bool GoTo(const std::string& path) {
     const std::vector<Run> runs = FindRuns({path}, quiet_);
     if (runs.empty()) return false;
@@ -96,7 +95,7 @@ class Follower {
   void Read() {
     if (path_.empty()) return;
     RecordReader reader(path_, {options_.source.Selected(), format_->WantsText(), lastSeq_}, quiet_);
-    if (!reader.Open()) {  // its writer may just be closing it
+    if (!reader.Open()) {  // the writer may be closing it
       changes_.Forget();
       return;
     }
@@ -110,14 +109,14 @@ class Follower {
   const FollowOptions& options_;
   std::unique_ptr<RowFormat> format_;
   Output& out_;
-  Messages quiet_{[](const std::string&) {}};  // a file that is just being begun is no problem
+  Messages quiet_{[](const std::string&) {}};  // a file that is being created is no problem
   Changes changes_;
   std::string path_;
   int run_ = 0;
   std::int64_t lastSeq_ = -1;
 };
 
-// Nobody reads the output any more.
+// Waits for kLookMs. Returns true if the reader of the output is gone.
 bool Unread() {
   pollfd out{STDOUT_FILENO, 0, 0};
   return poll(&out, 1, kLookMs) > 0 && (out.revents & (POLLERR | POLLHUP)) != 0;

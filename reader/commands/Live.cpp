@@ -15,7 +15,7 @@ namespace {
 
 using Fields = MetadataSharedMemReader::Fields;
 
-// Values of the record, by their offsets.
+// Reads values of the shared record by offset.
 struct Record {
   const Fields& fields;
 
@@ -93,7 +93,7 @@ struct LiveOptions {
   double everySeconds = 0.5;
 };
 
-// On a terminal each picture is drawn over the last one.
+// On a terminal, repaints in place.
 int Live(const LiveOptions& options) {
   MetadataSharedMemReader reader;
   if (const int error = reader.Attach(); error != 0) {

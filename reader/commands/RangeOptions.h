@@ -10,13 +10,13 @@
 
 namespace reader {
 
-// Options that several commands have.
+// Options shared by several commands.
 
 // --source
 class SourceOption {
  public:
   void Declare(CLI::App& app);
-  // Null for everything.
+  // Null selects everything.
   const Selection* Selected() const { return selection_ ? &*selection_ : nullptr; }
 
  private:
@@ -27,7 +27,7 @@ class SourceOption {
 class RangeOptions {
  public:
   void Declare(CLI::App& app);
-  // False, after a problem was said, when there is no such event.
+  // Reports a problem and returns false if the range cannot be resolved.
   bool Find(const std::vector<Run>& runs, Range& range, Messages& messages) const;
 
  private:
@@ -35,7 +35,7 @@ class RangeOptions {
   std::optional<Instant> to_;
 };
 
-// --format of rows
+// --format text, csv or jsonl
 class FormatOption {
  public:
   void Declare(CLI::App& app);
@@ -46,7 +46,7 @@ class FormatOption {
   std::string name_ = "text";
 };
 
-// An option that takes an instant.
+// Adds an option that takes an instant.
 CLI::Option* AddInstant(CLI::App& app, const std::string& name, std::optional<Instant>& instant,
                         const std::string& help);
 

@@ -20,7 +20,7 @@ struct ReportOptions {
   std::string out;
 };
 
-// What is embedded must not end the element in which it stands.
+// Escapes "<", so that data cannot end the script element that holds it.
 void AppendEmbedded(const std::string& json, std::string& out) {
   for (const char c : json) {
     if (c == '<') {
@@ -31,7 +31,7 @@ void AppendEmbedded(const std::string& json, std::string& out) {
   }
 }
 
-// The runs of which there is something to show, one after the other.
+// Writes the runs that have something to show.
 class RunsWriter {
  public:
   RunsWriter(const ReportOptions& options, const Range& range, const Videos& videos, Messages& messages)

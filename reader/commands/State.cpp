@@ -22,21 +22,21 @@ struct StateOptions {
   bool json = false;
 };
 
-// The last that a source said.
+// The last value of a source.
 struct Value {
   std::string text;
   std::int64_t ageMs = 0;
-  bool older = false;  // only known from its restating
+  bool older = false;  // known only from a restated record: at least this old
   bool isPeriodic = false;
   Freshness freshness;
 };
 
-// The values at an instant, of the run in which it lies or, where it lies between two, of the one before.
+// The values at an instant. Between two runs, the values at the end of the earlier run.
 class Snapshot {
  public:
   explicit Snapshot(const Position& at) : at_(at) {}
 
-  // False when nothing of interest can follow.
+  // Returns false when later rows cannot matter.
   bool Take(const Row& row) {
     const std::int64_t ageMs = at_.AgeMs(row);
     const bool behind = at_.Compare(row) > 0;
@@ -57,7 +57,7 @@ class Snapshot {
   }
 
   bool Empty() const { return values_.empty(); }
-  // Whether the run goes on behind the instant.
+  // Whether anything is recorded after the instant.
   bool WithinRun() const { return behind_ || isWithin_ || at_.by == Position::By::kSeq; }
 
   void Print(std::string& out) const {
@@ -95,7 +95,7 @@ class Snapshot {
   }
 
  private:
-  // The instant is behind the last record of its run.
+  // Handles the first row of the next run: the instant is after all earlier rows.
   bool EnterNext(const Row& row, std::int64_t ageMs) {
     if (!behind_ && run_ != 0 && row.run == run_ + 1 && at_.by == Position::By::kUtc) nextInMs_ = -ageMs;
     isWithin_ = run_ != 0;
@@ -126,7 +126,8 @@ class Snapshot {
     return "no data for " + DurationText(value.ageMs) + ", the last was: " + value.text;
   }
 
-  // Whether the row can tell it. The senders' times differ from those by which rows are counted.
+  // Whether the instant's UTC can be taken from this row. With an instant by arrival tick, UTC from a sender
+  // tick would be off.
   bool UtcOfInstant(const Row& row) const {
     if (row.utcMs == kNoUtc) return false;
     switch (at_.by) {
@@ -140,7 +141,7 @@ class Snapshot {
     return false;
   }
 
-  // Records stand in the order of their arrival; the senders' times differ from it by up to this.
+  // Records are in order of arrival; their UTC may be out of order by this much.
   static constexpr std::int64_t kDisorderMs = 60'000;
   using Key = std::pair<std::string, std::string>;  // table, source
 
@@ -148,8 +149,8 @@ class Snapshot {
   int run_ = 0;
   bool behind_ = false;
   bool isWithin_ = false;
-  std::int64_t lastAgeMs_ = 0;  // of the last record before the instant
-  std::int64_t nextInMs_ = 0;   // until the next run, where the instant lies between two
+  std::int64_t lastAgeMs_ = 0;  // age of the last record before the instant
+  std::int64_t nextInMs_ = 0;   // time to the next run, if the instant is between two runs
   std::int64_t utcMs_ = kNoUtc;
   std::vector<Key> order_;
   std::map<Key, Value> values_;

@@ -16,7 +16,7 @@ bool IsFile(const std::string& name) {
   return fs::is_regular_file(name, error);
 }
 
-// "1.5", "-2"
+// Reads an offset in seconds: "1.5", "-2".
 std::optional<std::int64_t> ReadOffsetMs(std::string_view text) {
   if (text.starts_with('+')) text.remove_prefix(1);
   double seconds = 0;
@@ -26,7 +26,7 @@ std::optional<std::int64_t> ReadOffsetMs(std::string_view text) {
   return std::llround(1000 * seconds);
 }
 
-// A file name may contain '=', so a name that exists as a whole has no offset.
+// A file name may contain '=': if the whole text names a file, there is no offset.
 std::optional<Video> ReadVideo(const std::string& given, Messages& messages) {
   if (IsFile(given)) return Video{given, 0};
   const std::size_t at = given.rfind('=');

@@ -15,8 +15,8 @@ class VideoOption {
  public:
   void Declare(CLI::App& app);
   bool Any() const { return !given_.empty(); }
-  // The videos as a page refers to them that is written to the file `page` (empty or "-": to the current
-  // directory). Nothing, after a problem was said, if a video does not exist or an offset is no number.
+  // Returns the videos with paths relative to the directory of the file `page` (empty or "-": the current
+  // directory). Reports a problem and returns nothing if a video does not exist or an offset is not a number.
   std::optional<Videos> Find(const std::string& page, Messages& messages) const;
 
  private:

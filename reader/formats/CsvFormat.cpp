@@ -57,7 +57,7 @@ class CsvFormat : public RowFormat {
  private:
   using Places = std::vector<std::pair<std::size_t, std::size_t>>;  // column, field
 
-  // Where the fields of a table go.
+  // The CSV column of each field of the row's table.
   const Places& PlacesOf(const Row& row) {
     const auto known = places_.find(row.table);
     if (known != places_.end()) return known->second;

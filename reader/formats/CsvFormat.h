@@ -6,8 +6,8 @@
 
 namespace reader {
 
-// A null selection selects everything. `forSpreadsheets`: a text that a spreadsheet would take for a formula
-// (it begins with = + - @, a tab or a carriage return) gets an apostrophe before it.
+// A null selection selects everything. `forSpreadsheets` puts an apostrophe before texts that a spreadsheet
+// would run as a formula (they begin with = + - @, a tab or a carriage return).
 std::unique_ptr<RowFormat> MakeCsvFormat(const Selection* selection, bool forSpreadsheets);
 
 }  // namespace reader

@@ -7,7 +7,7 @@
 namespace reader {
 namespace {
 
-// RFC 7946, 3.1.9: no line crosses the 180th meridian.
+// RFC 7946, 3.1.9: a line must not cross the 180th meridian.
 bool CrossesAntimeridian(const GpsFix& from, const GpsFix& to) {
   return std::abs(from.Longitude() - to.Longitude()) > 180;
 }
@@ -105,7 +105,7 @@ void GeoJson::AddValue(bool known, std::int64_t tenths, std::string& list) const
 
 void GeoJson::FinishLine(std::string& out) {
   if (positions_ == 0) return;
-  // A line has two positions at least.
+  // A LineString needs two positions, so a single one becomes a Point.
   BeginFeature(positions_ == 1 ? R"({"type":"Point","coordinates":)" + coordinates_ + "}"
                                : R"({"type":"LineString","coordinates":[)" + coordinates_ + "]}",
                out);

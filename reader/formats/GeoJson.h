@@ -8,7 +8,7 @@ namespace reader {
 
 constexpr const char* kGeoJsonSources = "gps,bookmark";
 
-// GeoJSON (RFC 7946): a line for each stretch with a fix, a point for each bookmark.
+// GeoJSON (RFC 7946): a line for each part of a run with a fix, a point for each bookmark.
 class GeoJson : public RowFormat {
  public:
   void Begin(std::string& out) override;
@@ -17,7 +17,7 @@ class GeoJson : public RowFormat {
   void End(std::string& out) override;
 
  private:
-  // Lines are cut here, so memory does not grow with their length.
+  // Longer lines are split, which limits memory.
   static constexpr int kMostPositions = 10'000;
 
   void BeginFeature(const std::string& geometry, std::string& out);
@@ -30,7 +30,7 @@ class GeoJson : public RowFormat {
   UtcWriter utc_;
   bool any_ = false;
   int run_ = 0;
-  // Of the line that is gathered, lists without brackets.
+  // The current line: its positions, and JSON lists without brackets.
   int positions_ = 0;
   GpsFix last_;
   std::string coordinates_;

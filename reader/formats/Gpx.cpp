@@ -15,9 +15,9 @@ constexpr const char* kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
 
 constexpr std::int64_t kOldPositionMs = 2000;
 
-// lat="42.3600000" lon="-71.0600000", ele and time
+// Appends the attributes lat and lon, and the elements ele and time.
 void AppendPlace(const GpsFix& fix, std::int64_t utcMs, UtcWriter& utc, std::string& out) {
-  constexpr std::int64_t kLongitude180 = std::int64_t{180} * 600'000;  // not allowed, the same in the west is
+  constexpr std::int64_t kLongitude180 = std::int64_t{180} * 600'000;  // GPX allows only -180
   const bool isLast = fix.longitudeE4min == kLongitude180;
   out += " lat=\"";
   AppendDecimal(fix.Latitude(), 7, out);
@@ -48,7 +48,7 @@ void AppendQuality(const GpsFix& fix, std::string& out) {
   out += "</sat>";
 }
 
-// In m/s and degrees. A course is less than 360.
+// GPX wants m/s, and degrees below 360.
 void AppendMotion(const GpsFix& fix, std::string& out) {
   out += "<extensions><gpxtpx:TrackPointExtension><gpxtpx:speed>";
   AppendDecimal(static_cast<double>(fix.speedDeciKmh) / 36, 2, out);

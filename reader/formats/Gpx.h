@@ -7,11 +7,11 @@
 
 namespace reader {
 
-// GPX 1.1. All waypoints stand before all tracks, so they are two forms, written one after the other.
+// GPX 1.1. All waypoints must precede all tracks, so two formats write the file one after the other.
 
 constexpr const char* kGpxSources = "gps,bookmark";
 
-// The beginning of the file, and each bookmark as a waypoint.
+// Writes the start of the file, and each bookmark as a waypoint.
 class GpxWaypoints : public RowFormat {
  public:
   explicit GpxWaypoints(Messages& messages) : messages_(messages) {}
@@ -24,7 +24,7 @@ class GpxWaypoints : public RowFormat {
   TrackFollower track_;
 };
 
-// Each run as a track, with a segment for each stretch with a fix, and the end of the file.
+// Writes each run as a track with a segment for each part with a fix, and the end of the file.
 class GpxTracks : public RowFormat {
  public:
   void Append(const Row& row, std::string& out) override;

@@ -9,20 +9,20 @@
 
 namespace reader {
 
-// A form in which records are written.
+// An output format for records.
 class RowFormat {
  public:
   virtual ~RowFormat() = default;
   virtual bool WantsText() const { return false; }
   virtual void Begin(std::string& /*out*/) {}
   virtual void Append(const Row& row, std::string& out) = 0;
-  // A record that is not to be written, in its order.
+  // Takes a record that is not written, in order with the others.
   virtual void Skip(const Row& /*row*/) {}
   virtual void End(std::string& /*out*/) {}
 };
 
-// "text", "csv" or "jsonl". The columns of CSV are those of the tables in which what is selected may
-// stand; a null selection selects everything.
+// `name` is "text", "csv" or "jsonl". CSV gets the columns of all tables that may hold selected records. A
+// null selection selects everything.
 std::unique_ptr<RowFormat> MakeRowFormat(const std::string& name, const Selection* selection);
 
 }  // namespace reader

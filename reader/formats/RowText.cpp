@@ -5,7 +5,7 @@
 namespace reader {
 namespace {
 
-// A column that a numbered source measures; the format's text has its bare number.
+// Measured columns of numbered sources: the format's text has the number without label and unit.
 bool IsMeasured(const store::Column& column) {
   return column.chart != store::Chart::kNone && *column.unit != '\0';
 }

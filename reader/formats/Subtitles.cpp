@@ -22,7 +22,8 @@ std::string NoData(const std::string& source, std::int64_t ms) {
 void Subtitles::Append(const Row& row, std::string& out) {
   if (!Enter(row)) return;
   writing_ = true;
-  // What changes at the beginning of a second is known then, a bookmark of that instant is in it.
+  // A change at the very start of a second shows in that second's cue. A bookmark at that instant belongs to
+  // that second's cue, too, so the cue begins first.
   const int inclusive = row.table == "bookmark" ? 1 : 0;
   if (begun_) Advance(EventTick(row) - beginTick_ + inclusive, out);
   Take(row);
@@ -35,7 +36,7 @@ void Subtitles::Skip(const Row& row) {
   Take(row);
 }
 
-// False when the run of the video is over.
+// Returns false after the end of the video's run.
 bool Subtitles::Enter(const Row& row) {
   if (row.run != run_) {
     over_ = over_ || begun_;
@@ -63,7 +64,7 @@ void Subtitles::FindBegin(const Row& row) {
   beginTick_ = begin_.by == Position::By::kTick ? begin_.value : EventTick(row) + begin_.AgeMs(row);
 }
 
-// Ends the cues that are over at a time of the video and begins the ones that follow.
+// Writes the cues that ended before `ms` of the video, and begins the next one.
 void Subtitles::Advance(std::int64_t ms, std::string& out) {
   while (ms > nextCue_ * kCueMs && nextCue_ <= kLastCue) {
     FinishCue(out);

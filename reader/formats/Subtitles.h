@@ -15,17 +15,18 @@ namespace reader {
 constexpr const char* kSubtitleSources =
     "gps,speed-radar,radar,inputs,recording,covert,crash,bookmark,clock,run";
 
-// SubRip subtitles for a video: what was known at each of its seconds, and the bookmarks set in it.
+// SubRip subtitles for a video: one cue for each second, with the values at its start and the bookmarks set
+// in it.
 class Subtitles : public RowFormat {
  public:
-  // Where the video begins.
+  // `begin` is the start of the video.
   explicit Subtitles(const Position& begin) : begin_(begin) {}
   void Append(const Row& row, std::string& out) override;
   void Skip(const Row& row) override;
   void End(std::string& out) override;
 
  private:
-  // A cue's time has two digits for the hours.
+  // SubRip times have two digits for hours.
   static constexpr std::int64_t kLastCue = 100 * 3600 - 2;
   static constexpr std::int64_t kCueMs = 1000;
 
@@ -47,9 +48,9 @@ class Subtitles : public RowFormat {
   bool writing_ = false;
   bool over_ = false;
   std::int64_t beginTick_ = 0;
-  std::int64_t utcOffsetMs_ = kNoUtc;  // of the ticks
+  std::int64_t utcOffsetMs_ = kNoUtc;  // UTC minus tick
 
-  // What is known now.
+  // The current values.
   bool known_ = false;
   bool hasFix_ = false;
   GpsFix fix_;
@@ -58,10 +59,10 @@ class Subtitles : public RowFormat {
     std::string reading;
     Freshness freshness;
   };
-  std::map<std::string, Radar> radars_;  // by source; without those that have no reading
-  std::vector<std::string> active_;      // in the order in which they became so
+  std::map<std::string, Radar> radars_;  // by source, without invalid ones
+  std::vector<std::string> active_;      // active signals, the oldest first
 
-  // The cue that is under way.
+  // The current cue.
   std::int64_t nextCue_ = 0;
   std::string cue_;
   std::string bookmarksText_;

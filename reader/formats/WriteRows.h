@@ -9,8 +9,8 @@
 
 namespace reader {
 
-// Writes the records of a range of runs; the formats one after the other, each of them through all
-// records. A null selection selects everything. `beside` as Progress. False when it could not be written.
+// Writes the records of `range` in each of the formats, one format after the other. A null selection selects
+// everything. `beside` as in Progress. Returns false if a write failed.
 bool WriteRows(const std::vector<Run>& runs, const Range& range, const Selection* selection,
                const std::vector<std::unique_ptr<RowFormat>>& formats, bool beside, Output& out,
                Messages& messages);

@@ -13,11 +13,11 @@ namespace {
 
 constexpr std::array kHeader{"seq", "tick", "sender_tick", "event"};
 
-// A recording has some dozens of tables, a planted file may have any number.
+// A recording has some dozens of tables; a hostile file may have any number.
 constexpr std::size_t kMostTables = 200;
 constexpr std::size_t kMostColumns = 200;
 
-// Names that stand for something else in every row.
+// Field names that every row has.
 constexpr std::array kRowNames{"run",      "seq",   "tick",   "sender_tick", "utc",
                                "utc_from", "event", "source", "table"};
 
@@ -27,7 +27,7 @@ const store::Table* FindKnown(std::string_view name) {
   return found == store::kTables.end() ? nullptr : found;
 }
 
-// A table whose source could not be told, since its first column is another one, counts as unknown.
+// A table with numbered sources whose first column is not the source number counts as unknown.
 void TakeMeaning(RecordTable& table) {
   table.known = FindKnown(table.name);
   if (!table.IsNumbered()) return;
@@ -36,7 +36,7 @@ void TakeMeaning(RecordTable& table) {
   if (!hasKey) table.known = nullptr;
 }
 
-// False for a table that is none of records.
+// Returns false if the table does not hold records.
 bool ReadTable(Connection& connection, RecordTable& table) {
   Statement columns;
   if (columns.Prepare(connection.Handle(), "SELECT name, type FROM pragma_table_info(?1) ORDER BY cid") !=
@@ -64,7 +64,7 @@ bool HasColumn(const RecordTable& table, const std::string& name) {
                      [&name](const RecordColumn& column) { return column.name == name; });
 }
 
-// What `one` has and `other` lacks.
+// Appends the tables and columns that `one` has and `other` lacks.
 void AppendMissing(const Catalogue& one, const Catalogue& other, const char* how,
                    std::vector<std::string>& differences) {
   for (const RecordTable& table : one.tables) {
@@ -94,7 +94,7 @@ const RecordTable* Catalogue::Find(const std::string& table) const {
   return found == tables.end() ? nullptr : &*found;
 }
 
-// A virtual table has no root page: reading it would run code of its module.
+// Skips virtual tables (root page 0): reading one would run its module's code.
 bool ReadCatalogue(Connection& connection, Catalogue& catalogue) {
   Statement names;
   const int rc = names.Prepare(connection.Handle(),

@@ -9,28 +9,28 @@ namespace reader {
 
 class Connection;
 
-// Which tables of records a recording file has. What a known table means stands in the store's format; a
-// table that the format does not know is shown column by column. Names come from the file: they are
-// quoted before they become SQL, and made printable before they are shown.
+// The record tables of a recording file. The store's format describes the known tables; unknown tables are
+// shown column by column. Names come from the file, so they are quoted in SQL and made printable before they
+// are shown.
 
 struct RecordColumn {
   std::string name;
   bool isText = false;
 };
 
-// One table of records: what follows its sequence number, ticks and event.
+// One record table. `columns` are those after sequence number, ticks and event.
 struct RecordTable {
   std::string name;
   std::vector<RecordColumn> columns;
-  // What the format says of it; null for a table that it does not know.
+  // The table's description in the format; null for an unknown table.
   const store::Table* known = nullptr;
 
-  // Whether the first column tells one source from another.
+  // Whether the first column is the number of the source.
   bool IsNumbered() const { return known != nullptr && known->HasNumberedSources(); }
 };
 
-// Under which name a row has the table's column number `column`: the column's own, with the table
-// before it where it would be one of every row ("speed_source").
+// The field name of a column: the column's name, prefixed with the table where every row already has a field
+// of that name ("speed_source").
 std::string FieldName(const RecordTable& table, std::size_t column);
 
 struct Catalogue {
@@ -40,14 +40,14 @@ struct Catalogue {
   const RecordTable* Find(const std::string& table) const;
 };
 
-// False when the file's schema cannot be read.
+// Returns false if the file's schema cannot be read.
 bool ReadCatalogue(Connection& connection, Catalogue& catalogue);
 
-// The schema that the store makes today.
+// The schema that the store writes now.
 const Catalogue& CurrentCatalogue();
 
-// What a file lacks of the current schema, and what it has beside it: "no table loss", "no column
-// gps.valid", "unknown table x". Empty when they are the same.
+// Differences from the current schema: "no table loss", "no column gps.valid", "unknown table x". Empty if
+// there are none.
 std::vector<std::string> Differences(const Catalogue& catalogue);
 
 }  // namespace reader

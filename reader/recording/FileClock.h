@@ -12,11 +12,11 @@ class Connection;
 // UTC of the records of one file, as docs/store.md defines it.
 class FileClock {
  public:
-  // Reads the file's clock records; without them there is no UTC.
+  // Reads the file's clock records. Without clock records, rows have no UTC.
   void Read(Connection& connection);
-  // Sets the UTC of a row whose other times are known. Quick for rows in their order.
+  // Sets the UTC of a row whose ticks are filled in. Fast for rows in order.
   void Tell(Row& row);
-  // Milliseconds to add to the arrival tick of a record to have UTC; kNoUtc where there is none.
+  // UTC minus arrival tick at a record, in ms; kNoUtc if the file has no clock records.
   std::int64_t OffsetAt(std::int64_t seq);
 
  private:

@@ -13,10 +13,10 @@
 namespace reader {
 namespace {
 
-// A descriptor, closed with the object; -1 where there is none.
+// Owns a descriptor; -1 if opening failed.
 class Opened {
  public:
-  // A FIFO or a device is opened without waiting for its other side.
+  // O_NONBLOCK: opening a FIFO or a device does not wait for its other end.
   explicit Opened(const std::string& path)
       : fd_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)), error_(fd_ < 0 ? errno : 0) {
     if (fd_ >= 0 && fstat(fd_, &status_) != 0) error_ = errno;
@@ -38,7 +38,7 @@ class Opened {
   struct stat status_ {};
 };
 
-// Whether something lies there, which must be a file then; it is not opened.
+// Sets `isThere`. Returns false if the path is not a regular file. Does not open it.
 bool LookAt(const std::string& path, bool& isThere, std::string& error) {
   struct stat status {};
   isThere = stat(path.c_str(), &status) == 0;
@@ -47,18 +47,18 @@ bool LookAt(const std::string& path, bool& isThere, std::string& error) {
   return false;
 }
 
-// Bytes 18 and 19: how the file is to be written and read; 2 is through a WAL.
+// Bytes 18 and 19 of the header are the write and read version; 2 means WAL.
 bool IsInWalMode(int fd) {
   constexpr char kWal = 2;
   std::array<char, 2> versions{};
   return pread(fd, versions.data(), versions.size(), 18) == 2 && versions[0] == kWal && versions[1] == kWal;
 }
 
-// Every connection to a file in WAL mode holds a lock on this byte of the WAL's index for as long as it is
-// open. Closing the index here gives up this process's own locks on it, so a live file is open once.
+// Every open connection in WAL mode holds a lock on this byte of the WAL index. Closing the index here drops
+// all locks that this process holds on it, so this process may have a live file open only once.
 bool HasWriter(const std::string& path) {
   constexpr off_t kAliveByte = 128;
-  constexpr off_t kLeastBytes = 32'768;  // the first region, which SQLite maps as a whole
+  constexpr off_t kLeastBytes = 32'768;  // SQLite maps the first region as a whole
   const Opened index(path + "-shm");
   if (!index.IsFile() || index.Bytes() < kLeastBytes) return false;
   struct flock lock {};

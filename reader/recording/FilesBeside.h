@@ -4,21 +4,22 @@
 
 namespace reader {
 
-// What lies at a recording's path and beside it, found out without SQLite and without waiting.
+// The files at and beside a recording's path. Found without SQLite and without waiting.
 struct FilesBeside {
   bool wal = false;
   bool journal = false;
-  // Its header says that it is written through a WAL.
+  // The recording's header says WAL mode.
   bool isInWalMode = false;
-  // Another process has it open, and the index of its WAL is whole.
+  // Another process has the recording open, and its WAL index is complete.
   bool hasWriter = false;
 };
 
-// False and why not: the recording is missing, or it or a file beside it is not a regular file.
+// Returns false and sets `error` if the recording is missing, or if it, its WAL or its WAL index is not a
+// regular file.
 bool LookBeside(const std::string& path, FilesBeside& files, std::string& error);
 
-// The index of a live WAL is mapped. Where somebody cuts that file short meanwhile, the program ends with
-// a message and exit status 1.
+// Installs a SIGBUS handler. SQLite maps the index of a live WAL; if another process truncates that file, the
+// program ends with a message and exit status 1.
 void EndInOrderWhereAMappedFileIsCutShort();
 
 }  // namespace reader

@@ -9,11 +9,11 @@
 
 namespace reader {
 
-// The files that the paths name: a directory stands for every recording in it ("<name>.NNNNNN.db").
-// A path that leads nowhere is complained about.
+// The files that the paths name, sorted by base and number. A directory stands for every recording in it
+// ("<name>.NNNNNN.db"). A missing path is reported as a problem.
 std::vector<std::string> FindFiles(const std::vector<std::string>& paths, Messages& messages);
 
-// "metadata.000012.db": what stands before the number, and the number; 0 for another name.
+// Splits "metadata.000012.db" into the base before the number, and the number. Other names return number 0.
 std::pair<std::string, std::uint64_t> BaseAndNumber(const std::string& path);
 
 }  // namespace reader

@@ -7,7 +7,7 @@ namespace reader {
 
 namespace {
 
-// False where the record holds no position on earth that the receiver had found.
+// Returns false unless the receiver had a fix and the coordinates are valid.
 bool ReadFix(const Row& row, GpsFix& fix) {
   constexpr std::int64_t kQualityNone = 0;
   constexpr std::int64_t kQualityManual = 7;

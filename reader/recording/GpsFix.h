@@ -6,7 +6,7 @@
 
 namespace reader {
 
-// Where and how fast the vehicle was, by one record of table gps.
+// Position and motion from one record of table gps.
 struct GpsFix {
   std::int64_t utcMs = kNoUtc;
   std::int64_t latitudeE4min = 0;
@@ -23,15 +23,16 @@ struct GpsFix {
   double Longitude() const { return static_cast<double>(longitudeE4min) / 600'000; }
 };
 
-// What a record says of the position.
+// What a record says about the position.
 struct GpsReading {
-  bool hasFix = false;    // the receiver had found `fix`, which is on earth
-  bool losesFix = false;  // there is no fix from here on
+  bool hasFix = false;    // `fix` is a valid position
+  bool losesFix = false;  // the fix is lost at this record
   GpsFix fix;
 };
 GpsReading ReadGps(const Row& row);
 
-// The tick of the event: as the sender told it, else of the arrival; in 64 bits as the arrival's.
+// Tick of the event, in 64 bits: the sender tick if the row's UTC comes from the sender, else the arrival
+// tick.
 std::int64_t EventTick(const Row& row);
 
 }  // namespace reader

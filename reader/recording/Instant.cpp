@@ -14,7 +14,7 @@ namespace {
 struct NamedEvent {
   const char* name;
   const char* source;
-  int active;  // -1: has no two ways
+  int active;  // -1: any value
 };
 constexpr std::array<NamedEvent, 19> kEvents{{
     {"record-start", "recording", 1},
@@ -46,14 +46,14 @@ bool TakeNumber(std::string_view& text, Number& number) {
   return true;
 }
 
-// "+1.5m"
+// Reads "+1.5m".
 bool TakeDistance(std::string_view& text, std::int64_t& ms) {
   constexpr std::array<std::pair<std::string_view, double>, 4> kUnits{
       {{"ms", 1}, {"s", 1000}, {"m", 60'000}, {"h", 3'600'000}}};
   const double sign = text.starts_with('-') ? -1 : 1;
   text.remove_prefix(1);
   double number = 0;
-  if (!TakeNumber(text, number) || !(number >= 0 && number <= 1e9)) return false;  // nor NaN
+  if (!TakeNumber(text, number) || !(number >= 0 && number <= 1e9)) return false;  // also rejects NaN
   for (const auto& [unit, factor] : kUnits) {
     if (text != unit) continue;
     ms = std::llround(sign * number * factor);
@@ -63,7 +63,7 @@ bool TakeDistance(std::string_view& text, std::int64_t& ms) {
   return false;
 }
 
-// The longest name with which the text begins.
+// Takes the longest event name at the start of the text.
 const NamedEvent* TakeEvent(std::string_view& text) {
   const NamedEvent* found = nullptr;
   for (const NamedEvent& row : kEvents) {
@@ -93,9 +93,9 @@ bool ReadTick(std::string_view text, Instant& instant) {
          instant.value <= kFarthestMs;
 }
 
-// Ticks count from boot: nobody's recorder has been on for 31 years. Since 1970 so many passed in 2001.
+// A tick this large would mean 31 years since boot, so the number counts from 1970 (2001 or later).
 constexpr std::int64_t kLeastEpochMs = 1'000'000'000'000;
-// Seconds since 1970, from 2017 to 2100. So many milliseconds are ticks of a recorder that is on for weeks.
+// Seconds since 1970, for 2017 to 2100. As ticks, these are valid for a recorder that runs for weeks.
 constexpr std::int64_t kFirstEpochSecond = 1'500'000'000;
 constexpr std::int64_t kLastEpochSecond = 4'100'000'000;
 
@@ -162,7 +162,7 @@ std::int64_t Position::AgeMs(const Row& row) const {
     case By::kTick:
       return value - row.tick;
     case By::kUtc:
-      return value - std::max(row.utcMs, -2 * kFarthestMs);  // that of a file without a clock is none
+      return value - std::max(row.utcMs, -2 * kFarthestMs);  // a file without a clock has kNoUtc
     case By::kSeq:
       return tick - row.tick;
   }

@@ -9,47 +9,47 @@
 
 namespace reader {
 
-// A moment as people name it:
+// A moment as people write it:
 //   123456                    an arrival tick, in each run
-//   2024-05-01T12:00:00Z      UTC; the date alone is its midnight; +02:00 in place of Z: of that zone
-//   record-start, bookmark:2  an event, the second of all runs given; InstantHelp names all
-// Behind an event may stand a distance: "crash-30s", "bookmark:2+1.5m" (ms, s, m, h).
+//   2024-05-01T12:00:00Z      UTC; a date alone means its midnight; +02:00 in place of Z gives the zone
+//   record-start, bookmark:2  an event, here the second bookmark of all runs; InstantHelp lists the events
+// An event may have an offset: "crash-30s", "bookmark:2+1.5m" (ms, s, m, h).
 struct Instant {
   enum class Kind { kTick, kUtc, kEvent };
   Kind kind = Kind::kTick;
   std::int64_t value = 0;  // tick or UTC in milliseconds
-  std::string event;       // its name
-  int count = 1;           // which one
+  std::string event;
+  int count = 1;  // number of the event, from 1
   std::int64_t distanceMs = 0;
   std::string said;
 };
 
-// False and why not.
+// Returns false and sets `error` if the text is not an instant.
 bool ReadInstant(const std::string& text, Instant& instant, std::string& error);
 std::string InstantHelp();
 std::vector<std::string> EventNames();
 
-// Where an instant is in the records.
+// The place of an instant among the records.
 struct Position {
   enum class By { kTick, kUtc, kSeq };
   By by = By::kTick;
   int run = 0;  // 0: in every run
   std::int64_t value = 0;
-  std::int64_t tick = 0;        // for kSeq: of that record
-  std::int64_t utcMs = kNoUtc;  // where it is known
+  std::int64_t tick = 0;  // for kSeq: the record's tick
+  std::int64_t utcMs = kNoUtc;
 
-  // Less than 0 for records before it, 0 at it.
+  // Negative if the row is before this position, 0 at it, positive after it.
   int Compare(const Row& row) const;
-  // How long before it the record was; negative for one behind it.
+  // Time from the row to this position; negative if the row is later.
   std::int64_t AgeMs(const Row& row) const;
-  // Whether it is behind another one, as far as the two can be compared.
+  // Whether this position is later; false if the two cannot be compared.
   bool IsAfter(const Position& other) const;
 };
 
-// Nothing, and a problem, when there is no such event.
+// Reports a problem and returns nothing if the event is not recorded, or if a tick is clearly a Unix time.
 std::optional<Position> Resolve(const Instant& instant, const std::vector<Run>& runs, Messages& messages);
 
-// Records from one position to another, both included.
+// Records between two positions, both inclusive.
 struct Range {
   std::optional<Position> from;
   std::optional<Position> to;

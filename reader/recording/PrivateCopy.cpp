@@ -15,10 +15,10 @@ namespace {
 
 constexpr const char* kSuffixes[] = {"", "-wal"};
 
-// A recording and its WAL take up to 256 MB each, a WAL that a reader pinned somewhat more.
+// A recording and its WAL take up to 256 MB each; a WAL pinned by a reader takes somewhat more.
 constexpr std::uintmax_t kMostBytes = std::uintmax_t{1} << 30;
 
-// Sizes and times of a recording and of its WAL.
+// Sizes and modification times of a recording and its WAL.
 std::vector<std::intmax_t> StateOf(const std::string& recording) {
   std::vector<std::intmax_t> state;
   for (const char* suffix : kSuffixes) {

@@ -4,8 +4,8 @@
 
 namespace reader {
 
-// A copy of a recording and of the WAL beside it, in a directory of its own under TMPDIR (/tmp), removed with
-// the object. A rollback journal is never copied: SQLite would obey it.
+// A copy of a recording and its WAL, in its own directory under TMPDIR (default /tmp). The destructor removes
+// it. Never copies a rollback journal: SQLite would apply it.
 class PrivateCopy {
  public:
   PrivateCopy() = default;
@@ -13,11 +13,11 @@ class PrivateCopy {
   PrivateCopy(const PrivateCopy&) = delete;
   PrivateCopy& operator=(const PrivateCopy&) = delete;
 
-  // False and why not. What is written to meanwhile is copied again.
+  // Returns false and sets `error` on failure. Copies again if the recording changes meanwhile.
   bool Make(const std::string& recording, std::string& error);
   const std::string& Path() const { return path_; }
 
-  // A connection that has the copy open keeps it; nothing is left behind then, however this program ends.
+  // Deletes the copy. An open connection can still read it, and no file remains however this program ends.
   void Remove();
 
  private:

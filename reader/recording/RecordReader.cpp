@@ -30,7 +30,7 @@ bool RecordReader::Open() {
 }
 
 bool RecordReader::Begin() {
-  // All tables are read as they are at one moment, so nothing is missed that comes meanwhile.
+  // One transaction gives one snapshot of all tables, so records that arrive meanwhile are not skipped.
   if (recording_->HowItIs() == Recording::Kind::kLive) (void)recording_->Sql().Execute("BEGIN");
   clock_.Read(recording_->Sql());
   advanceFirst_ = false;

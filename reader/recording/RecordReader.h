@@ -14,17 +14,17 @@ namespace reader {
 class Recording;
 class TableCursor;
 
-// The records of one file in their order, merged from its tables. Memory does not depend on their
-// number.
+// Reads the records of one file in order of their sequence numbers, merged from its tables. Memory use does
+// not depend on the number of records.
 class RecordReader {
  public:
   struct Wanted {
-    const Selection* selection = nullptr;  // null: everything; else must outlive the reader
-    bool text = false;                     // Row::text
-    std::int64_t afterSeq = -1;            // only later ones
+    const Selection* selection = nullptr;  // null selects everything; must outlive the reader
+    bool text = false;                     // fill Row::text
+    std::int64_t afterSeq = -1;            // only later records
   };
 
-  // `copy`: the file where it is open already as a private copy, or null.
+  // `copy`: the file's open private copy, or null.
   RecordReader(std::string path, Wanted wanted, Messages& messages,
                std::shared_ptr<Recording> copy = nullptr);
 
@@ -32,12 +32,12 @@ class RecordReader {
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  // False, after a complaint, when the file cannot be opened.
+  // Reports a problem and returns false if the file cannot be opened.
   bool Open();
-  // False at the end. Damage is complained about and skipped.
+  // Returns false at the end. Reports and skips damage.
   bool Next(Row& row);
-  // Lets go of a live file, whose writer would otherwise be held up while this program waits; the next
-  // row takes it up again. The row read last is no longer valid.
+  // Closes a live file, so that this program can wait without holding up the writer. Next opens it again. The
+  // last row becomes invalid.
   void Pause();
 
  private:
@@ -45,7 +45,7 @@ class RecordReader {
 
   bool Begin();
   bool Resume();
-  // Whether the cursor stands on a record, behind damage where there is any.
+  // Skips damage. Returns whether the cursor is on a record.
   bool Stands(TableCursor& cursor, int rc);
   void SiftDown(std::size_t at);
 
@@ -55,11 +55,11 @@ class RecordReader {
   std::shared_ptr<Recording> recording_;
   FileClock clock_;
   std::vector<std::unique_ptr<TableCursor>> cursors_;
-  std::vector<TableCursor*> heap_;  // the one with the lowest sequence number first
+  std::vector<TableCursor*> heap_;  // min-heap by sequence number
   bool advanceFirst_ = false;
   bool paused_ = false;
-  std::int64_t lastSeq_ = -1;    // of the row read last
-  std::int64_t highestSeq_ = 0;  // of the file; looked for when there is damage
+  std::int64_t lastSeq_ = -1;    // of the last row
+  std::int64_t highestSeq_ = 0;  // of the file; read only after damage
 };
 
 }  // namespace reader

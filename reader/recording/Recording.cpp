@@ -22,7 +22,8 @@ bool Recording::Open(const std::string& path, std::string& error) {
     return Connect(store::FileUri(path, "?mode=ro&immutable=1"), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
                    error);
   }
-  // A writer of ours has no rollback journal. SQLite may obey one, so it does not see it.
+  // The store never leaves a rollback journal. SQLite could apply a planted one, so a copy without it is
+  // read.
   if (files.hasWriter && !files.journal) {
     kind_ = Kind::kLive;
     EndInOrderWhereAMappedFileIsCutShort();
@@ -43,12 +44,12 @@ bool Recording::Connect(const std::string& name, int flags, std::string& error) 
   int rc = connection_.Open(name, flags);
   if (rc == SQLITE_OK) {
     (void)sqlite3_busy_timeout(connection_.Handle(), kBusyTimeoutMs);
-    // A copy that is removed while it is read must not have the index of its WAL in a file.
+    // Exclusive mode keeps the WAL index in memory: the copy's files are deleted while it is read.
     if (kind_ == Kind::kLeftOver) (void)connection_.Execute("PRAGMA locking_mode=EXCLUSIVE");
     rc = Look();
   }
   if (rc == SQLITE_CORRUPT) {
-    // SQLite refuses a file that is shorter than its header says, unless it is told to repair.
+    // With writable_schema, SQLite also opens a file that is shorter than its header says.
     (void)sqlite3_db_config(connection_.Handle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
     (void)connection_.Execute("PRAGMA writable_schema=ON");
     rc = Look();
@@ -68,7 +69,7 @@ bool Recording::Connect(const std::string& name, int flags, std::string& error) 
   return false;
 }
 
-// The texts of the format library name tags by a table. This program's own one hides the file's.
+// The format's text expressions read tag names from a table; this program's temporary table hides the file's.
 void Recording::Prepare() {
   (void)connection_.Execute("PRAGMA temp_store=MEMORY");
   (void)connection_.Execute(CreateTagNames());

@@ -9,30 +9,31 @@
 
 namespace reader {
 
-// A recording file, open for reading. The file is hostile and is never changed:
-//   closed      opened as it stands, without a lock; SQLite sees nothing that lies beside it
-//   live        opened beside its writer, without ever folding its WAL in; to be let go of whenever this
-//               program may wait, so that the writer is never held up
-//   left over   (a crash left its WAL beside it, or something else lies there) read through a private copy
+// A recording file, open for reading. The file may be hostile and is never changed:
+//   closed      read in place, without a lock; SQLite ignores the files beside it
+//   live        read beside its writer, without checkpointing its WAL; close it before this program waits,
+//               so that the writer is never held up
+//   left over   (a crash left its WAL, or a journal lies beside it) read through a private copy
 //
-// A live file may be open once in this program.
+// A process may have a live file open only once.
 class Recording {
  public:
   enum class Kind { kClosed, kLive, kLeftOver };
 
-  // False and why not.
+  // Returns false and sets `error` on failure.
   bool Open(const std::string& path, std::string& error);
 
   const std::string& Path() const { return path_; }
   std::string Name() const { return path_.substr(path_.rfind('/') + 1); }
   Kind HowItIs() const { return kind_; }
-  // The file is shorter than it says; what is left of it is read.
+  // The file is shorter than its header says; the rest is read.
   bool CutShort() const { return cutShort_; }
-  // Its header says that there is a WAL beside it, but there is none: what was recorded last may be gone.
+  // The header says WAL mode but the WAL is missing: the latest records may be lost.
   bool MissesWal() const { return missesWal_; }
   const Catalogue& Tables() const { return catalogue_; }
   Connection& Sql() { return connection_; }
-  // "last_seq" or "last_tick" of the last record committed: by the newest seal, else by table progress.
+  // Column "last_seq" or "last_tick" of the last commit: from the newest seal, else from table progress, else
+  // `otherwise`.
   std::int64_t Committed(const std::string& column, std::int64_t otherwise);
 
  private:

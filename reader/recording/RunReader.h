@@ -11,16 +11,16 @@
 
 namespace reader {
 
-// The records of several runs, one after the other.
+// Reads the records of several runs, one run after the other.
 class RunReader {
  public:
   RunReader(std::vector<Run> runs, const Selection* selection, bool text, Messages& messages);
 
   bool Next(Row& row);
-  void Pause();  // as RecordReader
-  // The file that the row read last is from.
+  void Pause();  // as RecordReader::Pause
+  // The file of the last row.
   const std::string& File() const { return runs_[run_].files[file_ - 1]; }
-  // Shows how far it is; `beside` as Progress.
+  // Shows progress; `beside` as in Progress.
   void ShowProgress(bool beside) { progress_.emplace(beside); }
 
  private:

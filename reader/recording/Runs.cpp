@@ -18,7 +18,7 @@ std::string Joined(const std::vector<std::string>& words) {
   return text;
 }
 
-// Not of a file that is just being begun.
+// Notes a schema other than the current one, but not for a file without tables, which is just being created.
 void SaySchema(const Recording& file, Messages& messages) {
   if (file.Tables().tables.empty()) return;
   const int version = file.Tables().schemaVersion;
@@ -29,7 +29,7 @@ void SaySchema(const Recording& file, Messages& messages) {
                 (differences.empty() ? "nothing is missing" : Joined(differences)));
 }
 
-// What tells how files belong together.
+// Position of a file in its run, used to join files to runs.
 struct Span {
   static constexpr std::int64_t kNone = -1;
   std::shared_ptr<Recording> copy;
@@ -41,8 +41,8 @@ struct Span {
   std::int64_t firstUtcMs = kNoUtc;
 };
 
-// Each takes as much of TMPDIR as its recording. More than a few in one place are made anew when they are
-// read.
+// Open private copies that are kept. Each takes as much of TMPDIR as its recording, so further files are
+// copied again when they are read.
 constexpr long kMostCopies = 8;
 
 void FindFirst(Recording& file, Span& span) {
@@ -101,7 +101,7 @@ void Append(const std::string& path, const Span& span, long& copies, Run& run) {
   run.records = WithinCount(run.records + span.lastSeq - span.firstSeq + 1);
 }
 
-// A run without a clock stays behind the one before it.
+// A run without UTC stays after the run before it.
 void SortByTime(std::vector<Run>& runs) {
   std::vector<std::pair<std::int64_t, Run>> timed;
   std::int64_t before = kNoUtc;

@@ -12,23 +12,23 @@ namespace reader {
 
 class Recording;
 
-// One run of the process: its files, in their order.
+// One run of the process, with its files in order.
 struct Run {
-  int number = 0;  // from 1, in the order of time
+  int number = 0;  // from 1, in order of time
   std::vector<std::string> files;
-  // Of each file: the recording where it is read through a private copy, which is made once; else null.
+  // For each file: its open private copy, or null.
   std::vector<std::shared_ptr<Recording>> copies;
-  bool beginIsMissing = false;  // the first file follows another one
-  bool live = false;            // its last file is being written
-  std::int64_t records = 0;     // about how many
-  std::int64_t lastSeq = 0;     // of the last one
+  bool beginIsMissing = false;  // the run's first file is not among the input
+  bool live = false;            // the last file is being written
+  std::int64_t records = 0;     // approximate
+  std::int64_t lastSeq = 0;
   std::int64_t firstTick = 0;
   std::int64_t lastTick = 0;
   std::int64_t firstUtcMs = kNoUtc;
 };
 
-// Joins files to runs, in the order of the times at which these began. What cannot be opened is complained
-// about and belongs to none; a file of another schema, or without its WAL, is told about.
+// Joins files to runs, sorted by start time. Reports files that cannot be opened and leaves them out. Notes
+// files with another schema or a missing WAL.
 std::vector<Run> FindRuns(const std::vector<std::string>& files, Messages& messages);
 
 }  // namespace reader

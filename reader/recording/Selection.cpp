@@ -20,8 +20,8 @@ constexpr std::array<Group, 5> kGroups{{
     {"settings", "vehicle,system_info,department,officer,recording_settings"},
 }};
 
-// The sources, without their numbers, and the tables that have records of them. What has the name of its
-// one table is not listed.
+// Sources without their numbers, and the tables that hold their records. A source named like its only table
+// needs no row.
 struct Source {
   const char* name;
   const char* tables;
@@ -85,7 +85,7 @@ const Source* FindSource(std::string_view word) {
   return found == kSources.end() ? nullptr : found;
 }
 
-// A table under its own name or as the recordings name it, with blanks.
+// The table name for a word: drops the number, and blanks become underscores.
 std::string AsTable(std::string_view word) {
   std::string table(WithoutNumber(word));
   std::replace(table.begin(), table.end(), ' ', '_');

@@ -3,14 +3,14 @@
 namespace reader {
 namespace {
 
-// No recording comes near: most of 256 MB in one step, as for the integrity, takes some hundred million
-// operations, and reading needs a few megabytes.
+// No sound recording comes near these limits. The largest step, the integrity check of 256 MB, takes some
+// hundred million operations; reading needs a few megabytes.
 constexpr int kOperationsBetween = 1'000'000;
 constexpr int kMostLooks = 1500;
 constexpr sqlite3_int64 kMostMemoryBytes = sqlite3_int64{256} << 20;
 constexpr int kMostValueBytes = 16 << 20;
 
-int looksInStep = 0;  // since the step began that runs now
+int looksInStep = 0;  // since the current step began
 
 int LookAtWork(void* /*context*/) {
   return ++looksInStep > kMostLooks ? 1 : 0;

@@ -8,7 +8,7 @@
 
 namespace reader {
 
-// A prepared statement whose steps have a limit of work. Results are SQLite's codes.
+// A prepared statement that limits the work of each step. Returns SQLite result codes.
 class Statement : private store::Statement {
  public:
   using store::Statement::Bind;
@@ -19,13 +19,12 @@ class Statement : private store::Statement {
   using store::Statement::Text;
 
   int Prepare(sqlite3* database, const std::string& sql);
-  // SQLITE_ROW, SQLITE_DONE or an error: SQLITE_INTERRUPT where one step takes more work than any step on a
-  // sound recording.
+  // Returns SQLITE_ROW, SQLITE_DONE or an error; SQLITE_INTERRUPT if the step exceeds the work limit.
   int Step();
 };
 
-// A connection to a file that is not trusted: its views, triggers and functions are not used, memory and
-// work have limits. Statements must be gone before it closes.
+// A connection to an untrusted file: its views, triggers and functions are disabled, memory and work are
+// limited. Destroy all statements before closing it.
 class Connection : private store::Database {
  public:
   using store::Database::Close;
@@ -35,14 +34,14 @@ class Connection : private store::Database {
 
   int Open(const std::string& name, int flags);
   int Execute(const std::string& sql) { return static_cast<int>(store::Database::Execute(sql)); }
-  // What went wrong last.
+  // Text of the last error.
   std::string Error() const;
 };
 
-// For people; also for the codes that mean that a limit was passed.
+// Error text for people, also for exceeded limits.
 std::string ErrorText(int rc);
 
-// A name from a file, in the quotes in which SQL takes it for a name whatever it holds.
+// Quotes a name from a file as an SQL identifier.
 std::string Quoted(std::string_view name);
 
 }  // namespace reader

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kHeaderColumns = 4;  // seq, tick, sender_tick, event
 
-// A file that is not damaged has some dozens.
+// A sound file has some dozens of sources.
 constexpr std::size_t kMaxSources = 4096;
 
 }  // namespace
@@ -51,7 +51,7 @@ int TableCursor::Next() {
 int TableCursor::NextSelected(int rc) {
   for (; rc == SQLITE_ROW; rc = rows_.Step()) {
     const std::int64_t seq = rows_.Integer(0);
-    if (seq <= seq_) return SQLITE_CORRUPT;  // a page that is not what it was
+    if (seq <= seq_) return SQLITE_CORRUPT;  // a damaged page: numbers must rise
     seq_ = seq;
     if (SourceHere().selected) return rc;
     if (!table_.IsNumbered()) return SQLITE_DONE;

@@ -11,21 +11,21 @@
 
 namespace reader {
 
-// The records of one table by their sequence numbers.
+// Reads the records of one table in order of their sequence numbers.
 class TableCursor {
  public:
-  // What is referred to must outlive the cursor; a null selection selects everything.
+  // All arguments must outlive the cursor. A null selection selects everything.
   TableCursor(sqlite3* database, const RecordTable& table, const Selection* selection, bool withText);
 
-  // The first record after a sequence number that is selected. SQLITE_ROW, SQLITE_DONE or an error.
+  // Moves to the first selected record after `afterSeq`. Returns SQLITE_ROW, SQLITE_DONE or an error.
   int Begin(std::int64_t afterSeq);
   int Next();
-  // After an error: goes on behind what cannot be read, up to `lastSeq`. The result as of Begin.
+  // After an error: continues after the unreadable part, up to `lastSeq`. Returns as Begin does.
   int SkipDamage(std::int64_t lastSeq);
 
   const RecordTable& Table() const { return table_; }
-  std::int64_t Seq() const { return seq_; }  // of the record on which it stands, or stood
-  // All but run and UTC.
+  std::int64_t Seq() const { return seq_; }  // of the current or last record
+  // Fills all but run and UTC.
   void Fill(Row& row);
 
  private:
@@ -48,7 +48,7 @@ class TableCursor {
   std::vector<std::string> names_;
   std::vector<Field> fields_;
   std::unordered_map<std::int64_t, Source> sources_;
-  std::int64_t sourceNumber_ = 0;  // of the one below
+  std::int64_t sourceNumber_ = 0;  // number of source_
   const Source* source_ = nullptr;
 };
 

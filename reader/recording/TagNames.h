@@ -4,8 +4,8 @@
 
 namespace reader {
 
-// SQL that makes a table tag_name of this connection alone, with the names and texts of the tags that the
-// store's format has. It hides a table of this name in the file.
+// SQL that creates a temporary table tag_name with the format's tag names and texts. It hides the file's
+// table of that name.
 std::string CreateTagNames();
 
 }  // namespace reader

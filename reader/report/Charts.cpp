@@ -8,11 +8,11 @@
 namespace reader {
 namespace {
 
-// Whether the record has a value for the line of a column.
+// Whether the record has a value to draw for a column.
 bool IsDrawn(const store::Column& column, const Row& row, const Field* field) {
   if (column.chart == store::Chart::kNone || field == nullptr || field->isText) return false;
   if (column.chart == store::Chart::kAltitude) return field->number != store::kNoAltitudeDm;
-  // The speed by GPS comes with its positions, too.
+  // GPS speed is drawn from table gps.
   return row.table != "speed" || row.Number("speed_source") == store::kRadarSpeed;
 }
 
@@ -49,13 +49,13 @@ void Charts::Draw(const Row& row, const Name& name, std::int64_t ms, double valu
     line =
         lines_.emplace(name, Line{{}, {std::string(row.table), std::string(row.source)}, holds, value}).first;
   }
-  // A value that is recorded on change held up to here.
+  // A value recorded on change holds until the next one: draws a step.
   if (line->second.holds && !line->second.series.Empty()) line->second.series.Add(ms, line->second.last);
   line->second.series.Add(ms, value);
   line->second.last = value;
 }
 
-// The values are not known from here on.
+// Breaks the source's lines: its values are unknown from here on.
 void Charts::Break(std::string_view table, std::string_view source) {
   for (auto& [name, line] : lines_) {
     if (line.source.first == table && line.source.second == source) line.series.Break();

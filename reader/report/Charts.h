@@ -12,19 +12,19 @@
 
 namespace reader {
 
-// The values of a run that are drawn as lines, by chart.
+// The values of a run that are drawn as lines, grouped into charts.
 class Charts {
  public:
-  // Of every record, in their order, with what it says of the position.
+  // Call for every shown record, in order; `gps` is ReadGps(row).
   void Add(const Row& row, const GpsReading& gps, std::int64_t ms);
-  // An array of the charts in which something is, each with "name", "unit" and "lines", those with "name"
-  // and what a Series writes. Lines are broken in gaps; a value that is recorded on change holds up to the
-  // next one, the last to `endMs`.
+  // Writes an array of the charts with values: "name", "unit" and "lines". Each line has "name" and the
+  // members that Series::Write writes. Gaps break a line. A value recorded on change holds until the next
+  // one, the last value until `endMs`.
   void Write(const char* name, const Gaps& gaps, std::int64_t endMs, JsonWriter& json) const;
 
  private:
   static constexpr std::size_t kMostLines = 64;
-  // In the order in which they are shown.
+  // Identifies a line; sorts in display order.
   struct Name {
     store::Chart chart;
     store::TableId table;
@@ -35,7 +35,7 @@ class Charts {
   struct Line {
     Series series;
     std::pair<std::string, std::string> source;  // table and name of the source
-    bool holds = false;                          // it is recorded on change
+    bool holds = false;                          // recorded on change
     double last = 0;
   };
 

@@ -38,7 +38,7 @@ void DriveData::Add(const Row& row) {
   const TrackFollower::Step step = follower_.Take(row, gps);
   driven_.Add(step, follower_, EventTick(row));
   FollowRecording(row);
-  // What a file restates of the one before it was shown, if that was given.
+  // Skips restated records when the previous file is part of the input.
   if (row.event == EventKind::kRestated && !run_.beginIsMissing && !summary_.isCopy) return;
   if (step == TrackFollower::Step::kBegin) track_.Break();
   if (step == TrackFollower::Step::kBegin || step == TrackFollower::Step::kOn)
@@ -50,7 +50,7 @@ void DriveData::Add(const Row& row) {
   if (row.event != EventKind::kRestated) gaps_.Add(row, ms);
 }
 
-// What is in force when the part begins is known by what was before.
+// Earlier records give the states at the start of the shown part.
 void DriveData::Skip(const Row& row) {
   if (!Any()) lanes_.Add(row, clock_.Ms(row));
   (void)follower_.Take(row);
@@ -69,7 +69,7 @@ const GpsFix* DriveData::Place() const {
   return gapMs == 0 || follower_.AgeMs() < gapMs ? follower_.Last() : nullptr;
 }
 
-// Times before a leap of the clock are shown by the clock behind it; that it leapt is told.
+// The page has one UTC offset, the last one. A leap of the clock is listed as an event.
 void DriveData::FollowClock(std::int64_t ms, std::int64_t utcMs) {
   const std::int64_t offsetMs = utcMs - ms;
   const std::int64_t leapMs = offsetMs - offsetMs_;

@@ -13,21 +13,22 @@
 
 namespace reader {
 
-// What the page shows of one run, made smaller to what a picture can show: memory does not depend on the
+// The data of one run for the page, reduced to what a picture can show: memory use does not depend on the
 // number of records. Times are milliseconds since the run's first record.
 class DriveData {
  public:
-  // What of the run is shown.
+  // The shown part of the run.
   struct Part {
-    bool isWhole = true;      // else only a stretch of it, or some of its sources
-    bool allSources = true;   // so that missing records show
-    int bookmarksBefore = 0;  // in runs before
+    bool isWhole = true;      // false: a range of time, or some sources
+    bool allSources = true;   // missing numbers are missing records
+    int bookmarksBefore = 0;  // in earlier runs
   };
 
-  // The run and its summary must outlive it.
+  // `run` and `summary` must outlive the object.
   DriveData(const Run& run, const RunSummary& summary, Part part);
 
-  // Of every record of the run, with its text, in their order: to be shown, or not.
+  // Call one of these for every record of the run, in order, with Row::text filled: Add shows it, Skip does
+  // not.
   void Add(const Row& row);
   void Skip(const Row& row);
 
@@ -35,14 +36,14 @@ class DriveData {
 
   bool Any() const { return records_ > 0; }
   int Bookmarks() const { return events_.Bookmarks(); }
-  // One object.
+  // Writes one object.
   void Write(JsonWriter& json) const;
 
  private:
   static constexpr std::size_t kMostSources = 500;
 
   void Begin(std::int64_t ms);
-  // Null where it is not known.
+  // Current position; null if unknown.
   const GpsFix* Place() const;
   void FollowClock(std::int64_t ms, std::int64_t utcMs);
   void FollowRecording(const Row& row);
@@ -63,11 +64,11 @@ class DriveData {
   Gaps gaps_;
   Losses losses_;
   Videos videos_;
-  std::optional<std::int64_t> recordingMs_;  // the first start of a recording
+  std::optional<std::int64_t> recordingMs_;  // first record start
   std::int64_t records_ = 0;
   std::int64_t beginMs_ = 0;
   std::int64_t endMs_ = 0;
-  std::int64_t offsetMs_ = kNoUtc;  // UTC of the first tick, by the last record
+  std::int64_t offsetMs_ = kNoUtc;  // UTC of the run's first record, from the last shown record
 };
 
 }  // namespace reader

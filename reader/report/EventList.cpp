@@ -25,7 +25,7 @@ bool IsSignal(const Row& row) {
 void EventList::Follow(const Row& row) {
   isNews_ = std::find(kTables.begin(), kTables.end(), row.table) != kTables.end();
   if (IsSignal(row)) {
-    // Off after off is none.
+    // "Off" is an event only if the signal was on.
     bool& active = active_[std::string(row.source)];
     isNews_ = active || row.Number("active") != 0;
     active = row.Number("active") != 0;

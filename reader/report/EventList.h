@@ -11,31 +11,31 @@ namespace reader {
 
 class JsonWriter;
 
-// What happened at an instant and is to be told in words: as many as people read.
+// The list of events, limited to what people can read.
 class EventList {
  public:
-  // Bookmarks are numbered on behind so many.
+  // `bookmarks`: number of earlier bookmarks.
   explicit EventList(int bookmarks) : bookmarks_(bookmarks) {}
 
-  // Of every record of the run, in their order.
+  // Call for every record of the run, in order.
   void Follow(const Row& row);
-  // After Follow, of one that is to be shown; `utcMs` may be kNoUtc, `fix` null where the place was not
-  // known.
+  // Call after Follow for a record to show. `utcMs` may be kNoUtc; `fix` is null if the position is unknown.
   void Add(const Row& row, std::int64_t ms, std::int64_t utcMs, const GpsFix* fix);
   void Say(std::int64_t ms, std::int64_t utcMs, std::string_view source, std::string_view text);
 
   int Bookmarks() const { return bookmarks_; }
-  // "events", each with "t", "utcMs" (null: not known), "source", "text", for a bookmark its "number",
-  // where it is known the "place" ("lat", "lon", "kmh"); how many more there were ("moreEvents").
+  // Writes "events" and "moreEvents", the number of events left out. Each event has "t", "utcMs" (null if
+  // unknown), "source" and "text"; a bookmark has "number"; with a known position, "place" has "lat", "lon"
+  // and "kmh".
   void Write(JsonWriter& json) const;
 
  private:
   static constexpr std::size_t kMost = 4000;
-  static constexpr int kMostTexts = 1000;  // that others sent, of all
+  static constexpr int kMostTexts = 1000;  // of kMost: texts from other processes
   struct Event {
     std::int64_t ms;
     std::int64_t utcMs;
-    int bookmark;  // 0: is none
+    int bookmark;  // 0: not a bookmark
     std::string source;
     std::string text;
     std::optional<GpsFix> fix;
@@ -44,9 +44,9 @@ class EventList {
   void Push(const Event& event);
 
   std::vector<Event> events_;
-  std::map<std::string, bool, std::less<>> active_;  // signals that were reported
+  std::map<std::string, bool, std::less<>> active_;  // last state by signal
   int bookmarks_;
-  bool isNews_ = false;  // the record followed last
+  bool isNews_ = false;  // the last followed record is an event
   int texts_ = 0;
   std::int64_t more_ = 0;
 };

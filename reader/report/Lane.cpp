@@ -46,7 +46,7 @@ int Lane::Number(const std::string& text, Level level) {
   return state;
 }
 
-// Of each stretch of time the last piece is kept, those before it become one.
+// In each interval of widthMs_, keeps the last piece and merges the others into one.
 void Lane::Coarsen() {
   widthMs_ *= 2;
   std::vector<Piece> kept;

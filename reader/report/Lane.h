@@ -8,19 +8,19 @@ namespace reader {
 
 class JsonWriter;
 
-// Which state something had over time, for a picture. Where the states change more often than a picture
-// can show, a stretch of time tells how much of it was on.
+// The states of one source over time, for a picture. Where states change faster than a picture can show, an
+// interval stores its share of "on" time.
 class Lane {
  public:
   enum class Level : unsigned char { kOff, kPresent, kOn };
 
-  // `text` tells the state. Times never go back; one that does counts as the time before it.
+  // `text` names the state. A time before the previous one is replaced by the previous one.
   void Set(std::int64_t ms, const std::string& text, Level level);
-  // Forgets what was before, other than the state in force.
+  // Drops everything before `ms` except the current state.
   void BeginAt(std::int64_t ms);
-  // "states" ([text, level]), "t", "state" (which one from then on; -1: several in turn), "share" (percent
-  // of the time up to the next that was on), how often it came on ("times") and for how long in all up to
-  // `endMs` ("onMs").
+  // Writes "states" ([text, level]), "t", "state" (index of the state from that time; -1: several), "share"
+  // (percent of "on" until the next time), "times" (how often it went on) and "onMs" (total "on" time until
+  // `endMs`).
   void Write(std::int64_t endMs, JsonWriter& json) const;
 
  private:

@@ -4,8 +4,8 @@
 
 namespace reader {
 
-// The page of a report: what stands before its data, an array of runs in JSON, and behind it. The page
-// loads nothing; with `videos` it may load videos from its own place.
+// The page of a report, before and after its data, a JSON array of runs. The page may load nothing from
+// outside; with `videos` it may load videos from its own origin and from local files.
 std::string ReportHead(bool videos);
 std::string ReportTail();
 

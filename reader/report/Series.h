@@ -7,17 +7,17 @@ namespace reader {
 
 class JsonWriter;
 
-// A value over time for a picture: lowest and highest of each stretch of time. The stretches become
-// longer as values come, so that there are never more than a picture can show.
+// A value over time for a picture: minimum and maximum of each interval. Intervals grow with the run, so
+// their number stays within what a picture can show.
 class Series {
  public:
-  // Times never go back; one that does counts as the time before it.
+  // A time before the previous one is replaced by the previous one.
   void Add(std::int64_t ms, double value);
-  // The value is not known from here to the next one.
+  // Breaks the line: the value is unknown until the next Add.
   void Break() { broken_ = true; }
   bool Empty() const { return points_.empty(); }
-  // "widthMs", the length of the stretches (1: nothing was merged), and "t", "min" and "max", with null where
-  // the line is broken: also where two values are further apart than `gapMs`, if that is not 0.
+  // Writes "widthMs", the length of the intervals (1: nothing was merged), and "t", "min" and "max" with null
+  // where the line breaks. Two values more than `gapMs` apart also break the line, unless `gapMs` is 0.
   void Write(double gapMs, JsonWriter& json) const;
 
  private:
@@ -27,7 +27,7 @@ class Series {
     std::int64_t lastMs;
     double lowest;
     double highest;
-    bool begins;  // a line
+    bool begins;  // a line begins here
   };
 
   bool SameStretch(const Point& point, std::int64_t ms) const {

@@ -11,25 +11,25 @@ namespace reader {
 
 class JsonWriter;
 
-// The states of a run that are drawn as lanes, by group.
+// The states of a run that are drawn as lanes, in groups.
 class StateLanes {
  public:
   StateLanes();
 
-  // Of every record, in their order.
+  // Call for every record, in order.
   void Add(const Row& row, std::int64_t ms);
-  // Forgets what was before, other than the states in force.
+  // Drops everything before `ms` except the current states.
   void BeginAt(std::int64_t ms);
-  // An array of the groups in which something is, each with "name" and "lanes", those with "name" and
-  // what a Lane writes.
+  // Writes an array of the groups that have lanes: "name" and "lanes". Each lane has "name" and the members
+  // that Lane::Write writes.
   void Write(const char* name, std::int64_t endMs, JsonWriter& json) const;
 
-  // Whether a source is one of "recording", "covert" and "crash".
+  // Whether `source` is "recording", "covert" or "crash".
   static bool IsRecorder(std::string_view source);
 
  private:
   static constexpr std::size_t kMostLanes = 400;
-  using Name = std::pair<std::size_t, std::string>;  // number of the group, name in it
+  using Name = std::pair<std::size_t, std::string>;  // group index, name of the lane
   struct Microphone {
     bool present = false;
     bool active = false;

@@ -17,7 +17,7 @@ void TrackPoints::Add(std::int64_t ms, const GpsFix& fix) {
   Append(point);
 }
 
-// Where the way ends is kept.
+// Keeps the last position of the line.
 void TrackPoints::Break() {
   if (left_) Append(*left_);
   broken_ = true;
@@ -29,7 +29,7 @@ void TrackPoints::Append(const Point& point) {
   while (points_.size() > kMost) Coarsen();
 }
 
-// Going east is taken for farther than it is, the more so the farther from the equator: no matter here.
+// Overstates distances east or west away from the equator, which only keeps more points.
 bool TrackPoints::IsClose(const Point& a, const Point& b) const {
   const auto north = static_cast<double>(a.latitude - b.latitude);
   const auto east = static_cast<double>(a.longitude - b.longitude);
@@ -39,7 +39,7 @@ bool TrackPoints::IsClose(const Point& a, const Point& b) const {
 void TrackPoints::Coarsen() {
   closeE4min_ *= 2;
   std::size_t kept = 0;
-  bool begins = false;  // a line whose first point was left out
+  bool begins = false;  // a line begins, but its first point was left out
   for (std::size_t i = 1; i < points_.size(); ++i) {
     begins |= points_[i].begins;
     if (IsClose(points_[kept], points_[i])) {

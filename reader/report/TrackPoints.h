@@ -10,15 +10,15 @@ namespace reader {
 
 class JsonWriter;
 
-// The way of a vehicle for a picture. Positions that lie close together are left out, the closer ones
-// first, so that there are never more than a picture can show.
+// The track of a vehicle for a picture. Leaves out positions close to the previous point. The limit for
+// "close" grows with the track, so the number of points stays within what a picture can show.
 class TrackPoints {
  public:
   void Add(std::int64_t ms, const GpsFix& fix);
-  // The way is not known from here to the next position.
+  // Breaks the track: the next position begins a new line.
   void Break();
-  // An array of lines, each with "t", "lat" and "lon" (ten-thousandths of a minute), and "stayMs": how long
-  // the vehicle stayed so close to the point that later positions were left out.
+  // Writes an array of lines: "t", "lat" and "lon" (ten-thousandths of a minute), and "stayMs", the time for
+  // which the vehicle stayed close to the point.
   void Write(const char* name, JsonWriter& json) const;
 
  private:
@@ -27,7 +27,7 @@ class TrackPoints {
     std::int64_t ms;
     std::int64_t latitude;
     std::int64_t longitude;
-    bool begins;  // a line
+    bool begins;  // a line begins here
     std::int64_t stayMs = 0;
   };
 
@@ -36,7 +36,7 @@ class TrackPoints {
   void Coarsen();
 
   std::vector<Point> points_;
-  std::optional<Point> left_;  // the last one, where it was left out
+  std::optional<Point> left_;  // the last position, if it was left out
   double closeE4min_ = 1;
   bool broken_ = true;
 };

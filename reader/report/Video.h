@@ -6,10 +6,10 @@
 
 namespace reader {
 
-// A video that the page shows beside a run. The page refers to the file and never holds it.
+// A video that the page shows beside a run. The page links to the file and does not embed it.
 struct Video {
-  std::string file;           // as seen from the page: a relative path, or an absolute one
-  std::int64_t offsetMs = 0;  // its first picture, after the first start of a recording in the run
+  std::string file;           // path relative to the page, or absolute
+  std::int64_t offsetMs = 0;  // start of the video, after the run's first record start
 };
 using Videos = std::vector<Video>;
 

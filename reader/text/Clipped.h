@@ -5,7 +5,7 @@
 
 namespace reader {
 
-// The beginning of a text, at most so many bytes and an ellipsis; no character of UTF-8 is cut in two.
+// Cuts a text to at most `bytes` bytes and adds an ellipsis. Never splits a UTF-8 character.
 inline std::string Clipped(std::string_view text, std::size_t bytes) {
   if (text.size() <= bytes) return std::string(text);
   while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U) --bytes;

@@ -8,12 +8,12 @@
 namespace reader {
 namespace {
 
-// U+0080 to U+009F, the second set of control characters.
+// C1 control characters, U+0080 to U+009F.
 bool IsC1(std::string_view character) {
   return character.size() == 2 && character[0] == '\xC2' && static_cast<unsigned char>(character[1]) < 0xA0;
 }
 
-// Control characters become "?", but for those that are kept.
+// Replaces control characters other than `kept`, and invalid UTF-8, with "?".
 void AppendWithout(std::string_view text, std::string_view kept, std::string& out) {
   while (!text.empty()) {
     const auto first = static_cast<unsigned char>(text[0]);

@@ -6,12 +6,12 @@
 
 namespace reader {
 
-// Writes one JSON text, compact; sets the commas itself.
+// Writes one compact JSON text and sets the commas.
 class JsonWriter {
  public:
   explicit JsonWriter(std::string& out) : out_(out) {}
 
-  // An object, an array; each with a name where it is a member of an object.
+  // Opens an object or an array. `name` is null except for members of an object.
   JsonWriter& Object(const char* name = nullptr) { return Open(name, '{'); }
   JsonWriter& Array(const char* name = nullptr) { return Open(name, '['); }
   void EndObject() { Close('}'); }

@@ -6,17 +6,17 @@
 
 namespace reader {
 
-// What a command says beside its output.
+// The messages of a command, apart from its output.
 class Messages {
  public:
-  // To standard error, each once.
+  // Prints to standard error, each text once.
   Messages() = default;
-  // Problems to `sink`, notes to standard error.
+  // Sends problems to `sink`, and prints notes to standard error.
   explicit Messages(std::function<void(const std::string& text)> sink);
 
-  // Something that is not as it should be; the exit status becomes 1.
+  // Reports a fault; the exit status becomes 1.
   void Problem(const std::string& text);
-  // Something worth knowing.
+  // Reports a remark; the exit status stays.
   void Note(const std::string& text);
   int Status() const { return problems_ == 0 ? 0 : 1; }
 

@@ -16,7 +16,7 @@
 namespace reader {
 namespace {
 
-// By their first bytes: a database, the two kinds of log beside one.
+// The first bytes of an SQLite database and of the two kinds of WAL.
 constexpr std::array<std::string_view, 3> kDatabases{
     "SQLite format 3", {"\x37\x7f\x06\x82", 4}, {"\x37\x7f\x06\x83", 4}};
 
@@ -28,7 +28,7 @@ bool IsDatabase(int fd) {
                      [begin](std::string_view database) { return begin.starts_with(database); });
 }
 
-// The permissions of a file that is replaced; for a new one those that the umask leaves.
+// The permissions of the replaced file; a new file gets those that the umask allows.
 mode_t ModeFor(const struct stat* old) {
   const mode_t mask = umask(0);
   (void)umask(mask);

@@ -8,9 +8,9 @@
 
 namespace reader {
 
-// Where a command writes what it makes: a file, or standard output for "-" and for no name. A file is
-// written beside its place and renamed in Finish, so whatever fails leaves the old one as it was. A
-// device or a pipe is written directly.
+// The output of a command: a file, or standard output for "-" and for an empty name. A file is written under
+// a temporary name and renamed by Finish, so a failure leaves the old file unchanged. A device or a pipe is
+// written directly.
 class OutputFile {
  public:
   ~OutputFile();
@@ -18,12 +18,12 @@ class OutputFile {
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  // False, after a problem was said, when it cannot be written, or is a recording or its WAL.
+  // Reports a problem and returns false if the file cannot be written, or is a database or a WAL.
   bool Open(const std::string& name, Messages& messages);
-  // Whether it is a file.
+  // Whether the output is not standard output.
   bool IsNamed() const { return fd_ >= 0; }
   Output& Out() { return *out_; }
-  // False, after a problem was said, when not all of it was written.
+  // Reports a problem and returns false if anything could not be written.
   bool Finish();
 
  private:
@@ -31,8 +31,8 @@ class OutputFile {
   bool Fail(int error);
 
   std::string name_;
-  std::string place_;   // of the file, links followed
-  std::string beside_;  // empty: it is written directly
+  std::string place_;   // path of the file, links resolved
+  std::string beside_;  // temporary path; empty: written directly
   Messages* messages_ = nullptr;
   int fd_ = -1;
   std::unique_ptr<Output> out_;

@@ -5,16 +5,17 @@
 
 namespace reader {
 
-// How far long work has come, on standard error where that is a terminal; nothing for the first second.
+// Shows the progress of long work on standard error, if that is a terminal. Shows nothing in the first
+// second.
 class Progress {
  public:
-  // `beside`: whether standard output, too, may be a terminal.
+  // `beside`: show progress even if standard output is a terminal.
   explicit Progress(bool beside);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // To be called often; costs next to nothing.
+  // Cheap enough to call for every record.
   void Tell(std::int64_t done, std::int64_t total) {
     if (--countdown_ <= 0) Show(done, total);
   }

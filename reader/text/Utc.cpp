@@ -15,7 +15,7 @@ void PutTwo(char* at, std::int64_t number) {
   at[1] = static_cast<char>('0' + number % 10);
 }
 
-// Takes a number of `digits` digits, and `separator` behind it where that is not 0.
+// Takes a number of `digits` digits, then `separator` unless that is 0.
 bool Take(std::string_view& text, std::size_t digits, char separator, int& number) {
   if (text.size() < digits) return false;
   const auto [end, error] = std::from_chars(text.data(), text.data() + digits, number);
@@ -27,7 +27,7 @@ bool Take(std::string_view& text, std::size_t digits, char separator, int& numbe
   return true;
 }
 
-// ".25" as milliseconds; what is finer is cut.
+// Reads ".25" as milliseconds, and cuts finer digits.
 bool TakeFraction(std::string_view& text, int& ms) {
   ms = 0;
   if (!text.starts_with('.')) return true;
@@ -54,7 +54,7 @@ bool TakeTime(std::string_view& text, std::int64_t& ms) {
   return hours < 24 && minutes < 60 && seconds < 60;
 }
 
-// "+01:00", "-0530", "+01"; what it adds to UTC.
+// Reads the offset from UTC: "+01:00", "-0530", "+01".
 bool TakeOffset(std::string_view& text, std::int64_t& ms) {
   const std::int64_t sign = text.starts_with('-') ? -1 : 1;
   text.remove_prefix(1);
@@ -77,7 +77,7 @@ void UtcWriter::Append(std::int64_t utcMs, std::string& text) {
   std::int64_t day = utcMs / kDayMs;
   if (utcMs % kDayMs < 0) --day;
   if (day != day_) {
-    // Whatever a damaged file says, the year has four digits.
+    // Times from damaged files are limited to years of four digits.
     constexpr std::int64_t kFirstDay = -719'162;
     constexpr std::int64_t kLastDay = 2'932'896;
     const std::int64_t shown = std::min(std::max(day, kFirstDay), kLastDay);

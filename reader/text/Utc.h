@@ -7,13 +7,13 @@
 
 namespace reader {
 
-// The UTC of what has none.
+// Marks an unknown UTC.
 constexpr std::int64_t kNoUtc = std::numeric_limits<std::int64_t>::min();
 
 // ISO 8601 with milliseconds, "2024-05-01T12:00:00.000Z"; "-" for kNoUtc.
 std::string UtcText(std::int64_t utcMs);
 
-// Appends the same; quick for times that follow one another.
+// Appends what UtcText returns. Fast for times in order.
 class UtcWriter {
  public:
   void Append(std::int64_t utcMs, std::string& text);
@@ -23,8 +23,8 @@ class UtcWriter {
   char date_[16] = {};
 };
 
-// Reads "2024-05-01", "2024-05-01T12:00", "2024-05-01T12:00:30.25Z", "2024-05-01T14:00+02:00"; without Z and
-// offset it is UTC, a blank may stand for the T. False when it is none.
+// Reads "2024-05-01", "2024-05-01T12:00", "2024-05-01T12:00:30.25Z" or "2024-05-01T14:00+02:00". Without zone
+// the time is UTC; a blank may replace the T. Returns false for any other text.
 bool ReadUtc(std::string_view text, std::int64_t& utcMs);
 
 }  // namespace reader

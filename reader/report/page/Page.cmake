@@ -1,4 +1,4 @@
-# Makes PageText.h: the page of a report in two pieces, before and behind its data.
+# Generates PageText.h: the page of a report in two parts, before and after its data.
 set(files page.html page.css timeline.css small.css print.css
   dom.js format.js colours.js model.js values.js place.js axis.js marks.js rows.js chart.js lanes.js
   readout.js cursor.js pointer.js keys.js timeline.js signs.js labels.js track.js about.js tables.js video.js runs.js page.js)
