@@ -7,7 +7,7 @@
 
 namespace {
 
-// In a child: vehiclebench, writing into a file.
+// Runs in a child: becomes vehiclebench, with its output in a file.
 int ExecBench(std::vector<std::string> arguments, const std::string& output) {
   for (const char* variable : {"METADATA_ROOT", "METADATA_SHM", "LINX_IPC_DIR", "LOG_TARGET"})
     unsetenv(variable);

@@ -8,26 +8,25 @@
 #include "support/Program.h"
 #include "support/TempDir.h"
 
-// vehiclebench, run as people do, in a directory of a test's own.
+// Runs vehiclebench as a user does, in a directory of its own.
 class BenchRun {
  public:
-  // The MetadataMgr that runs with it, unless arguments name one: that of this build, or the stub with a
-  // behaviour.
+  // Uses the MetadataMgr of this build, or the stub with a behaviour. Arguments may name another program.
   BenchRun();
   explicit BenchRun(const std::string& stubBehaviour);
 
-  // A directory of another name, also one with others above it.
+  // Uses another directory name, which may contain "/".
   void UseDirectory(const std::string& name) { out_ = name; }
   void Drive(const std::string& text) { drive_ = directory_.Write("test.drive", text); }
-  // The built-in drive, up to its quit: an end overtakes what others still say.
+  // The built-in drive without its quit: a quit overtakes messages that are still under way.
   static std::string DriveWithoutItsEnd();
 
   void Start(const std::vector<std::string>& arguments = {});
-  // True as soon as the bench has said that.
+  // Waits until the bench has printed the text.
   bool Said(const std::string& text) const;
   void Signal(int signal) const { child_->Signal(signal); }
   pid_t Id() const { return child_->Id(); }
-  // The exit status.
+  // Returns the exit status.
   int Finish();
   int Run(const std::vector<std::string>& arguments = {});
 
@@ -36,10 +35,10 @@ class BenchRun {
     return directory_.Read(out_ + "/log/" + process + ".log");
   }
   std::string Path(const std::string& name) const { return directory_.Path(out_ + "/" + name); }
-  // The first file of what MetadataMgr recorded.
+  // The first recording of MetadataMgr.
   std::string Recording() const { return Path("mnt/metadata/metadata.000001.db"); }
 
-  // From another terminal; the exit status.
+  // Sends a command from another terminal. Returns the exit status.
   int Send(const std::vector<std::string>& words) const;
   std::string SendOutput() const { return directory_.Read("send"); }
 
@@ -52,8 +51,8 @@ class BenchRun {
   std::unique_ptr<Child> child_;
 };
 
-// Runs vehiclebench with these arguments to its end.
+// Runs vehiclebench until it ends.
 Ran RunVehicleBench(std::vector<std::string> arguments);
 
-// How often a part is in a text.
+// Counts how often the text contains the part.
 std::size_t Count(const std::string& text, const std::string& part);

@@ -24,7 +24,7 @@ std::string ErrorsOf(std::string_view text) {
   return all;
 }
 
-// Every line as "MILLISECONDS WORDS".
+// The lines of a drive, each as "MILLISECONDS WORDS".
 std::string LinesOf(std::string_view text) {
   Drive drive;
   EXPECT_THAT(ParseDrive("x.drive", text, drive), IsEmpty());
@@ -106,7 +106,7 @@ TEST(DefaultDrive, UsesEveryVerbButThoseOfTheLoadDriveAndTakesTwentySeconds) {
   EXPECT_EQ(drive.lines.back().at, std::chrono::seconds(20));
 }
 
-// As the page writes it: without a capital letter at the beginning and a stop at the end.
+// Formats a text as the page does: no capital letter at the begin, no full stop at the end.
 std::string Sentence(std::string text) {
   text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
   text.pop_back();

@@ -1,4 +1,4 @@
-// What goes wrong is said, and ends in exit status 1.
+// Every failure is reported and gives exit status 1.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ struct Failure {
   std::vector<const char*> says;
 };
 
-// Each in a bench of its own.
+// Each case runs in its own bench.
 const Failure kFailures[] = {
     {"sleeps",
      "0 quit",

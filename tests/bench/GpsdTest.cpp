@@ -1,4 +1,4 @@
-// What is understood of gpsd's reports, and of a gpsd that comes and goes.
+// Reading gpsd's reports, and following a gpsd that starts and stops.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -56,7 +56,7 @@ TEST(Gpsd, ReportsAreTakenAsTheyAre) {
   }
 }
 
-// A gpsd of the test's own.
+// Plays a gpsd.
 class FakeGpsd {
  public:
   ~FakeGpsd() { Stop(); }
@@ -114,7 +114,7 @@ TEST(Gpsd, IsFollowedAgainWhenItComesBackAndItsFixIsLostMeanwhile) {
   gpsd.Report(kFix + "\n");
   EXPECT_EQ(next(), kFixRow);
 
-  gpsd.Report(std::string(100'000, 'x'));  // no line is that long
+  gpsd.Report(std::string(100'000, 'x'));  // longer than any line may be
   gpsd.Report("x\n{\"class\":\"WATCH\"}\n" + kFix + "\n");
   EXPECT_EQ(next(), kFixRow);
   ASSERT_EQ(said.size(), 2U);

@@ -8,7 +8,7 @@
 
 #include <string>
 
-// A port of this machine that somebody listens at; 0: any.
+// Listens on a port of this machine; 0: any free port.
 class Listener {
  public:
   explicit Listener(in_port_t port = 0)
@@ -28,7 +28,7 @@ class Listener {
   Listener& operator=(const Listener&) = delete;
 
   in_port_t Port() const { return ntohs(address_.sin_port); }
-  // A descriptor; -1 when nobody has connected.
+  // Returns a descriptor; -1 when nobody has connected.
   int Accept() const { return accept4(fd_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC); }
 
  private:

@@ -1,4 +1,4 @@
-// What is read out of the log of a receiver, and what is not.
+// Reading the log of a receiver: accepted and rejected sentences.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ TEST(Nmea, IsReadAsTheReceiverGaveIt) {
   EXPECT_EQ(log.Summary(),
             "6 readings, 4 with a fix, in 6 s; sentences: 17 used, 1 of other types, 2 malformed, 1 with a "
             "wrong checksum, 1 cut short, 2 lines of garbage");
-  // Without a fix the place stays, and satellites that are seen are told.
+  // Without a fix the position stays, and the satellites in view are counted.
   EXPECT_EQ(PlaceOf(log.readings[4].item), "-20400001 -36000001");
   EXPECT_EQ(log.readings[4].item.satellitesInView, 3U);
 }
@@ -50,7 +50,7 @@ const std::string kPlace = "4807.0380,N,01131.0000,E";
 const struct {
   const char* name;
   std::string text;
-  std::string row;  // of the last reading
+  std::string row;  // the last reading
 } kCases[] = {
     {"RmcAlone", Sentence("GPRMC,120000,A," + kPlace + ",022.4,084.4,230326,003.1,W"),
      "28870380 6910000 134217727 415 224 844 1 2 0 0 -32 20260323 43200000 1"},
@@ -93,7 +93,7 @@ TEST(Nmea, TellsWhatASentenceSaysAndNoMore) {
   }
 }
 
-// The speed of each reading in tenths of a kilometre an hour.
+// The speed of each reading, in tenths of a km/h.
 std::vector<int> SpeedsOf(const std::string& text) {
   std::vector<int> speeds;
   for (const NmeaReading& reading : ParseNmea(text).readings) speeds.push_back(reading.item.speedDeciKmh);

@@ -1,4 +1,4 @@
-// Logs of receivers that are played, through all processes into the file.
+// Plays logs of receivers through all processes into the recording.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// The rows of a query of all that a bench's MetadataMgr recorded, file by file.
+// The rows of a query in all recordings of a bench, file by file.
 Lines Recorded(const BenchRun& bench, const std::string& sql) {
   std::vector<std::string> paths;
   for (const auto& entry : std::filesystem::directory_iterator(bench.Path("mnt/metadata"))) {
@@ -29,7 +29,7 @@ Lines Recorded(const BenchRun& bench, const std::string& sql) {
   return LinesOf(rows);
 }
 
-// What was recorded of each reading, in order; the first is what was found at the start.
+// The recorded readings, in order. The first row is the value at the start.
 Lines Track(const BenchRun& bench) {
   return Recorded(
       bench,

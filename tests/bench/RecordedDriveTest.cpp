@@ -1,4 +1,4 @@
-// A recording becomes a drive, and that drive the same recording again, but for ticks.
+// A recording becomes a drive, and the drive the same recording again, except for ticks.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ const std::string kDrive =
     "2 config system recorder 2.1\n2.1 config department Police Night\n2.2 record stop\n2.3 input door on\n"
     "2.5 bookmark\n3 quit\n";
 
-// Values by table; the second column orders the rows.
+// One query per table; the second column orders the rows.
 constexpr const char* kTables[] = {
     "SELECT signal, active FROM state",
     "SELECT valid FROM gps_state",

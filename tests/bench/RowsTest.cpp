@@ -1,5 +1,5 @@
-// The default drive through the real MetadataMgr: the recording holds every event that the bench
-// sent, once, in order, with its tick and values, and nothing else.
+// Plays the default drive to the real MetadataMgr. The recording holds every sent event once, in order, with
+// its tick and values, and nothing else.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
-// To the end of a drive that was started.
+// Waits for the end of a started drive, then compares all rows.
 void ExpectEveryRow(BenchRun& bench) {
   AwaitAllSent(bench, bench.Recording());
   EXPECT_EQ(bench.Send({"quit"}), 0) << bench.SendOutput();
@@ -22,7 +22,7 @@ void ExpectEveryRow(BenchRun& bench) {
   ExpectAllSent(bench, bench.Recording());
 }
 
-// Two benches beside each other, since most of it is waiting.
+// Runs two benches side by side, because they mostly wait.
 TEST(Rows, HoldEveryEventOnceInOrderAlsoWhereTheDiskStalls) {
   BenchRun stalled;
   stalled.Drive(BenchRun::DriveWithoutItsEnd());

@@ -1,4 +1,4 @@
-// Drives that go well, and how they end.
+// Successful drives, and how they end.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -12,9 +12,9 @@
 
 namespace {
 
-// One kind of record. Both queries give, before the values, two numbers by which the rows are ordered; that
-// of what was sent reads `event`: the sent lines (id, source, f), f being the values, of these sources.
-// Tables `part` (k: 0 to 8) and `input` (k, bit, signal) are there to make several rows of one event.
+// One kind of record. Both queries return two sort numbers before the values. The query `sent` reads the
+// table `event`: the sent lines of these sources as (id, source, f), where f holds the values. The tables
+// `part` (k: 0 to 8) and `input` (k, bit, signal) split one event into several rows.
 struct Kind {
   const char* sources;  // a glob pattern
   const char* recorded;
@@ -23,7 +23,7 @@ struct Kind {
 
 const Kind kKinds[] = {
     {"bookmark", "SELECT seq, 0, sender_tick FROM bookmark", "SELECT id, 0, f->>0 FROM event"},
-    // from two processes, so that only the ticks give an order
+    // two processes send these, so only the ticks give the order
     {"*record-*", "SELECT sender_tick, 0, active FROM state WHERE event=1 AND signal=70",
      "SELECT f->>0+0, 0, source GLOB '*start' FROM event"},
     {"covert-*", "SELECT seq, 0, active, sender_tick FROM state WHERE event=1 AND signal=58",
@@ -31,7 +31,7 @@ const Kind kKinds[] = {
     {"input",
      "SELECT seq, 0, signal, active, sender_tick FROM state WHERE event=1 AND signal IN (52,54,56,60,62,68)",
      "SELECT id, k, signal, (f->>1 & bit)<>0, f->>3 FROM event, input WHERE f->>0 & bit"},
-    // the value at the subscription counts as an event too
+    // the value at the subscription is an event too
     {"crash",
      "SELECT seq, 0, active, sender_tick FROM state WHERE event=1 AND signal=66 ORDER BY 1 LIMIT -1 OFFSET 1",
      "SELECT id, 0, f->>0, f->>1 FROM event"},
@@ -70,7 +70,7 @@ const Kind kKinds[] = {
     {"mic*", "SELECT seq, 0, mic, active, sender_tick FROM mic_active WHERE event=1",
      "SELECT id, k, f->>(3*k), f->>(3*k+2), f->>12 FROM event, part WHERE source='mic' AND k<4 UNION ALL "
      "SELECT id, 0, f->>1, f->>3, f->>0 FROM event WHERE source='mic-message'"},
-    // the item holds sensors 3 to 0; 3 is told first, then 0 to 2
+    // the item holds sensors 3 to 0; the rows are sensor 3, then 0 to 2
     {"temp", "SELECT seq, 0, sensor, temperature, sender_tick FROM temperature WHERE event=1",
      "SELECT id, (k+1)%4, k, f->>(3-k), f->>4 FROM event, part WHERE k<4"},
     {"camera*", "SELECT seq, 0, camera, state, sender_tick FROM camera WHERE event=1",
@@ -103,7 +103,7 @@ const Kind kKinds[] = {
      "SELECT id, 0, f->>0, f->>1, f->>2, f->>3, f->>4, f->>5 FROM event"},
 };
 
-// The sent lists as a table, beside the recording.
+// The sent lists as a table, attached to the recording.
 class Tables {
  public:
   Tables(const std::string& sentDirectory, const std::string& recording) {
@@ -117,7 +117,7 @@ class Tables {
     }
   }
 
-  // The rows of a query in the order of its first two columns, which are numbers, and without these.
+  // Sorts the rows of a query by its first two columns, which are numbers, then removes these columns.
   Lines Ordered(const std::string& sql) {
     Lines rows = LinesOf(connection_.Rows("SELECT * FROM (" + sql + ") ORDER BY 1, 2"));
     for (std::string& row : rows) row.erase(0, row.find('|', row.find('|') + 1) + 1);
@@ -143,10 +143,10 @@ class Tables {
   Connection connection_{":memory:"};
 };
 
-// Two lists that should be the same.
+// Two lists that must be equal.
 struct Compared {
   std::string what;
-  bool expected;  // rows: the drive has such events
+  bool expected;  // the drive has such events
   Lines sent;
   Lines recorded;
 };

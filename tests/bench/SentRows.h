@@ -4,10 +4,10 @@
 
 #include "BenchRun.h"
 
-// The events in a recording are compared with the lists of what the bench sent (DIR/sent): for each kind of
-// record its values and the sender's tick, in order. A recording that is under way may be read.
+// Compares the events of a recording with the sent lists of the bench (DIR/sent): values and sender ticks, in
+// order, for each kind of record. The recording may still be growing.
 
-// Waits until that is all the same, after a drive with two bookmarks, the last of them at its end.
+// Waits until both are equal. The drive must have two bookmarks, the last at its end.
 void AwaitAllSent(const BenchRun& bench, const std::string& recording);
-// Fails the test for each kind of record of which something else was recorded than sent.
+// Fails the test for each kind of record whose rows differ from the sent list.
 void ExpectAllSent(const BenchRun& bench, const std::string& recording);

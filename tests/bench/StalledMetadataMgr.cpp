@@ -1,5 +1,5 @@
-// MetadataMgr, linked with a disk that stands still once: the first sync that comes later than 8.2
-// seconds after the start, amid the default drive, takes 2.5 seconds.
+// MetadataMgr with a disk that stalls once: the first sync later than 8.2 seconds after the start, in the
+// middle of the default drive, takes 2.5 seconds.
 #include <poll.h>
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// In place of MetadataMgr in the tests of the bench: takes part in the start-up sequence, answers what the
-// bench asks, and misbehaves as the environment variable STUB says.
+// Replaces MetadataMgr in the tests of the bench: follows the start-up sequence, answers the requests of the
+// bench, and misbehaves as the environment variable STUB says.
 #include <unistd.h>
 
 #include <cstdlib>

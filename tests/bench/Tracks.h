@@ -6,12 +6,12 @@
 #include "items/GpsStatusItem.h"
 #include "support/TempDir.h"
 
-// Logs of GPS receivers of our own making.
+// Logs of GPS receivers, made for these tests.
 inline std::string OwnTrack(const std::string& name) {
   return std::string(OWN_TRACKS) + "/" + name;
 }
 
-// A place as the table `gps` has it: ten-thousandths of a minute.
+// A position as in the table `gps`: ten-thousandths of a minute.
 inline std::string PlaceOf(const GpsStatusItem& item) {
   const auto signedMinutes = [](unsigned degrees, unsigned minutes, unsigned fraction, bool positive) {
     const long total = (degrees * 60L + minutes) * 10000 + static_cast<long>(fraction);
@@ -24,7 +24,7 @@ inline std::string PlaceOf(const GpsStatusItem& item) {
                        item.longitudeHemisphere == GpsStatusItem::kNorthOrEast);
 }
 
-// A reading in the order of the columns of that table, without ticks; "no fix" where it has none.
+// A reading as a row of that table, without ticks; "no fix" when it has no fix.
 inline std::string RowOf(const GpsStatusItem& item) {
   if (!item.HasFix()) return "no fix";
   std::string row = PlaceOf(item);

@@ -23,7 +23,7 @@ class ClientTest : public ClientsTest {
   Calls calls_;
 };
 
-// Against a server of bare packets.
+// The test plays the server with raw packets.
 class BareServerTest : public ClientTest {
  protected:
   void SetUp() override {
@@ -36,7 +36,7 @@ class BareServerTest : public ClientTest {
 };
 
 TEST_F(BareServerTest, SubscribesAndGetsChanges) {
-  ServerSays(Packet(500, U32(1)));  // of an earlier subscription of the same name
+  ServerSays(Packet(500, U32(1)));  // from an earlier subscription of the same name
   ServerSays(Answer(3, 500, 0, U32(2)));
   ServerSays(Packet(500, U32(3)));
   EXPECT_EQ(Subscribe(3, 500), 0);
@@ -82,7 +82,7 @@ TEST_F(BareServerTest, FailedSubscribeChangesNothing) {
 }
 
 TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
-  for (const unsigned int item : {3U, 4U, 3U}) {  // the last takes the place of the first
+  for (const unsigned int item : {3U, 4U, 3U}) {  // the last replaces the first
     ServerSays(Answer(item, 500 + item, 0, U32(item)));
     ASSERT_EQ(Subscribe(item, 500 + item), 0);
     ASSERT_TRUE(server_.Receive(0));
@@ -111,7 +111,7 @@ TEST_F(BareServerTest, RenewalOnlySendsAndItsAnswersAreSwallowed) {
   EXPECT_EQ(client_.Resubscribe(), ENOENT);
 }
 
-// What reaches the handler of a subscription.
+// Which notices reach the handler of a subscription.
 TEST_F(BareServerTest, OnlyWholeNoticesOfTheServerCount) {
   ServerSays(Answer(3, 500, 0, U32(1)));
   ASSERT_EQ(Subscribe(3, 500), 0);
@@ -131,7 +131,7 @@ TEST_F(BareServerTest, OnlyWholeNoticesOfTheServerCount) {
   }
 }
 
-// The state manager's values and those of live streams are not used: nothing in them is an obstacle.
+// The values of the state manager and of live streams are not used, so any content is accepted.
 TEST_F(ClientTest, ValuesThatAreNotUsedMayBeMissing) {
   for (const char* value : {"", "ab"}) {
     StateMgrClient stateMgr(me_, 300);
@@ -143,7 +143,7 @@ TEST_F(ClientTest, ValuesThatAreNotUsedMayBeMissing) {
     ASSERT_EQ(streams.Send(Answer(16, 700, 0, value)), 0);
     EXPECT_EQ(externalMgr.Subscribe(16, 700, value_, Calls::Handler, &calls_), 0) << value;
     EXPECT_EQ(value_.Tick(), 111U);
-    // On, not in high quality, camera 2, an address that ends early.
+    // On, not high quality, camera 2, truncated address.
     ASSERT_EQ(streams.Send(Packet(700, FromHex("01 00 0002 0008 3130"))), 0);
     (void)Next(me_);
     EXPECT_TRUE(calls_.got.empty());
@@ -151,7 +151,7 @@ TEST_F(ClientTest, ValuesThatAreNotUsedMayBeMissing) {
   }
 }
 
-// A quit notice that waits, or a signal, ends the wait for a server that is silent, or not there.
+// A waiting quit notice or a signal ends the wait for a server that is silent or missing.
 TEST_F(ClientTest, AShutdownEndsTheWaitForAServer) {
   const RawPeer quitter = ComesUp("Quitter");
   for (const bool silent : {false, true}) {
@@ -168,7 +168,7 @@ TEST_F(ClientTest, AShutdownEndsTheWaitForAServer) {
   EXPECT_EQ(Subscribe(3, 500), 0) << "a shutdown that was met cuts nothing";
 }
 
-// Whoever says the name first does not get the subscription.
+// A process that only claims the name first does not get the subscription.
 TEST_F(ClientTest, OnlyTheProcessThatListensIsAServer) {
   Child impostor([] {
     const RawPeer peer = RawPeer::To("Me", "Server");
@@ -205,7 +205,7 @@ TEST_F(BareServerTest, UnsubscribeAllTellsAndForgets) {
 
 // ---- Against a server in another process
 
-// The name stays connected all the time, but over another connection.
+// The name stays connected, but over a new connection.
 TEST_F(ClientTest, SuccessorThatConnectsItselfIsAsked) {
   Child server([] {
     {

@@ -19,13 +19,13 @@ inline std::string Answer(unsigned int item, unsigned int notification, unsigned
   return Packet(kAnswer, U32(item) + U32(notification) + U32(result) + value);
 }
 
-// This process's endpoint. Its peers are bare packets; since they are connected before they are asked,
-// what they are going to say can be sent beforehand, and all happens on one thread.
+// The endpoint of this process, with peers of raw packets. The peers connect first and send their answers in
+// advance, so one thread is enough.
 class ClientsTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
 
-  // Another process, which listens and has connected.
+  // Starts a peer that listens and is connected.
   RawPeer ComesUp(const std::string& name) {
     listeners_.push_back(std::make_unique<RawListener>(name));
     RawPeer peer = RawPeer::To("Me", name);

@@ -53,8 +53,8 @@ TEST_F(ServerTest, ValueAtSubscribeThenEveryChange) {
   EXPECT_EQ(peer.Receive(0), Packet(500, U32(6)));
   EXPECT_EQ(peer.Receive(0), Packet(500, U32(6)));
 
-  Ask(peer, Request(0, 500));  // once more is no second subscription
-  Ask(peer, Request(0, 501));  // another id is
+  Ask(peer, Request(0, 500));  // a repeated request is no second subscription
+  Ask(peer, Request(0, 501));  // another id is a second one
   EXPECT_EQ(server_.Subscriptions(), 2U);
   EXPECT_EQ(peer.Receive(0), Answer(0, 500, 0, U32(6)));
   EXPECT_EQ(peer.Receive(0), Answer(0, 501, 0, U32(6)));
@@ -62,7 +62,7 @@ TEST_F(ServerTest, ValueAtSubscribeThenEveryChange) {
   EXPECT_EQ(peer.Receive(0), Packet(500, U32(7)));
   EXPECT_EQ(peer.Receive(0), Packet(501, U32(7)));
 
-  Ask(peer, Request(0, 502, kUnsubscribe));  // not one of its own
+  Ask(peer, Request(0, 502, kUnsubscribe));  // not its own subscription
   Ask(peer, Request(0, 500, kUnsubscribe));
   server_.Publish(8);
   EXPECT_EQ(peer.Receive(0), Packet(501, U32(8)));
@@ -74,7 +74,7 @@ TEST_F(ServerTest, AnswersWithoutSubscribing) {
   const struct {
     const char* what;
     std::string request;
-    std::string answer;  // empty: none
+    std::string answer;  // empty: no answer
   } kCases[] = {
       {"value only", Request(1, 0), Answer(1, 0, 0, kSeven)},
       {"no such item", Request(2, 500), Answer(2, 500, ENOENT)},
@@ -94,7 +94,7 @@ TEST_F(ServerTest, AnswersWithoutSubscribing) {
   EXPECT_EQ(log_.Lines("Request from X is too short"), 1) << "and no other within the second";
 }
 
-// Each of one subscriber, then of all; one that it has already needs no room.
+// First the limit per subscriber, then the limit of all. A repeated subscription needs no room.
 TEST_F(ServerTest, BoundedNumberOfSubscriptions) {
   std::vector<RawPeer> peers;
   const auto expect = [&](unsigned int id, const std::string& answer) {
@@ -117,13 +117,13 @@ TEST_F(ServerTest, SubscriberThatEndsIsForgotten) {
   Ask(peer, Request(0, 500));
   Ask(peer, Request(1, 501));
   peer.Close();
-  server_.Publish(1);  // to nobody, before the end is noticed
+  server_.Publish(1);  // to a closed peer, before the end is detected
   EXPECT_EQ(Next(me_, 0).result, ETIMEDOUT);
   EXPECT_EQ(server_.Subscriptions(), 0U);
 }
 
-// The successor says hello before everything that the dead one sent is read; before that a send to
-// the dead one may have failed already.
+// The successor sends its hello before all messages of the dead peer are read. A send to the dead peer may
+// have failed before that.
 TEST_F(ServerTest, RestartedSubscriberStartsAfresh) {
   for (const bool noticeToTheDead : {false, true}) {
     SCOPED_TRACE(noticeToTheDead);
@@ -150,7 +150,7 @@ TEST_F(ServerTest, SlowSubscriberLosesNoticesAndOnlyIt) {
   EXPECT_EQ(slow.Receive(0), Answer(0, 500, 0, U32(0)));
   EXPECT_EQ(quick.Receive(0), Answer(0, 500, 0, U32(0)));
   unsigned int published = 0;
-  unsigned int taken[2] = {};  // how many it took without reading: the same every time
+  unsigned int taken[2] = {};  // messages queued without a read: the same each time
   for (unsigned int round = 0; round < 2; ++round) {
     const unsigned int before = published;
     while (server_.LostNotices() < 1000UL * (round + 1)) {
@@ -161,11 +161,11 @@ TEST_F(ServerTest, SlowSubscriberLosesNoticesAndOnlyIt) {
     taken[round] = published - before - 1000;
     Ask(slow, Request(1, 0));
 
-    // It gets what was queued, in order, and the answer behind it.
+    // It receives the queued messages in order, then the answer.
     for (unsigned int expected = before + 1; expected <= before + taken[round]; ++expected) {
       std::optional<std::string> got = slow.Receive(0);
       if (!got) {
-        EXPECT_EQ(Next(me_, 0).result, ETIMEDOUT);  // sends on
+        EXPECT_EQ(Next(me_, 0).result, ETIMEDOUT);  // continues to send
         got = slow.Receive(0);
       }
       ASSERT_EQ(got, Packet(500, U32(expected)));

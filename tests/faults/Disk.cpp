@@ -27,7 +27,7 @@ Disk::Disk(const DiskState& before, Honesty honesty) : honesty_(honesty) {
   }
 }
 
-// What the program has put into it itself was synced before the file got its name, and its name after.
+// The program syncs such a file before it gets its name, and the directory after.
 void Disk::Create(const std::string& name, const std::string& content) {
   const int node = static_cast<int>(nodes_.size());
   nodes_.emplace_back();
@@ -42,7 +42,7 @@ void Disk::Create(const std::string& name, const std::string& content) {
 void Disk::Apply(const DiskOp& op) {
   const auto found = entries_.find(op.name);
   switch (op.op) {
-    case FileOp::kOpen:  // one that the program created itself is noticed here
+    case FileOp::kOpen:  // detects files that the program created without SQLite
       if (found == entries_.end()) Create(op.name, op.data);
       return;
     case FileOp::kDelete:

@@ -21,7 +21,7 @@ struct DiskOp {
   bool directory = false;
 };
 
-// Notes what is done to the files of a stretch.
+// Records all operations on the files.
 class DiskRecorder : public FileWatch {
  public:
   void After(const FileEvent& event) override;
@@ -31,25 +31,25 @@ class DiskRecorder : public FileWatch {
   std::vector<DiskOp> ops_;
 };
 
-// What becomes of all that no sync has made sure of.
+// What happens to unsynced changes at a power cut.
 enum class Fate {
-  kDropped,   // nothing of it is there
-  kKept,      // all of it is
-  kTornLast,  // all, but of the last write only its first sectors
-  kChance,    // each sector, each truncation and each directory entry as a coin falls
+  kDropped,   // all unsynced changes are lost
+  kKept,      // all unsynced changes are there
+  kTornLast,  // as kKept, but the last write has only its first sectors
+  kChance,    // chance decides for each sector, truncation and directory entry
 };
 
-// How much a sync is worth.
+// What a sync makes durable.
 enum class Honesty {
   kHonest,
-  kNoSync,           // nothing is ever synced
-  kNoDirectorySync,  // entries are never synced
+  kNoSync,           // nothing is ever durable
+  kNoDirectorySync,  // directory entries are never durable
 };
 
-// A medium behind a cache, with one directory. Contents and directory entries are durable once
-// synced, the directory with a sync of its own; until then each write can be lost, or torn at
-// sectors, and each entry can be missing, or still be there after its deletion, one independently
-// of the other. A sector is old or new, never something else.
+// A medium behind a cache, with one directory. Contents are durable after a sync of the file, directory
+// entries after a sync of the directory. Until then each write can be lost or torn at sectors, and each entry
+// can be missing, or still be there after its deletion, independently. A sector is old or new, never anything
+// else.
 class Disk {
  public:
   static constexpr std::size_t kSectorBytes = 512;
@@ -84,7 +84,7 @@ class Disk {
 
   Honesty honesty_;
   std::vector<Node> nodes_;
-  std::map<std::string, int> entries_;  // as the program sees them
+  std::map<std::string, int> entries_;  // as the program sees them now
   std::map<std::string, int> durableEntries_;
   std::vector<EntryChange> pendingEntries_;
 };

@@ -24,7 +24,7 @@ DiskState RunWithoutClose() {
     usage.Bookmark();
     usage.Turn(500);
   }
-  return ReadFiles(dir);  // the close comes too late
+  return ReadFiles(dir);  // copies before the close
 }
 
 void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir& dir) {

@@ -5,14 +5,14 @@
 #include "Disk.h"
 #include "support/TempDir.h"
 
-// The files of a directory, without SQLite's shared memory, which no power cut outlives.
+// Reads the files of a directory. Leaves out SQLite's shared memory, which a power cut deletes.
 DiskState ReadFiles(const TempDir& dir);
 
-// What a run of ten bookmarks that ended without a close has left: metadata.000001.db with its log.
+// The files of a run of ten bookmarks that ended without a close: metadata.000001.db with its WAL.
 DiskState RunWithoutClose();
 
-// Makes the directory hold the files whose names begin with the prefix, and nothing else.
+// Replaces the content of the directory by the files whose names begin with the prefix.
 void WriteFiles(const DiskState& state, const std::string& prefix, const TempDir& dir);
 
-// Tells the files whose names begin with the prefix from others.
+// Hashes the files whose names begin with the prefix.
 std::size_t Hash(const DiskState& state, const std::string& prefix);

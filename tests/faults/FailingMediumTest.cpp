@@ -11,17 +11,17 @@ constexpr int kStep = MM_FAULT_STEP;  // 1: every operation
 
 constexpr const char* kEarlierRun = "metadata.000001.db";
 
-// What goes wrong.
+// A fault of the medium.
 struct Fault {
   const char* name;
   FileOp op;
-  int code;            // of SQLite
-  bool half = false;   // half of the data is written nevertheless
-  bool anyOp = false;  // not only this one
-  int every = 1;       // only every so manieth is tried
+  int code;            // SQLite's error code
+  bool half = false;   // half of the data is still written
+  bool anyOp = false;  // any operation, not only `op`
+  int every = 1;       // tries every Nth operation only
 };
 
-// SQLite has one code for an opening that fails, whatever the reason.
+// SQLite has one error code for every failed open.
 constexpr Fault kFaults[] = {
     {"WriteEio", FileOp::kWrite, SQLITE_IOERR_WRITE},
     {"WriteHalf", FileOp::kWrite, SQLITE_FULL, true},
@@ -33,10 +33,10 @@ constexpr Fault kFaults[] = {
     {"AnyEio", FileOp::kWrite, SQLITE_IOERR, false, true, 5},
 };
 
-// A medium on which the Nth operation of a kind fails, and with `forEver` all that follow it.
+// A medium on which the Nth operation of a kind fails; with `forEver` all later ones fail too.
 class FailingMedium : public FileWatch {
  public:
-  // Counts from 1.
+  // `nth` counts from 1.
   FailingMedium(const Fault& fault, bool forEver, int nth) : fault_(fault), forEver_(forEver), nth_(nth) {}
 
   Verdict Before(const FileEvent& event) override {
@@ -45,7 +45,7 @@ class FailingMedium : public FileWatch {
     if (healed_ || (forEver_ ? count_ < nth_ : count_ != nth_)) return {};
     return {fault_.code, fault_.half ? event.data.size() / 2 : 0};
   }
-  // Ends what has begun to fail, or would fail for ever.
+  // Ends the fault when it has begun or is permanent.
   void Heal() { healed_ = forEver_ || Failed(); }
 
   bool Failed() const { return count_ >= nth_; }
@@ -58,7 +58,7 @@ class FailingMedium : public FileWatch {
   bool healed_ = false;
 };
 
-// Commits of all kinds, and what makes a file full.
+// Makes commits of all kinds, and fills a file.
 void Work(Usage& usage) {
   for (int i = 0; i < 4; ++i) {
     usage.Temperature();
@@ -71,14 +71,14 @@ void Work(Usage& usage) {
 
 class FailingMediumTest : public testing::TestWithParam<std::tuple<Fault, bool>> {
  protected:
-  // Runs a stretch on a medium whose Nth operation fails; false when it has less.
+  // Records on a medium whose Nth operation fails. Returns false when there are fewer operations.
   bool Fails(int nth) {
     WriteFiles(before_, "", dir_);
     FailingMedium medium(std::get<0>(GetParam()), forEver_, nth);
     const LogCapture log;
     const WatchedVfs vfs(medium);
     StoreOptions options;
-    options.maxFileBytes = std::uint64_t{80} << 10;  // the third commit fills it
+    options.maxFileBytes = std::uint64_t{80} << 10;  // the third commit fills the file
     options.maxPendingBytes = 8192;
     Usage usage(dir_.Path("metadata"), options);
     if (!Open(usage, medium)) return true;
@@ -119,7 +119,7 @@ class FailingMediumTest : public testing::TestWithParam<std::tuple<Fault, bool>>
     files_ = recordings.Files();
   }
 
-  // That it was folded in, or not, without harm; a state of it that was seen before is.
+  // Checks that the earlier run lost nothing, with or without a checkpoint. Skips states already checked.
   void CheckEarlierRun() {
     const std::string name = kEarlierRun;
     if (!earlierRuns_.insert(dir_.Read(name) + dir_.Read(name + "-wal")).second) return;

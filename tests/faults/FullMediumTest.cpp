@@ -19,8 +19,8 @@ bool WriteLine(const char* path, const std::string& line) {
   return file.good();
 }
 
-// A small file system on the directory, seen by this process only; needs no privileges where namespaces
-// are to be had.
+// Mounts a small file system on the directory, visible to this process only. Needs no privileges where user
+// namespaces are available.
 bool MountSmall(const std::string& directory, const char* size) {
   const auto self = std::to_string(geteuid());
   const auto group = std::to_string(getegid());
@@ -32,7 +32,7 @@ bool MountSmall(const std::string& directory, const char* size) {
          mount("small", directory.c_str(), "tmpfs", 0, size) == 0;
 }
 
-// Fills the medium while the store records, keeps it full until records are lost, frees it.
+// Fills the medium while the store records, keeps it full until records are lost, then frees it.
 void FillAndFree(const TempDir& dir) {
   const LogCapture log;
   StoreOptions options;

@@ -1,5 +1,5 @@
-// Power cuts at every point of a stretch of use: what each leaves is held against what was committed by
-// then, as another connection saw it.
+// Cuts the power at every operation of a run. Compares the remaining files with the records that another
+// connection saw as committed by then.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -13,16 +13,16 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kStep = MM_FAULT_STEP;  // 1: every point
-constexpr int kChances = 4;                   // states in which chance decides, at each point
-constexpr std::size_t kReopenEvery = 50;      // so manieth state
+constexpr int kChances = 4;                   // random states at each point
+constexpr std::size_t kReopenEvery = 50;      // states per check of the next run
 constexpr const char* kEarlierRun = "metadata.000001.db";
 
 bool IsRecording(const std::string& name) {
   return name.ends_with(".db");
 }
 
-// Opening with an old log to fold in, the beginning of a file, commits of all kinds, the turn over to
-// a next file, a clean end.
+// Opens the store beside an old WAL, begins a file, makes commits of all kinds, turns over to the next file,
+// and closes.
 void UseStore(Usage& usage) {
   ASSERT_TRUE(usage.Open());
   for (unsigned int i = 0; i < 60; ++i) {
@@ -35,9 +35,9 @@ void UseStore(Usage& usage) {
   usage.Close();
 }
 
-// What stands in a recording: its records, a line each, and the number of the last one, 0 for none.
+// The content of a recording: its records, one per line, and the number of the last record (0: none).
 struct Content {
-  std::string fault;  // empty: it is sound
+  std::string fault;  // empty: sound
   std::string records;
   long last = 0;
 };
@@ -59,7 +59,7 @@ Content ContentOf(const std::string& path) {
 
 class PowerCutTest : public testing::Test {
  protected:
-  // The stretch: a run of the store after one that ended without a close.
+  // Records a run of the store that follows a run without a close.
   void SetUp() override {
     WriteFiles(before_, "", dir_);
     StoreOptions options;
@@ -71,7 +71,7 @@ class PowerCutTest : public testing::Test {
     for (auto& [name, content] : files_) content = ContentOf(dir_.Path(name));
   }
 
-  // The first fault that cuts leave on such a medium, at every so manieth point; empty where there is none.
+  // The first fault after a cut on such a medium, at every `step`th point; empty: none.
   std::string FirstFault(Honesty honesty, std::size_t step) {
     std::mt19937 random(1);
     Disk disk(before_, honesty);
@@ -88,13 +88,13 @@ class PowerCutTest : public testing::Test {
     return {};
   }
 
-  std::map<std::string, Content> files_;  // as they are in the end; by name, so in their order
-  std::set<std::size_t> states_;          // that were looked at
+  std::map<std::string, Content> files_;  // by name, as they are at the end
+  std::set<std::size_t> states_;          // states already checked
 
  private:
   struct Call {
-    std::size_t ops;                        // operations until it returned
-    std::map<std::string, long> committed;  // last record of each file
+    std::size_t ops;                        // operations up to the return of the call
+    std::map<std::string, long> committed;  // last record by file
   };
 
   void NoteCall() {
@@ -112,7 +112,7 @@ class PowerCutTest : public testing::Test {
   std::string FaultOf(const DiskState& state, std::size_t point) {
     const auto returned =
         std::find_if(calls_.rbegin(), calls_.rend(), [point](const Call& call) { return call.ops <= point; });
-    bool complete = true;  // each file up to here
+    bool complete = true;  // all files so far are complete
     for (const auto& [name, whole] : files_) {
       const Content found = Look(state, name);
       if (!found.fault.empty()) return name + ": " + found.fault;
@@ -172,7 +172,7 @@ TEST_F(PowerCutTest, NothingCommittedIsLostWhereverTheStretchIsCut) {
   EXPECT_GE(files_.size(), 3U) << "the earlier run's, and at least two";
 }
 
-// That the checks can fail.
+// Proves that the checks can fail.
 TEST_F(PowerCutTest, ABadMediumIsFoundOut) {
   for (const Honesty honesty : {Honesty::kNoSync, Honesty::kNoDirectorySync}) {
     const std::string fault = FirstFault(honesty, 1);
@@ -181,8 +181,8 @@ TEST_F(PowerCutTest, ABadMediumIsFoundOut) {
   }
 }
 
-// A bit of it has turned: it is evidence, and stays as it is with its file, whatever the next run goes
-// through.
+// One bit of the WAL is flipped. The WAL and its file are evidence: the next run never changes them, wherever
+// the power is cut.
 TEST(DamagedLog, IsNeverChangedWhereverTheNextRunIsCut) {
   const TempDir dir;
   const std::string log = std::string(kEarlierRun) + "-wal";

@@ -9,7 +9,7 @@
 #include "WatchedVfs.h"
 #include "support/TempDir.h"
 
-// All the recordings in a directory, held against what was reported.
+// Compares all recordings of a directory with the reported records.
 class Recordings {
  public:
   explicit Recordings(const TempDir& dir, const std::string& exceptFor = "") {
@@ -22,10 +22,9 @@ class Recordings {
 
   std::size_t Files() const { return files_; }
 
-  // How many numbers up to the last are neither recorded nor counted as lost; below 0: some are there twice.
+  // Record numbers that are neither recorded nor counted as lost; below 0: some are there twice.
   long Holes() const { return last_ - records_ - lostInAll_; }
-  // Of those reported for a table the ones that are not recorded, and those counted as lost (which
-  // can be restated ones, too).
+  // Reported records of a table that are not recorded, and those counted as lost (restated records included).
   long Missing(const Usage& usage, const std::string& table) const {
     return usage.Reported(table) - Of(table, recorded_);
   }
@@ -40,7 +39,7 @@ class Recordings {
     const long last = std::strtol(file.Rows("SELECT last_seq FROM progress").c_str(), nullptr, 10);
     EXPECT_GT(last, 0) << "only begun: " << path;
     last_ = std::max(last_, last);
-    // Those that a usage has records in.
+    // The tables that a Usage writes.
     for (const std::string table :
          {"clock", "temperature", "string", "bookmark", "state", "loss", "previous_run", "run_end"}) {
       std::istringstream counts(
@@ -59,7 +58,7 @@ class Recordings {
   std::size_t files_ = 0;
   long last_ = 0;
   long records_ = 0;
-  Counts recorded_;  // without the restated ones
+  Counts recorded_;  // without restated records
   Counts lost_;
   long lostInAll_ = 0;
 };

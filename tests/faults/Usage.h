@@ -16,7 +16,7 @@ inline long Of(const std::string& table, const Counts& counts) {
   return found == counts.end() ? 0 : found->second;
 }
 
-// A store in use, with a clock of its own: one call after the other at times of the test's choosing.
+// A store in use, with its own clock. The test chooses the time of each call.
 class Usage {
  public:
   explicit Usage(const std::string& basePath, StoreOptions options = {}) {
@@ -32,7 +32,7 @@ class Usage {
     afterCall();
     return open;
   }
-  // Of the main loop: time passes, then a tick is told.
+  // A turn of the main loop: time passes, then TimerTick is called.
   void Turn(unsigned int ms) {
     clock_.tick += ms;
     clock_.utcMs += ms;
@@ -62,10 +62,10 @@ class Usage {
     afterCall();
   }
 
-  // How many records were reported for a table.
+  // The number of records reported for a table.
   long Reported(const std::string& table) const { return Of(table, reported_); }
 
-  // Called after each call.
+  // Runs after each call to the store.
   std::function<void()> afterCall = [] {};
 
  private:

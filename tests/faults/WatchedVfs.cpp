@@ -6,15 +6,15 @@ namespace {
 
 FileWatch* watcher = nullptr;
 
-// Neither threads nor statistics: a fifth of the time.
+// Without threads and statistics SQLite saves a fifth of the time.
 [[maybe_unused]] const int kQuick =
     sqlite3_config(SQLITE_CONFIG_SINGLETHREAD) + sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
 
-// SQLite provides the memory; the real file follows it.
+// SQLite allocates this; the real file follows in the same memory.
 struct File {
   sqlite3_file base;
-  const char* path;    // SQLite keeps it as long as the file is open
-  bool syncDirectory;  // with the first sync, as the system's layer does for a new journal
+  const char* path;    // SQLite keeps the text while the file is open
+  bool syncDirectory;  // at the first sync, as the system layer does for a new journal
   std::int64_t padding;
 };
 
@@ -28,7 +28,7 @@ sqlite3_vfs* RealVfs() {
   return sqlite3_vfs_find(kPlainVfs);
 }
 
-// Shows an operation that `act` carries out, if it may.
+// Shows the operation to the watcher, and performs `act` unless the watcher fails it.
 template <typename Act>
 int Watched(const FileEvent& event, Act act) {
   if (const Verdict verdict = watcher->Before(event); verdict.code != SQLITE_OK) return verdict.code;
@@ -37,7 +37,7 @@ int Watched(const FileEvent& event, Act act) {
   return rc;
 }
 
-// An operation that is nobody's business.
+// Passes an unwatched operation to the real file.
 template <auto kOperation, typename... Arguments>
 auto Pass(sqlite3_file* file, Arguments... arguments) {
   return (Real(file)->pMethods->*kOperation)(Real(file), arguments...);
@@ -74,7 +74,7 @@ int Sync(sqlite3_file* file, int flags) {
 }
 
 using Methods = sqlite3_io_methods;
-constexpr int kMethodsVersion = 2;  // with shared memory, without memory-mapped reading
+constexpr int kMethodsVersion = 2;  // version 2: shared memory, no memory-mapped reads
 constexpr Methods kMethods = {kMethodsVersion,
                               Pass<&Methods::xClose>,
                               Read,
@@ -96,7 +96,7 @@ constexpr Methods kMethods = {kMethodsVersion,
                               nullptr};
 
 int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* file, int flags, int* outFlags) {
-  if (name == nullptr) std::abort();  // a temporary file: the store has no need of any
+  if (name == nullptr) std::abort();  // a temporary file, which the store never uses
   constexpr int kJournals = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_SUPER_JOURNAL | SQLITE_OPEN_WAL;
   Of(file) = {};
   Of(file).path = name;
@@ -120,7 +120,7 @@ sqlite3_vfs layer;
 
 WatchedVfs::WatchedVfs(FileWatch& watch) {
   watcher = &watch;
-  layer = *RealVfs();  // what is not about the content of files stays as it is
+  layer = *RealVfs();  // operations that do not touch file contents stay
   layer.szOsFile += static_cast<int>(sizeof(File));
   layer.zName = "watched";
   layer.pNext = nullptr;

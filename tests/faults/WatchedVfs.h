@@ -7,23 +7,22 @@
 
 enum class FileOp { kOpen, kRead, kWrite, kSync, kTruncate, kDelete };
 
-// What SQLite asks of the file system.
+// A request of SQLite to the file system.
 struct FileEvent {
   FileOp op;
   std::string_view path;
-  std::int64_t offset = 0;  // of a write; a truncation's new size
+  std::int64_t offset = 0;  // offset of a write, or new size of a truncation
   std::string_view data = {};
-  bool directory = false;  // a sync or deletion that syncs the directory, too
+  bool directory = false;  // a sync or deletion that also syncs the directory
 };
 
-// What happens instead of an operation: nothing unless `code` is an error. Of a write the first
-// `written` bytes are written then.
+// The operation proceeds unless `code` is an error. A failed write still writes its first `written` bytes.
 struct Verdict {
   int code = SQLITE_OK;
   std::size_t written = 0;
 };
 
-// Sees every operation before, and after it has worked those that change what a medium holds.
+// Before is called for every operation, After for every successful change of the medium.
 class FileWatch {
  public:
   virtual ~FileWatch() = default;
@@ -31,8 +30,8 @@ class FileWatch {
   virtual void After(const FileEvent& /*event*/) {}
 };
 
-// While it lives, a SQLite file system layer stands before the system's own and shows `watch` what
-// is done to files that are opened from now on. They must be closed before it goes.
+// While this object lives, a SQLite file system layer shows `watch` all operations on files opened from now
+// on. These files must be closed before the object is destroyed.
 class WatchedVfs {
  public:
   explicit WatchedVfs(FileWatch& watch);
@@ -41,5 +40,5 @@ class WatchedVfs {
   WatchedVfs& operator=(const WatchedVfs&) = delete;
 };
 
-// The layer below, for those who want to be unwatched.
+// The layer below, for unwatched connections.
 inline constexpr const char* kPlainVfs = "unix";

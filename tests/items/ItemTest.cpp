@@ -21,7 +21,7 @@ TEST(Item, ReadsWhatNoItemWrites) {
   Fill(message, "\x80");
   EXPECT_TRUE(flag.DecodeMsg(message));
   EXPECT_TRUE(flag.Value());
-  for (const char* length : {"10 00", "7f ff", "80 00", "ff ff"}) {  // more than any payload has
+  for (const char* length : {"10 00", "7f ff", "80 00", "ff ff"}) {  // longer than any payload
     StringItem text("old");
     Fill(message, FromHex(length) + std::string(IpcMessage::kMaxPayload - 2, 'y'));
     EXPECT_FALSE(text.DecodeMsg(message)) << length;
@@ -31,7 +31,7 @@ TEST(Item, ReadsWhatNoItemWrites) {
   }
 }
 
-// The first part of what is too long is kept, all of it is skipped, and the next field is right.
+// A text that is too long is truncated and skipped whole; the next field is read correctly.
 TEST(Item, WhatIsTooLongIsSkippedWhole) {
   IpcMessage message;
   VehicleInfo vehicle;
