@@ -1,4 +1,4 @@
-// What a run is about, in words.
+// The summary of a run, in words.
 
 function title(run) {
   const [unit, plate] = (run.facts.vehicle || '').split(', ');
@@ -37,7 +37,7 @@ function highest(line) {
   return line.parts.reduce((most, part) => part.max.reduce((a, b) => Math.max(a, b), most), -Infinity);
 }
 
-// How far the vehicle drove: by all fixes, or by the points of the track if the data does not tell.
+// Driven distance: from the data, else the length of the track.
 function drivenText(run) {
   if (run.track.length === 0) return ['\u2013', 'driven, by GPS'];
   const { metres, leaps, leapMetres } = run.driven || { metres: trackLength(run.track), leaps: 0, leapMetres: 0 };

@@ -1,5 +1,5 @@
-// The common time axis. All plots of a run have the same width and show the same stretch of time, view.from to
-// view.to; view.width is the width in pixels.
+// The common time axis. All plots of a run have the same width and show the same time range, view.from to
+// view.to. view.width is the width in pixels.
 
 const kPlot = { left: 46, right: 12 };
 
@@ -19,12 +19,12 @@ function xToTime(view, x) {
   return view.from + (x - kPlot.left) / plotWidth(view) * (view.to - view.from);
 }
 
-// So many pixels as milliseconds.
+// Converts a width in pixels to milliseconds.
 function pixelsMs(view, pixels) {
   return pixels / plotWidth(view) * (view.to - view.from);
 }
 
-// The part of a stretch of time that is in view, at least so many pixels wide; null if none of it is.
+// The visible part of a time range, at least `least` pixels wide; null if no part is visible.
 function span(view, from, to, least) {
   if (to < view.from || from > view.to) return null;
   const x1 = Math.max(timeToX(view, from), kPlot.left);
@@ -60,12 +60,12 @@ function drawGrid(svg, run, view, top, bottom) {
   }
 }
 
-// What the numbers of the axis mean.
+// The name of the axis: UTC with the date, or time since the start.
 function axisName(run, view) {
   return run.utcMs === null ? 'since the start' : 'UTC, ' + shortDate(run, Math.max(view.from, run.beginMs), true);
 }
 
-// The line at y, its labels above.
+// Draws the line at y, with the labels above it.
 function drawTimeAxis(svg, run, view, y) {
   const { ticks, step } = timeTicks(run, view);
   add(svg, 'line', { x1: kPlot.left, x2: plotEnd(view), y1: y, y2: y, stroke: kInk });
@@ -78,7 +78,7 @@ function drawTimeAxis(svg, run, view, y) {
   }
 }
 
-// Round numbers from low to high, about `count` of them.
+// About `count` round numbers from low to high.
 function valueTicks(low, high, count, leastStep = 0) {
   const raw = (high - low) / count;
   const power = Math.pow(10, Math.floor(Math.log10(raw)));

@@ -1,4 +1,4 @@
-// Values over time: a line, and a band from the lowest to the highest value where a point stands for many.
+// Values over time: a line, and a band from minimum to maximum where a point stands for many values.
 
 let clips = 0;  // each clip path has its own id
 
@@ -19,7 +19,7 @@ function extent(lines) {
   return high - low >= least ? { low, high } : { low: low >= 0 ? Math.max(low - least, 0) : low - least, high: high + least };
 }
 
-// The points of a part that are in view, and one beside it on each side.
+// The visible points of a part, and one more point on each side.
 function inView(part, view) {
   const from = Math.max(lastNotAbove(part.t, view.from), 0);
   const to = lastNotAbove(part.t, view.to) + 2;

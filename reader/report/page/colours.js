@@ -11,7 +11,7 @@ const kEnds = 'var(--green)';
 const kGap = 'var(--amber)';
 const kLoss = 'var(--red)';
 
-// The lines of a chart, in their order. Dashes keep lines apart where colours do not.
+// The styles of a chart's lines, in order. Dashes tell lines apart without colours.
 const kLines = [kRecording, kCrash, kEnds, kCovert, 'var(--ochre)', 'var(--sky)', kInk, kNotRecording];
 const kDashes = ['', '7 3', '2 2.5', '9 3 2 3'];
 

@@ -1,9 +1,9 @@
-// The cursor is the time that the reader looks at: view.cursorMs, null if there is none. It is a line through the
-// plots, a dot on the map and the readout. Followers in view.followers are told of each change.
+// The cursor is the selected time, view.cursorMs; null if there is none. It shows as a line through the
+// plots, a dot on the map and the readout. Each change calls the functions in view.followers.
 
-// `at` is the point of the window beside which the readout stands; without it that is the cursor's line.
+// `at` is the point of the window for the readout; null puts the readout beside the cursor's line.
 function setCursor(run, view, time, at = null) {
-  const ms = time === null ? null : Math.round(time);  // as exact as the times of records
+  const ms = time === null ? null : Math.round(time);  // record times are whole milliseconds
   view.cursorMs = ms;
   const isShown = ms !== null && ms >= view.from && ms <= view.to;
   view.cursor.hidden = !isShown;
@@ -24,7 +24,7 @@ function besideCursor(view) {
   return { x: line.left, y: Math.min(Math.max(plot.top + 60, 60), innerHeight - 60) };
 }
 
-// Shows another stretch of time. The cursor stays under the pointer, or at its time if that is still in view.
+// Shows another time range. The cursor stays under the pointer, or at its time if that is still visible.
 function zoom(run, view, from, to) {
   const whole = wholeRun(run);
   const least = 50;
@@ -36,7 +36,7 @@ function zoom(run, view, from, to) {
   else if (view.cursorMs !== null) setCursor(run, view, view.cursorMs >= view.from && view.cursorMs <= view.to ? view.cursorMs : null);
 }
 
-// The user moves the cursor, so the video that did so stops.
+// Stops the playing video. Called when the user moves the cursor.
 function stopVideo(view) {
   const { playing } = view;
   if (!playing) return;
@@ -58,21 +58,21 @@ function isWhole(run, view) {
   return view.from <= from && view.to >= to;
 }
 
-// Makes what is shown so many times as long, around the cursor or else the middle.
+// Multiplies the length of the visible range by `factor`, around the cursor, else around the middle.
 function scale(run, view, factor) {
   const fixed = view.cursorMs === null ? (view.from + view.to) / 2 : view.cursorMs;
   view.pointer = null;
   zoom(run, view, fixed - (fixed - view.from) * factor, fixed + (view.to - fixed) * factor);
 }
 
-// Moves what is shown by a share of its length.
+// Moves the visible range by a share of its length.
 function pan(run, view, share) {
   const by = (view.to - view.from) * share;
   view.pointer = null;
   zoom(run, view, view.from + by, view.to + by);
 }
 
-// Moves the cursor to a time of the run, and what is shown so far that the cursor is in it.
+// Moves the cursor to a time of the run, and the visible range if the cursor would be outside.
 function goTo(run, view, ms) {
   const { from, to } = wholeRun(run);
   const at = Math.min(Math.max(ms, from), to);
@@ -83,7 +83,7 @@ function goTo(run, view, ms) {
   else setCursor(run, view, at);
 }
 
-// The time under a point of the window; outside of the plots the nearest time that is shown.
+// The time at a point of the window; outside the plots, the nearest visible time.
 function timeUnder(view, { x }) {
   const ms = xToTime(view, x - view.plot.getBoundingClientRect().left - view.offset);
   return Math.min(Math.max(ms, view.from), view.to);

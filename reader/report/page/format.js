@@ -4,7 +4,7 @@ function pad(number, digits = 2) {
   return String(number).padStart(digits, '0');
 }
 
-// Milliseconds since the start of the run as UTC of the day; without UTC the time since that start.
+// The UTC time of day; without UTC, the time since the start of the run.
 function clockTime(run, ms, digits = 3) {
   const text = new Date(run.utcMs === null ? Math.max(ms, 0) : run.utcMs + ms).toISOString().slice(11, 23);
   const days = run.utcMs === null ? Math.floor(Math.max(ms, 0) / 86400000) : 0;
@@ -24,7 +24,7 @@ function longDate(run, ms) {
   return day.getUTCDate() + ' ' + kMonths[day.getUTCMonth()] + ' ' + day.getUTCFullYear();
 }
 
-// "2024-05-01 12:00:00.000"; "-" stays, for a time that is not known.
+// "2024-05-01 12:00:00.000"; an unknown time stays "-".
 function tableTime(utc) {
   return utc.replace('T', ' ').replace('Z', '');
 }
@@ -67,7 +67,7 @@ function words(name) {
   return name.replace(/([a-z])([A-Z])/g, '$1 $2').toLowerCase().replace(/^gps$/, 'GPS');
 }
 
-// The index of the last value of a sorted list that is not above the given one; -1 if all are above it.
+// The index of the last value in a sorted list that is at most the given value; -1 if there is none.
 function lastNotAbove(list, value) {
   let low = 0;
   let high = list.length;

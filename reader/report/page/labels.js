@@ -1,6 +1,6 @@
-// The labels of the map, put where they cover neither signs nor each other.
+// The labels of the map, placed so that they cover neither signs nor each other.
 
-// One label for bookmarks that are closer together than a label is high.
+// Bookmarks that are closer together than the height of a label share one label.
 function labels(signs) {
   const all = [];
   for (const sign of signs) {
@@ -56,7 +56,7 @@ function drawSigns(svg, run, at) {
   for (const label of labels(signs)) drawLabel(svg, at, boxes, way, label);
 }
 
-// Boxes that cover the track itself.
+// Boxes along the track, which labels avoid.
 function wayBoxes(run, at) {
   const step = 5;
   const boxes = [];

@@ -11,7 +11,7 @@ function drawBar(svg, run, view, bar, colour) {
   hint(rect, clockTime(run, bar.from) + ' \u2013 ' + clockTime(run, bar.to) + ': ' + bar.text);
 }
 
-// For more bars than one can tell apart: how much of the time of each column was on.
+// For more bars than fit: columns whose opacity is the share of "on" time.
 function drawColumns(svg, view, shown, colour) {
   const width = plotWidth(view) / kLane.columns;
   const share = new Float64Array(kLane.columns);

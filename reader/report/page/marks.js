@@ -1,6 +1,6 @@
-// Bookmarks, crashes and recordings, which show in every plot.
+// Bookmarks, crashes and recordings, shown in every plot.
 
-// Shades the times at which the video was recorded.
+// Shades the times during which video was recorded.
 function drawRecording(svg, run, view, top, bottom) {
   for (const bar of run.recording) {
     const place = span(view, bar.from, bar.to, 0);
@@ -12,7 +12,7 @@ function isInView(view, mark) {
   return mark.t >= view.from && mark.t <= view.to;
 }
 
-// A line through a plot for each bookmark and crash.
+// Draws a line through a plot for each bookmark and crash.
 function drawMarks(svg, run, view, top, bottom) {
   const marks = run.marks.filter((mark) => isInView(view, mark));
   for (const mark of marks) {

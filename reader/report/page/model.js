@@ -1,7 +1,7 @@
-// Turns the data of a run into what is drawn.
+// Prepares the data of a run for drawing.
 
-// The parts of a line. A null in the data is a break between two parts. A step line shows each value until the
-// next one, and the last value to the end of the run.
+// The parts of a line. A null in the data separates two parts. A step line holds each value until the next
+// one, and the last value until the end of the run.
 function splitLine(line, endMs) {
   line.parts = [];
   line.isSteps = line.steps === true;
@@ -19,7 +19,7 @@ function splitLine(line, endMs) {
   last.max.push(last.max[last.max.length - 1]);
 }
 
-// From when to when which state was in force.
+// The bars of a lane: each has a time range and a state.
 function bars(lane, endMs) {
   return lane.t.map((from, i) => {
     const [text, level] = lane.state[i] < 0 ? ['on and off, ' + lane.share[i] + ' % on', lane.share[i] > 0 ? 2 : 0]
@@ -68,7 +68,7 @@ function isEmpty(run) {
       run.groups.every((group) => group.lanes.every((lane) => lane.bars.length === 0));
 }
 
-// Each run is prepared once, when it is first shown.
+// Prepares each run once, when it is first shown.
 function prepare(run) {
   if (run.isPrepared) return;
   run.isPrepared = true;

@@ -1,8 +1,8 @@
-// Where the vehicle was, and the projection of the map.
+// Positions of the vehicle, and the projection of the map.
 
 const kMetresPerE4min = 0.1852;
 
-// A projection of the track onto so many pixels, north up, with room around it for labels.
+// A projection of the track onto width by height pixels, north up, with a margin for labels.
 function projection(track, width, height) {
   const margin = Math.min(48, width / 9);
   let [south, north, west, east] = [Infinity, -Infinity, Infinity, -Infinity];
@@ -26,12 +26,12 @@ function projection(track, width, height) {
   };
 }
 
-// Until when the vehicle stayed close to a point of the track.
+// The time when the vehicle left a point of the track.
 function leftAt(part, i) {
   return part.t[i] + part.stayMs[i];
 }
 
-// The place between two points of a part: the vehicle leaves the first when it was last seen close to it.
+// The position between two points of a part. The vehicle stays at the first point until leftAt.
 function placeBetween(part, i, ms) {
   const next = Math.min(i + 1, part.t.length - 1);
   const left = leftAt(part, i);
@@ -39,13 +39,13 @@ function placeBetween(part, i, ms) {
   return { lat: part.lat[i] + share * (part.lat[next] - part.lat[i]), lon: part.lon[i] + share * (part.lon[next] - part.lon[i]) };
 }
 
-// How long after a fix its place counts as known.
+// The age at which a position expires.
 function placeAgeMs(run) {
   const gps = run.gaps.find((source) => source.source === 'gps');
   return Math.max(2000, gps ? 5 * gps.usualMs : 0);
 }
 
-// Where the vehicle was. If that is not known: where it was last, or else first.
+// The position at a time; if that is unknown, the last position before it, else the first of the run.
 function placeAt(run, ms) {
   let last = null;
   for (const part of run.track) {
@@ -59,7 +59,7 @@ function placeAt(run, ms) {
   return last;
 }
 
-// The point of a line from a to b that is nearest to p, as a share of the line, and how far away it is.
+// The point of the line from a to b nearest to p, as a share of the line, and its distance from p.
 function nearestOnLine(a, b, p) {
   const [dx, dy] = [b.x - a.x, b.y - a.y];
   const length = dx * dx + dy * dy;
@@ -67,7 +67,7 @@ function nearestOnLine(a, b, p) {
   return { share, away: Math.hypot(a.x + share * dx - p.x, a.y + share * dy - p.y) };
 }
 
-// When the vehicle was nearest to a point of the map; null if it never was near.
+// The time when the vehicle was nearest to a point of the map; null if it was never near.
 function whenNear(run, at, p) {
   let [nearest, least] = [null, 30];
   for (const part of run.track) {

@@ -4,7 +4,7 @@ function pointOf(event) {
   return { x: event.clientX, y: event.clientY };
 }
 
-// Whether a point is beside the plots, over their names or notes.
+// Whether a point is outside the plots, over their names or notes.
 function isBeside(view, { x }) {
   const at = x - view.plot.getBoundingClientRect().left - view.offset;
   return at < kPlot.left - 8 || at > plotEnd(view) + 8;
@@ -55,7 +55,7 @@ function followPointer(run, view) {
   view.plot.addEventListener('dblclick', () => zoomOut(run, view));
 }
 
-// On the map the cursor is the time at which the vehicle was nearest to the pointer.
+// On the map, the pointer moves the cursor to the time when the vehicle was nearest.
 function followMap(svg, run, view, at) {
   const move = (event) => {
     if (view.playing) return;

@@ -1,4 +1,4 @@
-// The values at a time, in words, beside the pointer or at the bottom of a small screen.
+// The values at the cursor, in words, beside the pointer or at the bottom of a small screen.
 
 function tell(list, name, text) {
   if (text === '') return;
@@ -19,7 +19,7 @@ function fillReadout(readout, run, view, ms) {
     add(readout, 'p', {}, clockTime(run, event.t) + ' ' + eventText(event));
 }
 
-// Beside a point of the window, inside of the window.
+// Places the readout beside a point, inside the window.
 function placeReadout(readout, { x, y }) {
   const isRight = x + 16 + readout.offsetWidth > innerWidth;
   readout.style.left = Math.max(4, x + (isRight ? -16 - readout.offsetWidth : 16)) + 'px';
@@ -33,7 +33,7 @@ function showReadout(run, view, ms, at) {
   placeReadout(readout, at);
 }
 
-// A screen reader speaks the readout when keys move the cursor, but not each move of a pointer or a video.
+// A screen reader speaks the readout when keys move the cursor, but not when a pointer or a video moves it.
 function announce(isByKeys) {
   document.getElementById('readout').setAttribute('aria-live', isByKeys ? 'polite' : 'off');
 }

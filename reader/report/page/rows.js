@@ -9,7 +9,7 @@ function addRow(parent, name, note = '') {
   return { row, cell, name: row.firstChild, note: row.lastChild };
 }
 
-// How many pixels a picture of a row may use.
+// The width of a row's picture in pixels.
 function measureWidth(parent) {
   const { row, cell } = addRow(parent, '');
   const width = cell.clientWidth;
@@ -17,7 +17,7 @@ function measureWidth(parent) {
   return Math.max(width, 160);
 }
 
-// The picture of a row, with what shows in every row: recordings, time lines, bookmarks and crashes.
+// Draws the picture of a row, with the parts that all rows share: recordings, grid, bookmarks and crashes.
 function drawPicture(cell, run, view, height, label) {
   const svg = figure(cell, view.width, height, label);
   drawRecording(svg, run, view, 0, height);
@@ -26,7 +26,7 @@ function drawPicture(cell, run, view, height, label) {
   return svg;
 }
 
-// The row with the times, and the row with the flags of bookmarks and crashes.
+// The row with the time axis.
 function drawAxisRow(parent, run, view) {
   const { row, cell } = addRow(parent, axisName(run, view));
   row.classList.add('axis');

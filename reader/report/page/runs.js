@@ -1,5 +1,4 @@
-// The list of runs, of which the page shows one. The address of the page names it (#run-3), so that a browser goes
-// back to the one before.
+// The list of runs. The page shows the run that its address names (#run-3), so the browser can go back.
 
 function runOfAddress(runs) {
   const found = /^#run-(\d+)$/.exec(location.hash);
@@ -22,7 +21,7 @@ function listRun(list, run, i) {
   return link;
 }
 
-// The list, with links to the runs before and after the one that is shown. Returns what marks that one.
+// Draws the list, with links to the previous and the next run. Returns a function that marks the shown run.
 function drawRunList(parent, runs) {
   const nav = add(parent, 'nav', { class: 'screen', 'aria-labelledby': 'run-list' });
   const head = add(nav, 'div', { class: 'head' });

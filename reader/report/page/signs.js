@@ -1,4 +1,4 @@
-// The signs of the map: one for each event on the way.
+// The signs of the map: one for each event on the track.
 
 const kShapes = {
   dot: 'M-4,0a4,4 0 1 0 8,0a4,4 0 1 0 -8,0',
@@ -51,7 +51,7 @@ function signsOf(run, at) {
   return signs.sort((a, b) => order.indexOf(a.kind) - order.indexOf(b.kind));
 }
 
-// Says what the signs and lines mean.
+// Explains the signs and lines.
 function drawTrackLegend(parent, run) {
   const legend = add(parent, 'p', { class: 'legend' });
   const entry = (width, text) => {

@@ -1,7 +1,7 @@
 // The tables below the pictures.
 
-// Each cell carries the name of its column, which small.css shows where the page is too narrow for columns. A long
-// table can be folded; paper has it unfolded.
+// Each cell has the name of its column, which small.css shows where the page is too narrow for columns. A
+// long table can be folded; on paper it is unfolded.
 function drawTable(parent, heading, columns, rows, { more = '', isFolded = false } = {}) {
   const block = isFolded ? add(parent, 'details', { class: 'table' }) : parent;
   add(isFolded ? add(block, 'summary') : block, 'h2', {}, heading);

@@ -1,6 +1,6 @@
-// The time line: all that changes over time, drawn on one axis, with the buttons that zoom and move it.
+// The time line: all values and states over time on one axis, with buttons to zoom and move.
 
-// What is shown of a run: from when to when, how wide, where the cursor is, and who follows it.
+// The view of a run: its time range, width, cursor and followers.
 function makeView(run) {
   return { ...wholeRun(run), width: 0, offset: 0, cursorMs: null, pointer: null, playing: null, followers: [], draw: () => {} };
 }
@@ -29,7 +29,7 @@ function drawHints(parent, run) {
   for (const [key, action] of kKeys) tell(list, key, action);
 }
 
-// Says that the page holds less than the recording here, and how to see more.
+// Tells the user that values are thinned here, and how to see more.
 function fillThinned(note, run, view) {
   const widthMs = thinnedMs(run, view);
   note.hidden = widthMs < Math.max(pixelsMs(view, 2), 2);
@@ -75,7 +75,7 @@ function drawTimeLine(section, run, view) {
   followKeys(run, view);
 }
 
-// Draws anew if the place for the pictures became wider or narrower.
+// Redraws when the width of the pictures changes.
 function followWidth(run, view) {
   new ResizeObserver(() => {
     if (!view.plot.isConnected || measureWidth(view.rows) === view.width) return;

@@ -1,4 +1,4 @@
-// The map: the track of the vehicle from above, north up. There is no street map behind it, which would need a network.
+// The map: the track of the vehicle from above, north up. There is no street map, which would need a network.
 
 function drawScale(svg, at) {
   const most = 0.2 * at.width * at.metresPerPixel;
@@ -50,7 +50,7 @@ function isRecording(run, ms) {
   return bar !== undefined && ms < bar.to;
 }
 
-// A line for each stretch with or without recording, and a dotted one for each stretch without a fix.
+// A line for each part with or without recording, and a dotted line for each part without a fix.
 function drawWays(svg, run, at) {
   let before = null;
   for (const part of run.track) {
@@ -67,7 +67,7 @@ function drawWays(svg, run, at) {
   }
 }
 
-// The dot at the place of the cursor, dashed if the place is not known. Returns what moves it.
+// Draws the cursor's dot, dashed if the position is unknown. Returns a function that moves it.
 function drawDot(svg, run, at) {
   const dot = add(svg, 'circle', { r: 6, fill: kPaper, stroke: kInk, 'stroke-width': 2.5, visibility: 'hidden', class: 'dot screen' });
   return (ms) => {
@@ -80,7 +80,7 @@ function drawDot(svg, run, at) {
   };
 }
 
-// Draws the map into a panel, as wide as that is.
+// Draws the map, as wide as its panel.
 function drawMap(panel, run, view) {
   panel.textContent = '';
   const width = Math.max(panel.clientWidth, 200);

@@ -1,16 +1,16 @@
-// What was known at a time.
+// The values at a time, as text.
 
 function lineName(line) {
   return line.name.replace('temperature', 'sensor');
 }
 
-// The line of a chart, by name; one without values if the chart or the line is missing.
+// The line of a chart, by name; an empty line if the chart or the line is missing.
 function lineOf(run, chart, name) {
   const found = run.charts.find((one) => one.name === chart);
   return (found && found.lines.find((line) => line.name === name)) || { parts: [] };
 }
 
-// The value of a line at a time; null if it is not known. Outside of a part its ends count, if they are near.
+// The value of a line at a time; null if unknown. The ends of a part also count up to nearMs outside it.
 function valueAt(line, ms, nearMs) {
   for (const part of line.parts) {
     if (ms < part.t[0] - nearMs || ms > part.t[part.t.length - 1] + nearMs) continue;
@@ -20,7 +20,7 @@ function valueAt(line, ms, nearMs) {
   return null;
 }
 
-// The state of a lane at a time; null if none is known.
+// The state of a lane at a time; null if unknown.
 function barAt(lane, ms) {
   const bar = lane.bars[lastNotAbove(lane.bars.map((one) => one.from), ms)];
   return bar && ms <= bar.to ? bar : null;
@@ -46,8 +46,7 @@ function positionText(run, ms) {
   return place.isKnown ? placeText(place) : 'not known';
 }
 
-// The longest stretch of time for which one point of a chart, or one bar of a lane, stands in a view; 0 if all that was
-// recorded is there.
+// The longest time range that one point, or one visible bar, stands for; 0 if nothing is thinned.
 function thinnedMs(run, view) {
   const lines = run.charts.flatMap((chart) => chart.lines).map((line) => line.widthMs).filter((width) => width > 1);
   const bars = run.groups.flatMap((group) => group.lanes).flatMap((lane) => lane.bars)

@@ -8,7 +8,7 @@ function runTime(video) {
   return video.startMs + video.element.currentTime * 1000;
 }
 
-// Moves a video to a time of the run. Before its begin and after its end it has no picture of that time.
+// Moves a video to a time of the run. Outside the video's time, says that there is no picture.
 function showAt(run, video, ms) {
   const [at, length] = [(ms - video.startMs) / 1000, video.element.duration];
   const isOutside = at < 0 || at > length;
@@ -19,7 +19,7 @@ function showAt(run, video, ms) {
   if (Math.abs(video.element.currentTime - video.wanted) > 0.001) video.element.currentTime = video.wanted;
 }
 
-// While a video plays it moves the cursor, and the other videos when they drift.
+// While a video plays, it moves the cursor and corrects other videos that drift.
 function playAlong(run, view, video) {
   const mostDriftMs = 150;
   const turn = () => {
@@ -31,7 +31,7 @@ function playAlong(run, view, video) {
     requestAnimationFrame(turn);
   };
   view.playing = video;
-  for (const other of video.others) other.element.play().catch(() => {});  // a video that has ended cannot play on
+  for (const other of video.others) other.element.play().catch(() => {});  // play fails on an ended video
   turn();
 }
 
@@ -43,7 +43,7 @@ function followVideo(run, view, video) {
     for (const other of video.others) other.element.pause();
     goTo(run, view, runTime(video));
   });
-  // Ignores moves that the cursor made.
+  // Ignores seeks that the cursor caused.
   video.element.addEventListener('seeked', () => {
     if (!view.playing && Math.abs(video.element.currentTime - video.wanted) > 0.01) goTo(run, view, runTime(video));
   });
