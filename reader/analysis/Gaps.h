@@ -37,8 +37,7 @@ class Gaps {
 
   // Call for every record that is not restated, in order.
   void Add(const Row& row, std::int64_t ms);
-  // All sources with their gaps in order of time. The silence from the last record to `endMs` may be a gap,
-  // too.
+  // All sources with their gaps in order of time. The time from the last record to `endMs` may be a gap.
   std::vector<Source> UpTo(std::int64_t endMs) const;
   // Writes an array of sources: "source", "usualMs", "count" and "totalMs" of all gaps, and "gaps", the
   // longest ones as [from, length] in order of time.

@@ -24,7 +24,7 @@ void PrintSources(const RunSummary& summary, std::string& out) {
   }
 }
 
-// Prints the usual interval, the coverage and the longest gaps of a source.
+// Prints a source's usual interval, coverage and longest gaps.
 void PrintGaps(const RunSummary& summary, const Gaps::Source& source, std::string& out) {
   constexpr std::size_t kShown = 3;
   const auto durationMs = static_cast<double>(std::max<std::int64_t>(summary.DurationMs(), 1));

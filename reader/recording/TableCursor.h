@@ -14,7 +14,7 @@ namespace reader {
 // Reads the records of one table in order of their sequence numbers.
 class TableCursor {
  public:
-  // All arguments must outlive the cursor. A null selection selects everything.
+  // `database`, `table` and `selection` must outlive the cursor. A null selection selects everything.
   TableCursor(sqlite3* database, const RecordTable& table, const Selection* selection, bool withText);
 
   // Moves to the first selected record after `afterSeq`. Returns SQLITE_ROW, SQLITE_DONE or an error.
