@@ -5,7 +5,7 @@
 #include "items/StringItem.h"
 #include "items/UShortItem.h"
 
-// Live-streaming state of one stream: its members back to back, in this order.
+// Live-streaming state of one stream: its members in this order, without padding.
 class ExternalMgrApi::StreamingLvsStateItem : public Item {
  public:
   unsigned int Size() const override;

@@ -5,7 +5,7 @@
 
 namespace {
 
-// A StreamingLvsStateItem as it travels. The class itself belongs to the processes that use it.
+// The encoding of a StreamingLvsStateItem. Each process that uses that class defines it itself.
 struct LiveStreamOnTheWire : RecordItem<LiveStreamOnTheWire> {
   bool enabled = false;
   bool highQuality = false;

@@ -76,13 +76,13 @@ int MetadataMgrClient::CopyToFile(const std::string& path, unsigned int first, u
 int MetadataMgrClient::Quit() {
   IpcMessage message;
   (void)message.Allocate(LinxIpc::kShutdownNotice, 0, nullptr);
-  // Nobody answers with this type: the wait ends with the connection. Where the connection was refused its
-  // process is still there.
+  // No answer has this type: the wait ends when the connection closes. If the process refused the connection,
+  // it still runs.
   const int result = Ask(message, LinxIpc::kShutdownNotice, 0);
   return result == ENOTCONN && IsGone() ? 0 : result;
 }
 
-// A process that ends closes its connections a moment before its socket.
+// A process that exits closes its connections slightly before its socket.
 bool MetadataMgrClient::IsGone() {
   constexpr int kTries = 50;
   for (int i = 0; i < kTries; ++i) {

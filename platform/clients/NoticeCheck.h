@@ -7,15 +7,15 @@
 
 namespace ipc {
 
-// Which notices of a subscription reach its handler: those of the server that was subscribed to, when they
-// hold the whole item. An empty notice does reach it, too: each handler has a line of its own for that.
+// Admits the notices of a subscription that come from its server and hold the whole item. Also admits empty
+// notices, because each handler logs these itself.
 class NoticeCheck {
  public:
-  // `scratch` is an item of the class that is expected; null: any payload will do.
+  // `scratch` is an item of the expected class; null admits any payload.
   NoticeCheck(std::string server, std::unique_ptr<Item> scratch)
       : server_(std::move(server)), scratch_(std::move(scratch)) {}
 
-  // False after one mask-2 line.
+  // Logs each rejected notice with mask 2.
   bool operator()(IpcMessage& notice) const;
 
  private:

@@ -19,9 +19,9 @@ using ipc::subscribe::kAnswerHeaderSize;
 
 namespace {
 
-constexpr int kRetryMs = 20;  // between two attempts to reach a server that is not up
+constexpr int kRetryMs = 20;  // between two attempts to reach a server that does not run
 
-// Result of an answer; nothing is known of one that is too short.
+// The result in an answer; an answer that is too short counts as accepted.
 unsigned int ResultOf(const IpcMessage& answer) {
   return answer.Size() < kAnswerHeaderSize ? kAccepted : GetU32(answer.DataPtr() + 8);
 }
@@ -31,7 +31,7 @@ bool IsAnswerTo(const IpcMessage& answer, unsigned int itemId, unsigned int noti
   return answer.Size() >= kAnswerHeaderSize && GetU32(data) == itemId && GetU32(data + 4) == notificationId;
 }
 
-// The clients of this process: an answer that nobody waits for is handed to the one that it is for.
+// All clients of this process, to find the client of an answer that no call waits for.
 std::vector<SubscribeClient*>& Clients() {
   static std::vector<SubscribeClient*> clients;
   return clients;
@@ -49,7 +49,7 @@ SubscribeClient::~SubscribeClient() {
   std::erase(Clients(), this);
 }
 
-// An answer to a renewal, or one that came too late.
+// Takes an answer to a renewal, or one that came too late.
 void SubscribeClient::AnswerHandler(LinxIpc* ipc, void* /*context*/) {
   const IpcMessage& answer = ipc->CurrentMessage();
   for (SubscribeClient* client : Clients()) {
@@ -57,7 +57,7 @@ void SubscribeClient::AnswerHandler(LinxIpc* ipc, void* /*context*/) {
   }
 }
 
-// The process was told already that the renewal was sent, so its line is written here, in its name.
+// Resubscribe has already returned, so logs the failure here, under the process's name.
 void SubscribeClient::TakeLateAnswer(const IpcMessage& answer) {
   if (!renewing_ || ResultOf(answer) == kAccepted) return;
   renewing_ = false;
@@ -81,7 +81,7 @@ int SubscribeClient::Subscribe(unsigned int itemId, unsigned int notificationId,
 int SubscribeClient::Ask(const Subscription& subscription, Item& item) {
   const std::int64_t endMs = os::MonotonicMs() + timeoutMs_;
   IpcMessage answer;
-  Asked asked{server_, 0};  // connection 0: not yet
+  Asked asked{server_, 0};  // connection 0: not asked yet
   for (int leftMs = timeoutMs_; leftMs > 0; leftMs = static_cast<int>(endMs - os::MonotonicMs())) {
     if (asked.connection == 0 && Send(SubscribeMsg_Subscribe, subscription, true) == 0)
       asked.connection = ipc::ServerConnection(ipc_, server_);
@@ -89,10 +89,10 @@ int SubscribeClient::Ask(const Subscription& subscription, Item& item) {
     const os::Errno result =
         reached ? AwaitAnswer(ipc_, leftMs, SubscribeMsg_Answer, asked, answer)
                 : ipc_.Receive(std::min(leftMs, kRetryMs), SubscribeMsg_Answer, server_, &answer);
-    if (result == ENOTCONN) asked.connection = 0;  // the server ended with the request: ask its successor
+    if (result == ENOTCONN) asked.connection = 0;  // the server exited without an answer: ask the new one
     if (result == ENOTCONN || result == ETIMEDOUT) continue;
     if (result.Failed()) return result.Value();
-    if (!reached) continue;  // an answer of somebody who was not asked
+    if (!reached) continue;  // an answer without a request
     if (IsAnswerTo(answer, subscription.itemId, subscription.notificationId)) return TakeAnswer(answer, item);
     TakeLateAnswer(answer);
   }
@@ -123,7 +123,7 @@ int SubscribeClient::Resubscribe() {
     const int result = Send(SubscribeMsg_Subscribe, subscription, true);
     if (failure == 0) failure = result;
   }
-  if (failure != 0) renewing_ = false;  // the caller says it
+  if (failure != 0) renewing_ = false;  // the caller logs it
   return failure;
 }
 

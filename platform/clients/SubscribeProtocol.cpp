@@ -4,8 +4,8 @@
 
 #include "ipc/PeerQueue.h"
 
-// A closing connection does not end a selective wait, so it is checked between short waits. The check comes
-// before the wait: an answer that came just before the connection closed is still taken.
+// A closing connection does not end a selective wait, so checks it between short waits. Checks before each
+// wait, so that an answer sent just before the connection closed is still received.
 os::Errno ipc::subscribe::AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked,
                                       IpcMessage& answer) {
   constexpr int kCheckMs = 100;

@@ -23,14 +23,14 @@ constexpr unsigned int kAccepted = 0;
 constexpr unsigned int kNoSuchItem = 2;  // ENOENT
 constexpr unsigned int kNoRoom = 28;     // ENOSPC
 
-// A server, and the number of the connection over which it was asked.
+// A server, and the number of the connection that carried the request.
 struct Asked {
   const std::string& server;
   std::uint64_t connection;
 };
 
-// Waits for a message of `type` from a server that was asked for it. ETIMEDOUT; ENOTCONN: the connection
-// closed without an answer (noticed within 100 ms); ESHUTDOWN: a shutdown notice came first.
+// Waits for a message of `type` from a server after a request. ETIMEDOUT: no answer; ENOTCONN: the connection
+// closed without an answer (detected within 100 ms); ESHUTDOWN: a shutdown notice arrived first.
 os::Errno AwaitAnswer(LinxIpc& ipc, int timeoutMs, unsigned int type, const Asked& asked, IpcMessage& answer);
 
 }  // namespace ipc::subscribe

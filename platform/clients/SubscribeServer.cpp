@@ -14,7 +14,7 @@ namespace {
 
 constexpr LogSource log{"SubscribeServer"};
 
-// Reads the message as a request; false after a log line.
+// Reads the message as a request; logs and returns false when it is too short.
 bool ReadRequest(const IpcMessage& message, ipc::LimitedLog& tooShort, unsigned int& itemId,
                  unsigned int& notificationId) {
   if (message.Size() < ipc::subscribe::kRequestSize) {
@@ -26,8 +26,7 @@ bool ReadRequest(const IpcMessage& message, ipc::LimitedLog& tooShort, unsigned 
   return true;
 }
 
-// Sent behind the notices that are queued for the subscriber, so that the value is never older than what it
-// already got.
+// Sends the answer after the notices queued for the subscriber, so that its value is never older than theirs.
 int SendAnswer(LinxIpc& ipc, const std::string& peer, unsigned int itemId, unsigned int notificationId,
                unsigned int result, const IpcMessage& value) {
   std::array<unsigned char, IpcMessage::kMaxPayload> payload;

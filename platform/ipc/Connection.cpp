@@ -23,19 +23,19 @@ bool Connection::HungUp() const {
   return poll(&state, 1, 0) == 1 && (state.revents & (POLLHUP | POLLERR)) != 0;
 }
 
-// One buffer and no message header: the system takes a fifth less time for it.
+// Uses recv with one buffer: recvmsg takes a quarter more time.
 Connection::Input Connection::Read(IpcMessage& message) {
   static_assert(IpcMessage::kHeaderRoom == wire::kHeaderSize);
   constexpr std::size_t kRoom = wire::kHeaderSize + IpcMessage::kMaxPayload;
   unsigned char* packet = message.buffer_.get();
   ssize_t got = 0;
-  do {  // a peer that closed without reading everything: the kernel reports that before its last packets
+  do {  // ECONNRESET: the peer closed with unread input; its last packets follow
     got = recv(fd(), packet, kRoom, MSG_DONTWAIT | MSG_TRUNC);
   } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
   if (got < 0) return errno == EAGAIN || errno == EWOULDBLOCK ? Input::kNothing : Input::kClosed;
-  if (got == 0) return Input::kClosed;  // an empty packet looks the same
+  if (got == 0) return Input::kClosed;  // closed, or an empty packet
 
-  const auto size = static_cast<std::size_t>(got);  // of the packet, however much of it fitted
+  const auto size = static_cast<std::size_t>(got);  // of the whole packet, even if truncated
   const bool garbage = size < wire::kHeaderSize;
   message.Received(garbage ? 0 : GetU32(packet), garbage ? 0 : std::min(size, kRoom) - wire::kHeaderSize);
   if (size > kRoom) return Input::kOversized;

@@ -14,20 +14,19 @@
 
 namespace ipc {
 
-// One duplex connection with a peer.
+// A duplex connection with one peer.
 class Connection {
  public:
   enum class Origin { kAccepted, kConnected };
   enum class Input { kMessage, kNothing, kGarbage, kOversized, kClosed };
 
-  // Who is at the other end. Decided once, when the connection is made.
+  // The process at the other end, determined when the connection is made.
   struct Peer {
     PeerProcess process;
     bool isSystem = false;  // else an observer
   };
 
-  // An accepted connection has no name until its hello. No two connections of an endpoint have the same
-  // number.
+  // An accepted connection has no name until its hello. Each connection of an endpoint has its own number.
   Connection(os::Descriptor fd, Origin origin, Peer peer, std::string name, std::uint64_t number);
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -40,39 +39,39 @@ class Connection {
 
   const Peer& peer() const { return peer_; }
 
-  // Whether its peer is the process that listens under its name.
+  // Whether the peer is the process that listens under the connection's name.
   bool ToServer() const { return origin_ == Origin::kConnected || toServer_; }
   void SetToServer() { toServer_ = true; }
 
-  // Whether new messages may be sent over it: it has a name and has not failed.
+  // Whether the connection accepts new messages: it has a name and no send has failed.
   bool Usable() const { return !name_.empty() && !sendFailed_; }
-  // The peer is gone, whatever may be left to read.
+  // Whether the peer closed the connection; unread packets may remain.
   bool HungUp() const;
-  // No message is sent over it any more; what is left to read is read.
+  // Stops sending; reading goes on.
   void StopSending() { sendFailed_ = true; }
 
-  // Reads one packet into `message`, all but the sender. Never blocks.
+  // Reads one packet into `message`, without setting the sender. Never blocks.
   Input Read(IpcMessage& message);
 
-  // Sends one message, behind what is queued, without blocking: EAGAIN when the peer is full,
-  // or what the system said.
+  // Sends one message after the queued ones, without blocking. Returns EAGAIN when the peer's socket is full,
+  // or the system's error.
   os::Errno Send(unsigned int type, const unsigned char* payload, std::size_t size);
-  // The same, but gives a full peer up to `kMaxWaitMs`, once until it has taken something again.
+  // Like Send, but waits up to `kMaxWaitMs` for a full peer. Waits again only after a send succeeded.
   os::Errno SendPatiently(unsigned int type, const unsigned char* payload, std::size_t size);
-  // The same, but queues what the peer does not take; EAGAIN when more than `maxQueuedBytes` would
-  // wait then.
+  // Like Send, but queues the message when the peer is full. Returns EAGAIN when the queue would exceed
+  // `maxQueuedBytes`.
   os::Errno Post(unsigned int type, const unsigned char* payload, std::size_t size,
                  std::size_t maxQueuedBytes);
-  // Sends what is queued as far as the peer takes it.
+  // Sends queued messages until the peer is full.
   void Flush();
   bool HasQueued() const { return !queue_.empty(); }
   std::size_t QueuedBytes() const { return queuedBytes_; }
 
-  // Kept here for the table of connections.
-  std::uint32_t watchedEvents = 0;  // the events that the kernel was last asked to report
-  int turnLimit = 0;                // reads that this turn may have
-  int turnReads = 0;                // reads that it had
-  int loneTurns = 0;                // turns of one read in a row
+  // State of the ConnectionTable.
+  std::uint32_t watchedEvents = 0;  // events registered with epoll
+  int turnLimit = 0;                // reads allowed in this turn
+  int turnReads = 0;                // reads done in this turn
+  int loneTurns = 0;                // consecutive turns limited to one read
 
  private:
   static constexpr int kMaxWaitMs = 10;

@@ -15,7 +15,7 @@ namespace ipc {
 
 namespace {
 
-// The data of an event of the two descriptors that are no connections.
+// Their addresses mark the epoll events of the two descriptors that are not connections.
 int gListenMark;
 int gSignalMark;
 
@@ -84,7 +84,7 @@ Connection* ConnectionTable::Oldest(Predicate accepts) const {
   return found == connections_.end() ? nullptr : found->get();
 }
 
-// Closing alone does not take a descriptor out of epoll while a forked child holds it too.
+// Closing does not remove a descriptor from epoll while a forked child still holds it.
 void ConnectionTable::Remove(Connection* connection) {
   if (connection->watchedEvents != 0) (void)Watch(epoll_.Get(), EPOLL_CTL_DEL, connection->fd(), 0, nullptr);
   std::replace(ready_.begin(), ready_.end(), connection, static_cast<Connection*>(nullptr));
@@ -135,7 +135,7 @@ void ConnectionTable::BeginTurn(Connection& connection, bool full) {
 }
 
 ConnectionTable::WakeUp ConnectionTable::Wait(int timeoutMs) {
-  std::array<epoll_event, kMaxConnections + 2> events;  // all of them: nobody is passed over
+  std::array<epoll_event, kMaxConnections + 2> events;  // room for every descriptor, so that none starves
   const int count = epoll_wait(epoll_.Get(), events.data(), static_cast<int>(events.size()), timeoutMs);
   ready_.clear();
   turn_ = 0;
@@ -180,7 +180,7 @@ void ConnectionTable::UpdateInterest(Connection& connection) {
   const std::uint32_t wanted = (IsPaused(connection) ? 0U : std::uint32_t{EPOLLIN}) |
                                (connection.HasQueued() ? std::uint32_t{EPOLLOUT} : 0U);
   if (wanted == connection.watchedEvents) return;
-  // Taken out when no event is wanted: epoll would go on reporting a hang-up.
+  // Removes a descriptor without wanted events: epoll would still report a hang-up.
   const int operation = connection.watchedEvents == 0 ? EPOLL_CTL_ADD
                         : wanted == 0                 ? EPOLL_CTL_DEL
                                                       : EPOLL_CTL_MOD;

@@ -12,11 +12,11 @@
 
 namespace ipc {
 
-// The connections of an endpoint and the waiting for them.
+// The connections of an endpoint, and the wait for their input.
 //
-// Readiness is level-triggered. A wait collects the connections that are ready. Each then has its turn: at
-// most kTurn packets, and at most kTurnMs. Looking for a second packet costs as much as receiving one, and
-// most events come alone: so a turn is one packet, until kLoneTurns of them came in a row.
+// Uses level-triggered epoll. A wait collects the ready connections. Each then gets a turn of at most kTurn
+// packets and kTurnMs. Most packets come alone, and a read that finds nothing costs as much as receiving a
+// packet. So a turn is one packet, until a connection had kLoneTurns such turns in a row.
 class ConnectionTable {
  public:
   static constexpr std::size_t kMaxConnections = 128;
@@ -25,7 +25,7 @@ class ConnectionTable {
   static constexpr int kTurnMs = 10;
   static constexpr int kLoneTurns = 8;
 
-  // What a wait found besides connections.
+  // The other input that a wait found.
   struct WakeUp {
     bool accept = false;
     bool signal = false;
@@ -38,13 +38,16 @@ class ConnectionTable {
   os::Errno Open();
   bool IsOpen() const { return epoll_.IsOpen(); }
   os::Errno WatchListening(int fd);
-  // Waits for `fd` too; it stops by itself when the descriptor is closed.
+  // Includes `fd` in every wait until the descriptor is closed.
   void WatchSignals(int fd);
 
   bool Full() const { return connections_.size() >= kMaxConnections; }
-  // The connection to close for a new one, null when there is none. In this order: the oldest whose peer is
-  // gone; of the process that has more than kFairShare and most of all, the oldest without a name, else its
-  // oldest; the oldest without a name; for the system, the oldest of an observer.
+  // Returns the connection to close in favour of a new one, or null. Takes the first of:
+  // - the oldest whose peer is gone
+  // - the oldest without a name, else the oldest, of the process with the most connections, if these are more
+  //   than kFairShare
+  // - the oldest without a name
+  // - for a system process, the oldest of an observer
   Connection* FirstToGo(bool forSystem) const;
 
   // Adds a connection; the table must not be full.
@@ -52,22 +55,21 @@ class ConnectionTable {
                   const std::string& name);
   void Remove(Connection* connection);
 
-  // The connection over which a peer is sent to, or null.
+  // Returns the connection for sending to a peer, or null.
   Connection* Find(const std::string& name) const;
-  // All connections of that name, also those over which nothing is sent any more.
+  // Returns all connections of that name, including those that no longer send.
   std::vector<Connection*> Named(const std::string& name) const;
 
-  // The connection whose turn it is, or null when all have had theirs. It stays the same until Done is called
-  // or its turn is over.
+  // Returns the connection to read, or null when every turn is over. Returns the same connection until Done
+  // is called or its turn is over. Done says that the connection has no more packets.
   Connection* NextReady();
   void Done();
 
-  // Waits for at most `timeoutMs` and collects what is ready. With 0 all get full turns: a caller that does
-  // not wait gets everything that has arrived.
+  // Waits at most `timeoutMs` and collects the ready connections. With 0 each gets a full turn: a caller that
+  // does not wait gets everything already queued.
   WakeUp Wait(int timeoutMs);
 
-  // Stops and resumes reading from a connection. The system pushes back on a peer whose packets
-  // stay where they are.
+  // Stops reading from a connection, so that its full socket slows the peer down.
   void Pause(Connection& connection);
   // Resumes all paused connections that `mayRead` accepts.
   template <typename Predicate>
@@ -78,7 +80,7 @@ class ConnectionTable {
   }
   bool IsPaused(const Connection& connection) const;
 
-  // Tells the system what to wait for on a connection, after its queue may have changed.
+  // Updates the events that epoll reports for a connection, after its queue may have changed.
   void UpdateInterest(Connection& connection);
 
  private:

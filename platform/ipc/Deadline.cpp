@@ -7,7 +7,7 @@
 
 namespace ipc {
 
-// One more than asked for, since the clock is read in whole milliseconds: a wait is never short.
+// Adds one millisecond, because the clock returns whole milliseconds: a wait is never too short.
 Deadline::Deadline(int timeoutMs)
     : endMs_(timeoutMs < 0 ? -1 : os::MonotonicMs() + timeoutMs + (timeoutMs > 0 ? 1 : 0)) {}
 

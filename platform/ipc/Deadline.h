@@ -4,13 +4,13 @@
 
 namespace ipc {
 
-// A moment by which something is to be done.
+// The end of a wait on the monotonic clock.
 class Deadline {
  public:
-  // `timeoutMs` from now; negative: never.
+  // Ends `timeoutMs` from now; negative: never.
   explicit Deadline(int timeoutMs);
 
-  // Milliseconds left, 0 when passed, -1 when there is no end: as poll and epoll take it.
+  // Milliseconds left for poll and epoll: 0 after the end, -1 without an end.
   int RemainingMs() const;
 
  private:

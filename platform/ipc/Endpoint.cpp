@@ -77,9 +77,9 @@ bool Endpoint::TakeLongWork(const Filter& filter, IpcMessage& message) {
   return true;
 }
 
-// Whenever the loop begins, all that the last wait found has had its turn.
+// At the start of each pass, every connection that the last wait found has had its turn.
 os::Errno Endpoint::ReadUntil(int timeoutMs, const Filter& filter, IpcMessage& message) {
-  if (ReadReady(filter, message)) return 0;  // a message that is there needs no look at the clock
+  if (ReadReady(filter, message)) return 0;  // a queued message needs no clock
   const Deadline deadline(timeoutMs);
   for (;;) {
     if (TakeLongWork(filter, message)) return 0;
@@ -95,7 +95,7 @@ os::Errno Endpoint::ReadUntil(int timeoutMs, const Filter& filter, IpcMessage& m
   }
 }
 
-// A signal becomes a shutdown notice of no sender.
+// Turns signals into shutdown notices without a sender.
 bool Endpoint::QueueSignals() {
   bool any = false;
   while (signals_.Take()) {
@@ -105,7 +105,7 @@ bool Endpoint::QueueSignals() {
   return any;
 }
 
-// Reads what the last wait found until a message matches; the others are kept for later.
+// Reads from the ready connections until a message matches; keeps other messages for later.
 bool Endpoint::ReadReady(const Filter& filter, IpcMessage& message) {
   while (Connection* connection = connections_.NextReady()) {
     const Connection::Input input = connection->Read(scratch_);
@@ -121,7 +121,7 @@ bool Endpoint::ReadReady(const Filter& filter, IpcMessage& message) {
   return false;
 }
 
-// True when `message` is one for this process. Closes a connection that is unusable.
+// True when `message` may be delivered. Closes an unusable connection.
 bool Endpoint::TakeInput(Connection& connection, Connection::Input input, const IpcMessage& message) {
   using Input = Connection::Input;
   if (input == Input::kNothing) {
@@ -171,8 +171,8 @@ void Endpoint::Keep(const IpcMessage& message, Connection& from, const Filter& f
   if (!MayRead(from, filter)) connections_.Pause(from);
 }
 
-// A peer whose long work waits is not read, so that its messages stay in order; but a selective wait may be
-// for its answer.
+// Does not read a peer with waiting long work, so that its messages stay in order. A selective wait reads it,
+// since it may wait for that peer's answer.
 bool Endpoint::MayRead(const Connection& connection, const Filter& filter) const {
   const std::size_t waiting = longWork_.BytesFrom(connection.name());
   if (waiting != 0 && !filter.selective) return false;

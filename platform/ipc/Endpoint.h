@@ -19,8 +19,7 @@
 
 namespace ipc {
 
-// The implementation of LinxIpc: the public operations as its header states them, and those of
-// PeerQueue.h.
+// Implements LinxIpc and PeerQueue.h; their headers state the contract.
 class Endpoint {
  public:
   Endpoint(LinxIpc* owner, std::string name);
@@ -38,16 +37,14 @@ class Endpoint {
 
   os::Errno Post(const std::string& peer, unsigned int type, const unsigned char* payload, std::size_t size,
                  std::size_t maxQueuedBytes);
-  // Bytes queued for a peer.
   std::size_t PostedTo(const std::string& peer) const;
-  // The number of the connection that NotifyServer uses, 0 when there is none.
   std::uint64_t ConnectionToServer(const std::string& server) const;
   void OnPeerGone(PeerGoneFunction function, void* context);
 
  private:
-  // While a selective wait looks for another message: bytes that are kept of one peer, of the peer that the
-  // wait is for, and of all. Above the total only the awaited peer is read. The awaited peer may have queued
-  // kMaxPostedAnswerBytes before its answer, and a message takes more memory here than there.
+  // Limits of the messages kept during a selective wait: from one peer, from the awaited peer, and from all.
+  // Above the total, reads only the awaited peer. That peer may have queued kMaxPostedAnswerBytes before its
+  // answer; a message takes more memory here than in its queue.
   static constexpr std::size_t kMaxPendingBytes = 64UL * 1024;
   static constexpr std::size_t kMaxPendingBytesAwaited = 3 * kMaxPostedAnswerBytes;
   static constexpr std::size_t kMaxPendingBytesTotal = 4UL * 1024 * 1024;
@@ -94,8 +91,8 @@ class Endpoint {
   ConnectionTable connections_;
   ShutdownSignals signals_;
   PendingQueue pending_;
-  // Requests for long work, and what their senders sent behind them. One is begun only when everybody else
-  // had a turn since the last one.
+  // Requests for long work, and their senders' later messages. The next one starts only after all other peers
+  // had a turn.
   PendingQueue longWork_;
   bool othersHadTheirTurn_ = true;
   HandlerTable handlers_;

@@ -12,9 +12,9 @@ namespace {
 
 constexpr LogSource log{"LinxIpc"};
 constexpr mode_t kMode = 02750;
-constexpr uid_t kOverflowUser = 65534;  // stands for every user that this user namespace does not know
+constexpr uid_t kOverflowUser = 65534;  // the kernel reports it for users outside this user namespace
 
-// The mode is set again because mkdir knows no set-group-ID and obeys the umask.
+// Sets the mode again, because mkdir ignores set-group-ID and applies the umask.
 os::Errno Make(const std::string& path) {
   if (mkdir(path.c_str(), kMode & 0777) == 0) return chmod(path.c_str(), kMode) == 0 ? 0 : errno;
   return errno == EEXIST ? 0 : errno;

@@ -8,21 +8,21 @@
 
 namespace ipc {
 
-// The process at the other end of a connection, as the kernel knew it when the connection was made.
+// The process at the other end of a connection, as the kernel recorded it when the connection was made.
 struct PeerProcess {
-  pid_t id = 0;  // 0: not known
+  pid_t id = 0;  // 0: unknown
   uid_t user = static_cast<uid_t>(-1);
 
-  // Of the process that connected, or that listened.
+  // Returns the process that connected, or that listened.
   static PeerProcess Behind(int socketFd);
 };
 
-// The endpoint directory. It says who is who: its owner and root are the system; everybody else who can
-// connect, so the members of its group, is an observer. Only its owner and root can make endpoints in it.
+// The endpoint directory. Its owner and root are the system; other members of its group may connect and are
+// observers. Only its owner and root can create endpoints in it.
 class EndpointDirectory {
  public:
-  // Takes the directory in force, and makes it where it is missing. EPERM: its group or others could write
-  // it, so that anybody could be a server.
+  // Finds the directory's path and creates a missing directory. Returns EPERM when its group or others may
+  // write it, since any of them could then pose as a server.
   os::Errno Open();
 
   std::string PathOf(const std::string& name) const { return path_ + "/" + name; }

@@ -17,7 +17,7 @@ void Endpoint::Dispatch() {
   }
 }
 
-// The handler may build its answer in the current message. The caller of Receive is to see the notice.
+// The handler may overwrite the current message. Restores the notice for the caller of Receive.
 void Endpoint::DispatchShutdown() {
   shutdownSeen_ = true;
   const Registration registration = shutdown_;

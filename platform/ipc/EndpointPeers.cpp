@@ -5,7 +5,7 @@
 #include "Wire.h"
 #include "ipc/LinxServerNameList.h"
 
-// Connections that others make, their names, and their end.
+// Accepting, naming and closing connections.
 
 namespace ipc {
 
@@ -25,7 +25,7 @@ void Endpoint::Accept() {
   }
 }
 
-// For one more connection.
+// Makes room for one more connection.
 bool Endpoint::MakeRoom(bool forSystem) {
   if (!connections_.Full()) return true;
   Connection* first = connections_.FirstToGo(forSystem);
@@ -57,9 +57,9 @@ void Endpoint::TakeHello(Connection& connection, const IpcMessage& hello) {
   }
 }
 
-// A name belongs to one process as long as it is connected. A connection made from here to the same process
-// is no obstacle: both sides may connect at the same time. Where only dead connections are left the peer was
-// restarted; what its predecessor sent is still read.
+// A connected process owns its name. Both sides may connect at the same time, so a connection from this side
+// to the same process is allowed. If all other connections of the name are dead, the peer was restarted;
+// reads what the old process sent.
 bool Endpoint::TakeName(const Connection& newcomer, const std::string& name) {
   const std::vector<Connection*> holders = connections_.Named(name);
   bool inUse = false;

@@ -3,12 +3,12 @@
 #include "Endpoint.h"
 #include "Wire.h"
 
-// Connections that are made from here, and sending.
+// Connecting and sending.
 
 namespace ipc {
 
-// Only the directory's owner and root can make an endpoint in it; a listening socket that was handed to
-// somebody else is not connected to.
+// Only the directory's owner and root can create an endpoint, but they could pass the listening socket to
+// another user. Refuses such a server.
 Connection* Endpoint::AddServer(os::Descriptor fd, const std::string& name, os::Errno& error) {
   const Connection::Peer peer = PeerOf(fd);
   if (!peer.isSystem) {
@@ -43,7 +43,7 @@ Connection* Endpoint::FindServer(const std::string& name) const {
   return nullptr;
 }
 
-// A connection that the server made itself serves as well, once its socket tells that it is the same process.
+// Also uses a connection that the server made, if its process is the one that listens.
 Connection* Endpoint::ConnectToServer(const std::string& name, os::Errno& error) {
   os::Descriptor fd;
   error = EndpointSocket::Connect(directory_, name, fd);
@@ -75,7 +75,7 @@ os::Errno Endpoint::SendOver(Connection& connection, const IpcMessage& message, 
   return error;
 }
 
-// A peer that closed its connection may be there again: then a new connection is made.
+// A peer that closed its connection may have restarted, so a failed send is retried over a new connection.
 os::Errno Endpoint::Notify(const std::string& destination, const IpcMessage& message, bool wait) {
   if (!CanSendTo(destination)) return EINVAL;
   for (;;) {
@@ -102,7 +102,7 @@ os::Errno Endpoint::NotifyServer(const std::string& server, const IpcMessage& me
   }
 }
 
-// A connection that fails is not used again: the peer may have made another one.
+// After a failure tries the peer's other connections.
 os::Errno Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload,
                          std::size_t size, std::size_t maxQueuedBytes) {
   while (Connection* connection = connections_.Find(peer)) {

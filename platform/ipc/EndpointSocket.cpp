@@ -23,8 +23,8 @@ os::Descriptor SpareDescriptor() {
   return os::Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-// Whoever may open a lock file may hold the lock, and so prevent a start: it belongs to the directory's owner
-// alone, also when root made it.
+// Any user who can open the lock file can hold the lock and prevent a start. So only the directory's owner
+// may open it, even when root created it.
 os::Errno KeepToOwner(int fd, uid_t owner) {
   struct stat status {};
   if (fstat(fd, &status) != 0) return os::Errno::Last();
@@ -57,7 +57,7 @@ os::Errno EndpointSocket::Open(const EndpointDirectory& directory, const std::st
   if (const os::Errno error = Lock(directory, name); error.Failed()) return error;
   spare_ = SpareDescriptor();
 
-  if (unlink(path_.c_str()) != 0 && errno != ENOENT) return os::Errno::Last();  // of a holder that was killed
+  if (unlink(path_.c_str()) != 0 && errno != ENOENT) return os::Errno::Last();  // left by a killed process
   os::Descriptor fd = NewSocket();
   if (!fd.IsOpen() || bind(fd.Get(), address->Get(), address->Size()) != 0 ||
       chmod(path_.c_str(), kSocketMode) != 0 || listen(fd.Get(), kBacklog) != 0) {

@@ -8,8 +8,8 @@
 
 namespace ipc {
 
-// The files of an endpoint in the endpoint directory: the listening socket NAME, and NAME.lock,
-// whose lock says that the endpoint is in use.
+// The files of an endpoint in the endpoint directory: the listening socket NAME, and NAME.lock, which is
+// locked while the endpoint is in use.
 class EndpointSocket {
  public:
   EndpointSocket() = default;
@@ -17,14 +17,14 @@ class EndpointSocket {
   EndpointSocket(const EndpointSocket&) = delete;
   EndpointSocket& operator=(const EndpointSocket&) = delete;
 
-  // Opens the endpoint `name`. EADDRINUSE: another process has it. What was opened before a failure
-  // is closed with the object.
+  // Opens the endpoint `name`. EADDRINUSE: another process has it. After a failure the destructor closes
+  // everything opened so far.
   os::Errno Open(const EndpointDirectory& directory, const std::string& name);
 
   int Fd() const { return listening_.Get(); }
 
-  // Accepts one connection; nothing open when none waits. A connection for which the process has no
-  // descriptor left is closed.
+  // Accepts one connection; returns a closed descriptor when none waits. Closes the connection when the
+  // process has no descriptor left for it.
   os::Descriptor Accept();
 
   // Connects to the endpoint of that name.
@@ -34,8 +34,8 @@ class EndpointSocket {
  private:
   os::Errno Lock(const EndpointDirectory& directory, const std::string& name);
 
-  os::Descriptor lock_;   // first: the name is free only when all else is gone
-  os::Descriptor spare_;  // given up for a moment to accept and close a connection
+  os::Descriptor lock_;   // first: released last, after the socket is closed
+  os::Descriptor spare_;  // closed for a moment to accept and close a connection
   os::Descriptor listening_;
   std::string path_;
 };

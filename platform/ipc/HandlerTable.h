@@ -15,8 +15,8 @@ struct Registration {
 // Whether a message may reach the handler of its type.
 using Admits = std::function<bool(IpcMessage& message)>;
 
-// The handlers by message type. A handler may change the table while it runs: calls are made on
-// a copy of its row.
+// The handlers by message type. A handler may change the table while it runs, because the call uses a copy of
+// the registration.
 class HandlerTable {
  public:
   enum class Result { kCalled, kNoHandler, kNotAdmitted };

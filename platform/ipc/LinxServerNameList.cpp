@@ -13,7 +13,7 @@ struct NamedProcess {
   std::string name;
 };
 
-// The servers and those that serve MetadataMgr nothing.
+// The servers, MetadataMgr itself and the stream manager.
 const std::vector<NamedProcess>& Processes() {
   static const std::vector<NamedProcess> processes = [] {
     std::vector<NamedProcess> all = {{e_Process_MetadataMgr, "MetadataMgr"},

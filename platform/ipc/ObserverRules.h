@@ -2,11 +2,11 @@
 
 namespace ipc {
 
-// What an observer may say. It may ask and follow; whatever would steer a process or be recorded is the
-// system's alone.
+// Whether an observer may send this message. Observers may ask and subscribe; only the system may steer a
+// process or send data that is recorded.
 bool OpenToObservers(unsigned int type);
 
-// The message type in which an observer is answered one byte of 0 to a request that is refused; 0: it gets
+// The type of the answer to a refused request of an observer, one byte of 0. Returns 0 when the request gets
 // no answer.
 unsigned int RefusalOf(unsigned int type);
 

@@ -8,11 +8,11 @@
 
 namespace ipc {
 
-// What a receive asks for.
+// The messages that a receive accepts.
 struct Filter {
   unsigned int type;          // 0: any
   const std::string& sender;  // empty: any
-  bool selective;             // a selective wait leaves a shutdown notice; any other takes it always
+  bool selective;  // a selective wait leaves shutdown notices queued; other receives always take them
 
   bool Matches(unsigned int messageType, const std::string& from) const;
 };
@@ -22,24 +22,23 @@ struct PendingMessage {
   std::string sender;
   std::vector<unsigned char> payload;
 
-  // About what it costs in memory.
+  // Approximate memory use.
   std::size_t Bytes() const { return payload.size() + sizeof(PendingMessage) + 64; }
 };
 
-// Messages that were read before their turn, in order of arrival.
+// Messages that were read but not yet delivered, in order of arrival.
 class PendingQueue {
  public:
   bool Empty() const { return messages_.empty(); }
   void Add(PendingMessage message);
 
   bool Has(const Filter& filter) const;
-  // Takes the first message that matches into `taken`.
+  // Moves the first message that matches into `taken`.
   bool Take(const Filter& filter, PendingMessage& taken);
 
-  // Whether a shutdown notice is among them.
   bool HasShutdown() const { return shutdowns_ != 0; }
 
-  // Bytes held of one sender's messages, and of all.
+  // Bytes of one sender's messages, and of all messages.
   std::size_t BytesFrom(const std::string& sender) const;
   std::size_t Bytes() const { return bytes_; }
 

@@ -5,16 +5,16 @@
 
 namespace ipc {
 
-// SIGTERM and SIGINT as input of the receive loop. Once caught they are blocked to the end of the process and
-// arrive on a descriptor: a second one never ends a process that is closing down.
+// SIGTERM and SIGINT as input of the receive loop. Catch blocks them for the rest of the process and delivers
+// them through a descriptor, so a second signal does not kill a process that is shutting down.
 class ShutdownSignals {
  public:
-  // May be called again without effect.
+  // A second call does nothing.
   os::Errno Catch();
 
-  // Readable when a signal came; -1 before Catch.
+  // Readable after a signal; -1 before Catch.
   int Fd() const { return signals_.Get(); }
-  // Takes one signal; false when none came.
+  // Takes one signal; false when none waits.
   bool Take();
 
  private:

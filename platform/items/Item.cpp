@@ -31,8 +31,8 @@ bool Item::DecodeFixed(unsigned char* p, std::size_t size) {
   return true;
 }
 
-// Only decoding tells whether an item with texts or lists fits. So its value is kept in its own encoding, and
-// put back when the item reaches beyond the payload.
+// Only decoding shows whether an item with texts or lists fits. So encodes the old value first, and restores
+// it when the item ends after the payload.
 bool Item::DecodeOrRestore(unsigned char* p, std::size_t size) {
   if (size == 0) return false;
   std::array<unsigned char, IpcMessage::kMaxItem> before;

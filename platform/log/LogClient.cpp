@@ -16,7 +16,7 @@
 namespace {
 
 constexpr const char* kSyslogSocket = "/dev/log";
-constexpr std::int64_t kReportEveryMs = 1000;  // lines that tell of dropped lines
+constexpr std::int64_t kReportEveryMs = 1000;  // between two lines that report dropped lines
 
 }  // namespace
 

@@ -5,8 +5,8 @@
 
 #include "log/LogClient.h"
 
-// Bounds what one statement writes to the log: kBurst lines at once, then kPerSecond, so that
-// a peer that causes a line with each message does not fill the log.
+// Limits the log lines of each statement to kBurst at once, then kPerSecond. A peer whose every message
+// causes a line cannot fill the log.
 class LogFlood {
  public:
   static constexpr double kBurst = 2000;
@@ -25,5 +25,5 @@ class LogFlood {
   Row& RowOf(const LogStatement& statement);
 
   std::array<Row, 256> rows_;
-  Row others_;  // for all statements that find no row free
+  Row others_;  // shared by all statements that got no row
 };

@@ -34,8 +34,8 @@ int NameWidth(std::string_view name) {
   return static_cast<int>(std::min<std::size_t>(name.size(), kMaxName));
 }
 
-// Appends the text after the `used` bytes that snprintf told, leaves `reserve` bytes free, and
-// makes it all one line.
+// Appends the text after the `used` bytes that snprintf returned and leaves `reserve` bytes free. Replaces
+// control characters in the whole line by "?".
 std::size_t AppendText(LogLineBuffer& line, int used, std::string_view text, std::size_t reserve) {
   const std::size_t end = line.size() - reserve;
   const std::size_t start = std::min(static_cast<std::size_t>(std::max(used, 0)), end);

@@ -7,10 +7,10 @@
 
 #include "log/SysLogMsg.h"
 
-// A finished line: what stands before the text, and the text as one line.
+// Room for a finished line: its prefix and its text.
 using LogLineBuffer = std::array<char, SysLogMsg::kMaxText + 128>;
 
-// Both give the part of `line` that is filled.
+// Both functions return the filled part of `line`.
 
 // "2026-11-21T08:40:00.123Z NAME[PID] MASK TEXT" and a line feed; the time is UTC.
 std::string_view StderrLine(LogLineBuffer& line, const timespec& time, unsigned int mask,

@@ -23,15 +23,15 @@ os::Descriptor ConnectDatagram(const std::string& path) {
   return fd;
 }
 
-// A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking,
-// unless another process that shares it takes the last room in this very moment.
+// A line is shorter than PIPE_BUF, so a pipe that reports room takes it whole without blocking, unless
+// another writer fills the pipe between poll and write.
 bool HasRoom(int fd) {
   pollfd state{fd, POLLOUT, 0};
   return poll(&state, 1, 0) == 1 && (state.revents & (POLLOUT | POLLERR)) == POLLOUT;
 }
 
-// The descriptor may be anything: send() does not block whatever the flags of the open file,
-// which other processes may share and which are therefore left alone.
+// Writes to a socket, pipe, file or terminal. Other processes may share the open file, so its flags stay
+// unchanged: MSG_DONTWAIT keeps send() from blocking without O_NONBLOCK.
 ssize_t PutNow(int fd, std::string_view text) {
   const ssize_t sent = send(fd, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
   if (sent >= 0 || errno != ENOTSOCK) return sent;

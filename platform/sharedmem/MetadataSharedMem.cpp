@@ -20,16 +20,16 @@ namespace {
 constexpr LogSource log{"MetadataSharedMem"};
 constexpr mode_t kMode = 0640;
 
-// Whether only this user and root can write or shorten it.
+// Whether only this user and root can write or truncate the segment.
 bool IsOurs(int fd) {
   struct stat status {};
   return fstat(fd, &status) == 0 && (status.st_uid == geteuid() || status.st_uid == 0) &&
          (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-// The record's segment, not open where there is none to be had. One that another user made is not taken.
+// Opens the record's segment; replaces one that other users may write. Sets errno on failure.
 os::Descriptor OpenRecord(const std::string& name) {
-  for (int tries = 0; tries < 3; ++tries) {  // the segment may come or go in between
+  for (int tries = 0; tries < 3; ++tries) {  // another process may create or remove the segment meanwhile
     os::Descriptor made(shm_open(name.c_str(), O_RDWR | O_CREAT | O_EXCL, kMode));
     if (made.IsOpen()) {
       (void)fchmod(made.Get(), kMode);  // whatever the umask
@@ -46,8 +46,8 @@ os::Descriptor OpenRecord(const std::string& name) {
   return {};
 }
 
-// Makes the record long enough, and keeps what it holds. Its memory is reserved now: on a full system a later
-// write to memory that is not there would end the process. Sets errno where it fails.
+// Extends the segment to the record's size and keeps its content. Reserves the memory now: when memory is
+// full, a later write to a missing page would end the process. Sets errno on failure.
 bool Reserve(int fd) {
   struct stat status {};
   if (fstat(fd, &status) != 0) return false;
@@ -101,11 +101,11 @@ unsigned char* MetadataSharedMem::MetadataItems(bool attachedOnly) {
   return items_;
 }
 
-// A writer that was killed at work left the counter odd: (n + 1) | 1 is then a new odd value, too.
+// A writer killed while writing left the counter odd; (n + 1) | 1 is then a new odd value, too.
 MetadataSharedMem::Writing::Writing(unsigned char* items) : items_(items) {
   if (!items_) return;
   StoreCounter(items_, (LoadCounter(items_) + 1) | 1);
-  __atomic_thread_fence(__ATOMIC_RELEASE);  // no field before the odd counter
+  __atomic_thread_fence(__ATOMIC_RELEASE);  // no field is written before the odd counter
 }
 
 MetadataSharedMem::Writing::~Writing() {

@@ -4,7 +4,7 @@
 
 #include "system/KvGetenv.h"
 
-// The name of the shared record in force.
+// The name of the shared record's segment.
 inline std::string SharedRecordName() {
   const char* name = KvGetenvText("METADATA_SHM");
   if (!name) return "/metadata";

@@ -9,7 +9,7 @@
 namespace {
 
 constexpr std::size_t kMaxSerial = 256;
-constexpr std::string_view kBlanks(" \t\r\n\v\f\0", 7);  // the device tree ends its text with a NUL
+constexpr std::string_view kBlanks(" \t\r\n\v\f\0", 7);  // device tree texts end with a NUL
 constexpr std::string_view kLineEnds("\r\n\0", 3);
 
 }  // namespace

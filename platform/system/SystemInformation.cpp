@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kAddressText = 17;  // "00:11:22:33:44:55"
 using MacAddress = std::array<unsigned char, 6>;
 
-// The address, unless the text holds something else or all zeros.
+// Nothing when the text is not an address, or all zeros.
 std::optional<MacAddress> ParseAddress(const std::string& text) {
   if (text.size() < kAddressText || text.find_first_not_of('\n', kAddressText) != std::string::npos)
     return {};
@@ -31,7 +31,7 @@ std::optional<MacAddress> ParseAddress(const std::string& text) {
 }
 
 std::optional<MacAddress> AddressOf(const std::string& directory, const std::string& interface) {
-  // Longer addresses than ours are read whole, to be refused.
+  // Reads longer addresses whole, so that ParseAddress rejects them.
   return ParseAddress(ReadSmallFile(directory + "/" + interface + "/address", 128));
 }
 

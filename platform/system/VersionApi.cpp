@@ -36,7 +36,7 @@ void VersionApi::GetAllVersions(std::vector<VersionEntry>& entries, const std::s
   const char* instead = file == versionFile ? KvGetenvText("VERSION_FILE") : nullptr;
   const std::string content = ReadSmallFile(instead != nullptr ? instead : file, kMaxFile);
   std::string_view rest = content;
-  // The file may be longer: half a version is a wrong version.
+  // A longer file is cut here; drops its last line, whose version may be incomplete.
   if (rest.size() == kMaxFile) rest = rest.substr(0, rest.rfind('\n') + 1);
   while (!rest.empty()) {
     const std::size_t lineEnd = rest.find('\n');

@@ -22,7 +22,7 @@ constexpr std::int64_t kRetryMs = 100;
 
 Watchdog::Watchdog(e_Process /*process*/, e_ThreadIds /*thread*/) {}
 
-// Where notices go.
+// The service manager's socket, which receives the notices.
 struct Watchdog::Listener {
   os::SocketAddress address;
   os::Descriptor socket;

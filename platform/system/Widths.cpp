@@ -1,4 +1,4 @@
-// What must be so wide, or whole, on every machine that the sources are compiled for.
+// Widths of types that the sources need on every machine.
 
 #include <sys/types.h>
 

@@ -4,28 +4,28 @@
 
 #include "ipc/LinxIpc.h"
 
-// Questions to the metadata manager. Observers may ask for a ping, the last tick and the log level. Results
-// are 0; ENOENT or ECONNREFUSED: the process is not there; ETIMEDOUT: it did not answer in time; ENOTCONN: it
-// refused the connection, or ended without an answer; EPROTO: its answer is too short.
+// Requests to MetadataMgr. Observers may only ping and ask for the last tick and the log level. Results are
+// 0; ENOENT or ECONNREFUSED: the process does not run; ETIMEDOUT: no answer in time; ENOTCONN: it refused the
+// connection, or exited without an answer; EPROTO: the answer is too short.
 class MetadataMgrClient {
  public:
-  // The endpoint must outlive the client. The time-out is for each answer.
+  // The endpoint must outlive the client. The time-out applies to each answer.
   MetadataMgrClient(LinxIpc& ipc, int timeoutMs) : ipc_(ipc), timeoutMs_(timeoutMs) {}
 
   int Ping();
 
-  // The last system tick that it knows; 0xFFFFFFFF when there was none yet.
+  // Gets the last system tick that MetadataMgr knows; 0xFFFFFFFF before the first one.
   int LastSystemTick(unsigned int& tick);
 
-  // Its log level; SetLogLevel sets it first.
+  // Both return the log level in `mask`; SetLogLevel sets it to `mask` first.
   int LogLevel(unsigned int& mask);
   int SetLogLevel(unsigned int& mask);
 
-  // Has it copy what it recorded in its current run from the tick `first` to `last` into a new file. EINVAL:
-  // the path is empty or has 1024 bytes or more. The process does nothing else meanwhile.
+  // Asks MetadataMgr to copy the records of its current run from tick `first` to `last` into a new file.
+  // EINVAL: the path is empty or has 1024 bytes or more. MetadataMgr does nothing else meanwhile.
   int CopyToFile(const std::string& path, unsigned int first, unsigned int last, bool& copied);
 
-  // Has it shut down, and waits until it is gone.
+  // Shuts MetadataMgr down and waits until it has exited.
   int Quit();
 
  private:

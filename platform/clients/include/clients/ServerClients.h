@@ -5,8 +5,8 @@
 #include "system/Process.h"
 #include "system/Servers.h"
 
-// The clients of the servers that publish the vehicle's state. Each names the items that its
-// server publishes; system/Messages.h says of which class they are.
+// The clients of the servers that publish the vehicle's state. Each class names the items of its server;
+// system/Messages.h names the items' classes.
 
 // A subscribe client that knows its server.
 template <e_Process kProcess>

@@ -2,8 +2,8 @@
 
 #include "clients/ServerClients.h"
 
-// Client of the state manager's events. Each is an item of its own that carries the tick of the
-// event as a SystickItem; the value at subscription is not used.
+// Client of the state manager's events. Each event is a separate item: a SystickItem with the tick of the
+// event. Ignores the value at subscription.
 class StateMgrClient : public ServerClient<e_Process_StateMgr> {
  public:
   static constexpr unsigned int kRecordStart = servers::ItemId(MetadataMgrNotice_RecordStart);
@@ -13,7 +13,7 @@ class StateMgrClient : public ServerClient<e_Process_StateMgr> {
 
   using ServerClient::ServerClient;
 
-  // Each subscribes to its event under `notificationId`. True when the state manager accepted.
+  // Each subscribes to its event under `notificationId`. True when the state manager accepts.
   bool SubscribeForRecordStart(unsigned int notificationId, LinxIpc::Handler handler, void* context);
   bool SubscribeForRecordStop(unsigned int notificationId, LinxIpc::Handler handler, void* context);
   bool SubscribeForEnterCovertMode(unsigned int notificationId, LinxIpc::Handler handler, void* context);

@@ -4,11 +4,11 @@
 
 #include "ipc/LinxIpc.h"
 
-// Questions to the stream manager, which writes the video.
+// Requests to the stream manager, which writes the video.
 class StreamMgrApi {
  public:
-  // The id of the recording event that is being written, at most 255 bytes. Empty when none is written, when
-  // there is no stream manager, it ends or a shutdown notice comes (at once in these cases), and when no
-  // answer comes within `timeoutMs`.
+  // Returns the id of the current recording event, at most 255 bytes. Returns an empty text when the stream
+  // manager records nothing or does not answer within `timeoutMs`; at once when it does not run, when it
+  // exits or when a shutdown notice arrives.
   static std::string CurrentlyRecordingREID(LinxIpc& ipc, int timeoutMs);
 };

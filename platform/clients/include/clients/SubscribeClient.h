@@ -9,42 +9,41 @@
 
 // The subscriptions of this process with one server. Results are errno values, 0 for success.
 //
-// The endpoint must outlive every call, but not the object: the destructor does not use it.
+// The endpoint must outlive every call, but may be destroyed before the object.
 class SubscribeClient {
  public:
   static constexpr int kDefaultTimeoutMs = 10000;
 
-  // `timeoutMs` bounds every Subscribe, the wait for a server that is not up yet included.
+  // `timeoutMs` limits every Subscribe, including the wait for a server that does not run yet.
   SubscribeClient(LinxIpc& ipc, const std::string& server, int timeoutMs = kDefaultTimeoutMs);
   virtual ~SubscribeClient();
   SubscribeClient(const SubscribeClient&) = delete;
   SubscribeClient& operator=(const SubscribeClient&) = delete;
 
-  // Subscribes to an item of the server: fills `item` with its current value, and from now on
-  // every change arrives as a message of type `notificationId`, for which `handler` is registered
-  // on the endpoint. The same item and id again takes the place of the earlier subscription.
-  // The request goes to the process that listens under the server's name. A change that another process
-  // sends, or that does not hold the whole item, is dropped with one mask-2 line; one without payload is not.
-  // ETIMEDOUT: no answer in time; ESHUTDOWN: a shutdown notice waits; ENOENT: the server has no such item;
-  // EBADMSG: its value is too short for `item`. After a failure `item` and the registered handlers are as
-  // they were.
+  // Subscribes to an item of the server and fills `item` with its current value. Each change then arrives as
+  // a message of type `notificationId` and calls `handler`. The same item and id again replace the earlier
+  // subscription. The request goes only to the process that listens under the server's name. Drops and logs,
+  // with mask 2, a change that another process sends or that does not hold the whole item; delivers a change
+  // without payload. ETIMEDOUT: no answer in time; ESHUTDOWN: a shutdown notice is queued; ENOENT: the server
+  // has no such item; EBADMSG: the value is too short for `item`. A failure leaves `item` and the handlers
+  // unchanged.
   int Subscribe(unsigned int itemId, unsigned int notificationId, Item& item, LinxIpc::Handler handler,
                 void* context);
 
-  // Sends every subscription again, for a server that was restarted. Only sends. The answers are
-  // swallowed when they come; the first refusal among them is one mask-1 line. 0, also
-  // without any subscription, or the first failure to send; the rest is sent all the same.
+  // Sends every subscription again, after a restart of the server, without waiting for the answers. Logs the
+  // first refusal with mask 1 when it arrives. Returns 0, also without subscriptions, or the first failure to
+  // send; sends the remaining subscriptions even after a failure.
   int Resubscribe();
 
-  // Ends all subscriptions: tells the server, as far as it can be told at once, and removes the
-  // handlers. With `wait` a full server is given up to 10 ms.
+  // Ends all subscriptions: notifies the server without blocking and removes the handlers. With `wait`, waits
+  // up to 10 ms for a server whose socket is full.
   void UnsubscribeAll(bool wait);
 
  protected:
-  // Whether the value that an answer brings is used. Where it is not, `item` stays as it is, and the value
-  // may be missing.
+  // Whether Subscribe uses the value in the answer. If not, `item` stays unchanged and the value may be
+  // missing.
   virtual bool UsesValue() const { return true; }
-  // An item of the class of `item`, to tell whether a notice holds one; null: all notices count.
+  // An item of the same class as `item`, to check that notices hold the whole item; null: no check.
   virtual std::unique_ptr<Item> ScratchItem(const Item& item) const { return item.New(); }
 
  private:
@@ -64,5 +63,5 @@ class SubscribeClient {
   const std::string server_;
   const int timeoutMs_;
   std::vector<Subscription> subscriptions_;
-  bool renewing_ = false;  // a renewal was sent, and no refusal of it was logged
+  bool renewing_ = false;  // a renewal was sent, and no refusal was logged yet
 };

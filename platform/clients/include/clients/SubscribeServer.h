@@ -9,14 +9,14 @@
 #include "ipc/LinxIpc.h"
 #include "items/Item.h"
 
-// Publishes numbered items to other processes: keeps the subscribers, answers their requests and
-// sends them changes. A subscriber is forgotten when its last connection closes.
+// Publishes numbered items to other processes: keeps the subscribers, answers their requests and sends them
+// changes. Removes a subscriber when its last connection closes.
 //
-// A notice that a subscriber cannot take at once is queued for it, up to a bound; beyond it
-// notices are dropped, counted and logged. No subscriber is ever waited for.
+// Queues notices for a subscriber whose socket is full, up to a limit; then drops, counts and logs them.
+// Never waits for a subscriber.
 //
-// The endpoint must outlive every call, but not the object. One server an endpoint: a later one
-// takes an earlier one's place.
+// The endpoint must outlive every call, but may be destroyed before the object. Use one server for an
+// endpoint: a later one replaces an earlier one.
 class SubscribeServer {
  public:
   static constexpr std::size_t kMaxSubscriptions = 256;
@@ -29,18 +29,16 @@ class SubscribeServer {
   // Sends the item to every subscriber of `itemId`.
   virtual void NotifySubscribers(unsigned int itemId, Item& item);
 
-  // Called when a process asks for the current value of an item: allocates `reply` with
-  // `messageType` and encodes the value into it. Leaving the reply as it is refuses the
-  // request.
+  // Called when a process asks for the current value of an item: allocates `reply` with `messageType` and
+  // encodes the value into it. An unchanged reply refuses the request.
   virtual void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType) = 0;
 
   virtual ~SubscribeServer();
 
-  // Notices that were lost because their subscriber was too slow.
+  // Notices dropped because their subscriber was too slow.
   std::uint64_t LostNotices() const { return lostNotices_; }
   std::size_t Subscriptions() const { return subscriptions_.size(); }
-  // Bytes that wait for the slowest subscriber. A server whose notices must not be lost waits until there
-  // are few.
+  // Bytes queued for the slowest subscriber. A server that must not lose notices waits until these are few.
   std::size_t WaitingBytes() const;
 
  private:
@@ -48,7 +46,7 @@ class SubscribeServer {
     std::string subscriber;
     unsigned int itemId;
     unsigned int notificationId;
-    unsigned int lost;  // notices that no log line has told yet
+    unsigned int lost;  // dropped notices not logged yet
 
     bool operator==(const Subscription& other) const {
       return subscriber == other.subscriber && itemId == other.itemId &&

@@ -7,10 +7,9 @@ class LinxServerNameList {
  public:
   static const LinxServerNameList& Instance();
 
-  // The endpoint name of the process with this number (e_Process); empty when the recorder knows
-  // none.
+  // Returns the endpoint name of the process with this number (e_Process); empty when unknown.
   const std::string& Name(unsigned int process) const;
 
-  // Whether a process of the table has that endpoint name.
+  // Whether a process of the system has that endpoint name.
   bool Has(const std::string& name) const;
 };

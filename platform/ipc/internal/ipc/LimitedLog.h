@@ -8,8 +8,8 @@
 
 namespace ipc {
 
-// Lines of one kind that peers can cause at will: at most one a second is written. The others
-// are counted, and the next line tells how many.
+// Log lines that peers can cause at will. Writes at most one a second and counts the others; the next line
+// reports the count.
 class LimitedLog {
  public:
   LimitedLog(const LogSource& source, LogAt at) : source_(source), at_(at) {}

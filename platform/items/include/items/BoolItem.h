@@ -2,7 +2,7 @@
 
 #include "items/Item.h"
 
-// A truth value: one byte, 1 or 0; every byte but 0 reads as true.
+// A truth value: one byte, 1 or 0. Decodes every byte except 0 as true.
 class BoolItem : public Item {
  public:
   explicit BoolItem(bool value = false) : value_(value) {}

@@ -40,8 +40,8 @@ class SystemInfo : public RecordItem<SystemInfo> {
 
 class VideoRecordingSettings : public RecordItem<VideoRecordingSettings> {
  public:
-  std::uint16_t preEventSeconds = 0;   // kept from before a recording starts
-  std::uint16_t postEventSeconds = 0;  // recorded on after it stops
+  std::uint16_t preEventSeconds = 0;   // video kept from before a recording starts
+  std::uint16_t postEventSeconds = 0;  // video recorded after it stops
   std::uint16_t widthPixels = 0;
   std::uint16_t heightPixels = 0;
   std::uint16_t framesPerSecond = 0;

@@ -2,7 +2,7 @@
 
 #include "items/RecordItem.h"
 
-// The vehicle's discrete inputs, a bit each, at the same positions in both masks.
+// The vehicle's discrete inputs. Each has the same bit in both masks.
 class FpgaExternalEventItem : public RecordItem<FpgaExternalEventItem> {
  public:
   static constexpr std::uint32_t kIgnition = 0x00002000;
@@ -13,8 +13,8 @@ class FpgaExternalEventItem : public RecordItem<FpgaExternalEventItem> {
   static constexpr std::uint32_t kDoorOpen = 0x00080000;
   static constexpr std::uint32_t kAllInputs = 0x000BE000;
 
-  std::uint32_t changedMask = 0;  // set: this input changed in this event
-  std::uint32_t inputLevels = 0;  // set: this input is active now
+  std::uint32_t changedMask = 0;  // inputs that changed in this event
+  std::uint32_t inputLevels = 0;  // inputs that are active now
   std::uint32_t reserved = 0;
   std::uint32_t tick = 0;
 

@@ -2,8 +2,8 @@
 
 #include "items/RecordItem.h"
 
-// A reading of the GPS process. The system names its fields by their position only; these are the
-// names, and the byte of the shared record that repeats each field:
+// A reading of the GPS process. The system knows its fields only by position. This table gives their names
+// and the offset of the same field in the shared record:
 //
 //   position  bits  name                        shared record
 //   0x04      16    latitudeDegrees             0x0C
@@ -29,7 +29,7 @@
 //   0x88      32    tick
 class GpsStatusItem : public RecordItem<GpsStatusItem> {
  public:
-  static constexpr std::uint32_t kNorthOrEast = 1;  // of a hemisphere; anything else is south or west
+  static constexpr std::uint32_t kNorthOrEast = 1;  // hemisphere; any other value means south or west
   static constexpr std::int32_t kNoAltitude = 0x07FFFFFF;
   static constexpr std::int32_t kNoSignal = -32;
 
@@ -45,7 +45,7 @@ class GpsStatusItem : public RecordItem<GpsStatusItem> {
   std::uint16_t longitudeMinutes = 0;
   std::uint32_t longitudeMinuteFraction = 0;  // ten-thousandths of a minute
   std::uint32_t longitudeHemisphere = 0;
-  std::uint32_t utcDate = 0;  // as the decimal number YYYYMMDD; 0: not known
+  std::uint32_t utcDate = 0;  // decimal number YYYYMMDD; 0: unknown
   std::uint16_t speedDeciKmh = 0;
   std::uint16_t speedDeciKnots = 0;
   std::uint16_t courseDeciDegrees = 0;  // over ground, clockwise from true north
@@ -56,7 +56,7 @@ class GpsStatusItem : public RecordItem<GpsStatusItem> {
   std::uint32_t satellitesUsed = 0;
   std::int32_t signalDecibels = 0;  // carrier to noise of the best satellite
   std::uint32_t utcTimeOfDayMs = 0;
-  std::uint8_t valid = 0;  // the receiver's own word: 1 valid
+  std::uint8_t valid = 0;  // validity as the receiver states it: 1 valid
   std::uint32_t tick = 0;
 
   static constexpr auto Fields() {

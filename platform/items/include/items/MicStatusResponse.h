@@ -5,10 +5,10 @@
 #include "items/Enumerations.h"
 #include "items/RecordItem.h"
 
-// Which wireless microphones are there and active: a count in 16 bits, the entries, the tick.
+// Wireless microphones that are present and active: a 16-bit count, the entries, the tick.
 class MicStatusResponse : public Item {
  public:
-  static constexpr std::size_t kMaxEntries = 32;  // of more entries the first are kept
+  static constexpr std::size_t kMaxEntries = 32;  // ignores further entries
 
   struct Entry {
     e_MicrophonePosition mic{};
@@ -23,7 +23,7 @@ class MicStatusResponse : public Item {
   unsigned char* Decode(unsigned char* p) override;
   std::unique_ptr<Item> New() const override { return std::make_unique<MicStatusResponse>(); }
 
-  // Entries beyond kMaxEntries are not taken.
+  // Ignores entries beyond kMaxEntries.
   void Add(const Entry& entry);
   const Entry* begin() const { return entries_.data(); }
   const Entry* end() const { return entries_.data() + count_; }

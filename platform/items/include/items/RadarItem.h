@@ -2,8 +2,8 @@
 
 #include "items/RecordItem.h"
 
-// A reading of the radar. The system names its fields by their position only; these are the
-// names, and the byte of the shared record that repeats each field:
+// A reading of the radar. The system knows its fields only by position. This table gives their names and the
+// offset of the same field in the shared record:
 //
 //   position  bits  name             shared record
 //   0x04      16    status           0x4C
@@ -13,15 +13,15 @@
 //   0x24      16    lockedSpeedKmh   0x54
 //   0x28      32    tick
 //
-// As constructed it is no usable reading.
+// A new item is not a usable reading.
 class RadarItem : public RecordItem<RadarItem> {
  public:
-  static constexpr std::uint16_t kStatusInvalid = 0x0080;  // no usable reading
+  static constexpr std::uint16_t kStatusInvalid = 0x0080;  // not a usable reading
 
   bool Valid() const { return (status & kStatusInvalid) == 0; }
 
   std::uint16_t status = kStatusInvalid;
-  std::uint16_t patrolSpeedKmh = 0;  // of the vehicle itself
+  std::uint16_t patrolSpeedKmh = 0;  // own speed of the vehicle
   std::uint16_t targetSpeedKmh = 0;
   std::uint16_t fastestSpeedKmh = 0;
   std::uint16_t lockedSpeedKmh = 0;

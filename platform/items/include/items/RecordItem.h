@@ -12,14 +12,14 @@
 // Encodings of the fields of record items. All numbers are big-endian.
 //
 //   bool, 8-bit number     1 byte
-//   16-bit number          2 bytes, two's complement where signed
-//   32-bit number or enum  4 bytes, two's complement where signed
+//   16-bit number          2 bytes, two's complement if signed
+//   32-bit number or enum  4 bytes, two's complement if signed
 //   Text                   16-bit length, then the bytes
 //   array of fields        its elements
 //   record                 its fields
 namespace field {
 
-// A group of fields that lists its members as a record item does, but is no item of its own.
+// A group of fields that lists its members like a record item, but is not an item.
 template <typename T>
 concept Group = requires {
   T::Fields();
@@ -29,7 +29,7 @@ concept Group = requires {
 template <typename T>
 concept Number = std::is_arithmetic_v<T> || std::is_enum_v<T>;
 
-// Whether a field has the same size whatever it holds.
+// Whether the size of a field does not depend on its value.
 template <typename T>
 struct IsFixed : std::bool_constant<Number<T>> {};
 template <typename T, std::size_t N>
@@ -88,7 +88,7 @@ unsigned char* Encode(const std::array<T, N>& elements, unsigned char* p);
 template <typename T, std::size_t N>
 const unsigned char* Decode(std::array<T, N>& elements, const unsigned char* p);
 
-// The members that T::Fields() lists, one after the other.
+// Handle the members that T::Fields() lists, in order.
 template <typename T>
 unsigned int SizeOfFields(const T& record) {
   return std::apply([&](auto... member) { return (0U + ... + Size(record.*member)); }, T::Fields());
@@ -136,8 +136,8 @@ const unsigned char* Decode(std::array<T, N>& elements, const unsigned char* p) 
 
 }  // namespace field
 
-// An item that is a list of fields. Derived has them as public members with default values and
-// lists them in the order in which they travel:
+// An item that is a list of fields. Derived has public members with default values and lists them in the
+// order of the encoding:
 //
 //   static constexpr auto Fields() { return std::make_tuple(&Derived::a, &Derived::b); }
 template <typename Derived>

@@ -4,12 +4,12 @@
 
 #include "items/Item.h"
 
-// A text of up to kMaxLength bytes: its length in 16 bits, then the bytes, without NUL.
+// A text of at most kMaxLength bytes: a 16-bit length, then the bytes, without NUL.
 class StringItem : public Item {
  public:
   static constexpr unsigned int kMaxLength = 255;
 
-  // A longer text is cut.
+  // Cuts a longer text.
   explicit StringItem(const std::string& text = {}) { Value(text); }
 
   const std::string& Value() const { return text_; }
@@ -17,7 +17,7 @@ class StringItem : public Item {
 
   unsigned int Size() const override { return 2 + static_cast<unsigned int>(text_.size()); }
   unsigned char* Encode(unsigned char* p) const override;
-  // Of a longer text the first kMaxLength bytes are kept; it is skipped whole.
+  // Keeps the first kMaxLength bytes of a longer text, and skips all of it.
   unsigned char* Decode(unsigned char* p) override;
   std::unique_ptr<Item> New() const override { return std::make_unique<StringItem>(); }
 

@@ -2,7 +2,7 @@
 
 #include "items/RecordItem.h"
 
-// The four temperatures in degrees Celsius, in the order in which they travel: sensors 3, 2, 1, 0.
+// The four temperatures in degrees Celsius, in the order of the encoding: sensors 3, 2, 1, 0.
 class TempStatus : public RecordItem<TempStatus> {
  public:
   std::int16_t sensor3Celsius = 0;

@@ -11,13 +11,12 @@ namespace field {
 
 constexpr unsigned int kMaxText = 255;
 
-// Bytes to skip for a text or list that is told to have that many: no more than a payload may have.
+// Bytes to skip for a text or list of that stated length: at most the length of a payload.
 constexpr std::size_t SkippedBytes(std::size_t told) {
   return std::min(told, IpcMessage::kMaxPayload);
 }
 
-// A text of up to kMaxText bytes; of a longer one the beginning. It is kept in place: copying one allocates
-// nothing.
+// A text of at most kMaxText bytes; cuts a longer one. Stored inside the object: copying allocates nothing.
 class Text {
  public:
   Text() = default;

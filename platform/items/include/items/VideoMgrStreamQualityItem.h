@@ -2,7 +2,7 @@
 
 #include "items/RecordItem.h"
 
-// What the four video streams are recorded with.
+// Size, frame rate and bit rate of the four recorded video streams.
 class VideoMgrStreamQualityItem : public RecordItem<VideoMgrStreamQualityItem> {
  public:
   static constexpr std::size_t kStreams = 4;

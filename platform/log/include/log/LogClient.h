@@ -7,8 +7,8 @@
 
 class LogFlood;
 
-// A statement of the sources that writes a line. A statement that several callers share is told apart by its
-// subject, the literal that its text begins with. Texts are compared by their addresses.
+// A source line that logs. The subject, the literal at the start of the text, tells the callers of a shared
+// statement apart. Compares strings by their addresses.
 struct LogStatement {
   const char* file = nullptr;
   unsigned int line = 0;
@@ -21,13 +21,11 @@ class LogSink;
 
 // The process's one connection to the system log.
 //
-// Lines go to the system log socket when there is one, else to standard error; the environment
-// variable LOG_TARGET ("syslog" or "stderr") decides instead where it is set. Writing never
-// blocks: a line that the receiver cannot take at once is dropped and counted. The count is
-// written as a line of its own when the receiver takes lines again, at most once a second.
+// Lines go to the system log socket when it exists, else to standard error. The environment variable
+// LOG_TARGET ("syslog" or "stderr") overrides this. Writing never blocks: drops and counts a line that the
+// receiver does not take at once. Logs the count when the receiver takes lines again, at most once a second.
 //
-// One thread. The first use ignores SIGPIPE for the process, so that a log reader that goes away
-// does not end it.
+// For one thread. The first use makes the process ignore SIGPIPE, so that a closed log pipe does not end it.
 class LogClient {
  public:
   static LogClient& Instance();
@@ -36,26 +34,24 @@ class LogClient {
   LogClient(const LogClient&) = delete;
   LogClient& operator=(const LogClient&) = delete;
 
-  // The level is a mask of bits; a line of mask M is written when the level contains M.
-  // It starts as 7 (errors, malformed input, unusual modes).
+  // The level is a bit mask; a line of mask M is written when the level contains M. Initially 7: errors,
+  // malformed input, unusual modes.
   unsigned int Level() const { return level_; }
   void Level(unsigned int level) { level_ = level; }
 
-  // The name that stands on every line; starts empty, the program's file name stands there then.
+  // The process name on every line. Initially empty: lines then carry the program's file name.
   const std::string& ProcessName() const { return processName_; }
   void ProcessName(const std::string& name) { processName_ = name; }
 
-  // Whether a statement is to write a line of that mask: the level contains the mask and, for lines of
-  // trouble (masks 1, 2, 4), which others may cause at will, the statement has not written too many. Lines
-  // beyond 2,000 at once and 10 a second are dropped and counted.
+  // Whether a statement may write a line of that mask. The level must contain the mask. Peers can cause lines
+  // of masks 1, 2 and 4 at will, so drops and counts those beyond 2,000 at once and 10 a second.
   bool Admits(unsigned int mask, const LogStatement& statement);
 
   // Lines dropped since the process started.
   std::uint64_t DroppedLines() const { return droppedLines_; }
 
-  // Writes one line without a test of the level. Control characters become "?", so that a text
-  // never makes a second line; a text longer than a line is cut off. Leaves errno as it was. Used
-  // by SysLogMsg.
+  // Writes one line without checking the level. Replaces control characters by "?", so that a text stays one
+  // line; cuts a text that is too long. Keeps errno. Used by SysLogMsg.
   void Write(unsigned int mask, std::string_view processName, std::string_view text);
 
  private:

@@ -10,15 +10,15 @@ enum e_LogMask : unsigned int {
   kLogError = 1,      // an operation failed
   kLogMalformed = 2,  // malformed input and soft errors
   kLogUnusual = 4,    // unusual modes
-  kLogShutdown = 16,  // shut-down noticed during start-up, live-streaming states
+  kLogShutdown = 16,  // shutdown during start-up, live-streaming states
   kLogDetail = 32,    // ignored servers, detail values
   kLogTrace = 64,     // entry of handlers and operations
   kLogInfo = 128,     // progress
 };
 
-// A mask together with the source line of the call it is written in.
+// A mask and the source line of the call.
 struct LogAt {
-  // NOLINTNEXTLINE(google-explicit-constructor): implicit, so that it is made in the line of the call
+  // NOLINTNEXTLINE(google-explicit-constructor): implicit, so that it takes the caller's line
   LogAt(e_LogMask m, const char* f = __builtin_FILE(), unsigned int l = __builtin_LINE())
       : mask(m), file(f), line(l) {}
   e_LogMask mask;
@@ -26,7 +26,7 @@ struct LogAt {
   unsigned int line;
 };
 
-// A number to be written in hexadecimal.
+// A number that is logged in hexadecimal.
 struct LogHex {
   unsigned int value;
 };
@@ -34,9 +34,8 @@ inline SysLogMsg& operator<<(SysLogMsg& line, LogHex hex) {
   return line.Hex(hex.value);
 }
 
-// Writes lines of the form "NAME:LINE TEXT". The name is the one that the system states for a
-// group of sources, which need not be the name of the file. Nothing is formatted when the level
-// does not contain the mask, or the statement has written too many (LogClient::Admits).
+// Writes lines of the form "NAME:LINE TEXT". NAME is the system's name for a group of sources, not always the
+// file's name. Formats nothing unless LogClient::Admits the line.
 //
 //   constexpr LogSource log{"MetadataMgr"};
 //   log(kLogInfo, "Exiting ", status);

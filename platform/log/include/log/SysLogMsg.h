@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-// One log line under construction; the destructor writes it. The text lives in a fixed buffer:
-// what does not fit is cut off.
+// One log line under construction; the destructor writes it. Cuts text that exceeds the fixed buffer.
 class SysLogMsg {
  public:
   static constexpr std::size_t kMaxText = 512;
@@ -33,13 +32,13 @@ class SysLogMsg {
 
  private:
   unsigned int mask_;
-  const std::string& processName_;  // outlives the line: the caller's full expression
+  const std::string& processName_;  // lives until the caller's full expression ends
   std::array<char, kMaxText> text_;
   std::size_t length_ = 0;
 };
 
 class LogMsg {
  public:
-  // Starts a line. The caller has tested that the level contains `mask`.
+  // Starts a line. The caller has checked that the level contains `mask`.
   static SysLogMsg Log(unsigned int mask, const std::string& processName) { return {mask, processName}; }
 };

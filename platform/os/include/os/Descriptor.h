@@ -6,7 +6,7 @@
 
 namespace os {
 
-// An open file descriptor. Closes it at the end.
+// An open file descriptor; the destructor closes it.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -28,7 +28,7 @@ class Descriptor {
   void Close() {
     if (fd_ >= 0) (void)close(std::exchange(fd_, -1));
   }
-  // Gives the descriptor up without closing it.
+  // Returns the descriptor without closing it; the caller owns it.
   int Release() { return std::exchange(fd_, -1); }
 
  private:

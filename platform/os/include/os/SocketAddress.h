@@ -18,7 +18,7 @@ class SocketAddress {
     if (path.empty() || path.size() >= sizeof sockaddr_un{}.sun_path) return {};
     return SocketAddress(path, 1);
   }
-  // An absolute path, or "@" and an abstract name. Nothing when it is neither, or too long.
+  // An absolute path, or "@" and an abstract name. Nothing when the name is neither, or too long.
   static std::optional<SocketAddress> OfName(std::string_view name) {
     if (name.size() < 2) return {};
     if (name[0] == '/') return OfPath(name);

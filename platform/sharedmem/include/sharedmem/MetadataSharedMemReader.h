@@ -5,7 +5,7 @@
 
 #include "sharedmem/MetadataSharedMem.h"
 
-// The shared record for readers: it is neither created nor changed.
+// Reads the shared record; never creates or changes it.
 class MetadataSharedMemReader {
  public:
   using Fields = std::array<unsigned char, MetadataSharedMem::kChangeCounterOffset>;
@@ -15,11 +15,11 @@ class MetadataSharedMemReader {
   MetadataSharedMemReader(const MetadataSharedMemReader&) = delete;
   MetadataSharedMemReader& operator=(const MetadataSharedMemReader&) = delete;
 
-  // 0, or an errno value: ENOENT there is no record, EINVAL it is too short.
+  // Returns 0 or an errno value: ENOENT when the record is missing, EINVAL when it is too short.
   int Attach();
 
-  // Copies the fields while no writer is at work. False when that is not possible: not attached,
-  // or a writer was killed at work.
+  // Copies the fields when no write is going on. Returns false when not attached, or when the counter stays
+  // odd because a writer was killed.
   bool Read(Fields& fields) const;
 
  private:

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// The fields of the shared record: where each begins and how many bits it has. All are big-endian. Those of
-// the GPS and the radar repeat the fields of GpsStatusItem and RadarItem, in the same units.
+// The fields of the shared record: offset and size in bits, all big-endian. GPS and radar fields repeat those
+// of GpsStatusItem and RadarItem, in the same units.
 namespace sharedrecord {
 
 struct Place {
@@ -13,8 +13,8 @@ struct Place {
 };
 
 constexpr Place kState{0x00, 16};
-constexpr std::uint16_t kKept = 0x0100;   // by a process that runs
-constexpr std::uint16_t kEnded = 0x0001;  // that process ended in order
+constexpr std::uint16_t kKept = 0x0100;   // a running process keeps the record up to date
+constexpr std::uint16_t kEnded = 0x0001;  // that process stopped in order
 
 constexpr Place kGpsValid{0x04, 8};
 constexpr Place kLatitudeHemisphere{0x08, 8};  // 'N' or 'S'

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// Big-endian fields in byte buffers, by shifts: the same on every host, at any alignment.
-// The caller owns the bounds.
+// Big-endian fields in byte buffers, by shifts: the same on every host, at any alignment. The caller checks
+// the bounds.
 
 inline void PutU16(unsigned char* p, std::uint16_t value) {
   p[0] = static_cast<unsigned char>(value >> 8);

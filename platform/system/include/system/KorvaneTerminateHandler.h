@@ -1,5 +1,4 @@
 #pragma once
 
-// Terminate handler of every process: logs the active exception, if there is one, with mask 1
-// and aborts.
+// Terminate handler of every process: logs the active exception, if any, with mask 1 and aborts.
 [[noreturn]] void KorvaneTerminateHandler();

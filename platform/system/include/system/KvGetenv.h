@@ -1,8 +1,7 @@
 #pragma once
 
-// The text of an environment variable, or null when it does not exist. The text belongs to the
-// environment.
+// Returns the text of an environment variable, or null when it is not set. The environment owns the text.
 const char* KvGetenv(const char* name);
 
-// The same for a variable that holds a path or a name: null also where it is empty.
+// The same for a variable that holds a path or a name: null also when it is empty.
 const char* KvGetenvText(const char* name);

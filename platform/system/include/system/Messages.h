@@ -1,16 +1,16 @@
 #pragma once
 
-// The numbers of the system's messages: interface constants, in the order of their numbers. Fields of
-// payloads are big-endian; docs/wire.md has the payloads byte by byte.
+// The numbers of the system's messages, in ascending order. They are interface constants. The comments name
+// the payloads; their fields are big-endian, docs/wire.md has them byte by byte.
 
-// The subscribe protocol: between every server and its subscribers.
+// The subscribe protocol, between every server and its subscribers.
 enum e_SubscribeMsg : unsigned int {
-  SubscribeMsg_Subscribe = 1856,    // 32-bit item id, 32-bit notification id; 0 as the latter: the value only
-  SubscribeMsg_Answer = 1857,       // 32-bit item id, notification id and result, then the item
-  SubscribeMsg_Unsubscribe = 1858,  // as the request; not answered
+  SubscribeMsg_Subscribe = 1856,    // 32-bit item id, 32-bit notification id (0: the value only)
+  SubscribeMsg_Answer = 1857,       // 32-bit item id, 32-bit notification id, 32-bit result, item
+  SubscribeMsg_Unsubscribe = 1858,  // like Subscribe; not answered
 };
 
-// Log level of a process, served by every process.
+// Log level of a process; every process serves these.
 enum e_LogLevelMsg : unsigned int {
   LogLevelMsg_Set = 1872,       // 32-bit mask
   LogLevelMsg_Get = 1873,       // 32-bit, content ignored
@@ -45,7 +45,7 @@ enum e_MetadataMgrMsg : unsigned int {
   MetadataMgrMsg_Bookmark = 13509,                   // 32-bit tick
 };
 
-// Under which MetadataMgr gets the notices of the servers; the payload is the item of this class.
+// Messages that carry the servers' notices to MetadataMgr. The payload is an item of the named class.
 enum e_MetadataMgrNotice : unsigned int {
   MetadataMgrNotice_VehicleInfo = 13492,             // VehicleInfo
   MetadataMgrNotice_SystemInfo = 13493,              // SystemInfo
@@ -54,7 +54,7 @@ enum e_MetadataMgrNotice : unsigned int {
   MetadataMgrNotice_VideoRecordingSettings = 13496,  // VideoRecordingSettings
   MetadataMgrNotice_ExternalEvent = 13497,           // FpgaExternalEventItem
   MetadataMgrNotice_GpsStatus = 13504,               // GpsStatusItem
-  MetadataMgrNotice_RecordStart = 13505,             // SystickItem, as the next three
+  MetadataMgrNotice_RecordStart = 13505,             // SystickItem; the next three as well
   MetadataMgrNotice_RecordStop = 13506,
   MetadataMgrNotice_EnterCovertMode = 13507,
   MetadataMgrNotice_ExitCovertMode = 13508,
@@ -64,7 +64,7 @@ enum e_MetadataMgrNotice : unsigned int {
   MetadataMgrNotice_Cameras = 13513,        // VideoMgrCameraItem
   MetadataMgrNotice_StreamQuality = 13514,  // VideoMgrStreamQualityItem
   MetadataMgrNotice_Temperatures = 13515,   // TempStatus
-  MetadataMgrNotice_LiveStream0 = 18952,    // ExternalMgrApi::StreamingLvsStateItem, as the next five
+  MetadataMgrNotice_LiveStream0 = 18952,    // ExternalMgrApi::StreamingLvsStateItem; the next five as well
   MetadataMgrNotice_LiveStream1 = 18953,
   MetadataMgrNotice_LiveStream2 = 18954,
   MetadataMgrNotice_LiveStream3 = 18955,
@@ -75,5 +75,5 @@ enum e_MetadataMgrNotice : unsigned int {
 // Served by the stream manager.
 enum e_StreamMgrMsg : unsigned int {
   StreamMgrMsg_GetRecording = 13616,          // nothing
-  StreamMgrMsg_GetRecordingResponse = 13617,  // StringItem: id of the recording event, empty when none runs
+  StreamMgrMsg_GetRecordingResponse = 13617,  // StringItem: recording event id; empty when not recording
 };

@@ -2,13 +2,12 @@
 
 #include <string>
 
-// What the manufacturer wrote into the device.
+// Data that the manufacturer wrote into the device.
 class MfgItem {
  public:
-  // Reads the serial number of the system from the first of these that holds one: the file that
-  // the environment variable MFG_FILE names (where it is set, the only one read), the device
-  // tree's serial number, the machine id. True and the first line that is not blank, without the
-  // white space and NULs around it, at most 256 bytes; false when there is none, `serial` is then
-  // unchanged.
+  // Reads the system's serial number from the file that the environment variable MFG_FILE names. If that is
+  // not set, reads the device tree's serial number, else the machine id. Takes the first line that is not
+  // blank, without surrounding white space and NULs, at most 256 bytes. Returns false and leaves `serial`
+  // unchanged when no file has one.
   static bool GetSystemSerialNumber(std::string& serial);
 };

@@ -1,8 +1,7 @@
 #pragma once
 
-// The processes of the system. The numbers are interface constants: they travel in the state
-// manager's notices. Numbers that are not listed belong to processes that this recorder does not
-// deal with.
+// The processes of the system. The numbers are interface constants: the state manager's notices carry them.
+// Numbers that are not listed belong to processes that MetadataMgr does not use.
 enum e_Process : unsigned int {
   e_Process_StateMgr = 2,
   e_Process_ConfigMgr = 3,
@@ -18,5 +17,5 @@ enum e_Process : unsigned int {
   e_Process_ExternalMgr = 29,
 };
 
-// The threads of a process, as the watchdog tells them apart. Processes of one thread have 0.
+// The threads of a process, for the watchdog. A process with one thread uses 0.
 enum e_ThreadIds : unsigned int { e_ThreadIds_Main = 0 };

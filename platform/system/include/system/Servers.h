@@ -7,20 +7,20 @@
 #include "system/Messages.h"
 #include "system/Process.h"
 
-// The servers that MetadataMgr follows, in the order in which it subscribes to them, each with its items
-// in the order of the subscriptions. Everything that must know all servers reads this table; what
-// MetadataMgr itself does with a server stands in MetadataMgr/FollowedServers.cpp.
+// The servers that MetadataMgr subscribes to, with their items, in the order of the subscriptions. All code
+// that needs every server reads this table. MetadataMgr/FollowedServers.cpp adds what MetadataMgr does with
+// each server.
 
 struct ServedItem {
   unsigned int id;              // at its server
-  unsigned int notificationId;  // under which MetadataMgr gets its changes
+  unsigned int notificationId;  // message that carries its changes to MetadataMgr
 };
 
 struct ServerRow {
   e_Process process;
   const char* name;       // of its endpoint
   const char* offSwitch;  // the environment variable that switches it off; null: none
-  bool defaultWhenOff;    // when it is off, its item as constructed is reported
+  bool defaultWhenOff;    // when switched off, reports its item as constructed
   std::span<const ServedItem> items;
 };
 
@@ -61,13 +61,13 @@ inline constexpr ServerRow kAll[] = {
     {e_Process_ExternalMgr, "ExternalMgr", nullptr, false, kExternalMgr},
 };
 
-// The row of a process that stands in the table.
+// The row of a process; the table must contain it.
 constexpr const ServerRow& Of(e_Process process) {
   return *std::find_if(std::begin(kAll), std::end(kAll),
                        [process](const ServerRow& row) { return row.process == process; });
 }
 
-// How many subscriptions have this notification id.
+// The number of subscriptions with this notification id.
 constexpr std::ptrdiff_t CountOf(unsigned int notificationId) {
   std::ptrdiff_t count = 0;
   for (const ServerRow& server : kAll) {
@@ -78,7 +78,7 @@ constexpr std::ptrdiff_t CountOf(unsigned int notificationId) {
   return count;
 }
 
-// The id that the item with this notification id has at its server.
+// The id, at its server, of the item with this notification id.
 consteval unsigned int ItemId(unsigned int notificationId) {
   for (const ServerRow& server : kAll) {
     for (const ServedItem& item : server.items) {

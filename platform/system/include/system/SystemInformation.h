@@ -3,7 +3,7 @@
 // Facts about the device that the process runs on.
 class SystemInformation {
  public:
-  // The hardware address of the first network interface: eth0 where there is one, else the first
-  // by name that has an address other than all zeros. All zeros when there is none.
+  // Gets the hardware address of eth0 if it has one, else of the first interface by name that has an address
+  // other than all zeros. All zeros when no interface has one.
   static void GetShortMacAddress(unsigned char (&mac)[6]);
 };

@@ -11,7 +11,7 @@ class VersionEntry {
       : name_(std::move(name)), version_(std::move(version)) {}
 
   const std::string& name() const { return name_; }
-  // The software version as text; valid as long as the entry.
+  // The software version; valid as long as the entry.
   const char* asString_sw() const { return version_.c_str(); }
 
  private:
@@ -24,10 +24,9 @@ class VersionApi {
   // The system's version file, /etc/korvane/versions.
   static const std::string versionFile;
 
-  // Appends the entries of `file` in its order; with `versionFile` those of the file that the environment
-  // variable VERSION_FILE names, where it is set and not empty. A line is a name, "=" or white space, and the
-  // version, which is the rest of the line; lines that begin with "#" and lines without a name or
-  // a version are skipped. A file that cannot be read gives nothing; at most 64 KiB of it are
-  // read, and a line cut by that bound is skipped.
+  // Appends the entries of `file` in the file's order. The environment variable VERSION_FILE, if set and not
+  // empty, replaces `versionFile`. A line is a name, "=" or white space, and the version to the end of the
+  // line. Skips lines that begin with "#" and lines without a name or a version. Reads at most 64 KiB and
+  // skips a line cut there. Appends nothing when the file cannot be read.
   static void GetAllVersions(std::vector<VersionEntry>& entries, const std::string& file);
 };
