@@ -30,7 +30,7 @@ bool ParseCommandLine(int argc, char** argv, unsigned int& logLevel) {
                                                {"simulator", no_argument, nullptr, 's'},
                                                {"radar", no_argument, nullptr, 'r'},
                                                {nullptr, 0, nullptr, 0}}};
-  opterr = 0;  // every complaint is the usage
+  opterr = 0;  // prints the usage instead of getopt's messages
   for (;;) {
     switch (getopt_long(argc, argv, "rsl:h?", kOptions.data(), nullptr)) {
       case -1:

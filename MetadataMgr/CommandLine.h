@@ -1,6 +1,6 @@
 #pragma once
 
-// Reads the options of the process. -s and -r announce themselves on standard output and set their
-// mode; -l puts its number into `logLevel`. False, after the usage on standard error, when the
-// process is to end: help was asked for or an option is not known.
+// Reads the options of the process. -s and -r set their mode and report it on standard output; -l sets
+// `logLevel`. Prints the usage on standard error and returns false for -h and for unknown options: the
+// process must exit.
 bool ParseCommandLine(int argc, char** argv, unsigned int& logLevel);

@@ -5,24 +5,24 @@
 
 class MetadataMgr;
 
-// The shape that all handlers share: trace the entry, test the payload, work.
+// The common steps of all handlers: trace the entry, check the payload, report.
 
 inline MetadataMgr& ManagerOf(void* context) {
   return *static_cast<MetadataMgr*>(context);
 }
 
-// The name of a handler, for its log lines, and the payload that it needs.
+// A handler's name for its log lines, and the payload that it needs.
 struct HandlerShape {
-  // Implicit, so that a table or a call may say just the name.
+  // Implicit, so that a table or a call may give only the name.
   HandlerShape(const char* handlerName, unsigned int bytes = 0)  // NOLINT(google-explicit-constructor)
       : name(handlerName), payloadBytes(bytes) {}
 
   const char* name;
-  unsigned int payloadBytes;              // a shorter payload is dropped; 0 for items
-  e_LogMask traceMask = kLogTrace;        // of the entry trace, which is the name
-  const char* nullPayloadName = nullptr;  // in the line of a missing payload; null: the name
+  unsigned int payloadBytes;              // drops shorter payloads; 0 for items
+  e_LogMask traceMask = kLogTrace;        // mask of the entry trace
+  const char* nullPayloadName = nullptr;  // name in the log line for a missing payload; null: `name`
 };
 
-// Traces the entry; returns the payload, or null after a mask-2 line when there is none or it is
-// shorter than the handler needs.
+// Traces the entry and returns the payload. Logs with mask 2 and returns null when the payload is missing or
+// too short.
 unsigned char* EnterHandler(LinxIpc& ipc, const HandlerShape& shape);

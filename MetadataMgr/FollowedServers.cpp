@@ -35,7 +35,7 @@ constexpr FollowedItem kItems[] = {
      "MetadataMgr - Failed to subscribe to RadarHal Events"},
     {MetadataMgrNotice_MicStatus, MetadataMgr::MicMgrStatusHandler, "Failed to subscribe to Mic Mgr Events"},
     {MetadataMgrNotice_Crash, MetadataMgr::CrashDetectHandler,
-     "Failed to subscribe to Mic Mgr Events"},  // the text of the microphones
+     "Failed to subscribe to Mic Mgr Events"},  // same text as for the microphones
     {MetadataMgrNotice_Cameras, MetadataMgr::VideoMgrCameraItemHandler, "Failed to subscribe to Video Mgr Events"},
     {MetadataMgrNotice_StreamQuality, MetadataMgr::VideoMgrStreamQualityItemHandler,
      "Failed to subscribe to Video Mgr Events"},
@@ -69,7 +69,7 @@ const FollowedItem& FollowedItemOf(unsigned int notificationId) {
   return *Find(notificationId);
 }
 
-// The order of the clean-up is not that of the subscriptions; the state manager is released last.
+// Clean-up has its own order; the state manager comes last.
 std::span<const MetadataMgr::FollowedServer> MetadataMgr::FollowedServers() {
   // clang-format off
   static constexpr FollowedServer kRows[] = {

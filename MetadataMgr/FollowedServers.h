@@ -5,23 +5,23 @@
 #include "MetadataMgr.h"
 #include "system/Servers.h"
 
-// An item of a server: the handler of its notices, and the line with mask 1 for a refused subscription.
+// An item of a server: the handler of its notices, and the mask-1 line for a failed subscription.
 struct FollowedItem {
   unsigned int notificationId;
   LinxIpc::Handler handler;
   const char* failure;
 };
 
-// The row of the item with this notification id, which one of the servers has.
+// The row of the item with this notification id; a server must have such an item.
 const FollowedItem& FollowedItemOf(unsigned int notificationId);
 
-// A server, as the manager uses it; system/Servers.h has the part that others need.
+// How the manager uses a server; system/Servers.h has the part that other code needs.
 struct MetadataMgr::FollowedServer {
   e_Process process;
   bool (MetadataMgr::*subscribe)(LinxIpc& ipc);
   const char* stepFailure;  // logged with mask 1 when `subscribe` fails
-  const char* renewalName;  // its name in the line of a renewal
-  // Null as long as the server has not been subscribed to.
+  const char* renewalName;  // its name in the log line of a renewal
+  // Returns null before the first subscription.
   SubscribeClient* (*client)(const MetadataMgr& manager);
-  unsigned int cleanUpPlace;  // from 1 on: when its subscriptions are ended
+  unsigned int cleanUpPlace;  // position in the clean-up, from 1
 };

@@ -9,12 +9,12 @@ constexpr const LogSource& log = kManagerLog;
 
 struct InputSignal {
   const char* text;
-  std::uint32_t bit;  // in both masks
+  std::uint32_t bit;  // same bit in both masks
   e_Tag active;
   e_Tag inactive;
 };
 
-// In the order in which the store receives them, which is not that of the bits or tags.
+// In the order of the reports, which differs from the order of the bits and tags.
 constexpr InputSignal kInputSignals[] = {
     {" lights changed", FpgaExternalEventItem::kLights, e_Tag_LightsOn, e_Tag_LightsOff},
     {" brakes changed", FpgaExternalEventItem::kBrakes, e_Tag_BrakesOn, e_Tag_BrakesOff},
@@ -26,7 +26,7 @@ constexpr InputSignal kInputSignals[] = {
 
 }  // namespace
 
-// All inputs are reported, changed or not.
+// Reports all inputs, changed or not.
 bool MetadataMgr::SubscribeToFpga(LinxIpc& ipc) {
   subscribing::Trace(e_Process_Fpga);
   FpgaExternalEventItem item;

@@ -5,10 +5,10 @@
 #include "EventHandler.h"
 #include "MetadataMgr.h"
 
-// Handlers whose payload is an item decode it and report it as a change.
+// Handlers of messages with an item: decode the item and report it as a change.
 
-// For items that are decoded from the whole message. An item that does not fit is reported as
-// constructed; the decoder has logged it.
+// Decodes the item with DecodeMsg. When the payload is too short, DecodeMsg logs it and the item is reported
+// as constructed.
 template <typename ItemType, typename Report>
 void HandleMessageItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
   if (EnterHandler(*ipc, shape) == nullptr) return;
@@ -17,7 +17,7 @@ void HandleMessageItem(LinxIpc* ipc, void* context, const HandlerShape& shape, R
   report(ManagerOf(context), item);
 }
 
-// For items that are decoded from the payload's first byte on. Missing bytes read as zero.
+// Decodes the item from the start of the payload. Missing bytes read as zero.
 template <typename ItemType, typename Report>
 void HandlePayloadItem(LinxIpc* ipc, void* context, const HandlerShape& shape, Report report) {
   unsigned char* payload = EnterHandler(*ipc, shape);

@@ -22,7 +22,7 @@ namespace {
 constexpr const LogSource& log = kManagerLog;
 constexpr mode_t kDirectoryMode = 0770;
 
-// Whatever stands at the path is accepted; the store finds out whether it is of use.
+// Accepts any existing file at the path; opening the store fails if it is not a usable directory.
 bool MakeMetadataDir() {
   struct stat status {};
   if (stat(gMetadataDir.c_str(), &status) == 0 || mkdir(gMetadataDir.c_str(), kDirectoryMode) == 0)

@@ -12,7 +12,7 @@ constexpr int kExternalMgrTimeoutMs = 2000;
 
 }  // namespace
 
-// The values at subscription are discarded: live streaming is stored when it changes.
+// Ignores the values at subscription: records only changes of live streaming.
 bool MetadataMgr::SubscribeToExternalMgr(LinxIpc& ipc) {
   subscribing::Trace(e_Process_ExternalMgr);
   const std::string& name = LinxServerNameList::Instance().Name(e_Process_ExternalMgr);
@@ -22,7 +22,7 @@ bool MetadataMgr::SubscribeToExternalMgr(LinxIpc& ipc) {
       {&item, &item, &item, &item, &item, &item});
 }
 
-// The item carries no tick: the store's current one stands for it.
+// The item has no tick, so reports it with the store's current tick.
 void MetadataMgr::LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream) {
   HandlerShape shape{"LVSStateChangeHandler"};
   shape.traceMask = kLogInfo;
@@ -33,7 +33,7 @@ void MetadataMgr::LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream)
       });
 }
 
-// The store takes high quality before enabled, the item carries them the other way round.
+// The store's parameters are high quality, then enabled; the item has the reverse order.
 void MetadataMgr::ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateItem& item, bool report,
                                        int stream, unsigned int tick) {
   const std::string& address = item.address.Value();

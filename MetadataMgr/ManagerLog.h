@@ -2,5 +2,5 @@
 
 #include "log/LogLine.h"
 
-// The entry point, the manager and its handlers log under one name.
+// The log name of the entry point, the manager and its handlers.
 constexpr LogSource kManagerLog{"MetadataMgr"};

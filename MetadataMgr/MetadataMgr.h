@@ -28,36 +28,35 @@ class VideoMgrCameraItem;
 class VideoMgrStreamQualityItem;
 class VideoRecordingSettings;
 
-// The process's one manager object: takes every event of the system that reaches the endpoint and
-// hands it to the metadata store. Its operations are grouped by the source that defines them.
+// The process's one manager object: receives every event of the system and reports it to the store. Its
+// operations are grouped by the source file that defines them.
 //
-// Handlers have the endpoint's signature with the manager as context. A message without the
-// payload that its handler needs is logged with mask 2 and dropped. Ticks are the senders', passed
-// on unchanged. `report` is true for a change as it happened and false for the value that a server
-// had when it was subscribed to.
+// Handlers have the endpoint's signature with the manager as context. A handler logs with mask 2 and drops a
+// message whose payload is missing or too short. `tick` is the sender tick, passed on unchanged. `report` is
+// true for a change, false for the value at subscription.
 class MetadataMgr {
  public:
   // --- Lifecycle.cpp ---
 
-  // Builds the members; the store gets gMetadataPath. Attaches nothing.
+  // Gives the store gMetadataPath. Opens and attaches nothing.
   MetadataMgr();
-  // Marks the shared record as no longer kept.
+  // Marks the shared record as ended.
   ~MetadataMgr();
   MetadataMgr(const MetadataMgr&) = delete;
   MetadataMgr& operator=(const MetadataMgr&) = delete;
 
-  // Prepares everything that needs the endpoint: metadata directory, shared record, request handlers,
-  // store, server. False when one of them cannot be had.
+  // Prepares the metadata directory, shared record, request handlers, store and server. Returns false when
+  // one of them fails.
   bool PreInit(LinxIpc& ipc);
 
-  // Makes the first output to the metadata files, once in a run; waits for a later call while
-  // there is no system tick.
+  // Writes the first records, once in a run. Does nothing without a system tick; a later call then writes
+  // them.
   void InitializeStore();
 
-  // Ends the recording and lets the main loop end.
+  // Cleans up and ends the main loop.
   void Shutdown(LinxIpc& ipc);
 
-  // Closes the store with its shutdown record, ends the subscriptions and the watchdog.
+  // Writes the shutdown record, closes the store, ends the subscriptions and the watchdog.
   void Cleanup();
 
   // --- Periodic.cpp ---
@@ -65,30 +64,29 @@ class MetadataMgr {
   void PetWatchdog() { watchdog.PetWatchdog(); }
   Watchdog& GetWatchdog() { return watchdog; }
 
-  // The work of each pass of the main loop; nothing after a shutdown.
+  // The work of each pass of the main loop. Does nothing after a shutdown.
   void PeriodicProcessing();
 
-  // The tick that the store holds as current; 0xFFFFFFFF when it has none.
+  // The store's current tick; 0xFFFFFFFF when it has none.
   unsigned int GetLastSystemTick() { return dataStore.GetCurrentSystemTick(); }
 
   // --- SimulateData.cpp ---
 
-  // Invents the vehicle's events since the last call and reports them; in radar-only mode only those
-  // of the radar.
+  // Simulates the vehicle's events since the last call and reports them; in radar-only mode only radar
+  // events.
   void SimulateData();
 
   // --- Subscriptions.cpp ---
 
-  // Subscribes to all servers, in their fixed order, and reports the value that each gives; then
-  // registers with the watchdog and writes the full state. Initialises the store after the first
-  // server. `flag` is the state manager's and has no influence. False at the first server that
-  // refuses; those before it stay subscribed.
+  // Subscribes to all servers in their fixed order and reports their values; then subscribes to the watchdog
+  // and writes the full state. Initialises the store after the first server. Ignores `flag`, which the state
+  // manager sends. Stops and returns false at the first failure; earlier subscriptions stay.
   bool SubscribeToServers(LinxIpc& ipc, bool flag);
 
-  // Each stands in the source of its events. It makes its client, where there is none yet, and
-  // subscribes to the server's items. True also when the server is switched off by its environment
-  // variable. The FPGA, GPS and radar keep their client then, and report the item as it was
-  // constructed, so that the store has a value to begin with.
+  // Each is defined beside the events of its server. It creates its client if needed and subscribes to the
+  // server's items. Returns true also when an environment variable switches the server off. The FPGA, GPS and
+  // radar then still create their client and report the item as constructed, so that the store has a first
+  // value.
   bool SubscribeToConfigMgr(LinxIpc& ipc);
   bool SubscribeToFpga(LinxIpc& ipc);
   bool SubscribeToGpsHal(LinxIpc& ipc);
@@ -102,38 +100,38 @@ class MetadataMgr {
 
   // --- Restarts.cpp ---
 
-  // A death needs no action: the last values that the process delivered stay as they are.
+  // Only logs: the last values of the dead process stay valid.
   void ProcessDied(LinxIpc& ipc, e_Process process);
-  // Renews the subscriptions with that process. Its next notices bring the store up to date.
+  // Renews the subscriptions with that process. Its next notices update the store.
   void ProcessRestarted(LinxIpc& ipc, e_Process process);
 
   // --- RecordingEvents.cpp ---
 
   void ReportRecordingEvent(bool recordStart, unsigned int tick, bool report);
   void ReportCovertModeEvent(bool enabled, unsigned int tick, bool report);
-  // To the store first, then to the subscribers of the bookmark item.
+  // Reports to the store first, then to the subscribers of the bookmark item.
   void ReportBookmark(unsigned int tick);
 
-  // Notices of the state manager: a SystickItem. A record start with tick 0 is ignored.
+  // Notices of the state manager: a SystickItem. RecordStartHandler ignores tick 0.
   static void RecordStartHandler(LinxIpc* ipc, void* context);
   static void RecordStopHandler(LinxIpc* ipc, void* context);
   static void EnterCovertModeHandler(LinxIpc* ipc, void* context);
   static void ExitCovertModeHandler(LinxIpc* ipc, void* context);
 
-  // Messages to this process: 32-bit tick, and for the first a byte that is 0 for a stop.
+  // Messages to this process: 32-bit tick; RecordStartStop also has a byte, 0 for a stop.
   static void RecordStartStopHandler(LinxIpc* ipc, void* context);
   static void BookmarkHandler(LinxIpc* ipc, void* context);
 
   // --- InputEvents.cpp ---
 
-  // One state for each input that is marked as changed, in a fixed order.
+  // Reports the state of each input that is marked as changed, in a fixed order.
   void ReportExternalEvent(const FpgaExternalEventItem& item, bool report);
 
   static void ExternalInputEventHandler(LinxIpc* ipc, void* context);
 
   // --- GpsRadarEvents.cpp ---
 
-  // Each also copies the reading into the shared record, valid or not.
+  // Both also copy the reading into the shared record, valid or not.
   void ReportGpsStatus(const GpsStatusItem& item, bool report);
   void ReportRadarEvent(const RadarItem& item, bool report);
 
@@ -142,15 +140,15 @@ class MetadataMgr {
 
   // --- SensorEvents.cpp ---
 
-  // Not checked; the handler of the message is.
+  // Does not check `mic`; MicStateChangedHandler does.
   void ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick, bool report);
   void ReportMicStatus(const MicStatusResponse& status, bool report);
   void ReportTempChange(const TempStatus& temp, bool report);
-  // Always reported as a change.
+  // Always reports a change.
   void HandleCrash(bool crash, unsigned int tick);
 
-  // A message to this process: 32-bit tick and number, a byte each for present and active. A
-  // number above 3 is logged with mask 1 and dropped.
+  // A message to this process: 32-bit tick and number, one byte each for present and active. Logs with mask 1
+  // and drops a number above 3.
   static void MicStateChangedHandler(LinxIpc* ipc, void* context);
   static void MicMgrStatusHandler(LinxIpc* ipc, void* context);
   static void TempChangeHandler(LinxIpc* ipc, void* context);
@@ -158,10 +156,10 @@ class MetadataMgr {
 
   // --- VideoEvents.cpp ---
 
-  // A number above 3 is logged with mask 1 and dropped.
+  // Both log with mask 1 and drop a number above 3.
   void ReportVideoStreamState(unsigned int stream, e_StreamState state, unsigned int tick, bool report);
   void ReportCameraState(unsigned int camera, e_CameraState state, unsigned int tick, bool report);
-  // Ports 0 to 3; port 3 stands for several entries.
+  // Reports ports 0 to 3; port 3 combines several entries.
   void ReportCameraItem(VideoMgrCameraItem& item, bool report);
   void ReportStreamQualityItem(VideoMgrStreamQualityItem& item, bool report);
 
@@ -176,7 +174,7 @@ class MetadataMgr {
   void ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateItem& item, bool report, int stream,
                             unsigned int tick);
 
-  // One for each stream, 0 to 5; all lead to the shared one.
+  // One handler for each stream, 0 to 5; all call the first.
   static void LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream);
   static void LVSStateChangeHandler_0(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 0); }
   static void LVSStateChangeHandler_1(LinxIpc* ipc, void* context) { LVSStateChangeHandler(ipc, context, 1); }
@@ -201,10 +199,10 @@ class MetadataMgr {
 
   // --- Requests.cpp ---
 
-  // 1024 bytes of NUL-terminated file name, 32-bit first and last: answered with one byte, 1 when
-  // the copy was made.
+  // Request: file name in 1024 bytes, with NUL; 32-bit first and last tick. Answer: one byte, 1 when the copy
+  // was made.
   static void MetadataToFileHandler(LinxIpc* ipc, void* context);
-  // No payload: answered with the tick, a byte that is 1 when it is valid, three zero bytes.
+  // Request: no payload. Answer: the tick, a byte that is 1 when the tick is valid, three zero bytes.
   static void GetLastSystemTickHandler(LinxIpc* ipc, void* context);
 
  private:
@@ -220,8 +218,7 @@ class MetadataMgr {
   void RegisterHandlers(LinxIpc& ipc);
   bool SubscribeTo(const FollowedServer& followed, LinxIpc& ipc);
 
-  // Named as the system names them, without a trailing underscore. Destroyed in reverse order. Clients
-  // are made at their first subscription.
+  // These names are the system's, without a trailing underscore. The first subscription creates its client.
   Watchdog watchdog;
   DataStoreNormal dataStore;
   Systick systick;

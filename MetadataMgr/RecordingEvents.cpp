@@ -8,14 +8,14 @@ namespace {
 
 constexpr const LogSource& log = kManagerLog;
 
-// The tag of the pair for a signal that is on or off; `off` is the higher one.
+// The tag of a signal that is on or off; `off` is one higher than the tag for on.
 e_Tag TagOf(e_Tag off, bool on) {
   return static_cast<e_Tag>(off - (on ? 1U : 0U));
 }
 
 }  // namespace
 
-// Its client subscribes by operations that name the events, in the order of the items.
+// The client has one subscribe operation for each event, here in the order of the items.
 bool MetadataMgr::SubscribeToStateMgr(LinxIpc& ipc) {
   using Operation = bool (StateMgrClient::*)(unsigned int, LinxIpc::Handler, void*);
   static constexpr Operation kOperations[] = {
@@ -51,7 +51,7 @@ void MetadataMgr::ReportBookmark(unsigned int tick) {
   server->Bookmark();
 }
 
-// Only a record start of the state manager is tested for tick 0.
+// Ignores tick 0; no other handler does.
 void MetadataMgr::RecordStartHandler(LinxIpc* ipc, void* context) {
   HandlePayloadItem<SystickItem>(ipc, context, {"RecordStartHandler"},
                                  [](MetadataMgr& manager, const SystickItem& item) {

@@ -18,7 +18,7 @@ constexpr std::size_t kFileNameSize = 1024;
 constexpr std::size_t kCopyRequestSize = kFileNameSize + 8;
 constexpr unsigned int kTickAnswerSize = 8;
 
-// A request that is too short, or whose name has no NUL, is answered like a failed copy.
+// Returns false, as for a failed copy, when the request is too short or its file name has no NUL.
 bool CopyMetadata(MetadataMgr& manager, const IpcMessage& request) {
   const unsigned char* data = request.DataPtr();
   if (request.Size() < kCopyRequestSize || std::memchr(data, '\0', kFileNameSize) == nullptr) {

@@ -11,8 +11,8 @@ void MetadataMgr::ProcessDied(LinxIpc& /*ipc*/, e_Process process) {
   log(kLogTrace, "Process Died ", unsigned{process});
 }
 
-// A server that is switched off may have no client; its renewal fails like a refused one. The manager
-// holds no subscription with a process that is not in the table.
+// A server that is switched off may have no client; its renewal then fails. Ignores processes outside the
+// table, since the manager has no subscription with them.
 void MetadataMgr::ProcessRestarted(LinxIpc& /*ipc*/, e_Process process) {
   log(kLogTrace, "Process Restarted ", unsigned{process});
   for (const FollowedServer& followed : FollowedServers()) {

@@ -9,7 +9,7 @@ namespace {
 
 using sharedrecord::Field;
 
-// Bytes that are not listed stay as they are.
+// Bytes outside these fields keep their values.
 constexpr Field kInitialFields[] = {
     {sharedrecord::kState, sharedrecord::kKept},
     {sharedrecord::kLatitudeHemisphere, 0},

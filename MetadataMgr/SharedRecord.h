@@ -8,17 +8,17 @@
 class GpsStatusItem;
 class RadarItem;
 
-// The shared record as this process writes it. `items` is the record's first byte, or null: then nothing is
-// done. Each call is one change.
+// Writes the shared record. `items` is the record's first byte; calls with null do nothing. Each call is one
+// change for readers of the record.
 namespace sharedrecord {
 
-// One field to write. Only the low bits of `value` count.
+// One field to write. Uses as many low bits of `value` as the field has.
 struct Field {
   Place place;
   std::uint32_t value;
 };
 
-// The letters of the hemispheres.
+// Return the letter of the hemisphere.
 std::uint32_t NorthOrSouth(const GpsStatusItem& gps);
 std::uint32_t EastOrWest(const GpsStatusItem& gps);
 
@@ -27,11 +27,11 @@ void Write(unsigned char* items, std::span<const Field> fields);
 // Writes the initial values.
 void Reset(unsigned char* items);
 
-// Copies the fields of a reading, whether it is valid or not.
+// Copy the fields of a reading, valid or not.
 void WriteGps(unsigned char* items, const GpsStatusItem& gps);
 void WriteRadar(unsigned char* items, const RadarItem& radar);
 
-// Marks the record as no longer kept.
+// Marks the record as ended: this process no longer updates it.
 void MarkEnded(unsigned char* items);
 
 }  // namespace sharedrecord

@@ -8,7 +8,7 @@ namespace {
 
 using sharedrecord::Field;
 
-// In the order in which the store receives them; the tag of an input that is off is one higher.
+// In the order of the reports; the tag for off is one higher.
 constexpr std::array kInputTags = {e_Tag_LightsOn, e_Tag_BrakesOn, e_Tag_SirenOn,
                                    e_Tag_AuxOn,    e_Tag_DoorOpen, e_Tag_IgnitionOn};
 
@@ -21,7 +21,7 @@ void ReportInputs(DataStore& store, unsigned int tick) {
   }
 }
 
-// The longitude's minutes are not in the record; its fraction stands twice.
+// Writes the longitude's fraction also in place of its minutes.
 void WritePosition(unsigned char* record, const GpsStatusItem& position, std::uint16_t speed) {
   const Field fields[] = {
       {sharedrecord::kGpsValid, 1},
@@ -44,7 +44,7 @@ void WritePosition(unsigned char* record, const GpsStatusItem& position, std::ui
   sharedrecord::Write(record, fields);
 }
 
-// The speed is reported as it is, though that of a real reading is divided by ten.
+// Reports the speed unchanged; ReportGpsStatus divides that of a real reading by ten.
 void ReportGps(DataStore& store, unsigned char* record, unsigned int tick) {
   if (gSimulator.gpsFix) {
     const auto speed = static_cast<std::uint16_t>(gSimulator.speed.value);
@@ -65,7 +65,7 @@ void ReportMicrophones(MetadataMgr& manager, unsigned int tick) {
   }
 }
 
-// Unlike a real reading: no tick, and the vehicle's own speed only in the record.
+// Unlike a real reading, reports no tick, and writes the vehicle's own speed only to the shared record.
 void ReportRadar(DataStore& store, unsigned char* record) {
   if (!gSimulator.radarActive) {
     store.ReportRadarState(kRadarNumber, false, true);

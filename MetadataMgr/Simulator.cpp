@@ -12,11 +12,11 @@ namespace {
 
 using sharedrecord::Field;
 
-// The tables' rows stand for the numbers up to `last`, above those of the row before.
+// A row applies to the drawn numbers up to `last` that no earlier row covers.
 
 struct GpsRow {
   int last;
-  std::optional<bool> fix;  // nothing: as it is
+  std::optional<bool> fix;  // nothing: unchanged
   bool drives;
 };
 constexpr GpsRow kGpsRows[] = {{39, true, false}, {80, {}, false}, {90, {}, true}, {100, false, true}};
@@ -34,8 +34,8 @@ constexpr std::uint16_t kNoReading = RadarItem::kStatusInvalid;
 
 struct RadarRow {
   int last;
-  std::uint16_t status;       // without a reading the radar is not active
-  std::array<bool, 4> moves;  // of the speeds
+  std::uint16_t status;       // kNoReading: the radar is inactive
+  std::array<bool, 4> moves;  // which of the speeds change
 };
 constexpr RadarRow kRadarRows[] = {
     {4, kNoReading, {false, false, false, false}}, {20, kDegraded, {false, false, false, false}},
@@ -44,7 +44,6 @@ constexpr RadarRow kRadarRows[] = {
     {100, kReading, {true, true, true, true}},
 };
 
-// Quality, dimensions, altitude, satellites used, signal; at the start also satellites in view.
 constexpr Field kStartFields[] = {{sharedrecord::kQuality, 1},
                                   {sharedrecord::kFixDimensions, 2},
                                   {sharedrecord::kAltitudeDeciMetres, 0},
@@ -58,7 +57,7 @@ constexpr Field kFixLostFields[] = {
     {sharedrecord::kSatellitesUsed, 0},
     {sharedrecord::kSignalDecibels, static_cast<std::uint32_t>(GpsStatusItem::kNoSignal)}};
 
-// The row that a number from 1 on belongs to; the table's end when it is above all.
+// The row of a number, counted from 1; the table's end when the number is above all rows.
 template <typename Row, std::size_t N>
 const Row* Find(const Row (&rows)[N], int number) {
   return std::find_if(std::begin(rows), std::end(rows),
@@ -76,7 +75,7 @@ GpsStatusItem StartPosition() {
   return position;
 }
 
-// Carries the fraction at 50, as if it were seconds in tens: a simulated track leaps.
+// Carries into the minutes above a fraction of 50, like seconds in steps of ten, so a simulated track jumps.
 void Advance(std::uint16_t& degrees, std::uint16_t& minutes, std::uint32_t& fraction) {
   fraction += 10;
   if (fraction <= 50) return;

@@ -7,10 +7,10 @@
 #include "ManagerLog.h"
 #include "system/KvGetenv.h"
 
-// The steps that the subscribe operations of all servers share.
+// Common steps of the subscribe operations of all servers.
 namespace subscribing {
 
-constexpr int kPatientTimeoutMs = 30000;  // of the configuration and the state manager
+constexpr int kPatientTimeoutMs = 30000;  // for the configuration manager and the state manager
 
 inline bool IsOff(const ServerRow& server) {
   return server.offSwitch != nullptr && KvGetenv(server.offSwitch) != nullptr;
@@ -20,7 +20,7 @@ inline void Trace(e_Process process, e_LogMask mask = kLogInfo) {
   kManagerLog({mask}, "SubscribeTo", servers::Of(process).name);
 }
 
-// True, after a line, when the server is switched off.
+// Logs and returns true when the server is switched off.
 inline bool Ignored(e_Process process) {
   const ServerRow& server = servers::Of(process);
   if (!IsOff(server)) return false;
@@ -34,8 +34,8 @@ Client& MakeOnce(std::unique_ptr<Client>& client, LinxIpc& ipc, const Arguments&
   return *client;
 }
 
-// Subscribes to the server's items one after the other, up to the first that it refuses. Of a server that
-// is switched off the values stay as they were constructed.
+// Subscribes to the server's items in order; logs the first failure and returns false. Leaves the values as
+// constructed when the server is switched off.
 template <e_Process kProcess, std::size_t kCount>
 bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[kCount]) {
   constexpr const ServerRow& server = servers::Of(kProcess);

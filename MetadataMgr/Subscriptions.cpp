@@ -19,7 +19,7 @@ bool MetadataMgr::SubscribeTo(const FollowedServer& followed, LinxIpc& ipc) {
   return false;
 }
 
-// The store makes its first output between the first server and the second.
+// Initialises the store between the first and the second server.
 bool MetadataMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
   log(kLogTrace, "SubscribeToServers");
   if (!SubscribeTo(FollowedServers().front(), ipc)) return false;
@@ -28,7 +28,7 @@ bool MetadataMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
     if (!SubscribeTo(followed, ipc)) return false;
   }
   if (!watchdog.Subscribe(kWatchdogSeconds)) return false;
-  // A recording that began before this process did.
+  // The video recording may have started before this process.
   const std::string recording = StreamMgrApi::CurrentlyRecordingREID(ipc, kStreamMgrTimeoutMs);
   if (!recording.empty()) ReportRecordingEvent(true, 0, false);
   dataStore.WriteFullState(true);

@@ -9,13 +9,13 @@
 namespace {
 
 constexpr const LogSource& log = kManagerLog;
-constexpr unsigned int kLastNumber = 3;  // of streams and cameras
+constexpr unsigned int kLastNumber = 3;  // last stream and camera
 
 // The states of a camera that count as active.
 constexpr e_CameraState kCameraActive1{1};
 constexpr e_CameraState kCameraActive2{2};
 
-// Three handlers log a missing payload under one shared name.
+// Three handlers share one name in the log line for a missing payload.
 HandlerShape CameraShape(const char* name, unsigned int payloadBytes) {
   HandlerShape shape{name, payloadBytes};
   shape.nullPayloadName = "CameraStateChangedHandler";
@@ -55,7 +55,7 @@ void MetadataMgr::ReportCameraState(unsigned int camera, e_CameraState state, un
   dataStore.ReportCameraState(static_cast<e_CameraPort>(camera), state, report, tick);
 }
 
-// Port 3 stands for entry 3 and for the last active one of entries 5 to 8; entry 4 does not count.
+// Port 3 has the state of the last active entry of entries 5 to 8, or else of entry 3. Ignores entry 4.
 void MetadataMgr::ReportCameraItem(VideoMgrCameraItem& item, bool report) {
   for (unsigned int port = 0; port < 3; ++port) ReportCameraState(port, item.states[port], item.tick, report);
   e_CameraState aggregate = item.states[3];

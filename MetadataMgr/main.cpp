@@ -11,7 +11,7 @@
 namespace {
 
 constexpr const LogSource& log = kManagerLog;
-constexpr int kReceiveTimeoutMs = 1000;  // the periodic work is done at least this often
+constexpr int kReceiveTimeoutMs = 1000;  // longest wait before the periodic work
 
 void BuildMetadataPaths() {
   const char* root = KvGetenvText("METADATA_ROOT");  // a development machine has no /mnt/hd
@@ -22,7 +22,7 @@ void BuildMetadataPaths() {
   gMetadataPath += "/metadata";
 }
 
-// A receive that times out or fails just ends the wait.
+// A failed or timed-out receive only ends the wait.
 void RunLoop(MetadataMgr& manager, LinxIpc& ipc) {
   while (!gShutdownRequested) {
     (void)ipc.Receive(kReceiveTimeoutMs, 0, LinxIpc::emptyString, nullptr);

@@ -2,5 +2,5 @@
 
 #include "log/LogLine.h"
 
-// The start-up sequence and its handlers log under one name.
+// The log name of the start-up sequence and its handlers.
 constexpr LogSource kInitializerLog{"Common/Misc/ProcessInitializer"};

@@ -12,7 +12,7 @@ constexpr const LogSource& log = kInitializerLog;
 
 constexpr unsigned int kMaskSize = 4;
 
-// For handlers that read fields of a fixed length: one line for a payload that has fewer bytes.
+// Checks the payload size for handlers that read fixed fields; logs a payload that is too short.
 bool HasBytes(const IpcMessage& message, unsigned int needed, const char* who) {
   if (message.Size() >= needed) return true;
   log(kLogMalformed, who, ": payload is too short");

@@ -4,23 +4,23 @@
 #include "system/Messages.h"
 #include "system/Process.h"
 
-// The parts of ProcessInitializer that do not depend on the managed object. It derives from this class, so
-// that they are its static members. Handlers have the endpoint's signature.
+// The parts of ProcessInitializer that do not depend on the managed object. ProcessInitializer derives from
+// this class, so that they are its static members. Handlers have the endpoint's signature.
 class ProcessControl {
  protected:
-  // Sends a message to the state manager; logs and returns false when that fails.
+  // Sends a message to the state manager; logs and returns false on failure.
   static bool NotifyStateMgr(LinxIpc& ipc, IpcMessage& message);
 
-  // Handler of LogLevelMsg_Set and LogLevelMsg_Get: answers the sender with the level in force.
+  // Handler of LogLevelMsg_Set and LogLevelMsg_Get: answers with the log level, which Set changes first.
   static void HandleLogLevel(LinxIpc* ipc, void* context);
 
-  // Handler that does nothing, for messages that are looked at after the receive.
+  // Handler that does nothing, for messages that the caller of Receive handles.
   static void IgnoreHandler(LinxIpc* ipc, void* context);
 
-  // Answers the state manager's quit notice, unless running without it.
+  // Answers the state manager's quit notice, unless running without the state manager.
   static void RespondToShutdown(LinxIpc& ipc);
 
-  // Reads the process out of a death or restart notice: true and the process; false, after a line,
-  // when the notice has no payload or too short a payload.
+  // Reads the process from a death or restart notice. Logs and returns false when the payload is missing or
+  // too short.
   static bool ReadNoticeProcess(LinxIpc& ipc, e_Process& process);
 };

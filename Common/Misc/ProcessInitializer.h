@@ -10,11 +10,11 @@
 #include "ipc/LinxServerNameList.h"
 #include "system/Process.h"
 
-// The start-up sequence that every process of the system shares: opens the endpoint, lets the
-// managed object prepare itself, announces the process to the state manager, serves its subscribe
-// requests until it says full run, and installs the handlers of process control.
+// The start-up sequence of every process of the system: opens the endpoint, prepares the managed object,
+// notifies the state manager, installs the handlers of process control, and serves the state manager's
+// subscribe requests until the full-run message.
 //
-// T offers:
+// T has:
 //   bool PreInit(LinxIpc&)                   once, after the endpoint is up; true: ready
 //   bool SubscribeToServers(LinxIpc&, bool)  on each subscribe request; true: all subscribed
 //   void Shutdown(LinxIpc&)                  on the quit notice
@@ -27,11 +27,10 @@ class ProcessInitializer : private ProcessControl {
   ProcessInitializer(T& managed, e_Process process)
       : managed_(managed), process_(process), ipc_(LinxServerNameList::Instance().Name(process)) {}
 
-  // Runs the sequence; true when the process may enter its receive loop. Every reason for false is
-  // logged.
+  // Runs the sequence; true when the process may enter its receive loop. Logs the reason for false.
   bool Init(const std::string& processName, unsigned int logLevel);
 
-  // The endpoint, from which the process receives once Init has returned true.
+  // The endpoint. The process receives from it after Init returned true.
   LinxIpc& Ipc() { return ipc_; }
 
  private:

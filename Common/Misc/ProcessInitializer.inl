@@ -67,8 +67,8 @@ void ProcessInitializer<T>::NotifyFailedStart() {
   (void)NotifyStateMgr(notice);
 }
 
-// The two messages waited for are inspected here after each receive, so that a subscribe request
-// which arrives together with a shutdown is still served.
+// Handles subscribe and full run here, after each receive, so that a subscribe request that arrives together
+// with a shutdown is still served.
 template <typename T>
 bool ProcessInitializer<T>::WaitForStateMgr() {
   ipc_.RegisterHandler(StateMgrProcessMsg_Subscribe, IgnoreHandler, nullptr);
@@ -123,7 +123,7 @@ bool ProcessInitializer<T>::RespondToSubscribed(bool success) {
   return NotifyStateMgr(response);
 }
 
-// No death, restart or second quit notice is handled after this one.
+// Handles no death, restart or second quit notice after this one.
 template <typename T>
 void ProcessInitializer<T>::QuitHandler(LinxIpc* ipc, void* managed) {
   log_(kLogInfo, "Quit Requested");

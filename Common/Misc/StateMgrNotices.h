@@ -4,14 +4,14 @@
 
 #include "system/Process.h"
 
-// IPC name of the state manager. Every process defines and sets it.
+// Endpoint name of the state manager. Every process defines and sets it.
 extern std::string gStateMgrName;
 
-// True when the environment variable RUN_WITHOUT_STATEMGR exists: nothing is sent to the state
-// manager and nothing is waited for.
+// True when the environment variable RUN_WITHOUT_STATEMGR exists: the process then sends nothing to the state
+// manager and does not wait for it.
 bool RunsWithoutStateMgr();
 
-// The payload of the notices that carry a process.
+// The payload of notices about a process: its number.
 class ProcessPayload {
  public:
   static constexpr unsigned int kSize = 4;
@@ -19,7 +19,7 @@ class ProcessPayload {
   explicit ProcessPayload(e_Process process);
   char* Bytes() { return bytes_; }
 
-  // The process that a payload of at least kSize bytes names.
+  // Reads the process from a payload of at least kSize bytes.
   static e_Process Read(const unsigned char* payload);
 
  private:
