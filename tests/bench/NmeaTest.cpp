@@ -116,7 +116,7 @@ TEST(Nmea, SpeedToldLessOftenThanThePlaceIsRepeatedWhileTheFixLasts) {
   EXPECT_EQ(speeds[21], 0);
 }
 
-// Skipped where the logs are missing: beside the project, or in the directory MM_NMEA_LOGS.
+// Skips when a log is missing. The logs are in MM_NMEA_LOGS, else beside the project.
 TEST(Nmea, OfRealReceiversIsUnderstood) {
   constexpr struct {
     const char* name;

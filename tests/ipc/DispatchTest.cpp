@@ -16,7 +16,7 @@ TEST_F(IpcTest, DispatchesToTheHandlerOfTheType) {
   EXPECT_EQ(two.got[0].sender, "A");
   EXPECT_TRUE(one.got.empty());
 
-  me_.RegisterHandler(2, Calls::Handler, &one);  // takes its place
+  me_.RegisterHandler(2, Calls::Handler, &one);  // replaces the handler
   ASSERT_EQ(Tell(a_, "Me", 2), 0);
   EXPECT_EQ(Next(me_).result, 0);
   EXPECT_EQ(two.got.size(), 1U);
@@ -51,13 +51,13 @@ TEST_F(IpcTest, SelectiveWaitLeavesTheRestInOrder) {
   EXPECT_TRUE(calls.got.empty()) << "nothing is dispatched";
   EXPECT_EQ(PayloadOf(me_.CurrentMessage()), "current");
 
-  EXPECT_EQ(Await(me_, 0, "B").payload, "b-other type");  // out of the queue, by sender
+  EXPECT_EQ(Await(me_, 0, "B").payload, "b-other type");  // from the queue, by sender
   EXPECT_EQ(Await(me_, 3).payload, "wrong sender");       // and by type
   EXPECT_EQ(Drain(me_), (std::vector<std::string>{"a1", "a2", "a3", "a4"}));
   EXPECT_EQ(calls.got.size(), 4U);
 }
 
-// A request whose handler asks a third process before it answers.
+// The handler of a request asks a third process before it answers.
 TEST_F(IpcTest, HandlerMayReceiveRebuildTheCurrentMessageAndDeregisterItself) {
   Calls later;
   me_.RegisterHandler(5, Calls::Handler, &later);
@@ -96,7 +96,7 @@ TEST_F(IpcTest, ShutdownNoticeWaitsForAGeneralReceiveAndStaysInForce) {
       [](LinxIpc* ipc, void*) {
         ++quits;
         ipc->DeregisterShutdown();
-        ASSERT_EQ(ipc->CurrentMessage().Allocate(4711, 0, nullptr), 0);  // as an answer would be
+        ASSERT_EQ(ipc->CurrentMessage().Allocate(4711, 0, nullptr), 0);  // as an answer would do
       },
       nullptr);
   ASSERT_EQ(Tell(a_, "Me", LinxIpc::kShutdownNotice, "ignored"), 0);

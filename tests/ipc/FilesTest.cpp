@@ -22,7 +22,7 @@ class FilesTest : public testing::Test {
 };
 
 TEST_F(FilesTest, MakesTheDirectoryAndTheSocketWithTheirModesAndLeavesWhatIsThere) {
-  const mode_t before = umask(077);  // must not matter
+  const mode_t before = umask(077);  // must have no effect
   directory_.Use(directory_.Beside("made"));
   LinxIpc me("Me");
   EXPECT_EQ(me.Init(), 0);
@@ -34,7 +34,7 @@ TEST_F(FilesTest, MakesTheDirectoryAndTheSocketWithTheirModesAndLeavesWhatIsTher
   EXPECT_EQ(ModeOf(directory_.Beside("made")), 0700U);
 }
 
-// Where others could make endpoints, anybody could be a server.
+// If other users could create endpoints, any user could be a server.
 TEST_F(FilesTest, ADirectoryThatOthersMayWriteIsRefused) {
   for (const mode_t mode : {0770U, 0757U, 01777U, 02770U}) {
     ASSERT_EQ(chmod(IpcDir::File("").c_str(), mode), 0);
@@ -44,7 +44,7 @@ TEST_F(FilesTest, ADirectoryThatOthersMayWriteIsRefused) {
   EXPECT_EQ(log_.Lines(": group or others may write it"), 8);
 }
 
-// Whoever can open it can hold it.
+// A user who can open the lock file can hold the lock.
 TEST_F(FilesTest, ALockFileIsTheDirectorysOwnersAlone) {
   const mode_t before = umask(0);
   {
@@ -102,8 +102,8 @@ TEST_F(FilesTest, FailuresAreNamedAndLogged) {
   EXPECT_EQ(LinxIpc("Held").Init(), 0);
 }
 
-// Connections for which the process has no descriptor are closed, without turning in circles; what
-// is connected goes on, and so does what comes when there is room again.
+// Closes connections for which there is no descriptor, without a busy loop. Existing connections continue,
+// and new ones succeed once there is room.
 TEST_F(FilesTest, OutOfDescriptors) {
   LinxIpc me("Me");
   ASSERT_EQ(me.Init(), 0);

@@ -14,7 +14,7 @@ class HostileTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(me_.Init(), 0); }
 
-  // That a fresh good peer is served.
+  // Checks that a new well-behaved peer is served.
   void ExpectAlive() {
     const RawPeer good = RawPeer::To("Me", "Good");
     ASSERT_EQ(good.Send(Packet(1, "alive")), 0);
@@ -85,7 +85,8 @@ TEST_F(HostileTest, WhoSendsAnEmptyPacketIsCutOff) {
   for (const RawPeer* peer : {&silent, &named}) EXPECT_TRUE(peer->Closed());
 }
 
-// Who has most of a full table makes room, silent connections first, also for one that is made from here.
+// In a full table the process with the most connections loses one, silent connections first. The same happens
+// when this process connects.
 TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   const RawPeer early = RawPeer::To("Me", "Early");
   ASSERT_EQ(early.Send(Packet(1, "hello")), 0);
@@ -120,7 +121,7 @@ TEST_F(HostileTest, OneProcessCannotKeepOthersOut) {
   EXPECT_EQ(Next(me_).payload, "not disturbed");
 }
 
-// Eight processes, none with more than its share.
+// Eight processes fill the table, each with its fair share.
 TEST_F(HostileTest, FullTable) {
   int end[2];
   ASSERT_EQ(pipe(end), 0);
@@ -150,7 +151,7 @@ TEST_F(HostileTest, FullTable) {
   ExpectAlive();
 }
 
-// They left more behind than is read during a selective wait, and the table is full of them.
+// Dead peers fill the table. They left more messages than a selective wait reads.
 TEST_F(HostileTest, TheDeadMakeRoomFirst) {
   const auto connect = [this](const std::string& name) {
     RawPeer peer = RawPeer::To("Me", name);
@@ -168,7 +169,7 @@ TEST_F(HostileTest, TheDeadMakeRoomFirst) {
   EXPECT_GE(log_.Lines(", which is gone: no room for what it had sent"), 1);
 }
 
-// Of the process "A" a connection made from here stands. Another process does not get its name.
+// This process has connected to "A". Another process cannot take that name.
 TEST_F(HostileTest, NobodyElseTakesTheNameOfAConnectedServer) {
   const RawListener a("A");
   ASSERT_EQ(Tell(me_, "A", 5), 0);
@@ -184,8 +185,8 @@ TEST_F(HostileTest, NobodyElseTakesTheNameOfAConnectedServer) {
   EXPECT_EQ(Next(me_).payload, "both ways");
 }
 
-// A name is one connection's as long as it stands. Then its peer dies with messages under way in both
-// directions, and the successor is there before they are read.
+// A name belongs to one connection while that is open. Then the peer dies with messages under way in both
+// directions, and its successor connects before they are read.
 TEST_F(HostileTest, RestartedPeerAndWhatItsPredecessorSent) {
   RawPeer dead = RawPeer::To("Me", "X");
   ASSERT_EQ(dead.Send(Packet(1, "0")), 0);

@@ -31,20 +31,20 @@ TEST(Message, IsCopiedZeroedOrLeftAsItWas) {
   EXPECT_EQ(message.DataPtr(), nullptr);
 }
 
-// Whatever came before, and by whichever way it came: behind a payload stand zeros.
+// Zeros follow every payload, whatever the buffer held before, on both ways of receiving.
 TEST_F(IpcTest, SlackIsZeroAfterEveryLength) {
   const std::size_t lengths[] = {4096, 1, 4095, 0, 17, 4096, 16, 2048, 3, 4096, 5};
   for (const bool kept : {false, true}) {
     for (const std::size_t length : lengths) {
       ASSERT_EQ(Tell(a_, "Me", 1, std::string(length, '\xff')), 0);
-      if (kept) {  // it waits in the queue for the general receive
+      if (kept) {  // the message waits in the queue
         ASSERT_EQ(Await(me_, 99, "A", 20).result, ETIMEDOUT);
       }
       ASSERT_EQ(Next(me_).payload.size(), length);
       IpcMessage& message = me_.CurrentMessage();
       if (length == 0) {
         ASSERT_EQ(message.DataPtr(), nullptr);
-        ASSERT_EQ(message.Allocate(1, 1, nullptr), 0);  // to see the buffer
+        ASSERT_EQ(message.Allocate(1, 1, nullptr), 0);  // gives access to the buffer
       }
       EXPECT_TRUE(AllZero(message.DataPtr() + length, IpcMessage::kSlack)) << length << " kept " << kept;
     }

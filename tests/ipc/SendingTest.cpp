@@ -31,7 +31,7 @@ TEST_F(IpcTest, RestartedPeerIsReachedByTheNextMessage) {
   EXPECT_EQ(Next(second).payload, "two");
 }
 
-// A full peer costs one short wait, then none until it has taken something.
+// A full peer costs one short wait, then no wait until it has read a message.
 TEST_F(IpcTest, PeerThatDoesNotRead) {
   const RawListener listener("Slow");
   std::vector<std::string> accepted;
@@ -62,12 +62,12 @@ TEST_F(IpcTest, PeerThatDoesNotRead) {
   }
 }
 
-// Sends numbered messages until the endpoint does not take more.
+// Sends numbered messages until the endpoint accepts no more.
 class Flooder {
  public:
   explicit Flooder(const std::string& name) : peer_(RawPeer::To("Me", name)) {}
 
-  // How many were taken.
+  // Returns the number of accepted messages.
   int Flood() {
     const int before = sent_;
     while (peer_.Send(Packet(1, Payload(sent_))) == 0) ++sent_;
@@ -81,7 +81,7 @@ class Flooder {
   int sent_ = 0;
 };
 
-// Of a peer whose messages take long one is served before the others have their turn.
+// When the messages of a peer take long, each turn serves only one of them.
 TEST_F(IpcTest, SlowMessagesShortenTheTurn) {
   me_.RegisterHandler(
       1,
@@ -122,7 +122,7 @@ TEST_F(IpcTest, TenFloodingPeersDelayOthersByOneTurnOfAll) {
   }
 }
 
-// Copies are long work: whoever asks for how many, what others sent meanwhile comes before the next one.
+// Copies take long. Between two copies the messages of all other peers are handled.
 TEST_F(IpcTest, BetweenTwoCopiesEverybodyElseHasATurn) {
   constexpr unsigned int kCopy = 13490;
   constexpr int kCopies = 8;
@@ -154,13 +154,13 @@ TEST_F(IpcTest, BetweenTwoCopiesEverybodyElseHasATurn) {
   }
 }
 
-// During a selective wait the others' messages are kept up to a bound; beyond it the peer itself
-// has to wait. Nothing is lost or changes its place.
+// A selective wait queues other messages up to a bound; then the sending peer must wait. No message is lost
+// or reordered.
 TEST_F(IpcTest, SelectiveWaitPushesBackOnWhoFloods) {
   const struct {
     const char* what;
     const char* awaited;
-    int least;  // messages of 1 KB that are taken in
+    int least;  // accepted messages of 1 KB
     int most;
   } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 2000, 4500}};
   for (const auto& c : kCases) {

@@ -10,12 +10,12 @@
 
 namespace {
 
-// The body runs in a child with an endpoint of its own; signals are raised there.
+// Runs the body in a child with its own endpoint. Signals are raised there.
 int InChild(const std::function<int(LinxIpc& ipc)>& body) {
   const IpcDir directory;
   Child child([&body] {
     alarm(20);
-    (void)std::signal(SIGINT, SIG_DFL);  // a shell has its background jobs ignore it
+    (void)std::signal(SIGINT, SIG_DFL);  // shells ignore it in background jobs
     sigset_t none;                       // other cases of this program may have caught signals
     sigemptyset(&none);
     (void)sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -25,7 +25,7 @@ int InChild(const std::function<int(LinxIpc& ipc)>& body) {
   return child.Wait();
 }
 
-// A process that closes down, and one that has closed its endpoint.
+// Signals stay caught while a process closes down, and after it has closed its endpoint.
 TEST(Signals, StayCaughtToTheEndOfTheProcess) {
   EXPECT_EQ(InChild([](LinxIpc& outer) {
               {
@@ -59,8 +59,8 @@ TEST(Signals, AreShutdownNoticesWhileOneIsRegistered) {
   }
 }
 
-// The state manager's quit and the service manager's signal come together: the handler of the first
-// deregisters, and the second must not end the process in the middle of its closing down.
+// A quit notice and a signal arrive together. The handler of the first deregisters; the second must not kill
+// the process while it closes down.
 TEST(Signals, ThatCameInTimeDoNotEndAProcessThatDeregisters) {
   EXPECT_EQ(InChild([](LinxIpc& ipc) {
               if (ipc.Init() != 0) return 2;
@@ -95,7 +95,7 @@ class Interruptions {
   struct sigaction actionBefore_ {};
 };
 
-// Garbage, refused connections and messages of the wrong kind at full rate, from another process.
+// Another process floods with garbage, refused connections and unwanted messages.
 TEST(Deadlines, HoldUnderAFlood) {
   const IpcDir directory;
   LogCapture log;
@@ -119,7 +119,7 @@ TEST(Deadlines, HoldUnderAFlood) {
   EXPECT_EQ(Await(me, 9, "Flooder", 300).result, ETIMEDOUT);
   EXPECT_GE(watch.Ms(), 600);
   EXPECT_LT(watch.Ms(), 3000);
-  // One line a second of each kind: as many as there were beginnings of seconds at most.
+  // At most one line of each kind per second.
   EXPECT_GE(log.Lines("Dropped a packet from Flooder: too short"), 1);
   EXPECT_LE(log.Lines("Dropped a packet"), watch.Ms() / 1000 + 2);
   EXPECT_LE(log.Lines("Refused a connection"), watch.Ms() / 1000 + 2);

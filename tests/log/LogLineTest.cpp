@@ -15,7 +15,7 @@ namespace {
 
 constexpr LogSource log{"Common/Misc/ProcessInitializer"};
 
-// What `scenario` writes in a process of its own.
+// Runs `scenario` in its own process. Returns the lines that it logs.
 template <typename Scenario>
 std::string Written(const Scenario& scenario) {
   const LogCapture capture;
@@ -67,7 +67,7 @@ TEST(LogLine, OnlyMasksOfTheLevelAreWritten) {
   EXPECT_EQ(written(64 | 16), "16 64 ");
 }
 
-// Of one statement; others and lines that nobody causes by force are written as ever.
+// The limit applies to one statement with a trouble mask. Other statements and masks are not limited.
 TEST(LogLine, AFloodOfTroubleIsBounded) {
   const Lines lines = Logged([] {
     LogClient& client = LogClient::Instance();
@@ -117,7 +117,7 @@ TEST(LogLine, KeepsErrnoAndAllocatesNothing) {
   WithStderr(STDERR_FILENO, [] {
     const LogCapture capture;
     LogClient::Instance().ProcessName("a process name that no string keeps within itself");
-    log(kLogError, "first");  // sets up
+    log(kLogError, "first");  // sets up the client
     errno = ENOTDIR;
     const std::size_t before = AllocationCount();
     log(kLogError, "second ", 12345, " ", LogHex{42});

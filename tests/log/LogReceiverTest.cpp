@@ -1,4 +1,4 @@
-// Receivers of standard error that are full, gone or broken.
+// Standard error is full, gone or broken.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -21,7 +21,7 @@ std::uint64_t Dropped() {
   return LogClient::Instance().DroppedLines();
 }
 
-// Writes until not one more byte is taken; the descriptor blocks again afterwards.
+// Writes until no byte is accepted, then makes the descriptor blocking again.
 void Fill(int fd) {
   fcntl(fd, F_SETFL, O_NONBLOCK);
   const std::string block(512, 'x');
@@ -53,7 +53,7 @@ TEST(LogReceiver, ThatIsFullOrGoneCostsTheLinesOnlyAndIsToldHowMany) {
         for (int i = 0; i < 3; ++i) log(kLogError, "lost ", i);
         EXPECT_EQ(Dropped(), round == 0 ? 3U : 6U);
         EXPECT_EQ(Drain(fds[0]).find("lost"), std::string::npos);
-        // Told with the next line, but not twice within a second.
+        // The count comes with the next line, at most once per second.
         Lines lines;
         EXPECT_TRUE(Eventually([&] {
           log(kLogUnusual, "kept");
@@ -68,7 +68,7 @@ TEST(LogReceiver, ThatIsFullOrGoneCostsTheLinesOnlyAndIsToldHowMany) {
     WithStderr(fds[1], [] {
       for (int i = 0; i < 3; ++i) log(kLogError, "lost");
       EXPECT_EQ(Dropped(), 3U);
-      EXPECT_EQ(write(STDERR_FILENO, "x", 1), -1);  // nor do other writes end the process
+      EXPECT_EQ(write(STDERR_FILENO, "x", 1), -1);  // other writes do not kill the process either
     });
     close(fds[1]);
   }
@@ -82,7 +82,7 @@ TEST(LogStandardError, ThatIsClosedNeverGetsLinesAgain) {
       close(STDERR_FILENO);
       log(kLogError, "lost");
       const int fd = open(directory.Path("data").c_str(), O_WRONLY | O_CREAT, 0600);
-      EXPECT_EQ(fd, STDERR_FILENO);  // the next file takes the number
+      EXPECT_EQ(fd, STDERR_FILENO);  // the next file gets that descriptor
       log(kLogError, "lost");
       EXPECT_EQ(lseek(fd, 0, SEEK_END), 0);
       EXPECT_EQ(Dropped(), 2U);

@@ -7,8 +7,8 @@
 
 #include "support/Child.h"
 
-// Runs `scenario` in a process whose standard error is `fd` and which has not logged
-// yet: there is one LogClient in a process. Expectations in it count; one that blocks is ended.
+// Runs `scenario` in a new process with `fd` as standard error, because a process has only one LogClient.
+// Failed expectations fail the test. A scenario that blocks is killed.
 template <typename Scenario>
 void WithStderr(int fd, const Scenario& scenario) {
   Child child([fd, &scenario] {

@@ -1,6 +1,6 @@
-// Recordings of every kind of record, one ended in order and one cut off: what they hold is committed as
-// text, and the first hundred bytes as bytes. With the environment variable MM_EXCHANGE they are written to
-// that directory and read from it, maybe by a program of the other machine.
+// Recordings with every kind of record, one ended in order and one cut off. Golden files hold their content
+// as text, and their first hundred bytes. With the environment variable MM_EXCHANGE the recordings are
+// written to and read from that directory, so that a program of the other machine can read them.
 
 #include <arpa/inet.h>
 
@@ -69,7 +69,7 @@ class Recording : public testing::Test {
  protected:
   Recording() : kept_(std::getenv("MM_EXCHANGE")) {
     setenv("LOG_TARGET", "stderr", 1);
-    clock_.tick = 0xFFFFFFF0U;         // about to wrap
+    clock_.tick = 0xFFFFFFF0U;         // shortly before the wrap
     clock_.utcMs = 2'208'988'800'000;  // 2040, past 32 bits
     options_.clock = &clock_;
   }
@@ -83,7 +83,7 @@ class Recording : public testing::Test {
     return store;
   }
 
-  // "clean" ended in order; "cut" as the power left it, its last records in the log.
+  // "clean" ended in order; "cut" lost power, with its last records in the WAL.
   void Write() {
     auto store = Open("clean");
     ReportConfigured(*store);
@@ -123,7 +123,7 @@ TEST_F(Recording, IsWrittenAsItAlwaysWas) {
   EXPECT_TRUE(WireDocument(GOLDEN "/bytes.md").Matches("recording", "header", header)) << ToHex(header);
 }
 
-// The next run looks at what was left, and folds in the log: the checksums there depend on the byte order.
+// The next run checks the files and checkpoints the WAL, whose checksums depend on the byte order.
 TEST_F(Recording, IsReadAsItWasWritten) {
   if (!kept_) Write();
   const std::string golden = TextOfFile(GOLDEN "/recording.txt");

@@ -1,5 +1,6 @@
-// The shared record is, byte by byte, what is committed as text, and so it is read. With the environment
-// variable MM_EXCHANGE it is the one of METADATA_SHM, maybe written by a program of the other machine.
+// The shared record equals the golden bytes when written, and these bytes are read correctly. With the
+// environment variable MM_EXCHANGE the record is that of METADATA_SHM, which a program of the other machine
+// may have written.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -34,7 +35,7 @@ class SharedRecord : public testing::Test {
 
   std::string Golden(const std::string& name) { return golden_.Bytes(name, "shared record"); }
 
-  // A reading as it travels.
+  // A reading from its bytes in docs/wire.md.
   template <typename T>
   T Captured(const char* name) {
     std::string bytes = WireDocument(WIRE_DOCUMENT).Bytes(name, "item");

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Usage: exchange.sh PROGRAM-OF-ONE-MACHINE PROGRAM-OF-THE-OTHER (a path or a command)
-# Each writes recordings and a shared record; they must be the same bytes; each reads those of the other.
+# Each program writes recordings and a shared record. The bytes must be equal, and each reads the files of the other.
 set -euo pipefail
 one=("$1")
 shift
@@ -21,7 +21,7 @@ run() {
 run one IsWrittenAsItAlwaysWas "${one[@]}"
 run other IsWrittenAsItAlwaysWas "${other[@]}"
 cmp "/dev/shm/${directory##*/}"-{one,other}
-# The salt of a log is random, so of the recording without one only.
+# The salt of a WAL is random, so only the recording without a WAL is compared.
 cmp "$directory"/{one,other}/clean.000001.db
 run other IsReadAsItWasWritten "${one[@]}"
 run one IsReadAsItWasWritten "${other[@]}"

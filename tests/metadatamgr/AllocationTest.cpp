@@ -1,5 +1,4 @@
-// The road of an event, from the socket to the batch, through the endpoint's dispatch: no kind of event
-// allocates memory once the buffers have grown.
+// No kind of event allocates memory on its way from the socket to the batch, once the buffers have grown.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -19,7 +18,7 @@ unsigned int tickMs = 1000;
 
 }  // namespace
 
-// In place of the platform's: as long as it stands nothing is committed.
+// Replaces the platform's clock. While it stands still nothing is committed.
 unsigned int Systick::SystemTick() const {
   return tickMs;
 }

@@ -11,7 +11,7 @@ bool CanBeSwitchedOff(const ServerRow& server) {
   return server.offSwitch != nullptr && server.process != e_Process_StateMgr;
 }
 
-// Accepts all subscriptions with a server that the test plays.
+// Accepts all subscriptions to a server that the test plays.
 void AcceptAll(Peer& peer, e_Process server, const std::string& value) {
   for (std::size_t i = 0; i < servers::Of(server).items.size(); ++i) peer.Accept(value);
 }

@@ -37,34 +37,34 @@ inline std::string CopyRequest(std::string destination, const std::string& range
   return ToHex(destination) + range;
 }
 
-// A car with nothing running in it but the state manager and the external manager, which the test
-// plays. The other servers are switched off unless UseServers is called.
+// A car in which the test plays the state manager and the external manager. The other servers are switched
+// off until UseServers is called.
 class Car : public Recorder {
  public:
   Car();
 
-  // From now on the other servers are there, too.
+  // Starts the other servers.
   void UseServers();
-  // Starts MetadataMgr, up to its announcement.
+  // Starts MetadataMgr and waits for its started notice.
   void Begin(const Arguments& arguments = {});
   // Starts MetadataMgr and leads it up to its main loop.
   void Run(const Arguments& arguments = {});
-  // The state manager asks it to subscribe; the answer.
+  // Sends the subscribe request of the state manager. Returns the answer.
   std::string Subscribe(const std::string& flag = "01");
-  // Accepts its subscriptions with the two servers that the test plays.
+  // Accept the subscriptions to the two servers that the test plays.
   void ServeStateMgr();
   static void ServeExternalMgr(Peer& peer);
-  // The state manager lets it quit: its end, before which it has closed its recording.
+  // Sends the quit notice of the state manager. Returns the exit status.
   int Quit();
 
-  // Sends a message to the process; a notice comes from the server that it belongs to. With `wait` the
-  // process has handled it afterwards.
+  // Sends a message to the process; a notice comes from its server. With `wait` returns once the process has
+  // handled it.
   void Say(unsigned int type, const std::string& payload = "", bool wait = true);
 
-  // Sends a message and a ping; the lines that the message caused.
+  // Sends a message and a ping. Returns the log lines of the message.
   Lines LogAfter(Peer& sender, unsigned int type, const std::string& payload = "");
   Lines LogAfter(unsigned int type, const std::string& payload = "");
-  // False when it does not answer.
+  // Returns false when the process does not answer.
   bool Answers() { return stateMgr.Ask(kPing, "", kPong).empty(); }
 
   Lines LinesCausedBy(const std::function<void()>& act);

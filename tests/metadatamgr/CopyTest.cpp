@@ -1,4 +1,4 @@
-// Copies over the wire, also when the process ends meanwhile.
+// Copies requested over the wire, also when the process ends meanwhile.
 #include <csignal>
 #include <filesystem>
 
@@ -28,7 +28,7 @@ constexpr int kManyRows = 500'000;
 
 class LongCopy : public testing::Test {
  protected:
-  // Asks for a copy that takes a while, and comes back when it is being made.
+  // Requests a long copy, and returns when the copy has begun.
   void SetUp() override {
     car_.Run();
     (void)Rows("disk/metadata/metadata.000001.db",
@@ -37,11 +37,11 @@ class LongCopy : public testing::Test {
                    std::to_string(kManyRows) +
                    ") INSERT INTO temperature SELECT -i, 1, NULL, 1, 9, i%100 FROM n; "
                    "PRAGMA wal_checkpoint");
-    tool_.Send(kBookmark, "00000001");  // its commit makes the log short again
+    tool_.Send(kBookmark, "00000001");  // its commit truncates the WAL
     tool_.Send(kCopy, CopyRequest(car_.Path("copy.db")));
     ASSERT_TRUE(Eventually([this] { return Copying(); }));
   }
-  // It writes a file that has no name.
+  // A copy in progress is a file without a name.
   bool Copying() const {
     std::error_code gone;
     for (const auto& entry :

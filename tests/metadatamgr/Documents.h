@@ -7,7 +7,7 @@
 
 #include "support/LogText.h"
 
-// The lines of a document; a document that is missing fails the test.
+// The lines of a document. A missing document fails the test.
 inline Lines LinesOfFile(const std::string& path) {
   std::ifstream file(path);
   EXPECT_TRUE(file.is_open()) << path;
@@ -16,7 +16,7 @@ inline Lines LinesOfFile(const std::string& path) {
   return lines;
 }
 
-// The lines of its blocks of this kind. A document without such a block fails the test.
+// The lines of the blocks of a kind in a document. A document without such a block fails the test.
 inline Lines BlocksOf(const std::string& path, const std::string& kind) {
   Lines blocks;
   bool inBlock = false;

@@ -15,7 +15,7 @@ std::string Text(const std::string& text) {
   return "00" + ToHex(std::string(1, static_cast<char>(text.size()))) + ToHex(text);
 }
 
-// "00*9" as nine zero bytes.
+// Expands repetitions: "00*9" is nine zero bytes.
 std::string Repeated(const std::string& payload) {
   std::string hex;
   std::istringstream words(payload);
@@ -27,7 +27,7 @@ std::string Repeated(const std::string& payload) {
   return hex;
 }
 
-// A message of docs/events.md with the rows and the log lines that it makes.
+// A message of docs/events.md, with its rows and log lines.
 struct Example {
   std::string message;
   Lines rows = {};
@@ -55,7 +55,7 @@ TEST(Event, MakesTheRowsAndLinesThatTheDocumentTells) {
   const std::vector<Example> examples = Examples();
   Car car;
   car.UseServers();
-  car.Run({"-l", "191"});  // all but the entry traces
+  car.Run({"-l", "191"});  // all masks except the entry traces
   Lines expected;
   for (const Example& example : examples) {
     Lines log = car.LogAfter(example.Type(), example.Payload());
@@ -79,7 +79,7 @@ TEST(Event, OfEachItemHasAnExampleInTheDocument) {
     return std::ranges::any_of(examples, [type](const Example& example) { return example.Type() == type; });
   };
   for (const ServerRow& server : servers::kAll) {
-    const bool isLive = server.process == e_Process_ExternalMgr;  // one stream is like another
+    const bool isLive = server.process == e_Process_ExternalMgr;  // all streams are alike
     for (const ServedItem& item : server.items)
       EXPECT_TRUE(isLive || has(item.notificationId)) << server.name << " " << item.id;
   }
@@ -106,7 +106,7 @@ TEST(Event, IsOnDiskSoonAndAtOnceWhereItIsCritical) {
   EXPECT_EQ(car.Events(), (Lines{"camera 2 state 3 event 1", "bookmark set event 2"}));
   EXPECT_EQ(car.Records("source='run'"), Lines{});
 
-  car.Run();  // the next one begins a file of its own
+  car.Run();  // the next run begins its own file
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Events(), Lines{});
   EXPECT_EQ(car.Records("event='initial' AND text LIKE 'cut off metadata.000001.db at tick %'").size(), 1U);

@@ -24,8 +24,8 @@ namespace {
 
 constexpr int kLateMs = 300;
 
-// The current values, as docs/wire.md describes the items. The value of a server without a number is that of
-// all its items.
+// The current values, in the format of docs/wire.md. A server without a number has one value for all its
+// items.
 const std::map<std::string, std::string>& Values() {
   static const std::map<std::string, std::string> values = {
       {"ConfigMgr 10", "0004" + ToHex("unit") + "0000"},
@@ -102,8 +102,8 @@ void Lead(LinxIpc& ipc) {
   ipc.RegisterHandler(kSubscribed, subscribed, nullptr);
 }
 
-// Forwards a message that the test wrapped: a message of a server can only come from itself. Says so once the
-// process has handled it.
+// Forwards a wrapped message of the test, because only the server itself can send its messages. Answers the
+// test once the process has handled it.
 void Forward(LinxIpc* ipc, void* /*context*/) {
   IpcMessage& wrapped = ipc->CurrentMessage();
   const std::string sender = wrapped.GetSender();
@@ -123,7 +123,7 @@ void Forward(LinxIpc* ipc, void* /*context*/) {
   (void)ipc->Notify(sender, message, true);
 }
 
-// The pipes' ends of a server.
+// The ends of the pipes in a server.
 struct Ends {
   int asked;
   int reached;
@@ -140,7 +140,8 @@ int Serve(const std::string& name, const Behaviour& behaviour, Ends ends) {
   for (;;) (void)ipc.Receive(-1, 0, LinxIpc::emptyString, nullptr);
 }
 
-// None of its lives outlasts the process that waits for its death.
+// Serves until the first process dies, then serves with default behaviour. The kernel kills the first process
+// when this one ends.
 int ServeTwice(const std::string& name, const Behaviour& behaviour, Ends ends) {
   const pid_t first = fork();
   if (first == 0) {

@@ -10,20 +10,20 @@
 // the third when the process has handled the message.
 constexpr unsigned int kForward = 60000, kForwardAndTell = 60001, kForwarded = 60002;
 
-// How a server reacts when it is asked for one of its items.
+// How a server answers a subscription to one of its items.
 enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };
 
 // The behaviour of one server; by default it has every item and answers at once.
 struct Behaviour {
   bool absent = false;
   std::map<unsigned int, When> when = {};  // by item
-  // When it dies it is started again, with default behaviour.
+  // Restarts with default behaviour when it dies.
   bool returns = false;
 };
 
-// The servers of the vehicle, each a process of its own with its real endpoint name. Items have
-// telling values: their tick is 100 and more. The state manager also leads a process that announces
-// itself: lets it subscribe, then run, then quit. Each can be reached as soon as it is started.
+// The servers of the vehicle, each in its own process with its real endpoint name. The ticks of the items are
+// 100 and more. The state manager also leads a process that announces itself to subscribe, to run, and to
+// quit. Each server is reachable as soon as it is started.
 class FakeServers {
  public:
   explicit FakeServers(const std::map<std::string, Behaviour>& behaviours = {});
@@ -31,10 +31,10 @@ class FakeServers {
   FakeServers(const FakeServers&) = delete;
   FakeServers& operator=(const FakeServers&) = delete;
 
-  // "Server item" for each item asked for since the last call, in order.
+  // The items requested since the last call, in order, each as "Server item".
   std::vector<std::string> Asked();
 
-  // Kills a server; starts it, with default behaviour.
+  // Kill a server; start it, with default behaviour unless given.
   void Kill(const std::string& name) { children_.erase(name); }
   void Start(const std::string& name, const Behaviour& behaviour = {});
 

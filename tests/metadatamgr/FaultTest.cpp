@@ -1,5 +1,5 @@
-// The start-up of the real process with servers that refuse, are missing, mute or late, or die, at
-// each of its steps: the log lines, the exit status, and that the next start works.
+// Starts the real process with servers that refuse, are missing, mute or late, or die, at each step. Checks
+// the log lines and the exit status, and that the next start succeeds.
 #include <algorithm>
 #include <chrono>
 #include <deque>
@@ -13,14 +13,14 @@
 
 namespace {
 
-// A subscription, and the line that tells of its failure.
+// A subscription, and the log line of its failure.
 struct Step {
   std::string server;
   unsigned int item;
   const char* refused;
 };
 
-// In their order.
+// In the order of the start-up.
 const std::vector<Step> kSteps = [] {
   std::vector<Step> steps;
   for (const ServerRow& server : servers::kAll) {
@@ -30,7 +30,7 @@ const std::vector<Step> kSteps = [] {
   return steps;
 }();
 
-// "Server item" of the steps up to this one.
+// The steps up to this one, each as "Server item".
 Lines AskedUpTo(const Step& last) {
   Lines asked;
   for (const Step* step = kSteps.data(); step <= &last; ++step)
@@ -55,7 +55,7 @@ class Start {
  public:
   Start(const Step& step, Fault fault) : step_(step), fault_(fault) {
     std::map<std::string, Behaviour> behaviours;
-    if (IsFatal()) {  // no further server is asked
+    if (IsFatal()) {  // the servers after the fault are absent
       for (const Step& other : kSteps) behaviours[other.server].absent = &other > &step;
       for (const Step* other = kSteps.data(); other <= &step; ++other)
         behaviours[other->server].absent = false;
@@ -68,7 +68,7 @@ class Start {
 
   bool Ended() const { return recorder_.program->Ended(); }
 
-  // The start, which has ended, and another one after a fault for good.
+  // Checks a start that has ended, and the next start after a fatal fault.
   void Check() {
     SCOPED_TRACE(step_.server + " " + kFaultNames[static_cast<int>(fault_)] + " at item " +
                  std::to_string(step_.item));
@@ -84,13 +84,13 @@ class Start {
     }
     Lines asked = AskedUpTo(IsFatal() ? step_ : *kSteps.rbegin());
     if (fault_ == Fault::kIsAbsent) asked.pop_back();
-    if (fault_ == Fault::kDiesAndReturns) {  // asked again
+    if (fault_ == Fault::kDiesAndReturns) {  // requested again
       const std::string again = step_.server + " " + std::to_string(step_.item);
       asked.insert(std::find(asked.begin(), asked.end(), again), again);
     }
     EXPECT_EQ(servers_->Asked(), asked);
     EXPECT_EQ(recorder_.Records("event='restated'").empty(), IsFatal());
-    // Two items of one server are recorded together or not at all.
+    // Items of the same server are recorded together or not at all.
     const bool cameras = !recorder_.Records("event='initial' AND source LIKE 'camera %'").empty();
     Lines passed = AskedUpTo(step_);
     passed.pop_back();
@@ -102,7 +102,7 @@ class Start {
   bool IsFatal() const { return fault_ < Fault::kIsLate; }
 
   void CheckAgain() {
-    servers_ = nullptr;  // before the same names are used again
+    servers_ = nullptr;  // frees the names of the endpoints
     setenv("LINX_IPC_DIR", recorder_.IpcDirectory().c_str(), 1);
     servers_ = std::make_unique<FakeServers>();
     recorder_.Start({"-l", "1"});
@@ -111,7 +111,7 @@ class Start {
     EXPECT_EQ(servers_->Asked(), AskedUpTo(*kSteps.rbegin()));
   }
 
-  // How long a server is waited for.
+  // How long the process waits for the server.
   std::chrono::seconds Patience() const {
     return std::chrono::seconds(step_.server == "ConfigMgr" ? 30 : step_.server == "ExternalMgr" ? 2 : 10);
   }
@@ -134,8 +134,7 @@ class Start {
   std::unique_ptr<FakeServers> servers_;
 };
 
-// Side by side, since much of it is waiting; not too many at once, since what is late must not be
-// too late.
+// Runs cases side by side, because they mostly wait. Too many at once would make late answers time out.
 void RunAll(const std::vector<std::pair<const Step*, Fault>>& cases, std::size_t atOnce) {
   std::deque<std::unique_ptr<Start>> running;
   const auto awaitOne = [&] {

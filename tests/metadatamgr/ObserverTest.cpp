@@ -1,4 +1,4 @@
-// What a member of the endpoints' group can say to the process: it is a second user, who may ask and follow.
+// What a second user in the endpoints' group can do: ask and subscribe, nothing else.
 #include <grp.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -23,7 +23,7 @@ const std::string kOwnNotice = U32(0) + U32(4711);  // item 0, under this notifi
 struct Try {
   const char* what;
   std::string packet;
-  std::string answer;  // how it begins; empty: there is none
+  std::string answer;  // begin of the answer; empty: no answer
 };
 
 const Try kTries[] = {
@@ -49,7 +49,7 @@ const Try kTries[] = {
     {"unknown", Packet(4711, "x"), ""},
 };
 
-// Runs as the observer. The body's result is the exit status.
+// Runs the body as the observer. Its result is the exit status.
 int AsObserver(const std::function<int()>& body) {
   const gid_t group = getegid();
   if (setgroups(0, nullptr) != 0 || setresgid(group, group, group) != 0 ||
@@ -58,7 +58,7 @@ int AsObserver(const std::function<int()>& body) {
   return body();
 }
 
-// The number of the first row that had another outcome, from 1; 0 when there is none.
+// The number of the first failed row, from 1; 0: all rows are as expected.
 int TryAll() {
   for (std::size_t i = 0; i < std::size(kTries); ++i) {
     const RawPeer peer = RawPeer::To("MetadataMgr", "Viewer" + std::to_string(i));
@@ -137,7 +137,7 @@ TEST_F(ObserverTest, IsToldOfBookmarks) {
 }
 
 #ifdef METADATA_PROGRAM
-// The reader asks without an endpoint of its own, and says when it was not heard.
+// The reader asks without its own endpoint, and reports when it gets no answer.
 TEST_F(ObserverTest, AsksWithTheReaderAndLeavesNothingBehind) {
   const struct {
     std::vector<std::string> arguments;

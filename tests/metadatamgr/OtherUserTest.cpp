@@ -1,5 +1,5 @@
-// Other users of the machine cannot harm the process, its endpoint, its record and its files; and no request
-// destroys a file.
+// Other users of the machine cannot harm the process, its endpoint, its shared record or its files. No
+// request destroys a file.
 #include <fcntl.h>
 #include <grp.h>
 #include <sys/mman.h>
@@ -26,7 +26,7 @@ const std::string kRecording = kRecordings + "metadata.000001.db";
 
 // ---- Other users
 
-// As open does: below 0 with errno, else a descriptor or 0.
+// Opens a file. Returns a descriptor, or below 0 and sets errno.
 int Open(const std::string& path, int flags) {
   return open(path.c_str(), flags | O_CLOEXEC);
 }
@@ -77,7 +77,7 @@ const struct {
 
 constexpr uid_t kAnother = 65534;
 
-// The attempts of such a user that were not refused.
+// The attempts of the user that were not refused.
 Lines AllowedTo(uid_t user, gid_t group, const Car& car) {
   int pipe[2];
   EXPECT_EQ(pipe2(pipe, O_CLOEXEC), 0);
@@ -103,7 +103,7 @@ Lines AllowedTo(uid_t user, gid_t group, const Car& car) {
 TEST(OtherUser, CanDoNothingAndAMemberOfTheGroupCanReadAndAsk) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
   Car car;
-  // The parent directories are open, so only the process's own rights refuse other users.
+  // The parent directories are open, so only the modes of the process's own files refuse other users.
   chmod(car.Path("").c_str(), 0755);
   chmod(fs::path(car.IpcDirectory()).parent_path().c_str(), 0755);
   chmod(car.IpcDirectory().c_str(), 02750);
@@ -124,7 +124,7 @@ TEST(OtherUser, CanDoNothingAndAMemberOfTheGroupCanReadAndAsk) {
 
 // ---- Requests
 
-// Everything in a directory: kinds and contents of files.
+// The kinds and contents of all files in a directory.
 std::string Everything(const std::string& directory) {
   Lines all;
   for (const auto& entry : fs::recursive_directory_iterator(directory)) {
@@ -134,7 +134,7 @@ std::string Everything(const std::string& directory) {
     std::ostringstream text;
     text << path << ' ' << status.st_mode << ' ' << status.st_ino << ' ' << status.st_nlink << ' ';
     if (S_ISLNK(status.st_mode)) text << fs::read_symlink(path);
-    const bool changes = path.ends_with("-shm") || path.ends_with(".err");  // readers' marks, the log
+    const bool changes = path.ends_with("-shm") || path.ends_with(".err");  // marks of readers, and the log
     if (S_ISREG(status.st_mode) && !changes)
       text << status.st_mtime << ' ' << std::hash<std::string>()(TextOfFile(path));
     all.push_back(text.str());

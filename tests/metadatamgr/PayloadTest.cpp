@@ -1,4 +1,4 @@
-// The payloads of every message at the real process: missing, and cut at every length.
+// Sends every message to the real process with a missing payload, and with a payload cut at every length.
 #include "Car.h"
 #include "support/Hex.h"
 
@@ -12,10 +12,10 @@ constexpr const char* kNoCopy = "MetadataToFileHandler: error, DataPtr is null";
 constexpr const char* kNoNotice = "NULL MESSAGE";
 
 struct Message {
-  std::string entry;  // the line of its handler's entry, "MASK TEXT"
+  std::string entry;  // the entry trace of the handler, "MASK TEXT"
   unsigned int type;
   std::string payload;
-  const char* missing = nullptr;  // said when there is no payload; null: what most say
+  const char* missing = nullptr;  // log line when the payload is missing; null: the usual line
   const std::string& source = kManager;
 
   std::string Handler() const { return entry.substr(entry.find(' ') + 1); }
@@ -72,12 +72,12 @@ TEST(Payload, ThatIsMissingIsSaidAndNothingElse) {
   for (const Message& message : kMessages) {
     EXPECT_EQ(car.LogAfter(message.type), (Lines{By(message.source, message.entry), message.Missing()}));
   }
-  EXPECT_TRUE(car.stateMgr.HasHeardNothing());  // and nothing is answered
+  EXPECT_TRUE(car.stateMgr.HasHeardNothing());  // and there is no answer
   EXPECT_EQ(car.Quit(), 0);
   EXPECT_EQ(car.Events(), Lines{});
 }
 
-// What is asked with the level is not read.
+// The payload of a request for the level is not read.
 TEST(Payload, CutAtEveryLengthIsDroppedWithOneLine) {
   Car car;
   car.UseServers();

@@ -10,14 +10,14 @@
 #include "support/Eventually.h"
 #include "support/Hex.h"
 
-// Another process of the car, played by the test. Payloads are hex.
+// A process of the car that the test plays. Payloads are hexadecimal text.
 class Peer {
  public:
   explicit Peer(const std::string& name) : ipc_(std::make_unique<LinxIpc>(name)) {
     EXPECT_EQ(ipc_->Init(), 0);
   }
 
-  // Sends, as soon as the other one is there and takes it.
+  // Sends a message, as soon as the receiver exists and accepts it.
   void Send(unsigned int type, const std::string& payload = "", const std::string& to = "MetadataMgr") {
     std::string bytes = FromHex(payload);
     IpcMessage message;
@@ -25,7 +25,7 @@ class Peer {
     ASSERT_TRUE(Eventually([&] { return ipc_->Notify(to, message, true) == 0; })) << type;
   }
 
-  // The payload of the next message of this type; "nothing" when none comes.
+  // Returns the payload of the next message of this type; "nothing" when none arrives.
   std::string Await(unsigned int type, const std::string& from = "MetadataMgr") {
     IpcMessage message;
     if (ipc_->Receive(20000, type, from, &message) != 0) return "nothing";
@@ -42,13 +42,13 @@ class Peer {
     Send(kSubscribe + 1, Await(kSubscribe) + "00000000" + value);
   }
 
-  // True when no message is waiting here that was not awaited.
+  // Returns true when no other message is waiting.
   bool HasHeardNothing() {
     IpcMessage message;
     return ipc_->Receive(0, 0, LinxIpc::emptyString, &message) == ETIMEDOUT;
   }
 
-  // The process ends.
+  // Ends the played process.
   void Leave() { ipc_.reset(); }
 
  private:

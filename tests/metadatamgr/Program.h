@@ -10,19 +10,19 @@
 using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
 
-// MetadataMgr as a process of its own, where the target is another machine under its emulator. It runs in
-// `directory`; what it writes goes to two files there. Ended by force, if need be, by the destructor.
+// MetadataMgr in its own process, under the emulator when built for another machine. It runs in `directory`
+// and writes its output to two files there. The destructor kills it when it still runs.
 class Program {
  public:
-  // `out`: its standard output, where that is not to be a file.
+  // `out`: a descriptor for standard output; -1: a file.
   Program(const TempDir& directory, const Arguments& arguments, const Environment& environment, int out = -1);
 
   pid_t Id() const { return id_; }
   void Signal(int signal) const { child_.Signal(signal); }
 
-  // Waits until it is the program, no longer a copy of this one.
+  // Waits until the child has executed the program.
   void AwaitExec() const;
-  // Waits for the end: the exit status, or 128 plus the number of the signal.
+  // Waits for the end. Returns the exit status, or 128 plus the number of the signal.
   int End() { return child_.Wait(); }
   bool Ended() const { return child_.Ended(); }
 
@@ -31,7 +31,7 @@ class Program {
 
  private:
   const TempDir& directory_;
-  const std::string name_;  // of the files, without ".out" and ".err"
+  const std::string name_;  // base name of the files ".out" and ".err"
   Child child_;
   const pid_t id_;
 };

@@ -16,12 +16,12 @@ constexpr unsigned int kTrouble = 1 | 2 | 16;
 const std::string kManager = "MetadataMgr: ";
 const std::string kInitializer = "Common/Misc/ProcessInitializer: ";
 
-// "64 PreInit" as the source logs it: "64 MetadataMgr: PreInit".
+// Adds the source to a line: "64 PreInit" becomes "64 MetadataMgr: PreInit".
 inline std::string By(const std::string& source, std::string line) {
   return line.insert(line.find(' ') + 1, source);
 }
 
-// A MetadataMgr with endpoints, a disk, a shared record and a log of its own.
+// A MetadataMgr with its own endpoints, disk, shared record and log.
 class Recorder {
   IpcDir ipcDirectory_;
   TempDir directory_;
@@ -32,17 +32,16 @@ class Recorder {
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
-  // Starts MetadataMgr.
   void Start(const Arguments& arguments = {}, int out = -1);
-  // Waits for the end: the exit status, or 128 plus the number of the signal.
+  // Waits for the end. Returns the exit status, or 128 plus the number of the signal.
   int End() { return program->End(); }
 
-  // The lines logged so far, of these masks.
+  // The lines logged so far with these masks.
   Lines Log(unsigned int masks = 255) const;
 
-  // Records of the latest recording, oldest first: "SOURCE TEXT KIND SENDER'S-TICK".
+  // Records of the latest recording, oldest first, each as "SOURCE TEXT KIND SENDER-TICK".
   Lines Records(const std::string& where = "1") const;
-  // The events since it had subscribed.
+  // The events since the subscription.
   Lines Events() const {
     return Records(
         "event='event' AND source NOT IN ('clock','run') AND "

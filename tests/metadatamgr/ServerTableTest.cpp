@@ -12,7 +12,7 @@ std::string Text(const std::string& path) {
   return Joined(LinesOfFile(path));
 }
 
-// The numbers of a server's items, "10, 7".
+// One number of each item of a server, as "10, 7".
 template <typename Member>
 std::string Numbers(const ServerRow& server, Member member) {
   std::string numbers;

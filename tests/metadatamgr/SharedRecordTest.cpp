@@ -1,4 +1,4 @@
-// The shared record as another process reads it while MetadataMgr keeps it.
+// Reads the shared record from another process while MetadataMgr writes it.
 #include <algorithm>
 #include <cstdlib>
 
@@ -20,12 +20,12 @@ class SharedRecordTest : public testing::Test {
   }
   ~SharedRecordTest() override { unsetenv("METADATA_SHM"); }
 
-  // The record after a reading, when it held nothing of that reading before.
+  // Clears the fields, sends a reading, and returns the record.
   std::string RecordAfter(unsigned int type, const std::string& payload) {
     std::fill_n(record_ + 2, 86, static_cast<unsigned char>(0xEE));
     const std::uint32_t changes = Counter();
     car_.Say(type, payload);
-    EXPECT_EQ(Counter(), changes + 2);  // odd in between
+    EXPECT_EQ(Counter(), changes + 2);  // odd during the write
     return ReadWhole(record_).value_or("torn");
   }
 

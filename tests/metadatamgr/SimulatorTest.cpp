@@ -1,4 +1,4 @@
-// The places that the simulator invents, and the reports of one pass.
+// The positions that the simulator draws, and the reports of one pass.
 #include <algorithm>
 #include <sstream>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-// The result of every draw, counted from 1.
+// Every draw has this result, counted from 1.
 int drawn = 1;
 
 Simulator Fresh() {
@@ -41,7 +41,7 @@ TEST(Simulator, PlacesCarry) {
   }
 }
 
-// The C library's own generator.
+// Uses the generator of the C library.
 TEST(RandomSource, RepeatsItselfWithinASecond) {
   RandomSource source;
   source.now = [](std::time_t*) { return std::time_t{1700000000}; };

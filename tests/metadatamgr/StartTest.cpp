@@ -15,7 +15,7 @@
 
 namespace {
 
-// The last log line of every failed start.
+// Adds the last log line of every failed start.
 Lines ThenNotInitialized(Lines lines) {
   lines.emplace_back("1 MetadataMgr: Unable to initialize MetadataMgr");
   return lines;
@@ -39,7 +39,7 @@ TEST(Start, LeadsFromTheFirstLineToTheLast) {
   Lines expected;
   for (const ServerRow& server : servers::kAll)
     expected.push_back(std::string("128 SubscribeTo") + server.name);
-  expected.erase(expected.begin());  // of another mask
+  expected.erase(expected.begin());  // its line has another mask
   EXPECT_EQ(operations, expected);
   EXPECT_EQ(log, (Lines{By(kInitializer, "128 ProcessInitializer::SetupIpc - Successfully initialized IPC "),
                         "64 PreInit",
@@ -79,7 +79,7 @@ TEST(Start, MakesItsDirectoryAndKeepsTheSharedRecordToItsEnd) {
   EXPECT_EQ(car.Records("source='system'"), Lines{}) << "it may run without having subscribed";
 }
 
-// Before the endpoint is of use to anybody.
+// The start fails before the endpoint serves any peer.
 TEST(Start, TellsTheStateManagerThatItFailed) {
   const struct {
     const char* variable;
@@ -240,7 +240,7 @@ TEST(Signal, OrQuitEndsTheWait) {
   for (const bool signal : {true, false}) {
     Car car;
     car.Begin({"-l", "145"});
-    (void)car.stateMgr.Ask(kLogLevelGet, "00 00 00 00", kLogLevel);  // now it waits
+    (void)car.stateMgr.Ask(kLogLevelGet, "00 00 00 00", kLogLevel);  // the process waits now
     if (signal) car.program->Signal(SIGTERM);
     if (!signal) car.stateMgr.Send(kQuit);
     EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
@@ -252,7 +252,7 @@ TEST(Signal, OrQuitEndsTheWait) {
   }
 }
 
-// It asks a server that says nothing, and would do so for ten seconds.
+// The process waits for a silent server; without the signal it would wait ten seconds.
 TEST(Signal, OrQuitEndsTheWaitForAServer) {
   for (const bool signal : {true, false}) {
     Car car;
@@ -274,7 +274,7 @@ TEST(Signal, QuitsWhileItRuns) {
   for (const int signal : {SIGTERM, SIGINT}) {
     Car car;
     car.Run();
-    for (int i = 0; i < 50; ++i) car.program->Signal(signal);  // the later ones find it closing down
+    for (int i = 0; i < 50; ++i) car.program->Signal(signal);  // later ones arrive while it closes down
     EXPECT_EQ(car.stateMgr.Await(kShutdownDone), "");
     EXPECT_EQ(car.End(), 0);
     EXPECT_EQ(car.Records("source='run'"), Lines{"run clean end event"});

@@ -1,4 +1,4 @@
-// The subscriptions of the process, the records of the servers' answers, and the renewal.
+// The subscriptions of the process, the records of the answers, and the renewal.
 #include <algorithm>
 #include <iterator>
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-// Those that FakeServers plays; the state manager and the external manager are played by the test.
+// The servers that FakeServers plays. The test plays the state manager and the external manager.
 std::vector<ServerRow> Played() {
   std::vector<ServerRow> rows(std::begin(servers::kAll), std::end(servers::kAll));
   std::erase_if(rows, [](const ServerRow& server) {
@@ -26,7 +26,7 @@ Lines AskedOf(const ServerRow& server) {
   return asked;
 }
 
-// All that is asked for, but of one server.
+// All requested items except those of one server.
 Lines AskedBut(const char* left = "") {
   Lines asked;
   for (const ServerRow& server : Played()) {
