@@ -5,7 +5,7 @@
 namespace store {
 
 void ArrivalTick::Start(std::uint32_t tick) {
-  if (last_ != kNoTick) return;  // a store opened again goes on
+  if (last_ != kNoTick) return;  // a reopened store keeps its tick
   now_ = tick == kNoTick ? 0 : std::int64_t{tick};
 }
 
@@ -15,7 +15,7 @@ bool ArrivalTick::Advance(std::uint32_t tick) {
   const bool first = last_ == kNoTick;
   last_ = tick;
   if (first) {
-    // It decides where time begins, whatever that was taken for until now.
+    // The first tick sets the time and may move it back.
     now_ = now_ + distanceMs < 0 ? std::int64_t{tick} : now_ + distanceMs;
     return false;
   }

@@ -6,26 +6,26 @@
 
 namespace store {
 
-// The 32-bit system tick, extended to 64 bits that never go back. The lower half is the tick.
+// Extends the 32-bit system tick to 64 bits that never go back. The lower half is the system tick.
 class ArrivalTick {
  public:
   static constexpr std::uint32_t kJitterMs = 1000;
 
-  // The time until the first Advance; kNoTick counts as 0.
+  // Sets the tick that holds until the first Advance; kNoTick counts as 0.
   void Start(std::uint32_t tick);
 
-  // kNoTick is ignored. A tick that is behind by no more than the jitter moves nothing. Every other one
-  // is ahead, across the wrap too; true when it is more than half the range ahead: ticks have begun
-  // anew, and the distance says nothing about the time that has passed.
+  // Moves ahead to this tick, also across the wrap. Ignores kNoTick, and ticks that are at most kJitterMs
+  // behind. True if the tick is more than half the range ahead: the ticks have restarted, and the distance is
+  // not elapsed time.
   bool Advance(std::uint32_t tick);
 
-  // The clock of the ticks shows this one: moves ahead only, and Last() stays.
+  // Moves ahead to a tick read from the clock. Never moves back, and does not change Last().
   void Follow(std::uint32_t tick);
 
   std::int64_t Now() const { return now_; }
-  std::uint32_t Last() const { return last_; }  // as told; kNoTick before the first
+  std::uint32_t Last() const { return last_; }  // of the last Advance; kNoTick before the first
 
-  // Milliseconds from Now() to this tick, less than 0 for earlier: the shorter way round.
+  // Milliseconds from Now() to this tick, negative if earlier: the shorter way round the wrap.
   std::int64_t DistanceMs(std::uint32_t tick) const { return TickDistanceMs(now_, tick); }
 
  private:

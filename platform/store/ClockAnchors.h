@@ -4,21 +4,21 @@
 
 namespace store {
 
-// The relation of tick and UTC, by the wall clock and by GPS, as recorded last. Decides when it is to
-// be recorded again: at first, each minute, and on a step.
+// The clock anchors (tick and UTC) recorded last, by wall clock and by GPS. Decides when a new anchor is due:
+// at first, each minute, and after a clock step.
 class ClockAnchors {
  public:
   static constexpr std::int64_t kPeriodMs = 60'000;
   static constexpr std::int64_t kCheckMs = 1000;
   static constexpr std::int64_t kSystemStepMs = 250;  // an adjusted clock drifts less between two checks
-  static constexpr std::int64_t kGpsStepMs = 1000;    // readings are told with some delay
+  static constexpr std::int64_t kGpsStepMs = 1000;    // readings arrive with some delay
 
-  // False as long as there is no need to read the wall clock.
+  // Whether it is time to read the wall clock.
   bool CheckDue(std::int64_t tick) const { return tick >= nextCheck_ || tick < system_.tick; }
 
   bool SystemDue(std::int64_t tick, std::int64_t utcMs) {
     nextCheck_ = tick + kCheckMs;
-    // Readings of GPS bring an anchor each minute too, as long as they come.
+    // While GPS readings arrive, they bring an anchor each minute themselves.
     const std::int64_t periodMs = gpsKnown_ ? 2 * kPeriodMs : kPeriodMs;
     return tick >= system_.tick + periodMs || system_.Deviates(tick, utcMs, kSystemStepMs);
   }
@@ -37,7 +37,7 @@ class ClockAnchors {
   bool GpsKnown() const { return gpsKnown_; }
   std::int64_t GpsUtcAt(std::int64_t tick) const { return gps_.UtcAt(tick); }
 
-  // The ticks have begun anew, this much further on: UTC by GPS goes on as it was.
+  // The ticks restarted and jumped by `distance`; UTC by GPS does not jump.
   void TicksMoved(std::int64_t distance) { gps_.tick += distance; }
 
  private:

@@ -20,7 +20,7 @@ std::optional<std::int64_t> UtcMsOf(const GpsStatusItem& reading) {
   if (d > kLastDate || reading.utcTimeOfDayMs >= kDayMs) return std::nullopt;
   const std::chrono::year_month_day date(std::chrono::year(static_cast<int>(d / 10000)),
                                          std::chrono::month(d / 100 % 100), std::chrono::day(d % 100));
-  // A receiver that does not know the date yet tells one of long ago.
+  // A receiver that does not know the date yet reports one from years ago.
   if (!date.ok() || std::chrono::sys_days(date) < kFirstTrustedDay) return std::nullopt;
   const std::chrono::milliseconds midnight = std::chrono::sys_days(date).time_since_epoch();
   return midnight.count() + reading.utcTimeOfDayMs;

@@ -7,8 +7,8 @@ class GpsStatusItem;
 
 namespace store {
 
-// Milliseconds since 1970-01-01T00:00:00Z by a GPS reading; nothing where it has no fix, is simulated,
-// or has an impossible date or time.
+// Milliseconds since 1970-01-01T00:00:00Z by a GPS reading. Empty if the reading has no fix, is simulated, or
+// has an impossible date or time.
 std::optional<std::int64_t> UtcMsOf(const GpsStatusItem& reading);
 
 }  // namespace store

@@ -1,4 +1,4 @@
-// The operations that take a whole item.
+// Report operations that take a whole item.
 
 #include "GpsTime.h"
 #include "Store.h"
@@ -15,7 +15,7 @@ namespace {
 
 static_assert(store::kNoAltitudeDm == GpsStatusItem::kNoAltitude);
 
-// Ten-thousandths of a minute, negative to the south and west.
+// Ten-thousandths of a minute, negative for south and west.
 std::int64_t SignedAngle(unsigned int degrees, unsigned int minutes, unsigned int fraction, bool positive) {
   const std::int64_t angle = (std::int64_t{degrees} * 60 + minutes) * 10000 + fraction;
   return positive ? angle : -angle;

@@ -31,7 +31,7 @@ SqliteCode WriteCopy(CopyWriter& writer, int file, const Asked& asked) {
   return Ok(code) ? writer.End(asked.source, asked.first, asked.last) : code;
 }
 
-// Null, or the reason why there is no copy.
+// Null on success, else the reason.
 const char* Copy(const Asked& asked, const std::string& destination, const std::function<void()>& pet) {
   store::OpenStore* const recording = store::FindOpenStore(asked.source);
   if (recording == nullptr) return "the store is not open";

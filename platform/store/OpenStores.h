@@ -7,7 +7,7 @@
 
 namespace store {
 
-// A store that can be found by its base path, as long as it lives.
+// A store that FindOpenStore finds by its base path, from construction to destruction.
 class OpenStore {
  public:
   explicit OpenStore(std::string basePath);
@@ -15,7 +15,7 @@ class OpenStore {
   OpenStore(const OpenStore&) = delete;
   OpenStore& operator=(const OpenStore&) = delete;
 
-  // Commits what is pending. False when it is not open, or something remains that cannot be written.
+  // Commits pending records and sets `run`. False if the store is not open or a record cannot be written.
   virtual bool Settle(CurrentRun& run) = 0;
 
   const std::string& BasePath() const { return basePath_; }
@@ -24,7 +24,7 @@ class OpenStore {
   std::string basePath_;
 };
 
-// Null when there is none.
+// Null if there is none.
 OpenStore* FindOpenStore(const std::string& basePath);
 
 }  // namespace store

@@ -15,9 +15,9 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-constexpr int kStartUpTurns = 2;  // the start's own TimerTick, and the first of the loop
+constexpr int kStartUpTurns = 2;  // the TimerTick of the start-up, and the first of the loop
 
-// A limit on the size of files is a full medium, not the end of the process.
+// A file size limit then acts like a full medium and does not end the process.
 void IgnoreFileSizeSignal() {
   struct sigaction now {};
   if (sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) (void)signal(SIGXFSZ, SIG_IGN);
@@ -95,8 +95,8 @@ void DataStoreNormal::Store::Add(const Report& report, const store::RowView& row
   }
 }
 
-// TimerTick comes at the end of a turn of the loop, which can have waited for a second: the first report of a
-// turn reads the tick itself. While the process starts, turns are long, and each report does.
+// TimerTick comes at the end of a turn, which can take a second. So the first report of a turn reads the
+// clock itself. During start-up turns are long, and every report reads it.
 void DataStoreNormal::Store::ReadArrival() {
   if (!ticking_ || (arrivalRead_ && turns_ == kStartUpTurns)) return;
   arrival_.Follow(clock_.TickMs());
@@ -118,7 +118,7 @@ bool DataStoreNormal::Store::CommitDue() const {
   if (criticalPending_ && CriticalGapOver()) return true;
   if (batch_.Empty()) return false;
   const std::int64_t age = arrival_.Now() - batch_.First().tick;
-  return age >= kCommitAfterMs || age < 0;  // below 0: the first tick moved the beginning of time
+  return age >= kCommitAfterMs || age < 0;  // below 0: the first tick moved time back
 }
 
 void DataStoreNormal::Store::CommitCritical() {
@@ -127,7 +127,7 @@ void DataStoreNormal::Store::CommitCritical() {
   if (recorder_.Failing() ? arrival_.Now() >= nextAttempt_ : CriticalGapOver()) (void)Commit();
 }
 
-// Reads the clock: TimerTick comes once in a turn of the loop, which can take a second.
+// Reads the clock itself: TimerTick comes once a turn, and a turn can take a second.
 bool DataStoreNormal::Store::CriticalGapOver() const {
   const unsigned int now = clock_.TickMs();
   return !criticalWritten_ || now == store::kNoTick || now - criticalWrittenMs_ >= kCriticalGapMs;
@@ -162,8 +162,8 @@ void DataStoreNormal::Store::Restate() {
   fullStateSeq_ = seq_;
 }
 
-// What was in force at some tick is then found by reading a stretch, not a run. At this distance a full state
-// adds less than 3 % to what is written.
+// The state at any tick can then be found without reading the whole run. At this interval full states add
+// less than 3 % to a recording.
 void DataStoreNormal::Store::KeepFullStateNear() {
   constexpr std::int64_t kRecords = 16'384;
   constexpr std::int64_t kRecordsASource = 64;
@@ -173,7 +173,7 @@ void DataStoreNormal::Store::KeepFullStateNear() {
   Restate();
 }
 
-// Each file can be understood without the others.
+// Each file stands alone: it begins with a clock anchor and the full state.
 bool DataStoreNormal::Store::BeginFile() {
   if (!recorder_.Begin()) return false;
   logPinned_ = false;
@@ -186,11 +186,11 @@ bool DataStoreNormal::Store::BeginFile() {
   return true;
 }
 
-// The wall clock as it was at the arrival tick, which is a little ago.
+// Wall clock at the arrival tick, which lies slightly in the past.
 std::int64_t DataStoreNormal::Store::SystemUtcMs() const {
   unsigned int tick = 0;
   std::int64_t utcMs = 0;
-  for (int attempt = 0; attempt < 3; ++attempt) {  // another process may have run in between
+  for (int attempt = 0; attempt < 3; ++attempt) {  // tries again if another process ran in between
     tick = clock_.TickMs();
     utcMs = clock_.UtcMs();
     if (clock_.TickMs() - tick <= 1) break;

@@ -12,13 +12,12 @@
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
 
-// Numbers records, keeps them in memory, and decides when they are written:
-//   - at the first tick at which one is kCommitAfterMs old;
-//   - a critical record at once; less than kCriticalGapMs after another one, at the first tick behind that
-//   gap;
-//   - when a quarter of the bound waits;
-//   - at each TimerTick while no ticks are told.
-// While writing fails, it is tried again at the same distances.
+// Numbers records, keeps them in memory, and commits them:
+//   - at the first TimerTick when a record is kCommitAfterMs old;
+//   - at once for a critical record; within kCriticalGapMs of another, at the first TimerTick after the gap;
+//   - when a quarter of the memory bound is used;
+//   - at each TimerTick without a tick.
+// While writing fails, it retries at the same intervals.
 class DataStoreNormal::Store : public store::OpenStore {
  public:
   static constexpr std::int64_t kCommitAfterMs = 500;
@@ -38,13 +37,13 @@ class DataStoreNormal::Store : public store::OpenStore {
     std::int64_t senderTick = store::kNoSenderTick;
     bool critical = false;
   };
-  // One record; nothing unless open.
+  // Adds one record. Does nothing unless open.
   void Add(const Report& report, const store::RowView& row);
 
   void AddPreviousRun();
   void AddConfiguration(store::Event event);
   void AddRunEnd();
-  // A GPS reading told this UTC at this tick.
+  // Takes the UTC of a GPS reading and its sender tick.
   void AddGpsTime(std::uint32_t tick, std::int64_t utcMs);
   void AddFullState();
 
@@ -72,18 +71,18 @@ class DataStoreNormal::Store : public store::OpenStore {
   store::Batch batch_;
   store::FullState fullState_;
   store::ArrivalTick arrival_;
-  bool ticking_ = false;      // the last TimerTick told a tick
-  bool arrivalRead_ = false;  // since the last TimerTick
-  int turns_ = 0;             // calls of TimerTick since Open, as far as they matter
+  bool ticking_ = false;      // the last TimerTick had a tick
+  bool arrivalRead_ = false;  // clock read since the last TimerTick
+  int turns_ = 0;             // TimerTick calls since Open, counted up to kStartUpTurns
   store::ClockAnchors anchors_;
   store::PreviousRun previousRun_;
 
   std::int64_t seq_ = 0;
-  std::int64_t fullStateSeq_ = 0;  // the end of the last full state
-  std::int64_t nextAttempt_ = 0;   // arrival tick, while writing fails
-  bool ending_ = false;            // no next file, which would not tell of the clean end
+  std::int64_t fullStateSeq_ = 0;  // last record of the last full state
+  std::int64_t nextAttempt_ = 0;   // arrival tick of the next try while writing fails
+  bool ending_ = false;            // begins no further file: it would lack the clean end
   bool criticalPending_ = false;
   bool criticalWritten_ = false;
-  unsigned int criticalWrittenMs_ = 0;  // by the clock, not by arrival
-  bool logPinned_ = false;              // as recorded
+  unsigned int criticalWrittenMs_ = 0;  // clock tick, not arrival tick
+  bool logPinned_ = false;              // last recorded value
 };

@@ -4,7 +4,7 @@
 
 namespace store {
 
-// The clocks of the machine.
+// The machine's system tick and wall clock.
 const StoreClock& SystemClock();
 
 }  // namespace store

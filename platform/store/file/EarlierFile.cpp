@@ -25,7 +25,7 @@ bool IsOurs(const std::string& path, uid_t owner) {
 
 EarlierFile LookAtEarlierFile(const std::string& path, std::uint32_t& owner) {
   struct stat status {};
-  // Most of what is planted can be passed over without opening it.
+  // Skips most planted files without opening them.
   if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return EarlierFile::kForeign;
   owner = status.st_uid;
   if (!IsOurs(path, owner)) return EarlierFile::kForeign;

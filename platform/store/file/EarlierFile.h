@@ -5,16 +5,16 @@
 
 namespace store {
 
-// What stands under a recording's name, as far as its owner and its first bytes tell.
+// Kind of the file under a recording's name, judged by its owner and first bytes.
 enum class EarlierFile {
-  kForeign,  // another user's, or no file: nothing that we have made
+  kForeign,  // not ours, or not a regular file
   kEmpty,
   kRecording,
-  kStrange,  // a file of ours that does not begin like a recording
+  kStrange,  // ours, but does not begin like a recording
 };
 
-// Opens nothing but plain files. `owner` is set for all but the foreign ones. Files of this user, of root and
-// of the directory's owner are ours.
+// Opens only regular files. A file is ours if it belongs to this user, to root or to the directory's owner.
+// `owner` is valid unless the result is kForeign.
 EarlierFile LookAtEarlierFile(const std::string& path, std::uint32_t& owner);
 
 }  // namespace store

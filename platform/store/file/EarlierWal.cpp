@@ -23,7 +23,7 @@ Bytes ReadFrom(const Descriptor& file, std::uint64_t offset, std::uint64_t end) 
   return bytes;
 }
 
-// One that a start has written that did not come to folding.
+// Whether the file already holds these bytes: an earlier start kept the tail but did not fold the WAL in.
 bool Holds(const std::string& path, const Bytes& bytes) {
   struct stat status {};
   const Descriptor file = OpenPlainFile(path, status);
@@ -84,7 +84,7 @@ bool EarlierWal::KeepTail(const std::string& recording) const {
     const std::string path = i == 1 ? name : name + std::to_string(i);
     if (Holds(path, tail) || WriteNew(path, tail))
       return SyncDirectory(recording.substr(0, recording.rfind('/') + 1)) == 0;
-    if (errno != EEXIST) return false;  // of the opening that failed
+    if (errno != EEXIST) return false;  // errno of the failed open()
   }
   return false;
 }

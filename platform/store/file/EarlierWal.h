@@ -6,22 +6,22 @@
 
 namespace store {
 
-// The WAL that a run before has left beside its recording.
+// The WAL that an earlier run left beside its recording.
 struct EarlierWal {
   enum class State {
-    kNone,     // none, or an empty one
-    kFolds,    // can be folded in
-    kDamaged,  // must not be
-    kForeign,  // not the recording's: another owner's file, or no file
+    kNone,     // no WAL, or an empty one
+    kFolds,    // can be folded into the recording
+    kDamaged,  // must not be folded in
+    kForeign,  // has another owner than the recording, or is not a regular file
     kTooLong,
   };
   State state = State::kNone;
   WalFinding finding;
 
-  // Reads at most 16 MB of it. `ownerOfRecording` must be its owner, too.
+  // Reads at most 16 MB. The WAL must belong to `ownerOfRecording`.
   static EarlierWal Look(const std::string& recording, unsigned int ownerOfRecording);
 
-  // Keeps what will not be folded in as RECORDING-wal.tail, durably. False when that fails.
+  // Saves the bytes that cannot be folded in as RECORDING-wal.tail, durably. False on failure.
   bool KeepTail(const std::string& recording) const;
 };
 

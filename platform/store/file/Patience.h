@@ -4,7 +4,7 @@
 
 namespace store {
 
-// How long something may still take.
+// A deadline that can be extended.
 class Patience {
  public:
   using Clock = std::chrono::steady_clock;
@@ -13,7 +13,7 @@ class Patience {
 
   bool Over() const { return Clock::now() >= end_; }
 
-  // What is bounded in another way does not count.
+  // Extends the deadline by time spent on work that has its own bound.
   void Excuse(Clock::duration time) { end_ += time; }
 
  private:

@@ -21,7 +21,7 @@ constexpr const char* kCountTables =
     "SELECT count(*) FROM sqlite_schema WHERE type='table' AND rootpage>0 AND name IN "
     "('progress','run_end','clock')";
 
-// A file that was being begun when the power went, or whose first commit never came, tells nothing.
+// Leaves `lastSeq` at 0 if the file has no schema or no commit: power was lost while it was begun.
 SqliteCode CountRecorded(Database& database, std::int64_t& lastSeq) {
   std::int64_t tables = 0;
   SqliteCode code = database.Query("SELECT count(*) FROM sqlite_schema", tables);
@@ -69,7 +69,7 @@ class Look {
     run_.ended = ended;
   }
 
-  // False for a file that is to be passed over.
+  // False: skip this file.
   bool Tells() {
     const EarlierFile file = LookAtEarlierFile(path_, owner_);
     if (file == EarlierFile::kForeign) return false;
@@ -106,8 +106,8 @@ class Look {
     return TellsAfter(code);
   }
 
-  // Alone with the file SQLite needs no index of the WAL beside it. Where a reader has stayed the index is
-  // there, and the WAL is not folded in.
+  // With an exclusive lock SQLite makes no -shm file. If another program still has the file open, this reads
+  // through the existing -shm and does not fold the WAL in.
   bool ReadWith(const EarlierWal& wal) {
     SqliteCode code = ReadWith(wal, "PRAGMA locking_mode=EXCLUSIVE");
     std::uint32_t owner = 0;

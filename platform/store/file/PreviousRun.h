@@ -7,23 +7,23 @@
 
 namespace store {
 
-// How the run before this one ended, as its last file tells.
+// How the previous run ended, according to its last recording.
 struct PreviousRun {
   const char* ended = "none";  // "none", "clean", "cut off", "damaged", "unreadable"
-  std::string file;            // its name, without the directory
+  std::string file;            // name without the directory
   std::int64_t lastSeq = 0;
   std::int64_t lastTick = 0;
   std::int64_t lastUtcMs = 0;
 };
 
-// Looks at the newest file in which something was recorded. A WAL that a cut left beside it is folded into
-// it, which is the only change ever made to an earlier recording. One that is damaged or too long is left
-// alone with its file, as is a file that cannot be read; that is logged. Names of other users' files, or of
-// what is no file, are passed over. Takes 100 ms at most, and what it takes to fold 16 MB in.
+// Examines the newest file that has records. Folds in a WAL that a power cut left beside it: the only change
+// ever made to an earlier recording. Leaves a file unchanged, and logs why, if it is no recording, cannot be
+// read, or has a damaged or too long WAL. Skips files of other users and everything that is not a regular
+// file. Takes at most 100 ms, plus the time to fold in 16 MB.
 PreviousRun LookAtPreviousRun(const FileNames& names);
 
-// The highest number of a recording of ours that is there, 0 for none: a name alone, whatever its number, is
-// not one. Looks at no more than 100 ms allow; then the next name counts.
+// Highest number of a recording of ours, 0 if there is none. A file counts by its owner and content, not by
+// its name alone. After 100 ms the next name counts unexamined.
 std::uint32_t NewestRecording(const FileNames& names, const FileNames::Numbers& numbers);
 
 }  // namespace store

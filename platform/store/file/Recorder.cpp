@@ -10,9 +10,9 @@ namespace {
 
 constexpr LogSource log{"DataStore"};
 
-constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // of one transaction
-constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // of one that will probably fail
-constexpr int kAttempts = 3;                                 // at names that are planted meanwhile
+constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // per transaction
+constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // per transaction while writing fails
+constexpr int kAttempts = 3;                                 // if names are taken meanwhile
 constexpr std::uint64_t kLogBound = std::uint64_t{4} << 20;
 
 }  // namespace
@@ -24,7 +24,7 @@ void Recorder::Start(const RunId& run) {
   abandoned_ = {};
 }
 
-// Names that were planted are skipped: they neither stop nor steer the numbers.
+// Skips planted names: they cannot stop or steer the numbering.
 std::unique_ptr<RecordingFile> Recorder::CreateNext(std::uint32_t& number) {
   FileNames::Numbers numbers;
   int error = names_.List(numbers);
@@ -51,7 +51,7 @@ bool Recorder::Begin() {
     spoiled_ = inDoubt_ = logPinned_ = false;
     return true;
   }
-  if (file_ == nullptr) return false;  // the caller's business
+  if (file_ == nullptr) return false;  // the caller logs it
   fullAt_ = file_->Bytes() + maxFileBytes_ / 16;
   if (spoiled_) {
     SayFailing("no new file can be begun");
@@ -92,7 +92,7 @@ bool Recorder::Write(Batch& batch) {
   return true;
 }
 
-// A commit that failed may have taken effect: what the file has is not written again.
+// A failed commit may have taken effect. Records that the file already has are not written again.
 bool Recorder::SettleDoubt(Batch& batch) {
   std::int64_t committed = 0;
   if (const SqliteCode code = file_->CommittedSeq(committed); !Ok(code)) return Fail(code);
@@ -102,7 +102,7 @@ bool Recorder::SettleDoubt(Batch& batch) {
 }
 
 bool Recorder::Fail(SqliteCode code) {
-  SayFailing(TextOf(code));  // the connection's message is that of the rollback
+  SayFailing(TextOf(code));  // the connection's own message is about the rollback
   inDoubt_ = true;
   if (!spoiled_ && (code == SqliteCode::kCorrupt || code == SqliteCode::kNotDatabase)) Abandon(TextOf(code));
   return false;

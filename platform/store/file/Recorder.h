@@ -13,8 +13,8 @@
 
 namespace store {
 
-// Writes batches into the current file of a series, and begins the next one. Logs when writing
-// begins to fail and when it works again.
+// Writes batches to the current recording and begins the next one. Logs when writing begins to fail and when
+// it works again.
 class Recorder {
  public:
   Recorder(const std::string& basePath, std::uint64_t maxFileBytes)
@@ -23,22 +23,22 @@ class Recorder {
         maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)),
         fullAt_(maxFileBytes_) {}
 
-  // Before the first Begin of a run: the files begun from now on are its.
+  // Call before the first Begin of a run. Files begun from now on belong to this run.
   void Start(const RunId& run);
 
-  // Creates the next file and goes on with it; on failure things stay as they were. A directory that was
-  // removed since Start is made again.
+  // Creates the next file and switches to it. On failure the current file stays in use. Recreates the
+  // directory if it was removed since Start.
   bool Begin();
 
-  // Whether the current file is still the one begun, and sound; not looked at between two calls.
+  // Whether the current file is sound and was not replaced. Only this call checks it.
   bool Usable();
 
-  // Writes the whole batch and empties it. On failure what is left in it is to be written again;
-  // nothing is written twice.
+  // Writes the whole batch and empties it. On failure the batch keeps the unwritten records for another try.
+  // No record is written twice.
   bool Write(Batch& batch);
 
-  // Whether the current file has its full size. After a Begin that failed not before it has grown
-  // further.
+  // Whether the current file has reached its full size. After a failed Begin, true only once it has grown by
+  // another 1/16 of that size.
   bool Full() const { return file_ != nullptr && file_->Bytes() >= fullAt_; }
 
   void Close() { file_.reset(); }
@@ -49,7 +49,7 @@ class Recorder {
   const FileNames& Names() const { return names_; }
   const std::vector<std::uint32_t>& RunNumbers() const { return runNumbers_; }  // since Start
 
-  // What others have done to the last file, so that it was left; empty when nothing. Tells it once.
+  // The file that was abandoned because it was harmed; empty if there is none. Returned only once.
   struct Abandoned {
     std::string file;
     std::string harm;
@@ -57,7 +57,7 @@ class Recorder {
   Abandoned TakeAbandoned() { return std::exchange(abandoned_, {}); }
 
  private:
-  static constexpr std::uint64_t kMinFileBytes = std::uint64_t{80} << 10;  // its beginning takes some 60
+  static constexpr std::uint64_t kMinFileBytes = std::uint64_t{80} << 10;  // an empty recording takes some 60
 
   std::unique_ptr<RecordingFile> CreateNext(std::uint32_t& number);
   bool SettleDoubt(Batch& batch);
@@ -76,10 +76,10 @@ class Recorder {
   std::vector<std::uint32_t> runNumbers_;
   std::uint32_t number_ = 0;
   Abandoned abandoned_;
-  bool spoiled_ = false;    // damaged: not to be written any more
-  bool failing_ = false;    // the last attempt failed
-  bool inDoubt_ = false;    // whether it took effect is not known
-  bool logPinned_ = false;  // said that the log grows
+  bool spoiled_ = false;    // the file is damaged: no more writes
+  bool failing_ = false;    // the last write failed
+  bool inDoubt_ = false;    // the failed commit may have taken effect
+  bool logPinned_ = false;  // logged that the WAL grows
 };
 
 }  // namespace store

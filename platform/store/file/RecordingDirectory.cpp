@@ -23,13 +23,13 @@ void RecordingDirectory::Secure() {
   const bool othersWrite = (status_.st_mode & (S_IWGRP | S_IWOTH)) != 0;
   if (status_.st_uid != geteuid() || !othersWrite || (status_.st_mode & S_ISVTX) != 0) return;
   status_.st_mode |= S_ISVTX;
-  (void)fchmod(directory.Get(), status_.st_mode & kModeBits);  // where it fails the directory stays as it is
+  (void)fchmod(directory.Get(), status_.st_mode & kModeBits);  // optional
 }
 
 bool RecordingDirectory::MakeAgain() const {
   constexpr mode_t kPrivate = 0700;
   if (status_.st_nlink == 0 || mkdir(path_.c_str(), kPrivate) != 0) return false;
-  // As far as this user may: the owner can only be given away by root.
+  // Only root can restore the owner. If the group cannot be restored either, it gets no permissions.
   if (chown(path_.c_str(), status_.st_uid, status_.st_gid) != 0 && status_.st_gid != getegid()) {
     (void)chmod(path_.c_str(), status_.st_mode & kModeBits & ~static_cast<mode_t>(S_IRWXG));
   } else {

@@ -11,11 +11,11 @@ class RecordingDirectory {
  public:
   explicit RecordingDirectory(std::string path) : path_(std::move(path)) {}
 
-  // One of this user that its group or others may write gets the sticky bit: they can still make files there,
-  // but neither remove nor replace any of ours. Remembers what the directory is like.
+  // Sets the sticky bit if the directory is this user's and its group or others may write: they can still add
+  // files, but cannot remove or replace ours. Remembers mode, owner and group.
   void Secure();
 
-  // Makes it as it was remembered. False when that fails; its parent is not made.
+  // Recreates the directory as remembered, but not its parent. False on failure.
   bool MakeAgain() const;
 
  private:

@@ -18,7 +18,7 @@ constexpr const char* kLogMode = "PRAGMA journal_mode=WAL";
 constexpr const char* kSettings[] = {
     "PRAGMA synchronous=FULL",         // a commit is on the medium when it returns
     "PRAGMA cache_size=-512",          // KiB
-    "PRAGMA mmap_size=0",              // a failing medium is an error code, not a signal
+    "PRAGMA mmap_size=0",              // a failing medium gives an error code, not a signal
     "PRAGMA wal_autocheckpoint=1000",  // pages
     "PRAGMA journal_size_limit=1048576",
 };
@@ -34,12 +34,12 @@ bool Configure(Database& database, const RunId& id) {
   return std::all_of(std::begin(kSettings), std::end(kSettings), run) && run(CreateRecording(id));
 }
 
-// An empty database in log mode. It is whole when it gets its name: neither a cut nor a journal that somebody
-// plants beside it can turn it into something else, as with one that SQLite begins under its name.
+// An empty database in WAL mode. It is complete before it gets its name, so neither a power cut nor a planted
+// journal can alter it, as they could if SQLite created it under its name.
 std::string EmptyDatabase() {
-  constexpr std::size_t kVersionsAt = 18;  // of the format, to write and to read: 2 for log mode
+  constexpr std::size_t kVersionsAt = 18;  // write version, read version: 2 for WAL mode
   Database memory;
-  // A commit writes whole pages, and few records at a time.
+  // Small pages: a commit writes whole pages but few records.
   const std::string sql =
       "PRAGMA page_size=1024; BEGIN; PRAGMA application_id=" + std::to_string(kApplicationId) +
       "; PRAGMA user_version=" + std::to_string(kSchemaVersion) + "; COMMIT";
@@ -62,7 +62,7 @@ int CreateFile(const std::string& path) {
   if (const int error = file.Create(opened.Get(), name, name + "-new"); error != 0) return error;
   const ssize_t put = pwrite(file.Get(), bytes.data(), bytes.size(), 0);
   if (put != static_cast<ssize_t>(bytes.size())) return ENOSPC;
-  (void)fchmod(file.Get(), kMode);  // a file system without modes has its own
+  (void)fchmod(file.Get(), kMode);  // not every file system has modes
   return file.Publish();
 }
 
@@ -83,7 +83,7 @@ int RecordingFile::Create(const std::string& path, const RunId& run) {
   return made && !alone ? EEXIST : EIO;
 }
 
-// What others have put in the place of the log or its index meanwhile is not used.
+// Whether the file beside the recording has its owner. A WAL or index that others planted is not used.
 bool RecordingFile::IsOwn(const char* suffix) const {
   struct stat file {};
   struct stat beside {};
@@ -156,7 +156,7 @@ SqliteCode RecordingFile::CommittedSeq(std::int64_t& seq) {
 
 const char* RecordingFile::Harm() {
   FileIdentity now;
-  // Other errors tell nothing.
+  // Other errors prove no harm.
   const auto gone = [&now](const std::string& path, const FileIdentity& known) {
     const int error = Identify(path, now);
     if (error != 0) now = known;
@@ -181,8 +181,8 @@ void RecordingFile::Finalize() {
 void RecordingFile::Close() {
   if (!IsOpen()) return;
   Finalize();
-  // Without its log mode the file can be read where nothing can be written beside it. What has come
-  // in the place of one that is gone is not to be touched; then nothing is folded in.
+  // Leaving WAL mode folds the WAL in and makes the file readable on a read-only medium. If the file or its
+  // WAL was harmed, nothing is folded in.
   if (Harm() == nullptr) {
     (void)database_.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=MEMORY");
   } else {

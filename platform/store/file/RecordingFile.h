@@ -11,7 +11,7 @@
 
 namespace store {
 
-// One recording file while it is written.
+// The recording that is being written.
 class RecordingFile {
  public:
   RecordingFile() = default;
@@ -19,23 +19,22 @@ class RecordingFile {
   RecordingFile(const RecordingFile&) = delete;
   RecordingFile& operator=(const RecordingFile&) = delete;
 
-  // Creates the file with its schema, as one of this run: 0; EEXIST when something of others stands in its
-  // way; EIO when it cannot be. Nothing is left behind then.
+  // Creates the file and its schema for this run. Returns 0, EEXIST if another file is in the way, or EIO. On
+  // failure no file is left behind.
   int Create(const std::string& path, const RunId& run);
 
-  // Writes records from the front of the batch, at most about `maxBytes` of them, in one
-  // transaction, and tells the sequence number of the last one. kOk or an error: the records
-  // may have been written nevertheless, CommittedSeq tells.
+  // Writes about `maxBytes` of records from the front of the batch in one transaction, and sets `lastSeq` to
+  // the last sequence number. After an error the commit may still have taken effect: ask CommittedSeq.
   SqliteCode Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
   SqliteCode CommittedSeq(std::int64_t& seq);
 
-  // Looks at the file and at its log: what was done to them that we did not do, null for nothing. Of the log
-  // only size and head are looked at.
+  // How others harmed the file or its WAL; null if they did not. Of the WAL it checks only identity, size and
+  // head.
   const char* Harm();
-  std::uint64_t Bytes() const { return identity_.bytes + log_.bytes; }  // when last looked at
+  std::uint64_t Bytes() const { return identity_.bytes + log_.bytes; }  // as last seen
   std::uint64_t LogBytes() const { return log_.bytes; }
 
-  // A file that is still there is left as one single file; one that is not is let go of.
+  // Leaves one single file. If the file or its WAL was harmed, leaves both as they are.
   void Close();
 
   bool IsOpen() const { return database_.Handle() != nullptr; }
@@ -47,13 +46,13 @@ class RecordingFile {
   bool OpenLog();
   bool IsOwn(const char* suffix) const;
   void RememberLog();
-  void Finalize();  // the statements: SQLite closes no connection that has any
+  void Finalize();  // ends all statements: SQLite closes no connection that has any
   SqliteCode InsertAll();
 
   std::string path_;
   FileIdentity identity_;
   FileIdentity log_;
-  Descriptor logHead_;  // closing it gives up no lock: SQLite locks nothing of a log
+  Descriptor logHead_;  // closing it releases no lock: SQLite holds none on a WAL
   std::array<unsigned char, 32> head_{};
   BatchTable rows_;
   Database database_;

@@ -14,8 +14,8 @@
 namespace store {
 namespace {
 
-constexpr std::size_t kMaxPath = 512 - sizeof "-journal";  // of SQLite
-constexpr std::size_t kBytes = 80 * 1024;                  // what the beginning of a recording takes
+constexpr std::size_t kMaxPath = 512 - sizeof "-journal";  // SQLite's limit
+constexpr std::size_t kBytes = 80 * 1024;                  // enough for an empty recording
 
 int TryToFill(int fd) {
   static constexpr std::array<char, 4096> kBlock{};

@@ -4,8 +4,7 @@
 
 namespace store {
 
-// The reason why no recording can be made at this path, for the log. Tries what making one needs, on a file
-// without a name.
+// Why no recording can be created at this path, for the log. Tries the same steps on an unnamed file.
 const char* WhyNoFile(const std::string& path);
 
 }  // namespace store

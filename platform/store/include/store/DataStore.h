@@ -13,32 +13,30 @@ class VehicleInfo;
 class VideoMgrStreamQualityItem;
 class VideoRecordingSettings;
 
-// The metadata store: takes each change of the system's state and keeps it as one record.
+// The metadata store: records each change of the system's state.
 //
-// Every operation takes what it is given as it stands: no range is checked, nothing is compared
-// with an earlier value, nothing is merged. Arguments are copied, none is kept by reference. No
-// operation throws or tells a result; what goes wrong is the store's business.
+// Operations record their arguments unchanged: they check no range, compare with no earlier value and merge
+// nothing. They copy their arguments. They never throw and return no result; the store handles errors itself.
 //
 // Common arguments:
-//   report  true: a change as it happened; false: the value that a source had when it was first
-//           asked. Recorded as such.
-//   tick    the sender's 32-bit system tick in milliseconds, recorded unchanged.
-//   tag     recorded unchanged; e_Tag_None where there is nothing to say.
-// Texts are UTF-8 and end at their first NUL; what is longer than 1024 bytes is cut, a byte that is
-// no UTF-8 becomes "?", null is the empty text.
+//   report  true: a change as it happened; false: the value that a source had when first asked. Recorded.
+//   tick    the sender tick: the sender's 32-bit system tick in milliseconds, recorded unchanged.
+//   tag     recorded unchanged; e_Tag_None if there is none.
+// Texts are UTF-8 and end at their first NUL. The store cuts them to 1024 bytes and replaces each byte that
+// is not UTF-8 by "?". Null is the empty text.
 //
-// One thread.
+// Use from one thread only.
 class DataStore {
  public:
   virtual ~DataStore() = default;
 
   // --- Time ---
 
-  // Tells the current system tick. The store's own times come from here, and its periodic work is
-  // done here; to be called at least about once a second. 0xFFFFFFFF (no tick) only does the work.
+  // Takes the current system tick, which sets the store's time, and does the periodic work. Call it at least
+  // about once a second. With 0xFFFFFFFF (no tick) it does only the work.
   virtual void TimerTick(unsigned int tick) = 0;
 
-  // The last tick told that was not 0xFFFFFFFF; 0xFFFFFFFF when there was none yet.
+  // The last tick passed to TimerTick other than 0xFFFFFFFF; 0xFFFFFFFF if there was none yet.
   virtual unsigned int GetCurrentSystemTick() = 0;
 
   // --- Runs of the process, the device, its settings ---
@@ -52,8 +50,8 @@ class DataStore {
   // Records the store's software, schema and the settings in force.
   virtual void ReportConfiguration(bool report) = 0;
 
-  // Records the last value of every source once more, so that what follows can be understood
-  // without what came before; durable when it returns. `report` has no influence.
+  // Records the last value of every source again, so that later records can be understood without earlier
+  // ones; durable when it returns. Ignores `report`.
   virtual void WriteFullState(bool report) = 0;
 
   // The six bytes of the hardware address, first byte first. Null is ignored.
@@ -63,9 +61,9 @@ class DataStore {
 
   // --- Vehicle and recording ---
 
-  // An on/off signal: the tag says which one and which way (see e_Tag). Recording, covert mode and
-  // crash are durable when the call returns, unless such a record was made durable less than 50 ms
-  // before.
+  // An on/off signal. The tag names the signal and its new state (see e_Tag). Recording, covert mode and
+  // crash are critical: durable when the call returns, or with the first TimerTick after 50 ms if another
+  // critical record was committed less than 50 ms before.
   virtual void ReportStateData(e_Tag tag, bool report, unsigned int tick) = 0;
 
   // A bookmark was set; durable like the signals above.
@@ -79,14 +77,14 @@ class DataStore {
   // Whether GPS has a usable fix.
   virtual void ReportGpsState(bool valid, bool report) = 0;
 
-  // A position with all that the GPS process tells about it.
+  // A GPS position with all its details.
   virtual void ReportGps(const GpsStatusItem& position, unsigned int tick, bool report) = 0;
 
   // A sample of the vehicle's speed in whole units of its source (1 = GPS, 2 = radar).
   virtual void ReportSpeed(unsigned char source, unsigned short speed, bool report, unsigned int tick,
                            e_Tag tag) = 0;
 
-  // Whether the source's speed samples are valid at present.
+  // Whether the source's speed samples are valid now.
   virtual void ReportValidSpeed(unsigned char source, bool valid) = 0;
 
   // Whether the radar (number 1) gives usable readings.
@@ -99,7 +97,7 @@ class DataStore {
 
   // --- Microphones and temperature ---
 
-  // Whether the microphone is there; whether it is active.
+  // Whether the microphone is present; whether it is active.
   virtual void ReportMicPresent(e_MicrophonePosition mic, bool present, bool report, unsigned int tick) = 0;
   virtual void ReportMicState(e_MicrophonePosition mic, bool active, bool report, unsigned int tick) = 0;
 
@@ -112,15 +110,15 @@ class DataStore {
                                  unsigned int tick) = 0;
   virtual void ReportVideoStreamState(e_VideoStream stream, e_StreamState state, bool report,
                                       unsigned int tick) = 0;
-  // What each of the streams is recorded with; stamped with the item's tick.
+  // The recording quality of each stream. The sender tick is the item's.
   virtual void ReportStreamQualityItem(VideoMgrStreamQualityItem& quality, bool report) = 0;
 
   // Live streaming of one stream. `address` is the receiver's IPv4 address in network byte order, as
-  // inet_addr gives it; 0xFFFFFFFF where there is none.
+  // inet_addr gives it; 0xFFFFFFFF if there is none.
   virtual void ReportLvsState(e_VideoStream stream, unsigned char camera, bool highQuality, bool enabled,
                               unsigned int address, unsigned short port, bool report, unsigned int tick) = 0;
 
-  // --- Configuration records: each is the current one from now on ---
+  // --- Configuration: each record is in force from now on ---
 
   virtual void ReportVehicleInfo(const VehicleInfo& vehicle, bool report) = 0;
   virtual void ReportSystemInfo(const SystemInfo& system, bool report) = 0;

@@ -7,29 +7,28 @@
 
 struct StoreOptions;
 
-// The metadata store on files: SQLite recordings named "<path>.NNNNNN.db", with a number of six
-// digits that counts up. Each run begins a new one, and so does a file that has grown to 256 MB;
-// none is ever recorded into again or deleted. docs/store.md describes what they hold.
+// The metadata store in SQLite files named "<path>.NNNNNN.db" (docs/store.md). The number counts up. A new
+// file begins with each run, and when the current one reaches 256 MB or was deleted or replaced. The store
+// never records into an earlier file again and never deletes one.
 //
-// A record is durable at the latest with the first TimerTick that comes 500 ms after it. While a
-// file cannot be written, records wait in memory, up to 4 MB; beyond that the oldest go first
-// (recording, covert mode, crash and bookmark last) and how many went is recorded when writing
-// works again. A file that was deleted or replaced is followed by a new one.
+// A record is durable with the first TimerTick that comes 500 ms after it, or earlier. While the file cannot
+// be written, records wait in memory, up to 4 MB. Beyond that the oldest are dropped, critical ones last, and
+// their number is recorded once writing works again.
 //
 // Before Open and after Close only TimerTick and GetCurrentSystemTick have an effect.
 class DataStoreNormal : public DataStore {
  public:
   explicit DataStoreNormal(const std::string& path);
   DataStoreNormal(const std::string& path, const StoreOptions& options);
-  ~DataStoreNormal() override;  // as Close
+  ~DataStoreNormal() override;  // calls Close
   DataStoreNormal(const DataStoreNormal&) = delete;
   DataStoreNormal& operator=(const DataStoreNormal&) = delete;
 
-  // Begins a new recording. False when it cannot be created (no such directory, no permission, no
-  // space); the log tells why. True at once when already open.
+  // Begins a new recording. False if it cannot be created (no such directory, no permission, no space); the
+  // log says why. True at once if already open.
   bool Open();
 
-  // Writes what is pending and closes the recording, which is then one single file.
+  // Writes pending records and closes the recording, which is then one single file.
   void Close();
 
   void TimerTick(unsigned int tick) override;

@@ -1,10 +1,10 @@
 #pragma once
 
-// Numbers that the store's operations take. The values are interface constants of the system; the
-// enumerations are open, a value that is not listed is recorded as it stands.
+// Numbers that the store's operations take. They are interface constants of the system. Values that are not
+// listed are recorded unchanged.
 
-// What a state or string record is about. States come in pairs: the even tag says that the signal
-// became active, the odd one above it that it became inactive.
+// Subject of a state or string record. States come in pairs: the even tag means that the signal became
+// active, the next odd tag that it became inactive.
 enum e_Tag : unsigned int {
   e_Tag_None = 0,
   e_Tag_Filler = 32,  // a text that only fills the recording
@@ -20,7 +20,7 @@ enum e_Tag : unsigned int {
   e_Tag_AuxOff = 61,
   e_Tag_DoorOpen = 62,
   e_Tag_DoorClosed = 63,
-  e_Tag_Started = 64,  // the recorder of metadata has started; reported once
+  e_Tag_Started = 64,  // the metadata recorder has started; reported once
   e_Tag_CrashDetected = 66,
   e_Tag_CrashCleared = 67,
   e_Tag_IgnitionOn = 68,
@@ -29,8 +29,8 @@ enum e_Tag : unsigned int {
   e_Tag_RecordingStopped = 71,
 };
 
-// A part of the recorder that has a software version of its own.
+// A part of the recorder with its own software version.
 enum e_COMPONENT : unsigned int { e_COMPONENT_Build = 2 };
 
-// Which way a radar looks or its target moves; 0: not told.
+// Which way a radar looks or its target moves; 0: unknown.
 enum e_RADAR_DIRECTION : unsigned int { e_RADAR_DIRECTION_Unknown = 0 };

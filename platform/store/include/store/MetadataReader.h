@@ -7,20 +7,18 @@ class Watchdog;
 // Copies stored metadata.
 class MetadataReader {
  public:
-  // Copies what the store at the base path `source`, which is open in this process, has recorded in
-  // its current run from the system tick `first` until `last`, both included, into a new recording at
-  // the absolute path `destination`. The copy stands alone and has all that was reported before; see
-  // docs/store.md.
+  // Copies a range of the current run into a new recording at the absolute path `destination`. `source` is
+  // the base path of a store that is open in this process. The range goes from system tick `first` to `last`,
+  // both included. The copy includes records that still wait in memory, and stands alone (docs/store.md).
   //
-  // `first` 0: from the beginning of the run; `last` 0xFFFFFFFF: to its end. A `first` above `last`
-  // crosses the wrap of the ticks. Where a tick has come several times the newest one is meant.
+  // `first` 0 means the beginning of the run, `last` 0xFFFFFFFF its end. If `first` is above `last`, the
+  // range crosses the wrap of the ticks. If a tick came several times, the newest counts.
   //
-  // True when the copy is durable. Otherwise nothing stands there that did not before: something is at
-  // the destination already, no file can be made or filled there, its name is one of the recordings',
-  // the store is not open or cannot write what is pending, a recording cannot be read, or the range
-  // lies beside the run.
+  // True once the copy is durable. False, and no new file, if the destination exists, has a recording's name,
+  // or cannot be created or filled; if the store is not open or cannot commit; if a recording cannot be read;
+  // or if the range lies outside the run.
   //
-  // Takes about half a second for a million records; `watchdog`, where not null, is petted meanwhile.
+  // Takes about half a second for a million records. Pets `watchdog` meanwhile, unless it is null.
   bool ReadToNewFile(const std::string& source, const std::string& destination, unsigned int first,
                      unsigned int last, Watchdog* watchdog);
 };

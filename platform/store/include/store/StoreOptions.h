@@ -3,26 +3,25 @@
 #include <cstddef>
 #include <cstdint>
 
-// Where the store takes the time that TimerTick does not tell.
+// The clocks that the store reads itself, beside TimerTick.
 class StoreClock {
  public:
   virtual ~StoreClock() = default;
 
-  // Milliseconds since boot in 32 bits, the clock of the ticks handed to TimerTick; 0xFFFFFFFF when
-  // it cannot be read.
+  // Milliseconds since boot in 32 bits, from the same clock as TimerTick's; 0xFFFFFFFF if it cannot be read.
   virtual unsigned int TickMs() const = 0;
 
   // Milliseconds since 1970-01-01T00:00:00Z by the system's wall clock.
   virtual std::int64_t UtcMs() const = 0;
 };
 
-// What tests and tools may choose; the defaults are the ones in use.
+// Options for tests and tools. The process uses the defaults.
 struct StoreOptions {
-  // Bytes of a recording file, with its log, at which the next one is begun. A smaller value means
-  // more files, each of which begins with a full state. At least 80 KiB, whatever is said.
+  // Bytes of a recording, including its WAL, at which the next one begins. A smaller value means more files,
+  // each beginning with a full state. Values below 80 KiB count as 80 KiB.
   std::uint64_t maxFileBytes = std::uint64_t{256} << 20;
 
-  // Bytes of records kept in memory while they cannot be written; beyond it the oldest go.
+  // Bytes of records kept in memory while they cannot be written. Beyond that the oldest are dropped.
   std::size_t maxPendingBytes = std::size_t{4} << 20;
 
   // Null: the system's clocks. Must outlive the store.
