@@ -19,7 +19,7 @@ constexpr std::size_t kMinDigits = 6;
 constexpr std::size_t kMaxDigits = 9;
 constexpr std::uint32_t kMaxNumber = 999'999'999;
 
-// The number that the name begins with, which is taken away; 0 where there is none.
+// Removes the number at the front of the name and returns it; 0 if there is none.
 std::uint32_t TakeNumber(std::string_view& name) {
   std::size_t digits = 0;
   while (digits < name.size() && name[digits] >= '0' && name[digits] <= '9') ++digits;
@@ -82,7 +82,7 @@ std::uint32_t FileNames::Numbers::FreeAfter(std::uint32_t number) const {
   return free <= kMaxNumber ? free : FreeAfter(0);
 }
 
-// 0 for a name that is none of a file or its log.
+// 0 if the name is neither a recording's nor that of a file beside one, such as its WAL.
 std::uint32_t FileNames::NumberOf(std::string_view name, bool& isRecording) const {
   isRecording = false;
   if (!name.starts_with(prefix_)) return 0;

@@ -8,12 +8,12 @@
 
 namespace store {
 
-// The name of a recording, taken apart: "x/metadata.000012.db" is number 12 of "x/metadata".
+// The parsed name of a recording: "x/metadata.000012.db" is number 12 of "x/metadata".
 struct RecordingName {
   std::string_view base;
   std::uint32_t number = 0;
 };
-// Nothing for every other name; the base is part of `path`.
+// Empty for every other name. `base` points into `path`.
 std::optional<RecordingName> ParseRecordingName(std::string_view path);
 
 // The files of one store: "<base>.NNNNNN.db".
@@ -24,20 +24,20 @@ class FileNames {
   std::string PathOf(std::uint32_t number) const;
 
   struct Numbers {
-    std::vector<std::uint32_t>
-        recordings;                    // names of recordings, newest first; what stands there may be anything
-    std::vector<std::uint32_t> taken;  // also by what only belongs to one, a log say; ascending
+    std::vector<std::uint32_t> recordings;  // by name, newest first; the content can be anything
+    std::vector<std::uint32_t> taken;       // also by files beside a recording, such as a WAL; ascending
 
-    // The first above `number` that is not taken; behind the last of nine digits the lowest one.
+    // First free number above `number`; after 999999999 the lowest free number.
     std::uint32_t FreeAfter(std::uint32_t number) const;
   };
 
-  // 0 or an errno value: the directory cannot be read.
+  // 0, or an errno value if the directory cannot be read.
   int List(Numbers& numbers) const;
 
   const std::string& Directory() const { return directory_; }
 
-  // Whether the path, which contains a "/", is that of a file of the store or its log, there or not.
+  // Whether the path, which contains a "/", names a recording of this store or a file beside one, existing or
+  // not.
   bool IsOneOf(const std::string& path) const;
 
  private:
@@ -45,10 +45,10 @@ class FileNames {
 
   std::string base_;
   std::string directory_;
-  std::string prefix_;  // of the names in the directory
+  std::string prefix_;  // of the file names
 };
 
-// A file as it was seen: tells whether the path still leads to it.
+// Identifies a file, to see later whether a path still leads to it.
 struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
@@ -57,7 +57,7 @@ struct FileIdentity {
   bool SameFile(const FileIdentity& other) const { return device == other.device && inode == other.inode; }
 };
 
-// 0 or an errno value; the identity is unchanged then.
+// 0, or an errno value with `identity` unchanged.
 int Identify(const std::string& path, FileIdentity& identity);
 
 // "x/y.db" gives "y.db".

@@ -46,7 +46,7 @@ int NewFile::Link() const {
     return linkat(AT_FDCWD, path.c_str(), directory_, name_.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
   }
   if (renameat2(directory_, partial_.c_str(), directory_, name_.c_str(), RENAME_NOREPLACE) == 0) return 0;
-  if (errno != EINVAL && errno != ENOSYS) return errno;  // these: the file system, or the kernel, cannot
+  if (errno != EINVAL && errno != ENOSYS) return errno;  // the file system or kernel lacks the call
   if (linkat(directory_, partial_.c_str(), directory_, name_.c_str(), 0) != 0) return errno;
   (void)unlinkat(directory_, partial_.c_str(), 0);
   return 0;

@@ -8,22 +8,21 @@
 
 namespace store {
 
-// A new file that shows under its name only when it is complete, and that nobody can put another in the place
-// of: it has no name until then. On a file system without such files it has another, `partial`, in its
-// directory.
+// A new file that gets its name only when it is complete. Until then it has no name, so nobody can replace
+// it. On a file system without unnamed files it has the name `partial` in the same directory.
 class NewFile {
  public:
   NewFile() = default;
-  ~NewFile();  // removes what was not published
+  ~NewFile();  // removes an unpublished file
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
 
-  // Makes it for the path `directory` (an open one) and `name`, with mode 0600. 0 or an errno value.
+  // Creates the file, mode 0600, for `name` in the open `directory`. 0 or an errno value.
   int Create(int directory, const std::string& name, const std::string& partial);
 
   int Get() const { return file_.Get(); }
 
-  // Durable under its name when 0; else an errno value: EEXIST when something has come there.
+  // Gives the file its name. 0: it is durable under that name. Else an errno value; EEXIST: name taken.
   int Publish();
 
  private:
@@ -31,7 +30,7 @@ class NewFile {
 
   int directory_ = -1;
   std::string name_;
-  std::string partial_;  // empty: it has no name
+  std::string partial_;  // empty: the file has no name
   Descriptor file_;
   bool published_ = false;
 };

@@ -13,7 +13,7 @@ void Descriptor::Reset() {
 }
 
 Descriptor OpenPlainFile(const std::string& path, struct stat& status) {
-  // Looked at before: opening a device can have an effect of its own.
+  // Checks before opening: opening a device can have side effects.
   if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   Descriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (!file.IsOpen() || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};

@@ -7,7 +7,7 @@
 
 namespace store {
 
-// Closes what it holds.
+// Owns a file descriptor and closes it.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -28,11 +28,11 @@ class Descriptor {
   int fd_ = -1;
 };
 
-// Opens a regular file to read, and nothing else: no link, FIFO, device or directory; never waits. Not open
-// on failure; `status` is the file's otherwise.
+// Opens a regular file for reading: no link, FIFO, device or directory. Never blocks. Not open on failure;
+// else `status` is the file's.
 Descriptor OpenPlainFile(const std::string& path, struct stat& status);
 
-// Up to `size` bytes from the offset; fewer where the file ends or cannot be read.
+// Reads up to `size` bytes and returns their number; fewer if the file ends or cannot be read.
 std::size_t ReadFully(const Descriptor& file, std::uint64_t offset, unsigned char* data, std::size_t size);
 
 // 0 or an errno value.

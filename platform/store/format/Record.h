@@ -41,11 +41,11 @@ enum TableId : unsigned char {
   kTableCount
 };
 
-// Why a record was made; the numbers stand in the files.
+// Why a record was made. Recordings hold these numbers.
 enum class Event : unsigned char {
   kInitial = 0,   // the value a source had when first asked
   kChange = 1,    // it happened
-  kRestated = 2,  // a last value told again
+  kRestated = 2,  // a last value, repeated in a full state
 };
 constexpr Event EventOf(bool report) {
   return report ? Event::kChange : Event::kInitial;
@@ -55,12 +55,12 @@ constexpr std::int64_t kNoSenderTick = -1;
 
 struct RecordHeader {
   std::int64_t seq = 0;
-  std::int64_t tick = 0;  // arrival, milliseconds
+  std::int64_t tick = 0;  // arrival tick, milliseconds
   std::int64_t senderTick = kNoSenderTick;
   std::uint32_t cellBytes = 0;
   TableId table = kStateTable;
   Event event = Event::kChange;
-  bool critical = false;  // durable at once, and the last to go
+  bool critical = false;  // durable at once, dropped last
 };
 
 }  // namespace store

@@ -7,7 +7,7 @@ namespace store {
 RunId NewRunId() {
   RunId id{};
   constexpr auto kWhole = static_cast<ssize_t>(std::tuple_size_v<RunId>);
-  // Early in a boot the kernel may not trust its own numbers yet. They are good enough to tell runs apart.
+  // Early after boot the kernel's random numbers may not be secure yet. They still tell runs apart.
   if (getrandom(id.data(), id.size(), GRND_NONBLOCK) == kWhole) return id;
   return getrandom(id.data(), id.size(), GRND_INSECURE) == kWhole ? id : RunId{};
 }

@@ -5,13 +5,13 @@
 
 namespace store {
 
-// Tells the files of one run from those of every other run, also of other recorders. Zeros: not known.
+// Identifies the files of one run, unique across recorders. Zeros: unknown.
 using RunId = std::array<unsigned char, 16>;
 
-// Random bytes of the kernel. Never waits for them: zeros where it has none.
+// Random bytes from the kernel. Never blocks; zeros if the kernel has none.
 RunId NewRunId();
 
-// As SQL writes a BLOB: "x'0f...'".
+// The id as a BLOB in SQL: "x'0f...'".
 std::string BlobSql(const RunId& id);
 
 }  // namespace store

@@ -30,7 +30,7 @@ std::string CreateTagNames() {
   return sql;
 }
 
-// Every record in one form; `shift` is the sender's tick less the arrival's, the wrap taken out.
+// All records with the same columns. `shift` is sender tick minus arrival tick, corrected for the wrap.
 std::string CreateRecordView() {
   std::string sql = "CREATE VIEW record AS\n";
   const char* separator = "";

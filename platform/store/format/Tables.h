@@ -6,7 +6,7 @@
 
 namespace store {
 
-// GPS tells this altitude, in decimetres, when it knows none.
+// GPS sends this altitude, in decimetres, if it knows none.
 inline constexpr std::int64_t kNoAltitudeDm = 134'217'727;
 #define STORE_NO_ALTITUDE "134217727"
 

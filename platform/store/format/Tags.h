@@ -4,9 +4,9 @@
 
 namespace store {
 
-// A pair of tags: the even one and the odd one above it.
+// A pair of tags: an even tag and the next odd one.
 struct TagName {
-  e_Tag tag;  // the even one
+  e_Tag tag;  // the even tag
   const char* name;
   const char* active;
   const char* inactive;
@@ -27,7 +27,7 @@ inline constexpr TagName kTagNames[] = {
     {e_Tag_RecordingStarted, "recording", "started", "stopped", true},
 };
 
-// Where a speed comes from.
+// The source of a speed.
 struct SpeedSource {
   int number;
   const char* name;

@@ -5,15 +5,14 @@
 
 namespace store {
 
-// Bytes of the character that begins the text, which is not empty; 0 where none does.
+// Bytes of the first character of a non-empty text; 0 if it is not valid UTF-8.
 std::size_t CharacterBytes(std::string_view text);
 
-// The part of a text that is recorded: up to its first NUL and at most `maxBytes`, ending between
-// two characters.
+// The recorded part of a text: up to its first NUL, at most `maxBytes`, without cutting a character.
 std::string_view CutText(std::string_view text, std::size_t maxBytes);
 
-// Replaces every byte that is no part of a UTF-8 character by "?": one wrong byte in a recording
-// makes some readers refuse the whole table.
+// Replaces each byte that is not part of a UTF-8 character by "?". One wrong byte makes some programs reject
+// the whole table.
 void MakeUtf8(char* text, std::size_t size);
 
 }  // namespace store

@@ -1,25 +1,25 @@
 // A WAL begins with a header of 32 bytes, eight big-endian words: magic number, format, page size, number of
 // the checkpoint, two salts, two words of checksum over the six before. Frames follow, each a header of 24
-// bytes and a page. The header's words: page number, pages in the database after a commit (0: no commit), the
-// WAL's two salts, two words of checksum.
+// bytes and a page. The words of a frame header: page number, pages in the database after a commit (0: no
+// commit), the WAL's two salts, two words of checksum.
 //
-// A checksum goes on from the one before it: s0 += x + s1; s1 += y + s0 for each pair of words x, y. The
-// header's begins with 0, 0; a frame's goes on from that of the frame before, over its first two words and
-// its page. The lowest bit of the magic number tells in which byte order the words are added up: 1
+// Checksums are chained: s0 += x + s1; s1 += y + s0 for each pair of words x, y. The header's checksum starts
+// at 0, 0. A frame's starts at the checksum of the frame before it, and covers the frame's first two words
+// and its page. The lowest bit of the magic number gives the byte order of the words in the sum: 1 is
 // big-endian.
 //
-// SQLite begins anew at the front once all is in the database, with other salts. So a frame is of the WAL's
-// generation when its salts are the header's; what follows of earlier generations is stale.
+// Once everything is in the database, SQLite starts again at the front with other salts. A frame belongs to
+// the WAL's generation if its salts are the header's. Frames of earlier generations after it are stale.
 //
-//   - A frame is sound when it is of the generation and its checksum, computed from the one stored in the
-//   frame
-//     before it, is right. The stored one is taken so that one broken frame does not spoil all after it.
-//   - The first frame that is not sound is the break. A frame whose checksum fits to one of the generation
-//     before it is of the generation whatever its salts are: they stand outside the checksum.
-//   - No frame of the generation from the break on: the WAL is sound.
-//   - At most one commit among those from the break on: it is torn, as a power cut tears the last transaction
-//     before its sync.
-//   - More than one: what was synced is broken, and the WAL is damaged. So is one whose header is invalid.
+//   - A frame is sound if it belongs to the generation and its checksum is right. The check starts at the
+//     checksum stored in the frame before it, so that one broken frame does not spoil all after it.
+//   - The first frame that is not sound is the break. A frame whose checksum continues that of a frame of the
+//     generation also belongs to the generation, whatever its salts: the checksum does not cover them.
+//   - The WAL is sound if no frame of the generation follows from the break on.
+//   - It is torn if at most one commit follows from the break on: a power cut tears the last transaction like
+//     this before its sync.
+//   - It is damaged if more commits follow: synced data is broken. It is also damaged if its header is
+//     invalid.
 #include "WalScan.h"
 
 #include <array>
@@ -32,7 +32,7 @@ namespace {
 
 constexpr std::size_t kHeaderBytes = 32;
 constexpr std::size_t kFrameHeaderBytes = 24;
-constexpr std::uint32_t kMagic = 0x377F0682;  // or 1 more
+constexpr std::uint32_t kMagic = 0x377F0682;  // plus 1 for big-endian sums
 constexpr std::uint32_t kFormat = 3007000;
 constexpr std::uint32_t kMinPageBytes = 512;
 constexpr std::uint32_t kMaxPageBytes = 65536;

@@ -6,24 +6,24 @@
 
 namespace store {
 
-// Reads up to `size` bytes at the offset of a file; fewer only where the file ends.
+// Reads up to `size` bytes at the offset of a file; fewer only at the end of the file.
 using ReadAt = std::function<std::size_t(std::uint64_t offset, unsigned char* data, std::size_t size)>;
 
 enum class WalState {
-  kEmpty,    // no byte
-  kSound,    // all of it up to its last commit can be folded in
-  kTorn,     // something is broken in what can be the last, unsynced commit: the rest can be folded in
-  kDamaged,  // a synced commit is broken: nobody knows what it held, nothing is to be folded in
+  kEmpty,    // no bytes
+  kSound,    // can be folded in up to its last commit
+  kTorn,     // only what can be the last, unsynced commit is broken: the rest can be folded in
+  kDamaged,  // a synced commit is broken and its content unknown: nothing may be folded in
 };
 
 struct WalFinding {
   WalState state = WalState::kEmpty;
   std::uint64_t endOfCommits = 0;  // bytes up to the end of the last commit that can be folded in
   std::uint64_t brokenAt = 0;      // torn or damaged: offset of the first broken frame, 0 for the header
-  std::uint32_t frameBytes = 0;    // header and page; 0 where the header is invalid
+  std::uint32_t frameBytes = 0;    // header and page; 0 if the WAL's header is invalid
 };
 
-// Judges the WAL of an SQLite database by its bytes alone; the rule stands in WalScan.cpp.
+// Judges the WAL of an SQLite database by its bytes alone, by the rules in WalScan.cpp.
 WalFinding ScanWal(const ReadAt& read);
 
 }  // namespace store

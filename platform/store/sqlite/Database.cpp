@@ -53,7 +53,7 @@ SqliteCode Database::KeepWals() {
 }
 
 SqliteCode Database::TrustNothing() {
-  constexpr int kMaxBytesOfAValue = 1 << 20;  // what is longer is in no recording
+  constexpr int kMaxBytesOfAValue = 1 << 20;  // no recording has a longer value
   constexpr std::pair<int, int> kSettings[] = {{SQLITE_DBCONFIG_DEFENSIVE, 1},
                                                {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
                                                {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},

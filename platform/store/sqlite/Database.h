@@ -10,47 +10,46 @@
 
 namespace store {
 
-// One connection to a database file that is there already. Follows and makes no rollback journal. Waits for
-// no lock unless told to. Statements must be gone before it closes.
+// One connection to an existing database file. Neither uses nor creates a rollback journal. Does not wait for
+// locks by default. Destroy all statements before it closes.
 class Database {
  public:
   // For writing.
   SqliteCode Open(const std::string& path);
-  // For reading a file that others may be writing: neither it nor its WAL is changed.
+  // For reading a file that others may write. Changes neither the file nor its WAL.
   SqliteCode OpenToRead(const std::string& path);
   // For writing through an open descriptor, with other files attached under URIs.
   SqliteCode OpenForAttaching(int file);
-  // For reading a file that somebody may have tampered with. Its WAL stays as it is unless the journal mode
-  // is changed.
+  // For reading a file that may have been tampered with. Keeps its WAL unless the journal mode is changed.
   SqliteCode OpenHostile(const std::string& path);
-  // The same without a look at its WAL: nothing can be changed, and nothing beside the file is opened.
+  // The same, but ignores the WAL: changes nothing and opens no file beside it.
   SqliteCode OpenHostileAlone(const std::string& path);
-  // With SQLite's own flags for opening; `name` is a URI where they say so.
+  // With SQLite's own open flags; `name` can be a URI if they allow it.
   SqliteCode Open(const std::string& name, int flags) { return Open(name, flags, JournalFreeVfs()); }
-  // Lets the close fold no WAL in, though this connection be the last.
+  // Keeps the WAL at the close, even of the last connection.
   SqliteCode KeepWals();
   void Close() { handle_.reset(); }
 
   bool IsOpen() const { return handle_ != nullptr; }
   sqlite3* Handle() const { return handle_.get(); }
 
-  // Ends every statement that takes much more work than those that read a sound file.
+  // Interrupts every statement that takes much more work than reading a sound file does.
   void LimitWork();
-  // Ends every statement once the function says so; it must live as long as the connection.
+  // Interrupts every statement once `over` returns true. `over` must outlive the connection.
   void EndWhen(const std::function<bool()>& over);
 
   SqliteCode Execute(const std::string& sql);
-  // The first column of the first row as text or number: kOk; kDone when there is no row; or an error.
-  // The result is unchanged unless kOk.
+  // Reads the first column of the first row as text or number. kOk; kDone if there is no row; or an error.
+  // `result` is unchanged unless kOk.
   SqliteCode Query(const std::string& sql, std::string& result);
   SqliteCode Query(const std::string& sql, std::int64_t& result);
-  // The same number; `otherwise` where there is none, it is NULL or cannot be read.
+  // The same number; `otherwise` if there is no row, it is NULL or cannot be read.
   std::int64_t Integer(const std::string& sql, std::int64_t otherwise);
 
-  // Of a database in memory: what its file would hold; empty on failure.
+  // The bytes of a database in memory, as its file would hold them; empty on failure.
   std::string Bytes() const;
 
-  // What went wrong last.
+  // The message of the last error.
   std::string Error() const { return sqlite3_errmsg(handle_.get()); }
 
  private:

@@ -54,7 +54,7 @@ int FileSize(sqlite3_file* /*file*/, sqlite3_int64* size) {
   return SQLITE_OK;
 }
 
-// Locks, and syncs, which the caller makes itself.
+// Lock, unlock and sync do nothing: the caller syncs.
 int Nothing(sqlite3_file* /*file*/, int /*what*/) {
   return SQLITE_OK;
 }

@@ -2,12 +2,12 @@
 
 namespace store {
 
-// A file system layer of one file, which is open already: SQLite writes a database through the descriptor and
-// never opens anything by name for it. Other files, temporary ones say, are the default layer's. Nothing is
-// locked; the descriptor stays the caller's, and must be open as long as the connection is. One at a time.
+// An SQLite file system layer for one file that is already open. SQLite reads and writes the database through
+// the descriptor and never opens it by name. The default layer handles other files, such as temporary ones.
+// Locks nothing. The caller owns the descriptor and keeps it open while the connection is. One at a time.
 const char* DescriptorVfs(int descriptor);
 
-// The name to open it by.
+// The name under which SQLite opens the descriptor.
 inline constexpr const char* kDescriptorName = "/descriptor";
 
 }  // namespace store

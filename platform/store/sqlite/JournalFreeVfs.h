@@ -4,12 +4,11 @@
 
 namespace store {
 
-// The name of a file system layer under which SQLite neither finds nor makes a rollback journal. One that was
-// planted beside a database, and that names another file, would make SQLite delete that file. Everything else
-// is what the default layer does.
+// The name of an SQLite file system layer that neither finds nor creates rollback journals. A planted journal
+// that names another file would make SQLite delete that file. In all else it is the default layer.
 const char* JournalFreeVfs();
 
-// A URI's parameters with this layer among them.
+// Adds this layer to the parameters of a URI.
 inline std::string JournalFree(const char* parameters) {
   return parameters + std::string("&vfs=") + JournalFreeVfs();
 }

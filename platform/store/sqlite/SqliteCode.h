@@ -4,7 +4,7 @@
 
 namespace store {
 
-// What a call of SQLite returned. The named ones decide something; every other value is an error.
+// The result of an SQLite call. The code asks for the named values; every other value is an error.
 enum class [[nodiscard]] SqliteCode : int{
     kOk = SQLITE_OK,
     kRow = SQLITE_ROW,
@@ -19,7 +19,7 @@ constexpr bool Ok(SqliteCode code) {
   return code == SqliteCode::kOk;
 }
 
-// The reason in English.
+// The result as English text.
 inline const char* TextOf(SqliteCode code) {
   return sqlite3_errstr(static_cast<int>(code));
 }

@@ -23,7 +23,7 @@ class Statement {
 
   // kRow, kDone or an error.
   SqliteCode Step() { return SqliteCode{sqlite3_step(statement_.get())}; }
-  // Runs a statement without rows, ready for the next values; kOk or an error.
+  // Runs a statement that returns no rows, and resets it; kOk or an error.
   SqliteCode Run();
   void Reset() { (void)sqlite3_reset(statement_.get()); }
 
