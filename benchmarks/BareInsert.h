@@ -2,8 +2,8 @@
 
 #include <string>
 
-// The contents of a recording: records, those of them that tell of a change, and the room for them in the
-// sequence; the last equals the first unless some were lost.
+// Counts of a recording: records, records of changes, and sequence numbers from the first to the last record.
+// If `numbers` exceeds `records`, records were lost.
 struct Recorded {
   long long records = 0;
   long long changes = 0;
@@ -11,7 +11,7 @@ struct Recorded {
 };
 Recorded CountRecords(const std::string& recording);
 
-// CPU seconds that prepared statements, one for each record, take to insert all records of the recording
-// into a new file at `path`, in their order, in transactions of as many as the store's at full load. The
-// file has the same tables and settings.
+// CPU seconds for inserting all records of the recording, in order, into a new file at `path`. Runs one
+// prepared statement per record, in transactions of the size that the store has at full load. The file has
+// the same tables and settings as a recording.
 double InsertBare(const std::string& recording, const std::string& path);

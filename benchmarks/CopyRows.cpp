@@ -1,10 +1,10 @@
-// The cost of a copy of a long recording, beside bare INSERT ... SELECT statements that move the same rows
-// between the same files, and how much memory it takes.
+// Time and memory for copying a long recording, compared with bare INSERT ... SELECT statements (the floor)
+// that copy the same rows between the same files.
 //
 //   CopyRows [ROWS]     default 10,000,000
 //
-// Elapsed times, in turns, on the medium of the current directory, each with a sync at its end. The floor
-// runs in a process of its own, so that the peak of this one's memory ("VmHWM") is that of recording and
+// Measures elapsed times alternately, on the medium of the current directory, each including a final sync.
+// The floor runs in its own process, so that this process's peak memory ("VmHWM") is that of recording and
 // copying.
 
 #include <fcntl.h>
@@ -50,7 +50,7 @@ std::vector<std::string> RecordingsIn(const std::string& directory) {
   return paths;
 }
 
-// The settings are those of a copy: the comparison covers everything around the rows.
+// Uses the settings of a copy, so that the comparison shows all other costs.
 int CopyBare(const std::string& destination, const std::vector<std::string>& sources) {
   sqlite3* database = nullptr;
   const auto run = [&database](const std::string& sql) {

@@ -1,10 +1,11 @@
-// The cost of an event from the socket to the file, from ten senders, beside a bare receive and bare inserts
-// of the same rows; in a flood, and paced so that each event wakes the process. Then the part that the
-// process takes while all are silent.
+// The cost of an event of ten senders from the socket to the file, compared with a bare receive and bare
+// inserts of the same rows. Sends events as a flood, and paced so that each event wakes the process. Then
+// measures the cost of the process while all senders are silent.
 //
-//   EndToEnd [KIND]     default: each kind of event, and all kinds in turn
+//   EndToEnd [KIND]     default: each kind of event, then all kinds in turn
 //
-// CPU time of the receiving process; files in memory (/dev/shm). That nothing was lost is checked each time.
+// Measures the CPU time of the receiving process, with files in memory (/dev/shm). Checks each time that no
+// event was lost.
 
 #include <algorithm>
 #include <cstdio>
@@ -29,7 +30,7 @@ constexpr int kIdleSeconds = 20;
 using Packets = std::vector<std::string>;
 using Kind = ReceiverProcess::Kind;
 
-// Of an event: microseconds of CPU, and waits.
+// Cost per event: microseconds of CPU, and waits.
 struct Cost {
   double receive = 0;
   double insert = 0;
@@ -38,7 +39,7 @@ struct Cost {
   double Ratio() const { return ours / (receive + insert); }
 };
 
-// The senders stay until all was received.
+// Keeps the senders connected until the receiver has everything.
 Taken Send(const ReceiverProcess& receiver, const Packets& packets, bool flood) {
   const Senders senders(receiver.Endpoint());
   if (flood) {
@@ -78,7 +79,7 @@ Cost Round(const Packets& packets, bool flood) {
   return cost;
 }
 
-// The round whose ratio is the middle one.
+// The round with the median ratio.
 Cost Measure(const Packets& packets, bool flood) {
   std::vector<Cost> rounds;
   rounds.reserve(kRounds);

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-// CPU time of this thread.
 inline double ThreadSeconds() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -25,7 +24,7 @@ inline double Median(std::vector<double> numbers) {
   std::exit(1);
 }
 
-// A directory in memory, where a sync costs nothing; removed at the end.
+// A directory in memory, where a sync costs nothing; the destructor removes it.
 class Scratch {
  public:
   Scratch() {

@@ -6,7 +6,7 @@
 
 namespace {
 
-// Prints nothing itself and keeps each benchmark's time, in the unit it asks for.
+// Stores each benchmark's time in the benchmark's unit; prints only the final table.
 class KeepingReporter : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context& /*context*/) override { return true; }

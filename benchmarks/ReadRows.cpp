@@ -1,10 +1,11 @@
-// The cost of the reader's commands for each record of a long recording, beside bare SELECT loops that read
-// every value of the same rows, and how much memory they take.
+// CPU time and memory of the reader's commands on a long recording, compared with bare SELECT loops that read
+// every value of the same rows.
 //
 //   ReadRows [ROWS]     default 1,000,000
 //
-// CPU times of processes of their own, in turns, output to /dev/null; peaks of resident memory as the kernel
-// counted them. The memory is measured at a tenth of the rows, too: it must not depend on them.
+// Each measurement runs in its own process, with output to /dev/null, in several turns. The kernel reports
+// the peak of resident memory. Also measures memory with a tenth of the rows: it must not depend on their
+// number.
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -39,7 +40,7 @@ struct Cost {
   long kilobytes = 0;
 };
 
-// The most frequent records of a drive: ten a second.
+// Records the most frequent kinds of a drive: ten records a second.
 std::string Record(const std::string& directory, long rows) {
   fs::create_directory(directory);
   TurnedClock clock;
@@ -92,7 +93,7 @@ std::int64_t SelectTable(sqlite3* database, const std::string& table, bool asTex
   return sum;
 }
 
-// Reads every value of every row, one table after the other.
+// Reads every value of every row, table by table.
 int SelectAll(const std::string& directory, bool asText) {
   std::int64_t sum = 0;
   for (const auto& entry : fs::directory_iterator(directory)) {

@@ -1,8 +1,8 @@
-// The cost of taking a message of each kind from the socket to the store's batch, beside the cost of
-// receiving the same bytes from a socket of the same kind and dropping them.
+// The cost of a message of each kind from the socket to the store's batch, compared with receiving the same
+// bytes from a socket of the same kind and dropping them.
 //
-// CPU time of the receiving side alone: messages are sent beforehand, as many as the socket takes. The
-// tick is read as ever, but stands during a burst: the reports are committed between two bursts.
+// Measures only the CPU time of the receiving side: sends a burst of messages first. Reads the clock as
+// usual, but keeps the tick constant during a burst, so that commits happen only between bursts.
 
 #include <benchmark/benchmark.h>
 #include <sys/mman.h>
@@ -92,7 +92,7 @@ void Register(const std::string& name, void (*function)(benchmark::State&, const
 
 }  // namespace
 
-// In place of the platform's.
+// Replaces the platform's function.
 unsigned int Systick::SystemTick() const {
   timespec now{};
   if (clock_gettime(CLOCK_BOOTTIME, &now) != 0) return kUnavailable;

@@ -66,7 +66,7 @@ Taken ReceiveBare(const std::string& path, int events, int ready) {
   return meter.SoFar();
 }
 
-// One turn of the program's loop; whether a message came.
+// One turn of the main loop; returns whether a message arrived.
 bool Turn(MetadataMgr& manager, LinxIpc& ipc) {
   const bool came = ipc.Receive(1000, 0, LinxIpc::emptyString, nullptr) == 0;
   manager.PetWatchdog();
@@ -102,7 +102,7 @@ Taken ReceiveOurs(const std::string& directory, int events, int ready) {
       idle = came ? 0 : idle + 1;
       if (idle == 5) Fail("Events were lost: receive");
     }
-    laterMs = 1000;  // the last reports are due for a commit
+    laterMs = 1000;  // makes the commit of the last reports due
     manager.PeriodicProcessing();
   });
 }
@@ -116,7 +116,7 @@ Taken Idle(const std::string& directory, int seconds, int ready) {
 
 }  // namespace
 
-// In place of the platform's, so that work which is due in a second can be done at once.
+// Replaces the platform's function, so that work due in a second can be done at once.
 unsigned int Systick::SystemTick() const {
   timespec now{};
   if (clock_gettime(CLOCK_BOOTTIME, &now) != 0) return kUnavailable;

@@ -4,19 +4,19 @@
 
 #include <string>
 
-// The cost of receiving: CPU time and voluntary waits of the receiving process, in all.
+// The total cost of receiving: CPU time and voluntary waits of the receiving process.
 struct Taken {
   double cpuSeconds = 0;
   double waits = 0;
 };
 
-// A process that receives in a directory of its own, from ten senders, until it has had so many events.
+// A process that receives `events` events from ten senders, with its own directory.
 class ReceiverProcess {
  public:
   enum class Kind {
-    kBare,  // waits for ten sockets with epoll, receives and drops
-    kOurs,  // the manager with the handlers of all kinds, in the program's loop, until all is committed
-    kIdle   // the same for some seconds, of which `events` is the number
+    kBare,  // waits for ten sockets with epoll, drops each event
+    kOurs,  // runs the manager with all handlers in the main loop until all events are committed
+    kIdle   // runs the manager for `events` seconds
   };
   ReceiverProcess(Kind kind, const std::string& directory, int events);
 

@@ -57,7 +57,7 @@ void Senders::Flood(const std::vector<std::string>& packets, int events) const {
   for (const pid_t child : children) (void)waitpid(child, nullptr, 0);
 }
 
-// Waits by looking at the clock: sleeping is not exact enough.
+// Polls the clock, because sleeping is not exact enough.
 void Senders::Pace(const std::vector<std::string>& packets, int events, double gapSeconds) const {
   double next = Seconds();
   for (int i = 0; i < events; ++i) {

@@ -1,6 +1,6 @@
-// From the start of the process to the moment it runs: exec, endpoint, store, handshake, first
-// output. The state manager's side answers at once; full run is taken as reached when a ping sent
-// behind it is answered.
+// The time from the start of the process to full run: exec, endpoint, store, handshake, first records. The
+// benchmark plays the state manager and answers at once. It sends a ping after the full-run message; the
+// answer ends the measurement.
 
 #include <benchmark/benchmark.h>
 #include <spawn.h>

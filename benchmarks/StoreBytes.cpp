@@ -1,8 +1,8 @@
-// The bytes that the store writes for each record at several rates, and its longest commit.
+// The bytes that the store writes per record at several rates, and its longest commit.
 //
-// Two minutes of records, told as fast as the medium allows, into a directory beside the caller's: the
-// real medium, with real syncs. Bytes are those that the process hands to write calls ("wchar" in
-// /proc/self/io): the WAL and the pages folded from it into the file.
+// Reports two minutes of records as fast as possible, into a new directory in the current one: on the real
+// medium, with real syncs. Counts the bytes of write calls ("wchar" in /proc/self/io): the WAL, and the pages
+// that checkpoints copy into the file.
 
 #include <algorithm>
 #include <chrono>

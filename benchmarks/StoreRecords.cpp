@@ -1,7 +1,7 @@
-// The cost of a record from its report through batch and commit, beside bare prepared inserts of the same
-// rows in transactions of the same size into a table of the same kind.
+// The cost of a record from its report through batch and commit, compared with bare prepared inserts of the
+// same rows into a similar table, in transactions of the same size.
 //
-// CPU time of the thread. Both write to memory (/dev/shm), where a sync costs nothing.
+// Measures the CPU time of the thread. Both write to memory (/dev/shm), where a sync costs nothing.
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -82,7 +82,7 @@ void Repeated(benchmark::internal::Benchmark* benchmark) {
       ->Unit(benchmark::kMicrosecond);
 }
 
-// The records of half a second, at 100 and at 1,000 a second.
+// Transactions of half a second, at 100 and at 1,000 records a second.
 BENCHMARK(Floor)->Name("Store50Records/floor")->Arg(50)->Apply(Repeated);
 BENCHMARK(Ours)->Name("Store50Records/ours")->Arg(50)->Apply(Repeated);
 BENCHMARK(Floor)->Name("Store500Records/floor")->Arg(500)->Apply(Repeated);

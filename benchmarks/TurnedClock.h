@@ -4,7 +4,7 @@
 
 #include "store/StoreOptions.h"
 
-// A clock that the benchmark turns on, so that a store takes as much time for recorded as is needed.
+// A clock that the benchmark moves forward, so that the store sees as much time pass as needed.
 class TurnedClock : public StoreClock {
  public:
   unsigned int TickMs() const override { return tick; }

@@ -23,7 +23,7 @@ const RawPeer& Connection() {
   return peer;
 }
 
-// Waits a moment for room, without reading.
+// Waits up to 10 ms for room, without reading.
 void SendPatiently(const RawPeer& peer, const std::string& packet) {
   constexpr int kPatienceMs = 10;
   if (peer.Send(packet) != EAGAIN) return;
@@ -77,7 +77,7 @@ void ConnectUnderManyNames() {
   }
 }
 
-// Killed while its socket is full of requests, and of answers that it did not read.
+// Is killed while its socket is full of requests and unread answers.
 void Die() {
   const pid_t child = fork();
   if (child == 0) {

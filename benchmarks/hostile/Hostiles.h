@@ -2,10 +2,10 @@
 
 #include <span>
 
-// A peer without manners.
+// A hostile peer.
 struct Hostile {
   const char* what;
-  void (*behave)();  // once; it is called again and again until the time is over, in a process of its own
+  void (*behave)();  // one round; a separate process repeats it until the time is over
 };
 
 std::span<const Hostile> Hostiles();

@@ -1,9 +1,9 @@
-// One hostile peer at a time, each against a MetadataMgr of its own, while peers with manners go on: how
-// long these wait at most, and the memory and descriptors of the process.
+// Runs one hostile peer at a time, each against a new MetadataMgr, beside well-behaved peers. Measures how
+// long these wait, and the memory and descriptors of the process.
 //
-// Usage: HostilePeers [SECONDS]. For each hostile peer so long, by default five seconds. The exit status is
-// 1 where one of the others was not served, lost an event, or the process took more than its bounds; how
-// long they waited is only told.
+// Usage: HostilePeers [SECONDS]. SECONDS is the time for each hostile peer, by default five. The exit status
+// is 1 when a well-behaved peer was not served or lost an event, or when the process exceeded a limit. Prints
+// the waiting times without checking them.
 
 #include <sys/resource.h>
 
@@ -19,7 +19,7 @@
 namespace {
 
 constexpr long kMaxResidentKb = 24L * 1024;
-constexpr int kMaxDescriptors = 160;  // 128 connections, and its own
+constexpr int kMaxDescriptors = 160;  // 128 connections and the process's own
 constexpr long kMaxLogBytes = 1L << 20;
 
 void MayOpenMany() {

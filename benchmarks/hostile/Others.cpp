@@ -18,9 +18,9 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kTimeoutMs = 10000;
 
-// The final report of one of them.
+// The final report of one peer.
 struct Result {
-  unsigned int peer;  // kPeers: the newcomer
+  unsigned int peer;  // kPeers means the newcomer
   long count, halfUs, mostUs, longestUs, failed;
 };
 
@@ -72,7 +72,7 @@ bool ComeAndLeave() {
 Result Come(Clock::time_point end) {
   std::vector<long> waitsUs;
   long failed = 0;
-  do {  // at least once, however late it runs
+  do {  // at least once, however late it starts
     const Stopwatch watch;
     if (ComeAndLeave()) {
       waitsUs.push_back(watch.Us());

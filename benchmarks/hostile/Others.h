@@ -10,24 +10,23 @@
 struct Waits {
   long pings = 0;
   long halfUs = 0;
-  long mostUs = 0;  // of 99 in a hundred
+  long mostUs = 0;  // 99th percentile
   long longestUs = 0;
   long newcomers = 0;
   long newcomerLongestUs = 0;
-  long failed = 0;                 // pings and newcomers that got no answer, or a refusal
-  std::vector<long> cameraStates;  // sent by each
+  long failed = 0;                 // pings and newcomers without an answer, or refused
+  std::vector<long> cameraStates;  // camera states sent by each peer
 };
 
-// Peers with manners, each a process of its own: kPeers that tell a camera's state and ping, each
-// millisecond or as soon as the answer is there, and one that comes anew each time, follows the bookmarks
-// and leaves again.
+// Well-behaved peers, each in its own process. kPeers of them send a camera state and a ping, then wait for
+// the answer and one millisecond. One newcomer repeatedly connects, subscribes to bookmarks and disconnects.
 class Others {
  public:
   static constexpr unsigned int kPeers = 3;
 
-  // They are connected from now on, and go on so long.
+  // Connects the peers and runs them for `seconds`.
   explicit Others(double seconds);
-  // Waits for their end.
+  // Waits until the peers have ended.
   Waits End();
 
  private:

@@ -32,7 +32,7 @@ std::string Await(LinxIpc& at, unsigned int type) {
                                       : std::string(message.DataPtr(), message.DataPtr() + message.Size());
 }
 
-// Accepts all subscriptions with a server. The zeros are the item.
+// Accepts all subscriptions with a server. The zero bytes are result and item.
 void AcceptAll(LinxIpc& server, e_Process process) {
   for (std::size_t i = 0; i < servers::Of(process).items.size(); ++i) {
     Send(server, SubscribeMsg_Answer, Await(server, SubscribeMsg_Subscribe) + std::string(20, '\0'));

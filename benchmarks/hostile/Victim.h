@@ -7,17 +7,17 @@
 #include "support/Child.h"
 #include "support/IpcDir.h"
 
-// The endpoint of the process.
+// The endpoint name of the process.
 inline const std::string kProcess = "MetadataMgr";
 
-// The memory and descriptors that the process has used since its start.
+// Peak memory since the start of the process, and open descriptors.
 struct Taken {
   long residentPeakKb = 0;
   int descriptors = 0;
 };
 
-// The real MetadataMgr in its main loop. This program is the state manager and the external manager to
-// it; the other servers are switched off. A step that fails ends this program.
+// The real MetadataMgr in its main loop. This program plays the state manager and the external manager; the
+// other servers are switched off. A failed step ends this program.
 class Victim {
  public:
   Victim();
@@ -26,11 +26,10 @@ class Victim {
   Victim& operator=(const Victim&) = delete;
 
   Taken Usage() const;
-  // Lets it quit: true when it ends as it should.
+  // Requests a shutdown; true when the process exits with status 0.
   bool Quit();
-  // How many records of this camera it has recorded; after the end.
+  // The number of recorded changes of this camera; call it after Quit.
   long CameraRecords(unsigned int camera) const;
-  // Bytes of its log.
   long LogBytes() const;
 
  private:
@@ -43,5 +42,5 @@ class Victim {
   std::unique_ptr<LinxIpc> externalMgr_;
 };
 
-// Ends this program with a complaint unless `holds`.
+// Prints an error and exits unless `holds`.
 void Need(bool holds, const char* what);
