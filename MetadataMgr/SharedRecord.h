@@ -8,8 +8,8 @@
 class GpsStatusItem;
 class RadarItem;
 
-// Writes the shared record. `items` is the record's first byte; calls with null do nothing. Each call is one
-// change for readers of the record.
+// Writes the shared record. `items` is the record's first byte; calls with null do nothing. Each call counts
+// as one change of the record.
 namespace sharedrecord {
 
 // One field to write. Uses as many low bits of `value` as the field has.

@@ -81,8 +81,8 @@ class LinxIpc {
   void RegisterShutdown(Handler handler, void* context);
   void DeregisterShutdown();
 
-  // Sets the handler of the state manager's notice that a process died. A closed connection is not such a
-  // notice.
+  // Sets the handler of the state manager's notice that a process died. A closed connection does not call
+  // it.
   void RegisterProcessDied(Handler handler, void* context);
   void DeregisterProcessDied();
 

@@ -44,7 +44,8 @@ class LogClient {
   void ProcessName(const std::string& name) { processName_ = name; }
 
   // Whether a statement may write a line of that mask. The level must contain the mask. Peers can cause lines
-  // of masks 1, 2 and 4 at will, so drops and counts those beyond 2,000 at once and 10 a second.
+  // of masks 1, 2 and 4 at will, so a statement may write 2,000 of them at once, then 10 a second; drops and
+  // counts more.
   bool Admits(unsigned int mask, const LogStatement& statement);
 
   // Lines dropped since the process started.

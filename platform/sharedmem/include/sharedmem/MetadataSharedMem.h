@@ -17,8 +17,8 @@
 //   const std::uint32_t after = __atomic_load_n(counter, __ATOMIC_RELAXED);
 //
 // The copy is consistent when both counters are equal and even (the lowest bit of the record's last byte is
-// 0); else it starts over. It should give up after some tries: a writer killed while writing leaves the
-// counter odd until the next write.
+// 0); else the process copies again. It should give up after some tries: a writer killed while writing leaves
+// the counter odd until the next write.
 class MetadataSharedMem {
  public:
   static constexpr std::size_t kSize = 92;

@@ -14,7 +14,7 @@ enum e_SubscribeMsg : unsigned int {
 enum e_LogLevelMsg : unsigned int {
   LogLevelMsg_Set = 1872,       // 32-bit mask
   LogLevelMsg_Get = 1873,       // 32-bit, content ignored
-  LogLevelMsg_Response = 1874,  // 32-bit mask in force
+  LogLevelMsg_Response = 1874,  // 32-bit current mask
 };
 
 // Between the state manager and the processes that it starts.
@@ -37,7 +37,7 @@ enum e_MetadataMgrMsg : unsigned int {
   MetadataMgrMsg_MetadataToFile = 13490,             // 1024 bytes of file name, 32-bit first and last tick
   MetadataMgrMsg_MetadataToFileResponse = 13491,     // byte 0: 1 if the copy was made, else 0
   MetadataMgrMsg_GetLastSystemTick = 13498,          // nothing
-  MetadataMgrMsg_GetLastSystemTickResponse = 13499,  // 32-bit tick, byte 4: 1 if it is valid; 3 bytes more
+  MetadataMgrMsg_GetLastSystemTickResponse = 13499,  // 32-bit tick, byte 4: 1 if it is valid; 3 zero bytes
   MetadataMgrMsg_VideoStreamState = 13500,           // 32-bit tick, stream, state
   MetadataMgrMsg_CameraState = 13501,                // 32-bit tick, camera, state
   MetadataMgrMsg_MicState = 13502,                   // 32-bit tick, microphone; bytes present, active

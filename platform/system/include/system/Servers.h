@@ -12,13 +12,13 @@
 // each server.
 
 struct ServedItem {
-  unsigned int id;              // at its server
+  unsigned int id;              // id at its server
   unsigned int notificationId;  // message that carries its changes to MetadataMgr
 };
 
 struct ServerRow {
   e_Process process;
-  const char* name;       // of its endpoint
+  const char* name;       // name of its endpoint
   const char* offSwitch;  // the environment variable that switches it off; null: none
   bool defaultWhenOff;    // when switched off, reports its item as constructed
   std::span<const ServedItem> items;
