@@ -66,7 +66,7 @@ std::size_t CellBytes(TableId table, int columns, const unsigned char* cells) {
   return static_cast<std::size_t>(end - cells);
 }
 
-// The place of a record's cells behind its header, both at the end of the batch.
+// Appends the header and room for its cells. Returns the cells.
 unsigned char* Batch::Append(const RecordHeader& header) {
   const std::size_t start = bytes_.size();
   bytes_.resize(start + sizeof header + header.cellBytes);
@@ -123,7 +123,7 @@ void Batch::RemoveUpTo(std::int64_t seq) {
 
 void Batch::MakeRoom(std::size_t size) {
   if (bytes_.size() + size <= maxBytes_) return;
-  // A quarter at once, so that the cost of moving the rest is shared by many records.
+  // Drops a quarter at once, so that the rest is moved rarely.
   const std::size_t goal = std::max(size, maxBytes_ / 4);
   const std::size_t freed = Drop(goal, false);
   if (freed < size) (void)Drop(goal - freed, true);

@@ -8,18 +8,18 @@
 
 namespace store {
 
-// A record that lies in a batch; valid until the batch changes.
+// A record inside a batch; valid until the batch changes.
 struct RecordView {
   RecordHeader header;
-  const unsigned char* cells = nullptr;  // header.cellBytes of them
+  const unsigned char* cells = nullptr;  // header.cellBytes bytes
 };
 
-// Cells are the values one after the other in the table's order: 8 bytes for an integer, 4 bytes
-// of length and the bytes for a text. They never leave this machine's memory, so their byte order
-// is its own. Each call reads one cell and moves on.
+// Cells are the values of a record in column order. An integer takes 8 bytes; a text takes 4 bytes of length,
+// then its bytes. They are in native byte order, because they never leave memory. Each call reads one cell
+// and moves to the next.
 std::int64_t TakeInteger(const unsigned char*& cell);
 std::string_view TakeText(const unsigned char*& cell);
-// Bytes that the first `columns` cells of a table take.
+// Bytes of the first `columns` cells of a record.
 std::size_t CellBytes(TableId table, int columns, const unsigned char* cells);
 
 struct Loss {
@@ -29,36 +29,36 @@ struct Loss {
 };
 using Losses = std::array<Loss, kTableCount>;
 
-// Records that wait to be written, in the order of their sequence numbers, in one flat buffer that
-// keeps its size: adding allocates nothing once it has grown to what the traffic needs.
+// Records that wait to be written, in the order of their sequence numbers, in one flat buffer. The buffer
+// never shrinks, so adding allocates nothing once it is large enough.
 class Batch {
  public:
   explicit Batch(std::size_t maxBytes) : maxBytes_(maxBytes) {}
 
-  // Beyond the bound the oldest records go first, critical ones only when no others are left; they
-  // are counted as losses. Texts are cut to 1024 bytes.
-  // Sets the header's table and cellBytes and returns the cells; valid until the batch changes.
+  // Adds a record and cuts its texts to 1024 bytes. Beyond the bound it drops the oldest records, critical
+  // ones last, and counts them as losses. Sets the header's table and cellBytes. Returns the cells; valid
+  // until the batch changes.
   const unsigned char* Add(RecordHeader& header, const RowView& row);
 
-  // The same for cells taken from a record that does not lie in this batch.
+  // The same for the cells of a record outside this batch.
   void AddCells(const RecordHeader& header, const unsigned char* cells);
 
   bool Empty() const { return bytes_.empty(); }
   std::size_t Bytes() const { return bytes_.size(); }
-  RecordHeader First() const;  // not of an empty batch
+  RecordHeader First() const;  // the batch must not be empty
   std::int64_t Count() const;
 
-  // The record at the offset, which is moved to the next one; false at the end.
+  // Reads the record at the offset and moves the offset to the next one; false at the end.
   bool Next(std::size_t& offset, RecordView& record) const;
 
   // Removes the records up to and including this sequence number.
   void RemoveUpTo(std::int64_t seq);
   void Clear() { bytes_.clear(); }
 
-  // The most bytes that there have been at a time.
+  // The highest number of bytes so far.
   std::size_t MostBytes() const { return mostBytes_; }
 
-  // What went since the last call.
+  // Losses since the last call.
   Losses TakeLosses();
   bool HasLosses() const { return hasLosses_; }
 

@@ -7,7 +7,7 @@
 
 namespace store {
 
-// A statement's place in the rows.
+// A statement's position in the rows.
 class BatchCursor : public sqlite3_vtab_cursor {
  public:
   explicit BatchCursor(const BatchTable& table) : sqlite3_vtab_cursor{}, table_(table) {}
@@ -112,7 +112,7 @@ int Close(sqlite3_vtab_cursor* cursor) {
 }
 
 sqlite3_module MakeModule() {
-  sqlite3_module module{};  // without a way to create it: it is there of itself, and in no schema
+  sqlite3_module module{};  // without xCreate: eponymous, in no schema
   module.xConnect = Connect;
   module.xDisconnect = Disconnect;
   module.xBestIndex = [](sqlite3_vtab*, sqlite3_index_info*) { return SQLITE_OK; };
@@ -156,7 +156,7 @@ RecordHeader BatchTable::Take(const Batch& batch, std::size_t maxBytes) {
   offsets_.resize(taken);
   std::size_t end = 0;
   for (std::size_t table = 0; table < kTableCount; ++table) {
-    ends_[table] = end;  // moves on with each record
+    ends_[table] = end;  // advances with each record below
     end += counts[table];
   }
   std::size_t next = 0;

@@ -7,13 +7,13 @@
 
 namespace store {
 
-// The last record of every source, for each table that has a part in the full state.
+// The full state: the last record of every source.
 class FullState {
  public:
   void Keep(const RecordHeader& header, const unsigned char* cells);
 
-  // Adds every kept record to the batch once more, as restated at this tick, numbered on from `seq`, in the
-  // order in which they were kept.
+  // Adds all kept records to the batch, restated at this tick, in the order of the originals. Raises `seq` by
+  // one for each, as its number.
   void Restate(Batch& batch, std::int64_t& seq, std::int64_t tick) const;
 
   std::int64_t Count() const;
@@ -24,7 +24,7 @@ class FullState {
     std::size_t keyBytes = 0;
     std::vector<unsigned char> cells;  // keeps its capacity
   };
-  // A peer that invents numbers of sources must not make this grow.
+  // Limits the memory that a peer can take by inventing source numbers.
   static constexpr std::size_t kMaxSlots = 64;
 
   Slot* Find(TableId table, const unsigned char* key, std::size_t keyBytes);

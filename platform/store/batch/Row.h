@@ -10,7 +10,7 @@
 
 namespace store {
 
-// One column's value on its way into the batch; a text is not copied before it gets there.
+// One column's value for the batch. Does not copy a text.
 class Value {
  public:
   explicit Value(std::integral auto number) : number_(static_cast<std::int64_t>(number)) {}
@@ -33,7 +33,7 @@ template <typename T>
 constexpr bool kFits[] = {std::is_integral_v<T> || std::is_enum_v<T>,  // in the order of ColumnType
                           std::is_convertible_v<T, std::string_view>};
 
-// Whether values of these types are those of the table's columns, in their order.
+// Whether these types match the table's columns, in order.
 template <TableId kTable, typename... Values>
 constexpr bool FitColumns() {
   if (sizeof...(Values) != kTables[kTable].ColumnCount()) return false;
@@ -41,8 +41,7 @@ constexpr bool FitColumns() {
   return (kFits<Values>[static_cast<std::size_t>((column++)->type)] && ...);
 }
 
-// The values of one record of a table: as many as the table has columns, numbers and texts where the columns
-// are. Anything else does not compile.
+// The values of one record of a table. Compiles only if their number and types match the table's columns.
 template <TableId kTable>
 class Row {
  public:
@@ -56,11 +55,11 @@ class Row {
   std::array<Value, kTables[kTable].ColumnCount()> values_;
 };
 
-// A row of any table; valid as long as the row itself.
+// A view of a row of any table; valid as long as the row.
 class RowView {
  public:
   template <TableId kTable>
-  RowView(const Row<kTable>& row)  // NOLINT(google-explicit-constructor): a row where one is wanted
+  RowView(const Row<kTable>& row)  // NOLINT(google-explicit-constructor): a row is passed as its view
       : table_(kTable), values_(row.Values()) {}
 
   TableId Table() const { return table_; }

@@ -26,21 +26,21 @@ constexpr mode_t kMode = 0640;
 constexpr mode_t kModeBits = 07777;
 constexpr off_t kWriteBackBytes = off_t{1} << 20;
 
-// Also when it cannot be told. No name can be longer than the file system allows.
+// True also if that cannot be determined. A name that is too long for the file system cannot exist.
 bool IsThere(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENAMETOOLONG);
 }
 
-// A log that belongs to something else would be taken for the file's own.
+// SQLite would take a WAL that is already there for the copy's own.
 bool IsFree(const std::string& path) {
   constexpr const char* kSuffixes[] = {"", "-wal", "-journal"};
   return std::none_of(std::begin(kSuffixes), std::end(kSuffixes),
                       [&path](const char* suffix) { return IsThere(path + suffix); });
 }
 
-// Takes away what a copy that was cut off has left: a file that says so in its header, or is empty.
-// Anything else belongs to somebody.
+// Removes the rest of an interrupted copy: a file whose header says so, or an empty one. Removes no other
+// file.
 void RemoveLeftover(const std::string& path) {
   constexpr off_t kIdOffset = 68;  // in the header of an SQLite file
   struct stat status {};
@@ -58,7 +58,7 @@ std::string PartialOf(const std::string& name) {
   return std::string(CutText(name, NAME_MAX - kSuffix.size())).append(kSuffix);
 }
 
-// What is on a stick belongs to whoever mounted it.
+// Whether the file system stores no owners, as on most USB sticks.
 bool KeepsNoOwners(int fd) {
   constexpr unsigned long kTypes[] = {0x4D44, 0x2011BAB0, 0x5346544E, 0x7366746E};  // FAT, exFAT, NTFS, ntfs3
   struct statfs status {};
@@ -67,7 +67,7 @@ bool KeepsNoOwners(int fd) {
              std::end(kTypes);
 }
 
-// Others cannot replace or remove a file in it.
+// Whether others cannot replace or remove a file in the directory.
 bool IsSafe(int directory) {
   struct stat status {};
   if (fstat(directory, &status) != 0) return false;
@@ -124,7 +124,7 @@ void CopyFile::WriteBack() {
   struct stat status {};
   if (fstat(file_.Get(), &status) != 0 || status.st_size < writtenBack_ + kWriteBackBytes) return;
   writtenBack_ = status.st_size;
-  // What fails is told by the sync at the end.
+  // The sync at the end reports errors.
   (void)sync_file_range(file_.Get(), 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
 }
 

@@ -9,28 +9,28 @@
 
 namespace store {
 
-// A new file that shows under its name only when it is complete, belongs to the recordings' owner and group
-// and has mode 0640. Until then it has no name, and is written through its descriptor only; where the file
-// system has no such files it stands beside it as "NAME.partial": what a power cut or the like has left there
-// goes, nothing else does.
+// A new file, mode 0640, with the recordings' owner and group. It gets its name only when it is complete. On
+// a file system without unnamed files it is "NAME.partial" until then. A "NAME.partial" that an interrupted
+// copy left is removed; no other file is.
 class CopyFile {
  public:
-  // Null, or the reason why not, valid until errno is told again: `destination` is no absolute path,
-  // something stands there, no file can be made there, the name is one of the recordings' own, or others
-  // could put another file in its place: its directory must be this user's or root's, and only they may write
-  // there, or it has the sticky bit. The owner and group are those of the file at `ownedLike`. A file system
-  // that keeps no owners decides itself; that is logged.
+  // Creates the file with owner and group of the file at `ownedLike`. Null on success, else the reason, valid
+  // until the next strerror call. Fails if
+  //   - `destination` is no absolute path, exists, or has a recording's name;
+  //   - no file can be created there;
+  //   - others could replace the file: the directory must be this user's or root's, and either only they may
+  //     write there or it has the sticky bit.
+  // On a file system without owners the mount decides who owns the file; that is logged.
   const char* Create(const std::string& destination, const FileNames& recordings,
                      const std::string& ownedLike);
 
   int Get() const { return file_.Get(); }
 
-  // Lets the medium write what has come since the last call, and waits for what came before that, so
-  // that the end has not much to wait for. To be called often; does nothing for less than 1 MB.
+  // Starts writing new data to the medium and waits for the data of earlier calls, so that the final sync is
+  // short. Call it often; it does nothing for less than 1 MB.
   void WriteBack();
 
-  // Null when the file is durable under its name, or the reason why not; nothing that has come there
-  // meanwhile is replaced.
+  // Null once the file is durable under its name, else the reason. Never replaces an existing file.
   const char* Publish();
 
  private:

@@ -9,11 +9,12 @@
 namespace store {
 namespace {
 
-constexpr std::size_t kMaxSources = 64;  // of a table, as in the full state
+constexpr std::size_t kMaxSources = 64;  // per table, as in the full state
 
 }  // namespace
 
-// The originals came before the range, so the sequence numbers below it have room for all restated records.
+// Restated records get the sequence numbers just before the range. They are free: the originals are not
+// copied.
 SqliteCode CopyWriter::RestateBegin() {
   Picks picks;
   SqliteCode code = PickEach(kClockTable, SelectLast(kClockTable), range_.from, picks);
@@ -71,7 +72,7 @@ SqliteCode CopyWriter::PickEach(TableId table, const std::string& select, std::i
   if (const SqliteCode code = statement.Prepare(database_.Handle(), select); !Ok(code)) return code;
   statement.Bind(1, tick);
   statement.Bind(2, range_.from);
-  // The clock has no part in the full state, and few records.
+  // The full state holds no clock rows. There are few, so all are searched.
   statement.Bind(3, table == kClockTable ? std::numeric_limits<std::int64_t>::min() : lowestSeq_);
   statement.Bind(4, highestSeq_);
   SqliteCode code = SqliteCode::kOk;

@@ -6,7 +6,7 @@
 namespace store {
 namespace {
 
-// With everything in place, SQLite copies whole rows without looking into them.
+// With "*" SQLite copies whole rows without decoding them.
 std::string InsertFrom(TableId table, const std::string& columns) {
   const std::string name = kTables[table].name;
   return "INSERT INTO main." + name + " SELECT " + columns + " FROM source." + name;
@@ -81,7 +81,7 @@ std::string SelectLosses() {
   return SelectFrom(kLossTable, " WHERE tick>?1 AND from_tick<=?1 AND to_tick>=?2 ORDER BY seq");
 }
 
-// UTC goes with the ticks.
+// A restated row of clock gets the UTC of its new tick.
 std::string Restate(TableId table) {
   std::string columns = "?2, ?3, sender_tick, 2";
   for (std::size_t i = 0; i < kTables[table].ColumnCount(); ++i) {

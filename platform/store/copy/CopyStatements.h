@@ -8,31 +8,30 @@ namespace store {
 
 // Statements that copy records from the attached database "source" into "main".
 
-// How many tables and views of "main" are not the same in "source".
+// Number of tables and views of "main" that differ in "source".
 std::string CountDifferences();
 
-// All of a table; or those from tick ?1 to ?2 among the sequence numbers ?3 to ?4.
+// Copies all records of a table; or those from tick ?1 to ?2 with sequence numbers ?3 to ?4.
 std::string CopyAll(TableId table);
 std::string CopyBetween(TableId table);
 
-// The newest full states before tick ?1: their mark's sequence number, and their last record's; the mark of
-// the first one after it.
+// The newest full states before tick ?1: sequence numbers of their row of full_state and of their last
+// record. SelectFullStateAfter: the row of the first full state after tick ?1.
 std::string SelectFullStatesBefore();
 std::string SelectFullStateAfter();
-// How many records there are from sequence number ?1 to ?2.
+// Number of records from sequence number ?1 to ?2.
 std::string CountRecords();
 
-// Sequence numbers of what came before tick ?1, looked for among the sequence numbers ?3 to ?4:
-//   - the last record of a table;
-//   - every record of a table that has several sources, with its source.
+// Sequence numbers, from ?3 to ?4, of records before tick ?1:
+//   - SelectLast: the last record of a table;
+//   - SelectSources: every record of a table with several sources, with its source.
 std::string SelectLast(TableId table);
 std::string SelectSources(TableId table);
 
-// Sequence numbers of what came after tick ?1, the range's end, and yet tells about the range, which
-// begins at ?2:
-//   - facts of the device, and the first clock anchor by GPS or that can be trusted at all, where the
-//     copy has none yet;
-//   - losses.
+// Sequence numbers of records after the range that describe it; ?1 is its end, ?2 its begin:
+//   - SelectFacts: facts about the device, unless the copy has them;
+//   - SelectFirstGps, SelectFirstTrusted: the first such clock anchor, unless the copy has one;
+//   - SelectLosses: losses within the range.
 std::string SelectFacts(TableId table);
 std::string SelectFirstGps();
 std::string SelectFirstTrusted();
@@ -41,7 +40,7 @@ std::string SelectLosses();
 inline constexpr TableId kFacts[] = {kMacTable, kSerialTable, kVersionTable, kConfigurationTable,
                                      kPreviousRunTable};
 
-// Copies the record ?1 as restated, with the number ?2, at the tick ?3.
+// Copies record ?1 as restated, with sequence number ?2 and tick ?3.
 std::string Restate(TableId table);
 
 }  // namespace store

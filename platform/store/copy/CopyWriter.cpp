@@ -12,12 +12,12 @@
 namespace store {
 namespace {
 
-// Nobody sees the file before it is complete, and what fails is thrown away.
+// Needs no journal and no sync: nobody sees an incomplete copy, and a failed one is removed.
 constexpr const char* kSettings =
     "PRAGMA page_size=4096; PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; PRAGMA cache_size=-2000; "
     "PRAGMA mmap_size=0";
 
-constexpr int kPaceSteps = 10'000;  // of SQLite's machine: a millisecond or so
+constexpr int kPaceSteps = 10'000;  // of SQLite's virtual machine: about a millisecond
 
 std::string Mark(int applicationId) {
   return "PRAGMA application_id=" + std::to_string(applicationId) + ";";
@@ -64,7 +64,7 @@ SqliteCode CopyWriter::CopyFrom(const RunFile& file, bool isFirst) {
   return Ok(code) ? database_.Execute("COMMIT; DETACH source") : code;
 }
 
-// A table that is something else, say an endless view, is not read.
+// Rejects a file with another schema: a table could be an endless view there.
 SqliteCode CopyWriter::Attach(const RunFile& file) {
   SqliteCode code =
       database_.Execute("ATTACH '" + FileUri(file.path, JournalFree("?mode=ro")) + "' AS source");
@@ -74,8 +74,8 @@ SqliteCode CopyWriter::Attach(const RunFile& file) {
   return Ok(code) && differences != 0 ? SqliteCode::kNotDatabase : code;
 }
 
-// So a copy costs what it holds, not what was recorded before and after it. Without full states on the way
-// the stretch is the whole file.
+// Makes the cost of a copy depend on its size, not on the size of the file. Without full states the stretch
+// is the whole file.
 SqliteCode CopyWriter::FindStretch() {
   lowestSeq_ = std::numeric_limits<std::int64_t>::min();
   highestSeq_ = std::numeric_limits<std::int64_t>::max();
@@ -95,7 +95,7 @@ SqliteCode CopyWriter::FindStretch() {
   return code;
 }
 
-// Where records were lost, a full state may miss some.
+// A full state is incomplete if some of its records were lost.
 SqliteCode CopyWriter::IsComplete(std::int64_t mark, std::int64_t lastSeq, bool& complete) {
   Statement count;
   const SqliteCode code = count.Prepare(database_.Handle(), CountRecords());

@@ -11,7 +11,7 @@ std::int64_t NewestNotAfter(std::int64_t end, std::uint32_t tick) {
   return end - std::int64_t{static_cast<std::uint32_t>(end) - tick};
 }
 
-// Of a tick that never came: whether it is still to come, by the shorter way round.
+// Whether a tick that never came is still to come, by the shorter way round the wrap.
 bool IsAhead(std::int64_t end, std::uint32_t tick) {
   return static_cast<std::int32_t>(tick - static_cast<std::uint32_t>(end)) > 0;
 }

@@ -5,7 +5,7 @@
 
 namespace store {
 
-// A stretch of a run in extended ticks, both ends included; the limits of the type are open ends.
+// A range of a run in 64-bit ticks, both ends included. The limits of the type are open ends.
 struct TickRange {
   static constexpr std::int64_t kFromBeginning = std::numeric_limits<std::int64_t>::min();
   static constexpr std::int64_t kToEnd = std::numeric_limits<std::int64_t>::max();
@@ -16,9 +16,9 @@ struct TickRange {
   bool Empty() const { return from > to; }
 };
 
-// The stretch that two 32-bit ticks mean in a run that has lasted from `begin` until `end`: 0 is its
-// beginning, 0xFFFFFFFF its end, a first one above the last crosses the wrap. Where a tick has come
-// several times the newest one is meant. Empty when the stretch lies beside the run.
+// The range that two 32-bit ticks mean in a run from `begin` to `end`. `first` 0 is the beginning of the run,
+// `last` 0xFFFFFFFF its end. If `first` is above `last`, the range crosses the wrap. If a tick came several
+// times, the newest counts. Empty if the range lies outside the run.
 TickRange RangeOf(std::uint32_t first, std::uint32_t last, std::int64_t begin, std::int64_t end);
 
 }  // namespace store
