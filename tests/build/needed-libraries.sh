@@ -1,6 +1,6 @@
 #!/bin/sh
 # Usage: needed-libraries.sh PROGRAM PREFIX...
-# Fails unless the program asks the loader for libraries of these prefixes only, and for some.
+# Fails when the program needs a library without one of these prefixes, or needs no library.
 set -eu
 program=$1
 shift

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Usage: wide-symbols.sh NM PROGRAM
-# Fails where the program of a 32-bit machine calls what has 32 bits for times or file offsets, or needs help for
-# atomics of 64 bits. So does the standard library's wall clock: it was built with times of 32 bits.
+# Fails when a program for a 32-bit machine calls a function with 32-bit times or file offsets, or needs library calls
+# for 64-bit atomics. The wall clock of the standard library is forbidden too: it was built with 32-bit times.
 set -eu
 symbols=$("$1" -D --undefined-only --format=just-symbols "$2" | sed 's/@.*//')
 echo "$symbols" | grep -qx '__clock_gettime64' || { echo "$2: no wide calls at all?"; exit 1; }

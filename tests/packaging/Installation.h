@@ -5,7 +5,7 @@
 
 #include "support/TempDir.h"
 
-// What `cmake --install` makes, in a scratch root of its own.
+// Runs `cmake --install` into its own scratch root.
 class Installation {
  public:
   Installation();
@@ -14,9 +14,9 @@ class Installation {
   std::string Read(const std::string& path) const { return root_.Read("root" + path); }
   const std::string& Problem() const { return problem_; }
 
-  // The paths of all files, each begins with "/".
+  // The paths of all installed files. Each begins with "/".
   std::set<std::string> Files() const;
-  // The value of a setting in the unit; of several, the first.
+  // The first value of a setting in the unit.
   std::string Unit(const std::string& setting) const;
 
  private:

@@ -1,4 +1,4 @@
-// What is installed, and what the service manager's own tools say of it.
+// The installed files, and their verification by the tools of the service manager.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -19,7 +19,7 @@ class InstallTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_EQ(installation_.Problem(), ""); }
 
-  // A command in whose text "@" is the scratch root: it succeeds and has nothing to say.
+  // Runs a command, with "@" for the scratch root. It must succeed without output.
   void ExpectSilence(std::string command) {
     for (std::size_t at = 0; (at = command.find('@')) != std::string::npos;) {
       command.replace(at, 1, installation_.Path(""));
@@ -50,7 +50,7 @@ TEST_F(InstallTest, HoldsTheServiceAndNothingElse) {
   }
 }
 
-// The rest of a machine is borrowed from this one: the targets, and the programs that the unit calls.
+// Copies the targets and the programs that the unit calls from this machine.
 TEST_F(InstallTest, HasAUnitThatTheServiceManagerTakes) {
   if (!IsInstalled("systemd-analyze")) GTEST_SKIP() << "systemd-analyze is not installed";
   ExpectSilence("mkdir -p @/usr/bin && cp /usr/bin/install /usr/bin/tail @/usr/bin/");

@@ -1,5 +1,5 @@
-// The page of a report in a browser: checks.py lets Chromium draw it, moves the pointer, presses keys, and
-// compares what it shows with what the recording holds.
+// Tests the page of a report in a browser. checks.py opens it in Chromium, moves the pointer, presses keys,
+// and compares the page with the recording.
 #include "DriveFixture.h"
 
 namespace {
@@ -13,7 +13,7 @@ class PageTest : public DriveTest {
     DriveTest::SetUp();
   }
 
-  // Makes the page of all recordings. What does not hold on it, by a check of checks.py; empty if all holds.
+  // Makes the page of all recordings and runs a check of checks.py. Returns the failures; empty: none.
   std::string Check(const std::string& name, const std::vector<std::string>& options = {}) {
     std::vector<std::string> arguments{"report", "-o", dir_.Path("drive.html"), dir_.Path("")};
     arguments.insert(arguments.end(), options.begin(), options.end());
@@ -25,16 +25,16 @@ class PageTest : public DriveTest {
     return status == 0 ? "" : dir_.Read("out") + dir_.Read("said") + "status " + std::to_string(status);
   }
 
-  // Seconds of a drive with a turn, a stop and a speed of its own in each second.
+  // Records seconds of a drive with turns and stops. The speed differs each second.
   void Seconds(unsigned int count) {
     for (unsigned int i = 0; i < count; ++i, ++second_) {
-      const unsigned int way = second_ / 40 * 20 + std::min(second_ % 40, 20U);  // stands half of the time
+      const unsigned int way = second_ / 40 * 20 + std::min(second_ % 40, 20U);  // stops half of the time
       Position(100 * way, 70 * (way % 60), static_cast<std::uint16_t>(500 + 37 * (second_ % 11)));
       After(1000);
     }
   }
 
-  // A drive with something of each kind, and with texts that try to be markup or too wide.
+  // Records a drive with records of each kind. Some texts look like markup or are too wide.
   void Patrol() {
     Store().ReportGpsState(true, true);
     Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);
@@ -58,7 +58,7 @@ class PageTest : public DriveTest {
     Store().ReportStateData(e_Tag_RecordingStopped, true, clock_.tick);
   }
 
-  // A video of 20 seconds.
+  // Makes a video of 20 seconds. Returns its path.
   std::string Video(const std::string& name) const {
     const Ran ran =
         RunProgram({"ffmpeg", "-v", "error", "-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=20",

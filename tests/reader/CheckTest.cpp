@@ -1,4 +1,4 @@
-// Every finding of `metadata check`, provoked once.
+// Provokes every finding of `metadata check`.
 #include "ReaderFixture.h"
 
 namespace fs = std::filesystem;
@@ -10,7 +10,7 @@ using testing::MatchesRegex;
 namespace {
 
 struct Finding {
-  const char* damage;  // SQL on a sound recording; records as in ReaderTest::Drive, then 12, the end
+  const char* damage;  // SQL on a sound recording of ReaderTest::Drive; record 12 is its end
   const char* said;
 };
 
@@ -65,7 +65,7 @@ TEST_F(ReaderTest, CheckFindsEachDamageAndNamesTheFirstBadRow) {
   }
 }
 
-// A run of some records, then a second that tells how the first ended.
+// A run of some records, then a second run, which records how the first ended.
 class CheckRuns : public ReaderTest {
  protected:
   void SetUp() override {

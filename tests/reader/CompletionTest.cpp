@@ -1,4 +1,4 @@
-// What the shell offers for a command line.
+// The completions that the shell offers for a command line.
 #include <sstream>
 
 #include "ReaderFixture.h"
@@ -10,7 +10,7 @@ using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 
-// As bash does it when Tab is pressed behind the line.
+// Completes a line as bash does when Tab is pressed at its end.
 std::string Offered(const std::string& line) {
   constexpr const char* kTab =
       "source " COMPLETION
@@ -34,14 +34,14 @@ TEST(CompletionTest, OffersCommandsOptionsAndValues) {
       {"state file.db --at cras", "crash crash-cleared"},
       {"dump --source speed-", "speed-gps speed-radar"},
       {"dump --source gps,inp", "gps,inputs"},
-      {"dump ", ""},  // files, which the shell offers where there is nothing else
+      {"dump ", ""},  // the shell then offers files
       {"export -o ", ""},
   };
   for (const auto& [line, offered] : kCases) EXPECT_EQ(Offered(line), offered) << line;
   EXPECT_THAT(Offered(""), AllOf(HasSubstr("info"), HasSubstr("export"), Not(HasSubstr("complete"))));
 }
 
-// Every command and option is explained, and has examples.
+// The man page and the help explain every command and option, with examples.
 TEST(HelpTest, ManPageAndHelpHaveEverything) {
   if (!IsInstalled("bash")) GTEST_SKIP() << "bash is not installed";
   const std::string page = RunProgram({"sed", "s/\\\\//g", MAN_PAGE}).out;

@@ -3,10 +3,10 @@
 #include "ReaderFixture.h"
 #include "items/GpsStatusItem.h"
 
-// Recordings with positions.
+// Makes recordings with positions.
 class DriveTest : public ReaderTest {
  protected:
-  // A position so many ten-thousandths of a minute from 42 36' N 71 3' W.
+  // Reports a position relative to 42 36' N 71 3' W, in ten-thousandths of a minute.
   void Position(unsigned int north, unsigned int west, std::uint16_t deciKmh = 500) {
     GpsStatusItem fix;
     fix.latitudeDegrees = 42;
@@ -24,7 +24,8 @@ class DriveTest : public ReaderTest {
     Store().ReportGps(fix, clock_.tick, true);
   }
 
-  // A tunnel between two stretches of road, with a bookmark on each and one before any position.
+  // Records two stretches of road with a tunnel between them. A bookmark is on each stretch, and one before
+  // any position.
   void TunnelDrive() {
     After(100);
     Store().ReportBookmark(clock_.tick);

@@ -1,5 +1,5 @@
-// A drive of the bench through the real MetadataMgr, and what people see of it with the reader: while it is
-// recorded and afterwards.
+// Plays a drive of the bench to the real MetadataMgr, and reads it with the reader while it is recorded and
+// afterwards.
 #include <filesystem>
 #include <regex>
 
@@ -14,7 +14,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-// Without the times of day: those of the first records are better known once GPS has told the time.
+// Removes the UTC times: those of the first records become more precise once GPS has given the time.
 std::string WithoutUtc(const std::string& csv) {
   return std::regex_replace(csv, std::regex("(\\n[0-9]+,[0-9]+),[^,]*"), "$1");
 }
@@ -39,7 +39,7 @@ TEST_F(DriveTest, CanBeWatchedAndReadBack) {
     return ExecInto({METADATA_PROGRAM, "follow", bench_.Path("mnt/metadata"), "--format", "csv"},
                     directory_.Path("followed"), directory_.Path("follower"));
   });
-  ASSERT_TRUE(Eventually([&] { return !directory_.Read("followed").empty(); }));  // the names of the columns
+  ASSERT_TRUE(Eventually([&] { return !directory_.Read("followed").empty(); }));  // the line of column names
   bench_.Start({"--speed", "10"});
   AwaitAllSent(bench_, bench_.Recording());
 

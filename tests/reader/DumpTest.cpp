@@ -21,7 +21,7 @@ std::size_t Lines(const std::string& text) {
 TEST_F(ReaderTest, TextSaysWhatTheTimelineViewSays) {
   Open();
   Drive();
-  clock_.utcMs += 5000;  // the wall clock is set
+  clock_.utcMs += 5000;  // the wall clock jumps
   After(1000);
   Brakes(true);
   Store().WriteFullState(true);
@@ -44,7 +44,7 @@ TEST_F(ReaderTest, DumpHasTheRecordsOfItsRange) {
       {{"--from", "11100", "--to", "11100"}, "7 8 9 "},
       {{"--from", "2024-05-01T12:00:01.1Z", "--to", "2024-05-01 12:00:02"}, "8 9 "},
       {{"--from", "2024-05-01T14:00:01.1+02:00", "--to", "2024-05-01 07:00:02-0500"}, "8 9 "},
-      {{"--to", "2024-05-01T12:00:00.080"}, "1 4 "},  // UTC of the sender
+      {{"--to", "2024-05-01T12:00:00.080"}, "1 4 "},  // UTC by the sender tick
       {{"--from", "record-start", "--to", "bookmark"}, "2 3 4 5 6 7 "},
       {{"--from", "bookmark:2-1s"}, "7 8 9 10 11 "},
       {{"--source", "brakes"}, "3 9 "},
@@ -103,7 +103,7 @@ TEST_F(ReaderTest, AReaderOfManyRecordsShowsProgressAndHoldsTheWriterNotUp) {
   }
   const std::string records = Rows("SELECT count(*) FROM record");
   const std::string shown = " % of " + records.substr(0, records.size() - 1) + " records";
-  // On a terminal only, and nothing for the first second.
+  // Progress appears only on a terminal, and only after a second.
   const std::string command = METADATA_PROGRAM " dump " + File(1) + " | (sleep 1.2; cat >/dev/null)";
   EXPECT_THAT(RunProgram({"sh", "-c", command}).said, IsEmpty());
   if (IsInstalled("script")) {

@@ -1,4 +1,4 @@
-// What `metadata export` writes, as other programs read it.
+// Reads the output of `metadata export` with other programs.
 #include "DriveFixture.h"
 
 namespace {
@@ -8,7 +8,7 @@ using testing::StartsWith;
 
 class ExportTest : public DriveTest {
  protected:
-  // A tunnel, two stretches of road, and a bookmark six seconds behind the end of the second one.
+  // Records two stretches of road with a tunnel, then a bookmark six seconds after the second stretch.
   void SetUp() override {
     DriveTest::SetUp();
     Open();
@@ -22,7 +22,7 @@ class ExportTest : public DriveTest {
     options.insert(options.begin(), {"export", "--format", format, File(1)});
     return Metadata(options);
   }
-  // Into a file; its path.
+  // Exports into a file. Returns its path.
   std::string ExportTo(const std::string& name, std::vector<std::string> options = {}) const {
     options.insert(options.end(), {"-o", dir_.Path(name)});
     const Ran ran = Export(name.substr(name.find('.') + 1), options);
@@ -159,7 +159,7 @@ TEST_F(ExportTest, SubtitlesTellEachSecond) {
               StartsWith("1\n00:00:10,000 --> 00:00:11,000\n"));
 }
 
-// A receiver that says nothing any more, not even that it lost the fix.
+// The receiver becomes silent without reporting the loss of its fix.
 TEST_F(ExportTest, AValueThatIsTooOldIsNotShown) {
   Close();
   clock_.utcMs += 60'000;

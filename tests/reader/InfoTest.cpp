@@ -1,4 +1,4 @@
-// `info` and `state`.
+// The commands `info` and `state`.
 #include "ReaderFixture.h"
 
 namespace {
@@ -13,7 +13,7 @@ TEST_F(ReaderTest, InfoTellsRunsSourcesGapsAndLosses) {
   Open();
   Store().ReportSystemSerialNum("SN-1");
   Store().ReportVersion(e_COMPONENT_Build, "2.1");
-  for (int i = 0; i < 100; ++i) {  // a reading each second, none from 40 to 49 and none after 89
+  for (int i = 0; i < 100; ++i) {  // one reading per second, except 40 to 49 and after 89
     if (i < 40 || (i >= 50 && i < 90)) Temperature(static_cast<short>(i));
     After(1000);
   }
@@ -76,7 +76,7 @@ TEST_F(ReaderTest, StateTellsTheLastValuesAndTheirAges) {
 TEST_F(ReaderTest, ProgramsReadWhatInfoGapsCheckAndStateTell) {
   if (!IsInstalled("jq")) GTEST_SKIP() << "jq is not installed";
   Open();
-  for (short i = 0; i < 60; ++i) {  // a reading each second, none from 30 to 39
+  for (short i = 0; i < 60; ++i) {  // one reading per second, except 30 to 39
     if (i < 30 || i >= 40) Temperature(i);
     After(1000);
   }

@@ -1,5 +1,5 @@
-// Recordings that somebody has planted or prepared: the reader tells what it finds, obeys nothing of it,
-// leaves everything as it is, and comes to its end.
+// Recordings that an attacker has planted or altered. The reader reports what it finds, executes nothing,
+// changes nothing, and terminates.
 #include <sys/stat.h>
 
 #include <fstream>
@@ -20,7 +20,7 @@ class PlantedTest : public ReaderTest {
     Open();
     Drive();
   }
-  // The recording as a crash leaves it, alone in a directory.
+  // Copies the recording, as a crash leaves it, into an empty directory.
   void LeaveOver() {
     After(500);
     CopyFilesTo("planted/metadata");
@@ -37,7 +37,7 @@ class PlantedTest : public ReaderTest {
   void Alter(const std::string& sql) const { ASSERT_EQ(Connection(Planted()).Rows(sql), ""); }
 };
 
-// A hot journal that names a super-journal makes SQLite delete that file, whatever it is.
+// With a hot journal that names a super-journal SQLite deletes that file, whatever it is.
 std::string HotJournal(const std::string& victim) {
   const auto number = [](std::uint32_t value) {
     std::string bytes;
@@ -69,7 +69,7 @@ TEST_F(PlantedTest, AJournalIsNeverObeyed) {
   EXPECT_EQ(dir_.Read("planted/metadata.000001.db"), before);
 }
 
-// What lies at a name where a file should be, or one that would fill memory or disk.
+// Things that are not regular files, and files that would fill memory or disk.
 TEST_F(PlantedTest, WhatCannotBeReadIsSaidAtOnce) {
   struct Case {
     const char* name;
@@ -107,7 +107,7 @@ TEST_F(PlantedTest, WhatCannotBeReadIsSaidAtOnce) {
   }
 }
 
-// Schemas that would run or take without end if they were believed; the other tables are read all the same.
+// Schemas that would run code or never end. The other tables are still read.
 TEST_F(PlantedTest, NothingOfASchemaIsRun) {
   constexpr const char* kEndless =
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT max(i) FROM n";
@@ -147,7 +147,7 @@ TEST_F(PlantedTest, ARowThatTakesMoreMemoryThanAnyIsSaid) {
   EXPECT_THAT(large.out, HasSubstr("  bookmark "));
 }
 
-// Whatever a recording says, no terminal obeys it; nor does a spreadsheet.
+// No text of a recording reaches a terminal or a spreadsheet as a command.
 TEST_F(PlantedTest, TextsReachNeitherTerminalNorSpreadsheetAsCommands) {
   LeaveClosed();
   Alter(
@@ -193,7 +193,7 @@ TEST_F(PlantedTest, AnExportThatFailsLeavesTheOldOne) {
   EXPECT_EQ(files, 1U) << "nothing is left beside it";
 }
 
-// The index of a live WAL that somebody has cut short is not mapped.
+// The reader does not map a truncated index of a live WAL.
 TEST_F(PlantedTest, AnIndexThatIsCutShortIsNoCrash) {
   After(500);
   const std::string index = dir_.Read("metadata.000001.db-shm");
@@ -206,7 +206,7 @@ TEST_F(PlantedTest, AnIndexThatIsCutShortIsNoCrash) {
 
 TEST_F(PlantedTest, AMissingWalIsSaid) {
   After(500);
-  Rows("PRAGMA wal_checkpoint");  // so the file itself holds a part
+  Rows("PRAGMA wal_checkpoint");  // so the file holds a part without the WAL
   Brakes(true);
   LeaveOver();
   fs::remove(Planted("-wal"));

@@ -14,10 +14,10 @@ inline Ran Metadata(std::vector<std::string> arguments) {
   return RunProgram(arguments);
 }
 
-// A store, and the reader on what it writes.
+// A store, and the reader that reads its recordings.
 class ReaderTest : public StoreTest {
  protected:
-  // The records of a short drive, two seconds long, that begins 100 ms after the run.
+  // Records a drive of two seconds that begins 100 ms after the run.
   void Drive() {
     After(100);
     Store().ReportStateData(e_Tag_RecordingStarted, true, clock_.tick);

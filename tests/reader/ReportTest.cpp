@@ -1,4 +1,4 @@
-// The page of a report: that it needs nothing but itself, and what it holds.
+// The page of a report: it needs no other files, and it holds the expected data.
 #include "DriveFixture.h"
 
 namespace {
@@ -26,7 +26,7 @@ class ReportTest : public DriveTest {
     dir_.Write("data.json", page_.substr(begin, page_.find("</script>", begin) - begin));
   }
   std::string Page() const { return dir_.Path("drive.html"); }
-  // What jq says of the data.
+  // Runs a jq query on the data of the page.
   std::string Data(const std::string& query) const {
     const Ran ran = RunProgram({"jq", "-c", query, dir_.Path("data.json")});
     return ran.status == 0 ? ran.out : ran.said;
@@ -34,7 +34,7 @@ class ReportTest : public DriveTest {
   std::string page_;
 };
 
-// With texts that would like to be more than that.
+// The recording has texts that look like markup.
 TEST_F(ReportTest, NeedsNothingButItselfWhateverItShows) {
   Open();
   TunnelDrive();
@@ -83,7 +83,7 @@ TEST_F(ReportTest, HoldsTheDrive) {
             "[[\"gps\",1000,1,21000,[[10000,21000]]]]\n");
 }
 
-// By all fixes, without leaps; what is told of gaps is the same everywhere.
+// The distance uses all fixes and no jumps. Report and `info` show the same gaps.
 TEST_F(ReportTest, DistanceAndGapsAreThoseOfInfo) {
   Open();
   for (unsigned int i = 0; i < 10; ++i) {  // 18.53 m each second

@@ -5,7 +5,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// Of a recording that an earlier version made.
+// An earlier version wrote this recording.
 TEST_F(ReaderTest, ReadsARecordingOfSchema1) {
   const std::string old = dir_.Write("old.000001.db", "");
   ASSERT_EQ(WriteSchema1(old), "");

@@ -1,5 +1,5 @@
-// What somebody can do to recordings, with the card alone or with the recorder's key of today, and what a
-// verifier says of it.
+// Attacks on recordings with the card alone, or with the current key of the recorder, and the verdicts of the
+// verifier.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 using Files = std::vector<File>;
 
-// Three drives in four files: 1 and 2 of the first drive (with a change of epoch in file 2), 3, 4.
+// Three drives in four files: files 1 and 2 are the first drive, with a change of epoch in file 2.
 class Attacks : public testing::Test {
  protected:
   Attacks() {
@@ -31,7 +31,7 @@ class Attacks : public testing::Test {
 
 TEST_F(Attacks, NoneIsProven) {
   EXPECT_EQ(Verdict(car_.files), "proven");
-  for (const File& file : car_.files) {  // each alone, too, but for what came after its last signature
+  for (const File& file : car_.files) {  // each file alone, except commits after its last signature
     EXPECT_EQ(Verdict({file}), file.back().seal.isSigned ? "proven" : "tail");
   }
 }
@@ -39,7 +39,7 @@ TEST_F(Attacks, NoneIsProven) {
 struct Attack {
   const char* name;
   std::function<void(Files&)> change;
-  const char* expected;  // the beginning of the verdict
+  const char* expected;  // begin of the verdict
 };
 
 void Remove(File& file, std::ptrdiff_t first, std::ptrdiff_t count) {
@@ -100,14 +100,14 @@ TEST_F(Attacks, WithTheCardAreFound) {
   }
 }
 
-// Makes the hashes agree again from this seal on, and signs with the stolen key whatever was signed.
+// Recomputes the hashes from this seal on, and signs the signed seals again with the stolen key.
 void Reseal(Files& files, const seal::KeyTree& stolen, std::int64_t from) {
   seal::Hash previous{};
   for (File& file : files) {
     for (Commit& commit : file) {
       seal::Seal& seal = commit.seal;
       if (seal.place.number >= from) {
-        constexpr std::ptrdiff_t kPreviousAt = 5;  // in the note of a file's first seal
+        constexpr std::ptrdiff_t kPreviousAt = 5;  // offset in the note of a file's first seal
         if (&commit == &file.front())
           std::copy(previous.begin(), previous.end(), seal.note.begin() + kPreviousAt);
         seal::CommitHash hash(previous, seal);
@@ -120,7 +120,7 @@ void Reseal(Files& files, const seal::KeyTree& stolen, std::int64_t from) {
   }
 }
 
-// With the card, and the key that the recorder has after the last drive.
+// The attacker has the card, and the recorder's key after the last drive.
 struct Theft {
   const char* name;
   std::int64_t resealedFrom;
@@ -182,14 +182,14 @@ TEST_F(Attacks, WithAnotherKeyProveNothing) {
   SealedCar keyless(SealedCar::Key::kNone);
   keyless.Drive(10'000);
   EXPECT_EQ(Verify(keyless.files, car_.Root()), "consistent");
-  // Among recordings of their own each stays what it is; nothing is missing between two recorders.
+  // Recordings without a key keep their verdict among others. No seals are missing between two recorders.
   Files files = car_.files;
   files.push_back(keyless.files[0]);
   files.push_back(keyless.files[0]);
   EXPECT_EQ(Verdict(files), "consistent");
 }
 
-// Whatever is changed of a seal: no bit of it, and none of its note, is free.
+// A change of any bit of a seal or its note is detected.
 TEST(Seal, HasNoBitThatCanBeChanged) {
   SealedCar car;
   car.Drive(1'000);

@@ -1,4 +1,4 @@
-// What is hashed of a row, and that this takes no memory.
+// The bytes of a row that are hashed. Hashing allocates no memory.
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -24,7 +24,7 @@ TEST(Allocation, NoneToHashACommit) {
   EXPECT_NE(hash, seal::Hash{});
 }
 
-// A seal's number, sequence numbers, tick, epoch and note, all none, after no hash.
+// The hashed head of a first, empty seal: no previous hash, and all fields zero or empty.
 const std::string kNothingBefore(32 + 5 * 8 + 4, '\0');
 
 seal::Hash HashOf(const std::string& canonical) {
@@ -59,7 +59,7 @@ TEST(Canonical, NumbersAreAsShortAsTheyCanBe) {
   }
 }
 
-// Text longer than the buffer, and none, in every place of it.
+// Empty texts, and texts longer than the buffer, at every position in the buffer.
 TEST(Canonical, TextIsTheSameWhereverTheBufferEnds) {
   for (const std::size_t bytes : {0U, 1U, 31U, 32U, 200U, 500U, 505U, 506U, 507U, 508U, 509U, 600U, 1024U}) {
     const std::string text(bytes, 'y');

@@ -1,4 +1,4 @@
-// The tree of keys, the file that keeps it, and what a start makes of both after the power was cut.
+// The tree of keys, its file, and starts after a power cut.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -54,14 +54,14 @@ TEST(KeyTree, ProvesEachEpochByTheRootAlone) {
     EXPECT_FALSE(Proves(KeyTree(SeedOf(2)).Root(), epoch, path, hash, signature)) << epoch;
     ASSERT_TRUE(tree.Advance());
   }
-  EXPECT_EQ(signatures.size(), 70U);  // each with a key of its own
+  EXPECT_EQ(signatures.size(), 70U);  // each has its own key
 }
 
 TEST(KeyTree, EndsWithItsLastEpoch) {
   KeyTree tree(SeedOf(1));
   std::array<unsigned char, KeyTree::kStateBytes> state;
   tree.Save(state);
-  state[5] = 0x0F;  // of the epoch, in eight bytes: 1048574
+  state[5] = 0x0F;  // eight bytes of the epoch: 1048574
   state[6] = 0xFF;
   state[7] = 0xFE;
   ASSERT_TRUE(tree.Load(state));
@@ -82,7 +82,7 @@ class KeyFiles : public testing::Test {
     KeyFile file;
     ASSERT_EQ(file.Create(path_, kHardware, KeyTree(SeedOf(1))), Outcome::kOk);
   }
-  // Moves the key on, and tells the file as it was before.
+  // Moves the key to the next epoch. Returns the file before the move.
   std::string Move() {
     std::string before = dir_.Read("key");
     KeyFile file;
@@ -114,8 +114,7 @@ TEST_F(KeyFiles, KeepTheNewestStateAloneAndNothingOlder) {
   }
 }
 
-// What a power cut leaves of the two writes: any part of the new slot, sector by sector, with the old one;
-// both.
+// A power cut leaves any sectors of the new slot beside the old slot, or both slots whole.
 TEST_F(KeyFiles, SurvivePowerCutsAtAnyPoint) {
   Create();
   for (int round = 0; round < 2; ++round) {
@@ -202,7 +201,7 @@ TEST_F(Starts, AfterACutTellWhatFollowsTheLastSignature) {
   EXPECT_EQ(Verdict(), "tail");
 }
 
-// The epoch's last seal is on the medium, the moved key is not.
+// The last seal of the epoch is on the medium, the moved key is not.
 TEST_F(Starts, BetweenAnEpochsEndAndTheMoveOfTheKeyEndNoEpochTwice) {
   const std::string before = KeyNow();
   car_.Record(1, seal::Sealer::kEpochMs);
@@ -214,7 +213,7 @@ TEST_F(Starts, BetweenAnEpochsEndAndTheMoveOfTheKeyEndNoEpochTwice) {
   EXPECT_EQ(Verdict(), "proven");
 }
 
-// While the key file cannot be written the epoch goes on, and each seal ends it again.
+// While the key file cannot be written the epoch continues, and each seal ends it again.
 TEST_F(Starts, WithAKeyFileThatFailsGoOnAndMoveItLater) {
   const std::string before = KeyNow();
   (void)signal(SIGXFSZ, SIG_IGN);
@@ -239,7 +238,7 @@ TEST_F(Starts, WithAKeyFileThatFailsGoOnAndMoveItLater) {
   EXPECT_EQ(Verdict(), "proven");
 }
 
-// A commit in doubt is settled by what the file has: it was written, or it was not.
+// After a commit in doubt the file decides whether the commit was written.
 TEST_F(Starts, SettleACommitInDoubtByTheFile) {
   seal::Sealer& sealer = car_.Sealer();
   const seal::Place before = sealer.Last();
@@ -279,7 +278,7 @@ TEST_F(Starts, WithAnotherCardGoOnWithTheirOwnChain) {
   std::vector<File> all = own;
   all.push_back(car_.files.back());
   EXPECT_EQ(car_.files.back().front().seal.place.number, own.back().back().seal.place.number + 1);
-  EXPECT_EQ(Verify(all, car_.Root()), "proven");  // its own chain has no gap
+  EXPECT_EQ(Verify(all, car_.Root()), "proven");  // the own chain has no gap
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ using Value = std::variant<std::monostate, std::int64_t, std::string>;
 
 struct Row {
   std::string table;
-  std::vector<Value> values;  // the first is the sequence number
+  std::vector<Value> values;  // values[0] is the sequence number
 
   bool operator==(const Row&) const = default;
 };
@@ -29,7 +29,7 @@ using File = std::vector<Commit>;
 
 void Add(seal::CommitHash& hash, const Row& row);
 
-// A recorder without a store: it seals invented records, and its files are in memory.
+// A recorder without a store: seals invented records and keeps its files in memory.
 class SealedCar {
  public:
   enum class Key : unsigned char { kNone, kOwn };
@@ -38,12 +38,12 @@ class SealedCar {
 
   void Start();
   void NewFile();
-  // One commit of this many records, this much later.
+  // Makes one commit of `rows` records, `laterMs` after the previous commit.
   void Record(int rows = 3, std::int64_t laterMs = 500);
   void RecordFor(std::int64_t ms) {
     for (std::int64_t t = 0; t < ms; t += 500) Record();
   }
-  void End();  // of a run, in order
+  void End();  // ends the run in order
   void CutOff() { sealer_.reset(); }
   void Drive(std::int64_t ms) {
     Start();
@@ -54,7 +54,7 @@ class SealedCar {
   std::string KeyPath() const { return dir_.Path("key"); }
   seal::PublicKey Root() const { return root_; }
   seal::Sealer& Sealer() { return *sealer_; }
-  seal::KeyTree StolenKey();  // what the key file holds now
+  seal::KeyTree StolenKey();  // the current content of the key file
 
   std::vector<File> files;
 
@@ -70,5 +70,5 @@ class SealedCar {
 
 inline constexpr const char* kHardware = "02:00:00:00:00:01";
 
-// "proven", "consistent", "altered: file 2, seal 17: why" ... of the first file that is not proven.
+// The verdict on the first file that is not proven, as "altered: file 2, seal 17: why"; else "proven".
 std::string Verify(const std::vector<File>& files, const std::optional<seal::PublicKey>& key);

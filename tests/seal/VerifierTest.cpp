@@ -1,5 +1,5 @@
-// docs/seal.md is enough to verify by: a verifier in Python that was written from it alone agrees with ours,
-// and its worked example is what we compute.
+// docs/seal.md is complete: a Python verifier written from it alone gives our verdicts, and our code computes
+// its worked example.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -138,7 +138,7 @@ TEST_F(Verifier, InPythonFindsWhatWeFind) {
   }
 }
 
-// The lines "name: bytes" of the page, joined where they go on.
+// The bytes of a line "name: bytes" of the page, with its continuation lines.
 std::string Documented(const std::string& name) {
   std::istringstream page(TextOfFile(SEAL_DOCUMENT));
   std::string line;

@@ -13,14 +13,14 @@ const std::string kZeros(MetadataSharedMem::kSize, '\0');
 
 class Attach : public OwnRecord {
  protected:
-  // What a fresh view attaches to.
+  // The record that a new view attaches to.
   static std::string Attached() {
     MetadataSharedMem view;
     const unsigned char* items = view.MetadataItems(false);
     return items ? std::string(items, items + MetadataSharedMem::kSize) : "null";
   }
 
-  // Runs `scenario` in a process of its own. Expectations in it count.
+  // Runs `scenario` in its own process. Failed expectations there fail the test.
   template <typename Scenario>
   static void InChild(const Scenario& scenario) {
     Child child([&scenario] {
@@ -44,7 +44,7 @@ TEST_F(Attach, CreatesARecordOfZerosWithItsPermissionsWhateverTheUmask) {
     EXPECT_EQ(Look().permissions, 0640U) << "umask " << mask;
     EXPECT_EQ(Look().content, kZeros);
     shm_unlink(name_.c_str());
-    setenv("METADATA_SHM", name_.c_str() + 1, 1);  // no need of the leading slash
+    setenv("METADATA_SHM", name_.c_str() + 1, 1);  // the leading slash is optional
   }
 }
 
@@ -94,7 +94,7 @@ TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
   shm_unlink(pipe.c_str());
 }
 
-// Who attaches to it would write where others can read, write, or cut it short.
+// Other users could alter or truncate such a record.
 TEST_F(Attach, RecordThatOthersCouldWriteIsReplacedOrGivesNull) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
   struct Case {
@@ -105,7 +105,7 @@ TEST_F(Attach, RecordThatOthersCouldWriteIsReplacedOrGivesNull) {
     ASSERT_NO_FATAL_FAILURE(Leave(std::string(200, 'x')));
     const std::string file = "/dev/shm" + name_;
     ASSERT_EQ(chown(file.c_str(), user, user) + chmod(file.c_str(), permissions), 0);
-    InChild([] {  // another than these two
+    InChild([] {  // a third user
       ASSERT_EQ(setresuid(65533, 65533, 65533), 0);
       EXPECT_EQ(Attached(), "null");
     });

@@ -32,7 +32,7 @@ TEST_F(ChangeCounter, IsOddWhileWritingAndEvenAfterwards) {
       {0xFE, 0xFF, 0x100},
       {0x12345678, 0x12345679, 0x1234567A},
       {0xFFFFFFFE, 0xFFFFFFFF, 0},
-      // Left odd by a writer that was killed at work.
+      // A writer that was killed during a write left the counter odd.
       {1, 3, 4},
       {0xFFFFFFFF, 1, 2},
   };
@@ -50,7 +50,7 @@ TEST_F(ChangeCounter, IsOddWhileWritingAndEvenAfterwards) {
   const MetadataSharedMem::Writing nowhere(nullptr);
 }
 
-// Changes the record over and over, field by field, until it is killed.
+// Changes the record again and again, field by field, until it is killed.
 int WriteForEver() {
   MetadataSharedMem view;
   unsigned char* items = view.MetadataItems(false);
@@ -85,7 +85,7 @@ TEST_F(ChangeCounter, ReaderInAnotherProcessTakesNoTornCopy) {
   writer.Signal(SIGKILL);
   EXPECT_EQ(writer.Wait(), 128 + SIGKILL);
 
-  // The next writer takes over, whatever the killed one was at.
+  // The next writer takes over, wherever the killed writer stopped.
   { const MetadataSharedMem::Writing writing(items_); }
   EXPECT_TRUE(ReadWhole(items_));
 }

@@ -12,7 +12,7 @@
 
 #include "sharedmem/MetadataSharedMem.h"
 
-// A record under a name of the test's own, seen from outside as any other process sees it.
+// A record under its own name, read from outside like any other process does.
 class OwnRecord : public testing::Test {
  protected:
   OwnRecord() { setenv("METADATA_SHM", name_.c_str(), 1); }
@@ -21,7 +21,7 @@ class OwnRecord : public testing::Test {
     unsetenv("METADATA_SHM");
   }
 
-  // Makes a record that holds `content`, as another process may have left it.
+  // Creates a record with `content`, as another process may have left it.
   void Leave(std::string_view content, mode_t mode = 0640) const {
     const int fd = shm_open(name_.c_str(), O_RDWR | O_CREAT | O_EXCL, mode);
     ASSERT_EQ(write(fd, content.data(), content.size()), static_cast<ssize_t>(content.size()));

@@ -1,4 +1,4 @@
-// Linked into the process in front of the C library.
+// Linked into the process before the C library, whose functions it replaces.
 #include "DrivenClock.h"
 
 #include <fcntl.h>

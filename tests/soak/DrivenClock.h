@@ -3,13 +3,13 @@
 #include <atomic>
 #include <cstdint>
 
-// The clocks of a process that a test drives, in a file that both map; its name is in the environment
-// variable DRIVEN_CLOCK. The process's clocks run as the machine's do, moved by the two offsets. Where it
-// would wait for messages, and none is there, it takes the time from `aheadMs` instead, as long as there is
-// any: both clocks leap, and the wait is over.
+// The clocks of a process that a test drives. Both map the file that the environment variable DRIVEN_CLOCK
+// names. The clocks of the process run as those of the machine, shifted by the two offsets. When the process
+// would wait for messages, it takes time from `aheadMs` instead, while there is any: both clocks jump, and
+// the wait ends.
 struct DrivenClock {
-  std::int64_t bootOffsetMs;  // of the clocks that count from the start of the system
+  std::int64_t bootOffsetMs;  // of clocks that count from system start
   std::int64_t utcOffsetMs;
-  std::int64_t heapBytes;             // in use at the last leap
-  std::atomic<std::int32_t> aheadMs;  // the test adds, the process takes
+  std::int64_t heapBytes;             // in use at the last jump
+  std::atomic<std::int32_t> aheadMs;  // the test adds, the process subtracts
 };

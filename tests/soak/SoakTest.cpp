@@ -1,7 +1,6 @@
-// A week of drives: the real process with clocks that the test drives, started and ended fourteen times, in
-// orderly ways and by force. Whatever its peers do, memory and descriptors do not grow while it runs, it logs
-// no more than there is to say, and it leaves nothing behind but its recordings. With MM_SOAK in the
-// environment the drives have four hours, else four minutes.
+// A week of drives: the real process, with clocks that the test drives, starts and ends fourteen times, in
+// order and by force. Its memory and descriptors do not grow, it logs only the expected lines, and it leaves
+// only its recordings behind. With MM_SOAK in the environment a drive takes four hours, else four minutes.
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mman.h>
@@ -63,7 +62,7 @@ class Week : public Car {
     UseServers();
   }
 
-  // The car has been standing; the system starts when the tick is this.
+  // The car has been parked. The system starts at this tick.
   void Park(std::int64_t tick) {
     clock_->utcOffsetMs += kHalfADayMs - kSeconds * std::int64_t{1000};
     clock_->bootOffsetMs = 0;
@@ -93,7 +92,7 @@ class Week : public Car {
     Catch();
   }
 
-  // Servers that restart, peers that come and go, and some without manners; a copy.
+  // Restarts a server, connects a tool that subscribes and makes a copy, and a hostile peer.
   void Disturb(int number) {
     constexpr std::pair<const char*, unsigned int> kServers[] = {
         {"GpsHal", e_Process_GpsHal}, {"ConfigMgr", e_Process_ConfigMgr}, {"VideoMgr", e_Process_VideoMgr}};
@@ -130,7 +129,7 @@ class Week : public Car {
     return {clock_->heapBytes, std::distance(begin(descriptors), {})};
   }
 
-  // Lets it write its batch.
+  // Lets the process write its batch.
   void Rest() {
     EXPECT_TRUE(Answers());
     clock_->aheadMs += 1000;
@@ -144,7 +143,7 @@ class Week : public Car {
     for (const std::string& name : Names(Recordings())) fs::remove(Recordings() + name);
   }
 
-  // These files of a run hold everything that was sent.
+  // Checks that these files of a run hold all sent events.
   void ExpectAllRecorded(const std::set<std::string>& names) const {
     std::int64_t readings = 0;
     std::int64_t bookmarks = 0;
@@ -164,7 +163,7 @@ class Week : public Car {
   }
 
  private:
-  // Until its clock stands where the test wants it.
+  // Waits until the process has taken all of `aheadMs`.
   void Catch() const {
     const std::time_t end = std::time(nullptr) + 20;
     while (clock_->aheadMs != 0 && std::time(nullptr) < end) (void)sched_yield();
@@ -203,7 +202,7 @@ class Week : public Car {
     return gps;
   }
 
-  // Events that happen now and then.
+  // Sends the rare events.
   void Remark(int second) {
     Tell(Packet(kRecordStartStop, U32(Tick()) + static_cast<char>(second / 60 % 2)));
     Tell(Packet(kBookmark, U32(Tick())));
@@ -226,7 +225,7 @@ class Week : public Car {
     ASSERT_TRUE(Eventually([&] { return (error = peer.Send(packet)) != EAGAIN; }));
     ASSERT_EQ(error, 0);
   }
-  // Until the process has handled all that was sent through the servers.
+  // Waits until the process has handled all messages of the servers.
   void Settle() {
     for (auto& [name, server] : servers_) {
       Put(server, name, Packet(kForwardAndTell, U32(kPing)));
@@ -243,7 +242,7 @@ class Week : public Car {
   DrivenClock* clock_ = nullptr;
 };
 
-// How a drive ends.
+// Ends a drive by quit, SIGTERM or SIGKILL in turn.
 void End(Week& week, int drive) {
   if (drive % 3 == 0) {
     EXPECT_EQ(week.Quit(), 0);
@@ -266,11 +265,12 @@ void Tell(const Usage& early, const Usage& late, std::size_t lines) {
 
 struct Plan {
   std::int64_t startTick = 15'000;
-  bool wild = false;       // many readings all the time, in the long form more than a file holds
-  bool makesRoom = false;  // the recordings are removed, the current one too
+  bool wild = false;       // many readings; with MM_SOAK more than a file holds
+  bool makesRoom = false;  // all recordings are removed, even the current one
 };
 
-// Both halves are alike, the first one's beginning apart, in which all that is kept for later use is filled.
+// Both halves of a drive are alike, so memory must not grow in the second half. At the begin, extra readings
+// fill all buffers that are kept.
 void Drive(Week& week, const Plan& plan) {
   const int atFirst = kSeconds / 10;
   Usage early{};
@@ -288,7 +288,7 @@ void Drive(Week& week, const Plan& plan) {
   Tell(early, late, log.size());
   EXPECT_LE(late.heapBytes, early.heapBytes + 64);
   EXPECT_EQ(late.descriptors, early.descriptors);
-  // For each disturbance two, who was cut off and what is not known; and one for the removal.
+  // Two lines per disturbance, the closed connection and the unknown message, and one for the removal.
   EXPECT_EQ(log.size(), static_cast<std::size_t>(2 * (kSeconds / kRarely) + (plan.makesRoom ? 1 : 0)))
       << testing::PrintToString(log);
 }

@@ -1,4 +1,4 @@
-// What a copy of a recording holds.
+// The content of copies of a recording.
 #include "CopyFixture.h"
 #include "Items.h"
 
@@ -22,7 +22,7 @@ class CopyRange : public CopyTest {
 };
 
 TEST_F(CopyRange, IsTheNewestStretchThatTheTicksMean) {
-  // Two wraps, of which the last is 300 s ago.
+  // The tick wraps twice, the last time 300 s ago.
   const unsigned int ticks[] = {3'000'000'000, 4'200'000'000, 100'000, 2'000'000'000,
                                 4'100'000'000, 150'000,       300'000};
   clock_.tick = ticks[0];
@@ -47,7 +47,7 @@ TEST_F(CopyRange, IsTheNewestStretchThatTheTicksMean) {
 }
 
 TEST_F(CopyRange, MayHaveEndsThatTheRunNeverSaw) {
-  Open();  // at 10,000
+  Open();  // at tick 10,000
   for (short i = 1; i <= 3; ++i, After(1000)) Temperature(i);
   ExpectCopies({
       {kFromBeginning, kToEnd, "1 2 3\n"},
@@ -85,7 +85,7 @@ TEST_F(CopyTest, IsARecordingThatStandsAlone) {
   Brakes(false);
   After(1000);
   Store().ReportBookmark(1);
-  Temperature(30);  // and nothing has committed it yet
+  Temperature(30);  // not committed yet
   ASSERT_TRUE(Copy(15'000));
 
   EXPECT_EQ(InCopy("PRAGMA integrity_check; PRAGMA application_id; PRAGMA user_version; PRAGMA journal_mode"),
@@ -125,7 +125,7 @@ TEST_F(CopyTest, TellsTheFactsThatWereRecordedLater) {
 
 class CopyOverFiles : public CopyTest {
  protected:
-  // Four files and more, with a record each 100 ms.
+  // Records at least four files, with a record every 100 ms.
   void RecordFiles() {
     options_.maxFileBytes = 1;
     Open();

@@ -1,4 +1,4 @@
-// Copies that cannot be made, and what making one does to the process and the recording.
+// Failed copies, and the effects of a copy on the process and the recording.
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@ int pets = 0;
 
 }  // namespace
 
-// In place of the platform's: how often it was petted.
+// Replaces the platform's watchdog, and counts the pets.
 struct Watchdog::Listener {};
 Watchdog::Watchdog(e_Process /*process*/, e_ThreadIds /*thread*/) {}
 Watchdog::~Watchdog() = default;
@@ -25,7 +25,7 @@ void Watchdog::PetWatchdog() {
 
 namespace {
 
-// What stands somewhere already: tests/metadatamgr/OtherUserTest.cpp.
+// tests/metadatamgr/OtherUserTest.cpp tests existing files at the path.
 TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   Open();
   Temperature(1);
@@ -44,7 +44,7 @@ TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   }
   EXPECT_FALSE(std::filesystem::exists("copy.db"));
 
-  dir_.Write("copy.db.partial", "");  // left by a power cut
+  dir_.Write("copy.db.partial", "");  // a power cut left it
   EXPECT_TRUE(Copy());
   EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "directory/metadata.000002.db")) << "another directory's";
   EXPECT_TRUE(Copy(kFromBeginning, kToEnd, "a copy of 100%, isn't it?.db"));
@@ -116,7 +116,7 @@ TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {
   rlimit limit{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
   for (limit.rlim_cur = 0; limit.rlim_cur < 400'000; limit.rlim_cur += 40'000) {
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);  // no file can grow beyond that
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);  // the maximum size of a file
     EXPECT_FALSE(Copy()) << limit.rlim_cur;
     EXPECT_EQ(Names(), before) << limit.rlim_cur;
   }
@@ -143,7 +143,7 @@ TEST_F(CopyTest, DoesNotDisturbTheRecording) {
   EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
 }
 
-// A pet is some thousand steps of SQLite's machine.
+// The watchdog is petted once per some thousand steps of SQLite, so pets measure the work.
 TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
   const auto record = [this](int count) {
     for (int i = 0; i < count; ++i) {
@@ -174,7 +174,7 @@ TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
       "DELETE FROM state WHERE event=2 AND seq IN (SELECT max(state.seq) FROM state, clock WHERE "
       "state.tick<" +
       std::to_string(from) + ")");
-  (void)copy("lost.db");  // by the full state before that
+  (void)copy("lost.db");  // needs the full state before that
 }
 
 TEST_F(CopyTest, KeepsTheWatchdogQuietAndTheMemoryFlat) {

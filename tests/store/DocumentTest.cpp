@@ -1,4 +1,4 @@
-// docs/store.md says what is true.
+// docs/store.md agrees with the code.
 
 #include <regex>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-// All that the expression finds: its first group.
+// The first group of every match of the expression.
 std::vector<std::string> Found(const std::string& text, const std::string& expression) {
   const std::regex regex(expression);
   std::vector<std::string> found;
@@ -23,7 +23,7 @@ std::vector<std::string> Told(const std::string& expression) {
   return Found({std::istreambuf_iterator<char>(file), {}}, expression);
 }
 
-// After a drive with what they ask for, but losses, a reader that pins the log, and being a copy.
+// The drive has everything that the queries ask for, except losses, a reader that pins the WAL, and a copy.
 TEST_F(StoreTest, EachQueryOfTheDocumentFindsSomething) {
   Open();
   Store().ReportShutdownDataAtStartup();
@@ -54,7 +54,7 @@ TEST_F(StoreTest, EachQueryOfTheDocumentFindsSomething) {
   EXPECT_GE(queries, 12);
 }
 
-// Rows "| `table` | `column`, `column` (words) | …" tell the columns that follow the common ones.
+// Rows "| `table` | `column`, `column` (words) | …" list the columns after the common columns.
 TEST_F(StoreTest, TheTablesHaveTheColumnsAndTheSchemaTheNumberThatTheDocumentTells) {
   Open();
   std::string tables;

@@ -3,7 +3,7 @@
 
 namespace {
 
-sqlite3* latest = nullptr;  // the connection that was opened last
+sqlite3* latest = nullptr;  // the last opened connection
 
 extern "C" int NoteConnection(sqlite3* handle, const char** /*error*/, const sqlite3_api_routines* /*api*/) {
   latest = handle;
@@ -12,7 +12,7 @@ extern "C" int NoteConnection(sqlite3* handle, const char** /*error*/, const sql
 
 class DoubtTest : public StoreTest {
  protected:
-  // Opens the store and keeps hold of its connection.
+  // Opens the store and keeps its connection.
   void Open() {
     sqlite3_auto_extension(reinterpret_cast<void (*)()>(NoteConnection));
     StoreTest::Open();
@@ -20,7 +20,7 @@ class DoubtTest : public StoreTest {
     connection_ = latest;
   }
 
-  // The next commits take effect and fail nevertheless.
+  // The next commits take effect but report an error.
   void LetCommitsFail(int count) {
     failures_ = count;
     const auto fail = [](void* context, sqlite3*, const char*, int) {
@@ -58,7 +58,7 @@ TEST_F(DoubtTest, CommitsThatFailedAndTookEffectAreNotRepeated) {
 
 TEST_F(DoubtTest, AStatementThatFailsLeavesNoTransactionOpen) {
   Open();
-  // Stands where the next record is to go.
+  // Takes the number of the next record.
   const std::string next = Rows("SELECT 1 + max(seq) FROM record");
   Connection other(File(1));
   EXPECT_EQ(other.Rows("INSERT INTO bookmark VALUES(" + next + ",0,NULL,2)"), "");

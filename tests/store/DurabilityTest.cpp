@@ -1,5 +1,5 @@
-// When a record is committed: what another connection sees is what has been. Such a one that holds the write
-// lock stands for every reason why writing fails.
+// When records are committed. A record is committed when another connection sees it. A connection that holds
+// the write lock stands for any reason why a write fails.
 #include <functional>
 
 #include "StoreFixture.h"
@@ -52,7 +52,7 @@ TEST_F(DurabilityTest, ACriticalRecordIsCommittedWithAllBeforeItWhenItsReportRet
   Open();
   short value = 0;
   const auto commits = [&](const std::function<void()>& report) {
-    After(1000);  // after the one before
+    After(1000);  // after the commit before
     Temperature(++value);
     report();
     return Rows("SELECT max(temperature) FROM temperature") == std::to_string(value) + "\n";
@@ -80,7 +80,7 @@ TEST_F(DurabilityTest, ACriticalRecordRightAfterAnotherJoinsTheNextCommit) {
   EXPECT_EQ(Bookmarks(), "1\n");
   After(1);
   EXPECT_EQ(Bookmarks(), "1\n2\n3\n");
-  clock_.tick += 50;  // the loop has not turned yet
+  clock_.tick += 50;  // before the next turn of the loop
   Store().ReportBookmark(4);
   EXPECT_EQ(Bookmarks(), "1\n2\n3\n4\n");
 }
@@ -115,7 +115,7 @@ TEST_F(DurabilityTest, ACriticalRecordHastensTheNextAttempt) {
   for (unsigned int i = 1; i <= 2; ++i) {
     Lock();
     Temperature(1);
-    if (i == 2) After(500);  // has failed before
+    if (i == 2) After(500);  // a commit has failed before
     Store().ReportBookmark(i);
     Unlock();
     After(49);

@@ -62,7 +62,7 @@ TEST_F(StoreTest, WhyNoRecordingCanBeBegunIsLogged) {
   EXPECT_EQ(log.Lines("No recording can be begun (File too large)"), 1) << log.Text();
 }
 
-// A name counts when a recording stands there, and is never taken when anything does.
+// A number counts only for a recording. A name is never used when anything has that name.
 TEST_F(StoreTest, NumbersGoOnFromTheNewestRecordingAndPassOverOtherNames) {
   Open();
   Close();
@@ -95,7 +95,7 @@ TEST_F(StoreTest, NumbersHaveMoreDigitsBehindTheLastOfSixAndNoneIsTheLast) {
 
 class FullFileTest : public StoreTest {
  protected:
-  // So many records fill a file of the least size about once.
+  // 2000 records fill a file of the minimum size about once.
   void Fill(int records = 2000) {
     for (int i = 0; i < records; ++i) {
       Temperature(++value_);
@@ -106,11 +106,11 @@ class FullFileTest : public StoreTest {
 };
 
 TEST_F(FullFileTest, WhereNoFileCanBeBegunAnyMoreRecordingGoesOnInTheOldOne) {
-  options_.maxFileBytes = 1;  // raised to what holds something
+  options_.maxFileBytes = 1;  // the store raises it to the minimum
   Open();
   After(1000);
   EXPECT_FALSE(Exists(2));
-  Fill(0);  // a sanitizer takes descriptors where it first sees a class
+  Fill(0);  // a sanitizer opens descriptors at the first use of a class
   {
     const LogCapture log;
     {

@@ -3,7 +3,7 @@
 
 namespace {
 
-// GPS tells the true time: noon at tick 10000. The wall clock is an hour behind.
+// GPS has the true time: noon at tick 10000. The wall clock is an hour behind.
 class GpsClockTest : public StoreTest {
  protected:
   void SetUp() override {
@@ -15,7 +15,7 @@ class GpsClockTest : public StoreTest {
   void Gps(const GpsStatusItem& reading) { Store().ReportGps(reading, reading.tick, true); }
   void Gps() { Gps(Reading(clock_.tick)); }
 
-  // Of GPS: seconds since tick 10000, by tick and by UTC.
+  // The GPS anchors: seconds since tick 10000, by tick and by UTC.
   std::string Anchors() const {
     return Rows(
         "SELECT (tick-10000)/1000.0, (utc_ms-1714564800000)/1000.0 FROM clock "
@@ -46,7 +46,7 @@ TEST_F(GpsClockTest, OneAnchorHoldsForTheWholeFileAndTheNextHoweverTheWallClockI
   Open();
   Temperature(1);
   After(30'000);
-  Gps(Reading(clock_.tick - 400));  // told a little late
+  Gps(Reading(clock_.tick - 400));  // arrives a little late
   clock_.utcMs += 7'200'000;
   After(1000);
   clock_.utcMs -= 86'400'000;
@@ -86,7 +86,7 @@ TEST_F(GpsClockTest, AReadingThatTellsNoTimeMakesNoAnchorAndIsRecordedAllTheSame
   using Change = void (*)(GpsStatusItem&);
   const Change kChanges[] = {
       [](auto& r) { r.quality = 0; },  // no fix
-      [](auto& r) { r.quality = 7; },  // told by hand
+      [](auto& r) { r.quality = 7; },  // manual input
       [](auto& r) { r.quality = 8; },  // simulated
       [](auto& r) { r.valid = 0; },          [](auto& r) { r.utcDate = 20231231; },
       [](auto& r) { r.utcDate = 21000101; }, [](auto& r) { r.utcDate = 20250001; },

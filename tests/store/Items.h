@@ -5,7 +5,7 @@
 
 #include "items/GpsStatusItem.h"
 
-// An item with these values in its fields, in their order.
+// An item with these values in the order of its fields.
 template <typename Item, typename... Values>
 Item With(Values... values) {
   Item item;
@@ -16,7 +16,7 @@ Item With(Values... values) {
   return item;
 }
 
-// What GPS reads at that time of 2024-05-01.
+// A GPS reading at that time of 2024-05-01.
 inline GpsStatusItem GpsAt(unsigned int timeOfDayMs, unsigned int tick) {
   GpsStatusItem reading;
   reading.quality = reading.valid = 1;

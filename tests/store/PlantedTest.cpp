@@ -1,5 +1,5 @@
-// What somebody can put beside recordings, or do to what an earlier run has left: it costs nobody a file,
-// changes no recording, and neither stops nor delays the next run.
+// Attacks with files beside recordings, and with altered files of an earlier run. They delete no file, change
+// no recording, and neither stop nor delay the next run.
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,8 +19,8 @@ namespace {
 
 constexpr uid_t kAnother = 65534;
 
-// A rollback journal that says that it belongs to a transaction of several files: SQLite deletes the file
-// that it names, and restores a database of `pages` pages to what it is.
+// A rollback journal that claims to belong to a transaction of several files. SQLite deletes the file that it
+// names, and restores a database of `pages` pages without changes.
 std::string HotJournal(const std::string& victim, std::uint32_t pages) {
   constexpr std::string_view kMagic{"\xd9\xd5\x05\xf9\x20\xa1\x63\xd7", 8};
   std::string journal(kMagic);
@@ -42,7 +42,7 @@ std::string HotJournal(const std::string& victim, std::uint32_t pages) {
 
 class PlantedTest : public StoreTest {
  protected:
-  // An earlier run of some commits that ended in order, or as in a power cut.
+  // An earlier run of some commits, which ended in order or by a power cut.
   void EarlierRun(bool clean) {
     Open(clean ? "metadata" : "cut");
     for (short i = 0; i < 8; ++i) {
@@ -60,7 +60,7 @@ class PlantedTest : public StoreTest {
     const auto pages = static_cast<std::uint32_t>(fs::file_size(dir_.Path("metadata.000001.db")) / 1024);
     return ::HotJournal(dir_.Path("victim"), pages);
   }
-  // How the run is told of by the next one, whose file has this number.
+  // What the next run, whose file has this number, records about this run.
   std::string NextRunTells(int number = 2) {
     const auto begun = std::chrono::steady_clock::now();
     Open();
@@ -100,7 +100,7 @@ TEST_F(PlantedTest, AJournalBesideAnEarlierRecordingIsNeitherFollowedNorChanged)
   }
 }
 
-// Plants a journal beside the first file at one operation on it.
+// Plants a journal beside the first file at its Nth operation.
 class Planter : public FileWatch {
  public:
   Planter(std::string journal, int nth) : journal_(std::move(journal)), nth_(nth) {}
@@ -135,13 +135,13 @@ TEST_F(PlantedTest, AJournalBesideANewFileIsNotFollowedWheneverItComes) {
   }
 }
 
-// ---- Logs
+// ---- WALs
 
 void Flip(std::string& bytes, std::size_t at) {
   bytes[at] = static_cast<char>(bytes[at] ^ 1);
 }
 
-// In frames of 24 + 1024 bytes.
+// A WAL frame has 24 + 1024 bytes.
 TEST_F(PlantedTest, ADamagedLogIsSaidAndLeftWithItsFileAsItIs) {
   const struct {
     const char* what;
@@ -211,7 +211,7 @@ TEST_F(PlantedTest, AFileThatIsNoRecordingIsNotChangedByAByteNorIsItsLog) {
 
 // ---- Names
 
-// Whatever it is, it is passed over: how the last run ended is told nevertheless.
+// Such names are skipped; how the last run ended is still recorded.
 TEST_F(PlantedTest, NamesOfWhatIsNoFileStopNothing) {
   const struct {
     const char* what;
@@ -245,7 +245,7 @@ TEST_F(PlantedTest, NamesOfWhatIsNoFileStopNothing) {
 }
 
 TEST_F(PlantedTest, NeitherStartNorTurnoverFollowsThem) {
-  options_.maxFileBytes = 1;  // raised to what holds something
+  options_.maxFileBytes = 1;  // the store raises it to the minimum
   Open();
   for (const char* name :
        {"metadata.000002.db", "metadata.000003.db-wal", "metadata.000900.db", "metadata.999999999.db"}) {
@@ -264,13 +264,13 @@ TEST_F(PlantedTest, NeitherStartNorTurnoverFollowsThem) {
 TEST_F(PlantedTest, TenThousandNamesDelayNothing) {
   EarlierRun(true);
   for (int i = 2; i < 10'002; ++i) std::ofstream{File(i)};
-  std::string told = "unreadable";  // by a machine too busy to pass over all of them in time
+  std::string told = "unreadable";  // on a machine too busy to skip all of them in time
   for (int number = 10'002; number < 10'022 && told.starts_with("unreadable"); ++number)
     told = NextRunTells(number);
   EXPECT_TRUE(told == "clean|metadata.000001.db\n" || told.starts_with("cut off|metadata.0100")) << told;
 }
 
-// They are not those of a recording, whatever they hold.
+// Files of another user are no recordings, whatever they hold.
 TEST_F(PlantedTest, FilesOfAnotherUserArePassedOver) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
   EarlierRun(true);
@@ -284,7 +284,7 @@ TEST_F(PlantedTest, FilesOfAnotherUserArePassedOver) {
   EXPECT_EQ(NextRunTells(3), "clean|metadata.000001.db\n");
 }
 
-// Reading takes more than its time.
+// Reading the file takes longer than allowed.
 TEST_F(PlantedTest, ASlowFileIsLeftAloneInTime) {
   EarlierRun(true);
   const auto tamper = [this](const std::string& sql) { EXPECT_EQ(Rows(sql), ""); };
@@ -299,7 +299,7 @@ TEST_F(PlantedTest, ASlowFileIsLeftAloneInTime) {
   EXPECT_EQ(Rows("SELECT max(seq)>0 FROM record", 2), "1\n");
 }
 
-// The signal would end the process: it is left as it is by default.
+// The signal has its default action, which would kill the process.
 TEST_F(PlantedTest, ALimitOnFileSizesIsAFullMedium) {
   rlimit limit{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);

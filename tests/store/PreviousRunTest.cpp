@@ -6,7 +6,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Every case prepares what the earlier run left; the store that is opened then tells about it.
+// Every case prepares the files of an earlier run. The next run then records how that run ended.
 class PreviousRunTest : public StoreTest {
  protected:
   void RunInOrder() {
@@ -15,7 +15,7 @@ class PreviousRunTest : public StoreTest {
     Store().ReportShutdownData();
     Close();
   }
-  // As recorded by a run under this base path.
+  // The record about the previous run, from a run under this base path.
   std::string Told(const std::string& base, int number) {
     Open(base);
     Store().ReportShutdownDataAtStartup();
@@ -47,7 +47,7 @@ TEST_F(PreviousRunTest, ARecordingOfSchema1IsRead) {
   EXPECT_EQ(Told("metadata", 2), "clean|metadata.000001.db|14000|1714564804000\n");
 }
 
-// What is left of files when the run ends while they are being begun.
+// The run ended while it began these files.
 TEST_F(PreviousRunTest, FilesThatWereOnlyBegunArePassedOver) {
   RunInOrder();
   Connection(dir_.Write("metadata.000002.db", "")).Rows("PRAGMA application_id=1296909378");

@@ -29,7 +29,7 @@ TEST_F(ReaderTest, RecordingGoesOnAndThatTheLogGrowsAndShrinksIsSaidAndRecorded)
   auto reader = std::make_unique<Connection>(File(1));
   EXPECT_EQ(reader->Rows(kPin), "0\n");
   const LogCapture log;
-  Record(100);  // soon passes the log's bound of 4 MB
+  Record(100);  // soon exceeds the WAL's limit of 4 MB
   EXPECT_EQ(log.Lines("A reader makes the log of "), 1);
   EXPECT_GT(LogBytes(), 4U << 20);
   ExpectAllRecorded();
@@ -40,7 +40,7 @@ TEST_F(ReaderTest, RecordingGoesOnAndThatTheLogGrowsAndShrinksIsSaidAndRecorded)
   for (short i = 0; i < 2; ++i, After(500)) Temperature(i);
   EXPECT_LT(LogBytes(), 1'200'000U);
   Temperature(2);
-  Close();  // where that is noticed
+  Close();  // the close detects the short WAL
   EXPECT_EQ(log.Lines(""), 1) << log.Text();
   EXPECT_EQ(Rows("SELECT text LIKE 'the log is short again: % bytes' FROM timeline WHERE source='store'"),
             "0\n1\n");

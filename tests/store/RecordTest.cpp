@@ -8,7 +8,7 @@
 
 namespace {
 
-// A row that is not its table's does not compile.
+// Values that do not fit the table do not compile.
 template <typename... Values>
 constexpr bool kIsSpeed = std::is_constructible_v<store::Row<store::kSpeedTable>, Values...>;
 static_assert(kIsSpeed<int, unsigned short, e_Tag>);
@@ -17,7 +17,7 @@ static_assert(!kIsSpeed<int, int, int, int>, "a value too many");
 static_assert(!kIsSpeed<int, int, std::string>, "a text for a number");
 static_assert(!std::is_constructible_v<store::Row<store::kSerialTable>, int>, "a number for a text");
 
-// At a date of which no clock would be set.
+// Its date is too old to set the clock.
 GpsStatusItem Position() {
   return With<GpsStatusItem>(52, 31, 120, 1, 13, 22, 6000, 1, 20230501, 1234, 666, 905, 11, 1, 3, 345, 7, -32,
                              43'200'000, 1, 0);
@@ -26,7 +26,7 @@ GpsStatusItem Position() {
 struct Case {
   void (*report)(DataStore& s);
   const char* table;
-  const char* row;   // sender_tick, event and the table's own columns
+  const char* row;   // sender_tick, event and the other columns of the table
   const char* line;  // source, event and text in the timeline
 };
 
@@ -97,7 +97,7 @@ const Case kCases[] = {
      "recording_settings", "NULL|1|30|60|1280|720|25|4000",
      "recording settings|event|30 s before, 60 s after, 1280x720 25 frames/s 4000 kbit/s"},
     {[](auto& s) { s.ReportTemp(e_TempSensors{1}, -40, true, 4); }, "temperature", "4|1|1|-40",
-     "temperature 1|event|-40"},  // as before, and recorded once more
+     "temperature 1|event|-40"},  // the value is unchanged, but recorded again
     {[](auto& s) { s.ReportShutdownData(); }, "run_end", "NULL|1", "run|event|clean end"},
 };
 
@@ -106,7 +106,7 @@ TEST_F(StoreTest, EachReportIsARowOfItsTableALineOfTheTimelineAndPartOfTheFullSt
   Store().ReportMac(nullptr, false);  // ignored
   for (const Case& c : kCases) c.report(Store());
   Store().WriteFullState(true);
-  int seq = 1;  // of the clock
+  int seq = 1;  // the record of the clock
   for (const Case& c : kCases) {
     const std::string number = std::to_string(++seq);
     const std::string where = " WHERE seq=" + number;
@@ -184,7 +184,7 @@ TEST_F(StoreTest, TheFullStateIsTheLastValueOfEverySource) {
   Store().ReportTemp(e_TempSensors{1}, 8, true, 5);
   Store().ReportSystemSerialNum("first");
   Store().ReportSystemSerialNum("the second");
-  for (unsigned int mic = 0; mic < 1000; ++mic) {  // made up by a peer: not all of them
+  for (unsigned int mic = 0; mic < 1000; ++mic) {  // invented by a peer; the store keeps only some
     Store().ReportMicState(e_MicrophonePosition{mic}, true, true, 0);
   }
   Store().WriteFullState(true);

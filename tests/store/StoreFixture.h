@@ -23,7 +23,7 @@ class FakeClock : public StoreClock {
   std::int64_t utcMs = kNoonUtcMs;
 };
 
-// A store with a clock that only the test moves; `After` is a turn of the loop.
+// A store with a clock that only the test moves. `After` is a turn of the main loop.
 class StoreTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -59,12 +59,12 @@ class StoreTest : public testing::Test {
   std::string Rows(const std::string& sql, int number = 1) const {
     return Connection(File(number)).Rows(sql);
   }
-  // What a reader sees of a table's own records (not the restated ones), oldest first.
+  // The temperatures that a reader sees, without restated records, oldest first.
   std::string Temperatures(int number = 1) const {
     return Rows("SELECT temperature FROM temperature WHERE event=1 ORDER BY seq", number);
   }
 
-  // What a sudden end of the machine's power would leave, under another base path.
+  // Copies the files to another base path, as a power cut would leave them.
   void CopyFilesTo(const std::string& base) const {
     std::filesystem::create_directories(std::filesystem::path(dir_.Path(base)).parent_path());
     const std::string from = base_ + ".";

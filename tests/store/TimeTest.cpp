@@ -6,7 +6,7 @@ TEST_F(StoreTest, RecordsCarryTheExtendedTick) {
   const struct {
     std::string name;
     std::vector<unsigned int> ticks;
-    const char* arrivals;  // of one record after each tick
+    const char* arrivals;  // arrival tick of one record after each tick
   } kCases[] = {
       {"no tick is ignored", {10'000, 0xFFFFFFFF, 10'500}, "10000\n10000\n10500\n"},
       {"no tick yet is the clock's", {0xFFFFFFFF}, "10000\n"},
@@ -49,7 +49,7 @@ TEST_F(StoreTest, ARecordArrivesAtTheTickOfItsTurnsFirstReport) {
             "11415\n11415\n11530\n");
 }
 
-// The wall clock shows noon at the tick of arrival.
+// The wall clock shows noon at the arrival tick.
 TEST_F(StoreTest, UtcComesFromTheSendersTickWhereThatIsNear) {
   const struct {
     std::string name;
@@ -79,7 +79,7 @@ TEST_F(StoreTest, UtcComesFromTheSendersTickWhereThatIsNear) {
 
 class ClockTest : public StoreTest {
  protected:
-  // From noon and tick 10000 on.
+  // The anchors: tick, and UTC since noon.
   std::string Anchors() const { return Rows("SELECT tick, utc_ms-1714564800000 FROM clock ORDER BY seq"); }
   std::string Times() const {
     return Rows("SELECT utc,utc_from,text FROM timeline WHERE source<>'clock' ORDER BY seq");
@@ -93,10 +93,10 @@ TEST_F(ClockTest, AnchorsAreTakenAtOpenEachMinuteAndWhenTheClockWasSet) {
   After(1000);
   clock_.utcMs -= 300;
   After(1000);
-  clock_.utcMs += 200;  // as little as that is the clock being adjusted
+  clock_.utcMs += 200;  // a change this small is a clock adjustment
   After(1000);
   After(59'000);
-  clock_.tick += 60'008;  // 8 ms after the tick that is told
+  clock_.tick += 60'008;  // 8 ms after the reported tick
   clock_.utcMs += 60'008;
   Store().TimerTick(clock_.tick - 8);
   Close();
@@ -104,8 +104,8 @@ TEST_F(ClockTest, AnchorsAreTakenAtOpenEachMinuteAndWhenTheClockWasSet) {
             "10000|0\n70000|60000\n76000|3666000\n77000|3666700\n137000|3726900\n197000|3786900\n");
 }
 
-// Once, the machine does something else between the readings of the two clocks: the second time that the tick
-// is read, and the first time for an anchor.
+// Delays the store once between its readings of the two clocks: at the second reading of the tick, which is
+// the first for an anchor.
 class InterruptedClock : public FakeClock {
  public:
   unsigned int TickMs() const override { return tick + (++readings_ > 2 ? 500 : 0); }

@@ -16,8 +16,8 @@ struct WalFiles {
   std::string wal;
 };
 
-// So many commits; each after the first writes two pages. Those before `restartAfter`, if any, are in the
-// database, so that the frames that are not overwritten yet are stale.
+// Makes a WAL of `commits` commits; each after the first writes two pages. Commits up to `restartAfter` are
+// checkpointed first, so their frames in the WAL are stale until overwritten.
 inline WalFiles MakeWal(int commits, int restartAfter = 0) {
   const TempDir dir;
   Connection writer(dir.Write("made.db", ""));
@@ -36,11 +36,11 @@ inline store::ReadAt ReaderOf(const std::string& bytes) {
   };
 }
 
-// Up to where SQLite itself recovers, which folds it in.
+// The number of WAL bytes that SQLite recovers. Checkpoints the WAL.
 inline std::uint64_t RecoveredBySqlite(const WalFiles& files, const TempDir& dir) {
   const std::string path = dir.Write("recovered.db", files.database);
   dir.Write("recovered.db-wal", files.wal);
-  const std::string told = Connection(path).Rows("PRAGMA wal_checkpoint");  // busy|frames|of them folded in
+  const std::string told = Connection(path).Rows("PRAGMA wal_checkpoint");  // busy|frames|checkpointed frames
   const unsigned long frames = told.starts_with("0|") ? std::strtoul(told.c_str() + 2, nullptr, 10) : 0;
   return kWalHeader + frames * kWalFrame;
 }

@@ -1,4 +1,4 @@
-// What a WAL's bytes tell, held against what SQLite recovers from them.
+// Compares the verdict on the bytes of a WAL with what SQLite recovers from them.
 #include <gtest/gtest.h>
 
 #include "WalFiles.h"
@@ -25,7 +25,7 @@ std::size_t Frames(const std::string& wal) {
 
 class WalScanTest : public testing::Test {
  protected:
-  // Where something can be folded in SQLite finds as much.
+  // Scans the WAL. When it can be checkpointed, SQLite must recover as many bytes.
   store::WalFinding Find(const std::string& wal) const {
     const auto found = ScanWal(ReaderOf(wal));
     if (found.state == WalState::kSound || found.state == WalState::kTorn) {
@@ -38,7 +38,7 @@ class WalScanTest : public testing::Test {
   TempDir dir_;
 };
 
-// The break, and what is left to lose behind it, decide: each flipped bit is found.
+// The place of the first bad frame, and the commits after it, decide the verdict.
 TEST_F(WalScanTest, EachFlippedBitIsFound) {
   ASSERT_EQ(Find(made_.wal).state, WalState::kSound);
   ASSERT_EQ(Find(made_.wal).endOfCommits, made_.wal.size());
@@ -111,7 +111,7 @@ TEST_F(WalScanTest, TellsWhatACutCanLeaveFromDamage) {
   }
 }
 
-// After a restart frames of an earlier generation stand behind those of this one.
+// After a restart old frames follow the new frames.
 TEST(WalScan, StaleFramesAreIgnored) {
   const WalFiles made = MakeWal(6, 4);
   const auto found = ScanWal(ReaderOf(made.wal));

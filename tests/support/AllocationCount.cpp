@@ -1,5 +1,4 @@
-// Apart from the tests: where the compiler sees the operators and their callers at once it takes
-// them for a mismatch.
+// The operators stand in their own file: a compiler that sees them beside their callers reports a mismatch.
 #include "support/AllocationCount.h"
 
 #include <cstdlib>

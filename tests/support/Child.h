@@ -7,15 +7,14 @@
 #include <string>
 #include <vector>
 
-// In a child: becomes a program, which is looked for where the shell would. The exit status where that
-// cannot be.
+// Runs in a child: becomes a program, which is searched in PATH. Returns an exit status when that fails.
 int Exec(const std::vector<std::string>& arguments);
 
-// A child process; killed at the end if it still runs. It inherits the parent's descriptors, so
-// endpoints that are to be free when the parent closes them are made after it.
+// A child process. The destructor kills it when it still runs. It inherits the parent's descriptors: create
+// an endpoint after the child when the parent must be able to close it.
 class Child {
  public:
-  // Runs `body`, whose result is the exit status.
+  // Runs `body`. Its result is the exit status.
   explicit Child(const std::function<int()>& body);
   // Runs a program with its arguments.
   explicit Child(const std::vector<std::string>& arguments);
@@ -25,10 +24,10 @@ class Child {
 
   pid_t Id() const { return id_; }
   void Signal(int signal) const;
-  // Waits for its end: the exit status, 128 plus the signal that ended it, or -1 when it still ran
-  // after that time and was killed.
+  // Waits for the end. Returns the exit status, 128 plus the number of the signal, or -1 when the time was
+  // over and the child was killed.
   int Wait(std::chrono::seconds within = std::chrono::seconds(20));
-  // Does not wait.
+  // Whether the child has ended. Does not wait.
   bool Ended() const;
 
  private:

@@ -4,7 +4,7 @@
 
 #include <string>
 
-// Another program's connection to a recording.
+// A connection to a recording, as another program has it.
 class Connection {
  public:
   explicit Connection(const std::string& path, const char* vfs = nullptr) {
@@ -14,7 +14,7 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  // Columns separated by "|", each row ended by a newline; an error's text where one occurs.
+  // Runs a query. Columns are separated by "|", rows end with a newline. On failure returns the error text.
   std::string Rows(const std::string& sql) {
     std::string rows;
     char* error = nullptr;

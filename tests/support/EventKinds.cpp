@@ -40,7 +40,7 @@ std::string Encoded(const Item& item) {
   return bytes;
 }
 
-// The item as `fill` makes it.
+// The bytes of an item that `fill` has filled.
 template <typename T, typename Fill>
 std::string Filled(Fill fill) {
   T item;
@@ -99,7 +99,7 @@ EventKind Subscribed(const char* name, unsigned int notificationId, std::string 
   return {name, notificationId, FollowedItemOf(notificationId).handler, std::move(payload)};
 }
 
-// Ends the program, by name of the server, when there is no message of it.
+// Aborts, and names the server, when a server has no message here.
 std::vector<EventKind> Complete(std::vector<EventKind> kinds) {
   for (const ServerRow& server : servers::kAll) {
     const bool known = std::any_of(kinds.begin(), kinds.end(), [&server](const EventKind& kind) {

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-// Tries until `condition` holds; false when it does not within the time.
+// Tries until `condition` holds. Returns false when the time is over.
 template <typename Condition>
 bool Eventually(Condition condition, std::chrono::milliseconds within = std::chrono::seconds(20)) {
   const auto end = std::chrono::steady_clock::now() + within;

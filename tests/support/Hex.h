@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-// Bytes as text: two hexadecimal digits each, blanks and line ends between them as one likes.
+// Reads bytes from text: two hexadecimal digits each, with optional white space between them.
 inline std::string FromHex(std::string_view text) {
   std::string bytes;
   int digits = 0;
@@ -31,7 +31,7 @@ inline std::string ToHex(std::string_view bytes) {
   return text;
 }
 
-// That many zero bytes, as text.
+// Zero bytes as hexadecimal text.
 inline std::string Zeros(std::size_t bytes) {
   std::string zeros;
   zeros.resize(2 * bytes, '0');

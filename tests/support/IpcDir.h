@@ -7,13 +7,13 @@
 
 #include "support/TempDir.h"
 
-// An endpoint directory of a test's own, in force as long as the object lives.
+// A separate endpoint directory, used while the object lives.
 class IpcDir {
  public:
   IpcDir() {
     Use(directory_.Path("ipc"));
     std::filesystem::create_directory(directory_.Path("ipc"));
-    std::filesystem::permissions(directory_.Path("ipc"), std::filesystem::perms(0755));  // whatever the umask
+    std::filesystem::permissions(directory_.Path("ipc"), std::filesystem::perms(0755));  // ignores the umask
   }
   ~IpcDir() { unsetenv("LINX_IPC_DIR"); }
   IpcDir(const IpcDir&) = delete;
@@ -22,7 +22,7 @@ class IpcDir {
   void Use(const std::string& path) { setenv("LINX_IPC_DIR", path.c_str(), 1); }
   // A path in the directory that holds the endpoint directory.
   std::string Beside(std::string_view name) const { return directory_.Path(name); }
-  // An endpoint's file.
+  // The path of an endpoint's socket.
   static std::string File(const std::string& name) {
     return std::string(std::getenv("LINX_IPC_DIR")) + "/" + name;
   }

@@ -13,7 +13,7 @@
 #include "support/LogCapture.h"
 #include "support/RawPeer.h"
 
-// What a receive gave. A payload of the messages in these tests is a text.
+// The result of a receive. Payloads are texts in these tests.
 struct Got {
   int result = 0;
   unsigned int type = 0;
@@ -30,13 +30,13 @@ inline Got GotOf(int result, const IpcMessage& message) {
   return {result, message.MsgType(), PayloadOf(message), message.GetSender()};
 }
 
-// A general receive.
+// Receives any message.
 inline Got Next(LinxIpc& ipc, int timeoutMs = 10000) {
   const int result = ipc.Receive(timeoutMs, 0, LinxIpc::emptyString, nullptr);
   return GotOf(result, ipc.CurrentMessage());
 }
 
-// A selective wait.
+// Waits for one message selectively.
 inline Got Await(LinxIpc& ipc, unsigned int type, const std::string& sender = {}, int timeoutMs = 10000) {
   IpcMessage message;
   const int result = ipc.Receive(timeoutMs, type, sender, &message);
@@ -50,14 +50,14 @@ inline int Tell(LinxIpc& from, const std::string& to, unsigned int type, std::st
   return from.Notify(to, message, wait);
 }
 
-// Receives until nothing more comes: the payloads, in order.
+// Receives until no more messages arrive. Returns the payloads, in order.
 inline std::vector<std::string> Drain(LinxIpc& ipc) {
   std::vector<std::string> payloads;
   for (Got got = Next(ipc, 50); got.result == 0; got = Next(ipc, 50)) payloads.push_back(got.payload);
   return payloads;
 }
 
-// Handler that keeps what it is called with.
+// A handler that keeps the messages it is called with.
 struct Calls {
   std::vector<Got> got;
 

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-// A bound datagram socket: the far side of a log or of a service manager. A name that begins with
-// "@" is an abstract one.
+// A bound datagram socket, which plays a system log or a service manager. A name that begins with "@" is
+// abstract.
 class ListeningSocket {
  public:
   explicit ListeningSocket(const std::string& name)
@@ -31,7 +31,7 @@ class ListeningSocket {
   ListeningSocket(const ListeningSocket&) = delete;
   ListeningSocket& operator=(const ListeningSocket&) = delete;
 
-  // All that has arrived since the last call.
+  // The datagrams since the last call.
   std::vector<std::string> Heard() const {
     std::vector<std::string> heard;
     char buffer[2048];

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Before anything is logged: the log client decides only once where lines go.
+// Set before the first log line: the log client chooses its target only once.
 [[maybe_unused]] const int kToStderr = setenv("LOG_TARGET", "stderr", 1);
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-// Takes what the process writes to standard error, its log lines among it, as long as it lives.
+// Captures standard error of this process, with its log lines, while the object lives.
 class LogCapture {
  public:
   LogCapture();
@@ -11,9 +11,9 @@ class LogCapture {
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
 
-  // All that was written so far.
+  // The text captured so far.
   std::string Text() const;
-  // Lines so far that contain `part`.
+  // The number of captured lines that contain `part`.
   int Lines(std::string_view part) const;
 
  private:

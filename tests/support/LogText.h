@@ -6,8 +6,8 @@
 
 using Lines = std::vector<std::string>;
 
-// A line of the log on standard error without what differs from run to run: "TIME NAME[PID] MASK
-// SOURCE:LINE TEXT" becomes "MASK SOURCE: TEXT". Any other line stays as it is.
+// Removes the parts of a log line that differ from run to run: "TIME NAME[PID] MASK SOURCE:LINE TEXT" becomes
+// "MASK SOURCE: TEXT". Other lines stay unchanged.
 inline std::string LogTextOf(const std::string& line) {
   std::istringstream words(line);
   std::string time;
@@ -24,7 +24,7 @@ inline std::string LogTextOf(const std::string& line) {
                : line;
 }
 
-// The finished lines of a text.
+// The complete lines of a text.
 inline Lines LinesOf(const std::string& text) {
   Lines lines;
   for (std::size_t from = 0, end = 0; (end = text.find('\n', from)) != std::string::npos; from = end + 1) {
@@ -33,14 +33,14 @@ inline Lines LinesOf(const std::string& text) {
   return lines;
 }
 
-// The same, those of the log without what differs.
+// The complete lines of a text, log lines as LogTextOf returns them.
 inline Lines LogText(const std::string& text) {
   Lines lines = LinesOf(text);
   for (std::string& line : lines) line = LogTextOf(line);
   return lines;
 }
 
-// As one text, of which a failed comparison shows the lines that differ.
+// Joins lines into one text. A failed comparison then shows the lines that differ.
 inline std::string Joined(const Lines& lines) {
   std::string text;
   for (const std::string& line : lines) text += line + "\n";

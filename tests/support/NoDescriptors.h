@@ -3,7 +3,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-// As long as it lives this process can open nothing more.
+// While the object lives this process cannot open descriptors.
 class NoDescriptors {
  public:
   NoDescriptors() {

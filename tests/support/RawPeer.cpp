@@ -82,7 +82,7 @@ std::optional<std::string> RawPeer::Receive(int timeoutMs) const {
   std::array<char, 8192> buffer;
   if (!Readable(fd_, timeoutMs)) return std::nullopt;
   ssize_t size = 0;
-  do {  // a reset is reported before what is left to read
+  do {  // the kernel reports a reset before the remaining packets
     size = recv(fd_, buffer.data(), buffer.size(), MSG_DONTWAIT);
   } while (size < 0 && (errno == ECONNRESET || errno == EINTR));
   if (size < 0) return std::nullopt;

@@ -5,23 +5,23 @@
 #include <string>
 #include <string_view>
 
-// Peers of the IPC layer made of bare sockets, for what no well-behaved endpoint does and for what
-// the wire carries. Byte strings throughout.
+// Peers of the IPC layer made of raw sockets, for hostile behaviour and for tests of the wire format. All
+// packets are byte strings.
 
 // A packet: type and payload.
 std::string Packet(std::uint32_t type, std::string_view payload = {});
-// The packet that a connection begins with.
+// The first packet of a connection.
 std::string HelloPacket(std::string_view name);
 // 32 bits, big-endian.
 std::string U32(std::uint32_t value);
 
-// One side of a connection. Movable, closes at the end.
+// One side of a connection. Movable. The destructor closes it.
 class RawPeer {
  public:
   explicit RawPeer(int fd = -1) : fd_(fd) {}
   // Connects to an endpoint; check Connected.
   static RawPeer To(const std::string& endpoint);
-  // The same, and says the hello.
+  // Connects and sends the hello.
   static RawPeer To(const std::string& endpoint, std::string_view ownName);
   ~RawPeer() { Close(); }
   RawPeer(RawPeer&& other) noexcept;
@@ -31,11 +31,11 @@ class RawPeer {
   int fd() const { return fd_; }
   void Close();
 
-  // 0 or an errno value; never waits.
+  // Returns 0 or an errno value. Never waits.
   int Send(std::string_view packet) const;
-  // The next packet; empty when the other side closed; nothing when none came within the time.
+  // Returns the next packet, "" when the other side has closed, or nullopt when the time is over.
   std::optional<std::string> Receive(int timeoutMs = 20000) const;
-  // Whether the other side has closed, nothing left to read.
+  // Whether the other side has closed and no packet is left.
   bool Closed(int timeoutMs = 0) const { return Receive(timeoutMs) == std::string(); }
 
  private:
@@ -45,13 +45,13 @@ class RawPeer {
 // An endpoint's listening socket.
 class RawListener {
  public:
-  // Replaces what is there.
+  // Replaces an existing file.
   explicit RawListener(const std::string& endpoint, int backlog = 16);
   ~RawListener();
   RawListener(const RawListener&) = delete;
   RawListener& operator=(const RawListener&) = delete;
 
-  // The next connection; not Connected when none came within the time.
+  // Returns the next connection. It is not Connected when the time is over.
   RawPeer Accept(int timeoutMs = 20000) const;
 
  private:

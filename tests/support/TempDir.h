@@ -12,7 +12,7 @@ inline std::string TextOfFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// A directory of a test's own, removed with everything in it at the end.
+// A temporary directory. The destructor removes it and its content.
 class TempDir {
  public:
   TempDir() {
@@ -29,7 +29,7 @@ class TempDir {
 
   std::string Path(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  // Writes a file, with the directories it stands in.
+  // Writes a file, and creates its directories.
   std::string Write(std::string_view name, std::string_view content) const {
     std::string path = Path(name);
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());

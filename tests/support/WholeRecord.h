@@ -7,8 +7,8 @@
 
 #include "sharedmem/MetadataSharedMem.h"
 
-// A copy of the shared record's fields that no writer was at work on, taken as the record's header
-// tells readers to.
+// Copies the fields of the shared record as its header describes it for readers. Returns nullopt when a
+// writer was at work.
 inline std::optional<std::string> ReadWhole(const unsigned char* record) {
   constexpr std::size_t kFields = MetadataSharedMem::kChangeCounterOffset;
   const auto* counter = reinterpret_cast<const std::uint32_t*>(record + kFields);

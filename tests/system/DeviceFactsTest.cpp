@@ -41,7 +41,7 @@ TEST(MacAddress, IsThatOfEth0ElseTheFirstByNameThatHasOne) {
   EXPECT_EQ(MacOf({{"lo", zero}}), kNone);
 }
 
-// The serial number that MFG_FILE gives; "none" when it gives none.
+// The serial number from MFG_FILE; "none" when there is none.
 std::string SerialIn(const std::string& path) {
   setenv("MFG_FILE", path.c_str(), 1);
   std::string serial = "untouched";
@@ -71,7 +71,7 @@ TEST(SerialNumber, IsTheFirstLineTrimmed) {
 TEST(SerialNumber, IsLookedForWhereTheEarlierPlacesHoldNone) {
   const TempDir directory;
   const std::string pipe = directory.Path("pipe");
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);  // and nobody ever writes to it
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);  // without a writer
   std::vector<std::string> paths = {directory.Path("missing"), directory.Path(""), pipe, "/dev/zero"};
   for (const std::string& path : paths) EXPECT_EQ(SerialIn(path), "none") << path;
   paths.push_back(directory.Write("first", "1"));
@@ -84,7 +84,7 @@ TEST(SerialNumber, IsLookedForWhereTheEarlierPlacesHoldNone) {
   EXPECT_EQ(serial, "1");
 }
 
-// For the recorder and for the reader, which both look for paths this way.
+// The recorder and the reader both get their paths this way.
 TEST(EnvironmentTest, AnEmptyPathIsNone) {
   setenv("MM_TEST_PATH", "", 1);
   EXPECT_STREQ(KvGetenv("MM_TEST_PATH"), "") << "a switch is on, whatever its value";

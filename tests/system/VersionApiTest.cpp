@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The entries of files, as "name>version|".
+// The entries of the files, each as "name>version|".
 std::string EntriesOf(const std::vector<std::string>& files) {
   std::vector<VersionEntry> entries;
   for (const std::string& file : files) VersionApi::GetAllVersions(entries, file);
@@ -42,7 +42,7 @@ TEST(VersionApi, LinesAreNameAndVersion) {
       << "appended";
 }
 
-// The environment is read when the versions are.
+// Each call reads the environment again.
 TEST(VersionApi, TheSystemsFileMayBeAnother) {
   const TempDir directory;
   setenv("VERSION_FILE", directory.Write("versions", "BUILD=7").c_str(), 1);

@@ -29,7 +29,7 @@ class WatchdogTest : public testing::Test {
   }
   Notices Heard() const { return manager_->Heard(); }
 
-  // Pets until something is heard.
+  // Pets until a notice arrives.
   Notices PetUntilHeard() {
     Notices heard;
     (void)Eventually([&] {
@@ -39,7 +39,7 @@ class WatchdogTest : public testing::Test {
     return heard;
   }
 
-  static constexpr unsigned int kLong = 3600;  // seconds: its quarter never passes in a test
+  static constexpr unsigned int kLong = 3600;  // seconds; a quarter of it never passes in a test
 
   TempDir directory_;
   std::optional<ListeningSocket> manager_;
@@ -98,7 +98,7 @@ TEST_F(WatchdogTest, ManagerThatComesLaterHearsReady) {
 }
 
 TEST_F(WatchdogTest, FullSocketNeverBlocksAndReadyIsSaidLater) {
-  constexpr std::size_t kMore = 100000;  // than the queue of any socket takes
+  constexpr std::size_t kMore = 100000;  // more than any socket queues
   for (std::size_t i = 0; i < kMore; ++i) {
     ASSERT_TRUE(watchdog_.Subscribe(kLong));
     Pet(1);

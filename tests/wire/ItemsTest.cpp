@@ -1,4 +1,4 @@
-// The items of docs/wire.md are what the item classes read and write.
+// The item classes read and write the items of docs/wire.md.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ using std::tuple;
 
 constexpr int kTick = 1000000;
 
-// What the class reads from the document's bytes, which it must write again.
+// Reads an item from the bytes of the document. Encoding it must give the same bytes.
 template <typename T>
 T Item(const std::string& name) {
   static WireDocument document(WIRE_DOCUMENT);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Adds what stands on one line: bytes in hexadecimal, "??" for any, "*9" to repeat the last one.
+// Adds the bytes of a line: hexadecimal, "??" for any byte, "*9" to repeat the last byte.
 bool Add(const std::string& line, std::string& hex) {
   std::istringstream words(line.substr(0, line.find(';')));
   for (std::string word; words >> word;) {

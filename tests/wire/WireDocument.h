@@ -4,20 +4,20 @@
 #include <string>
 #include <vector>
 
-// The packets and items of a document's blocks marked "wire", by name: bytes as ToHex writes them, with "??"
-// for any.
+// The packets and items in the blocks "wire" of a document, by name. Bytes have the format of ToHex, with
+// "??" for any byte.
 class WireDocument {
  public:
-  // A line that is not understood fails the test.
+  // A malformed line fails the test.
   explicit WireDocument(const std::string& path);
 
-  // The packet of that name and direction ("A > B", or "item"); fails the test where there is none. What was
-  // asked for counts as played.
+  // Returns the packet of that name and direction ("A > B", or "item"), and marks it as played. A missing
+  // packet fails the test.
   const std::string& Packet(const std::string& name, const std::string& direction);
-  // Its bytes, of which none may be any.
+  // Returns its bytes. None of them may be "??".
   std::string Bytes(const std::string& name, const std::string& direction);
   bool Matches(const std::string& name, const std::string& direction, const std::string& bytes);
-  // Those that travel and were not asked for.
+  // The packets that were not played. Items do not count.
   std::vector<std::string> NotPlayed() const;
 
  private:

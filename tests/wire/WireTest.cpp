@@ -1,5 +1,5 @@
-// Plays the packets of docs/wire.md to the real process, over bare sockets: what the page says is
-// all that this peer knows.
+// Plays the packets of docs/wire.md to the real process over raw sockets. The test knows nothing but this
+// page.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -20,7 +20,7 @@
 
 namespace {
 
-// The last bytes of a subscription's item and notification id.
+// Offsets of the last byte of the item and of the notification id in a subscription.
 constexpr std::size_t kItemByte = 7;
 constexpr std::size_t kIdByte = 11;
 
@@ -39,7 +39,7 @@ class WireTest : public testing::Test {
   }
   ~WireTest() override { shm_unlink(sharedName_.c_str()); }
 
-  // `peer` is the side of the conversation that this test plays.
+  // `peer` is the side that this test plays.
   void Send(const RawPeer& peer, const std::string& from, const std::string& name) {
     SCOPED_TRACE(name);
     ASSERT_EQ(peer.Send(document_.Bytes(name, from + " > MetadataMgr")), 0);
@@ -48,7 +48,7 @@ class WireTest : public testing::Test {
     const std::string packet = peer.Receive().value_or("");
     EXPECT_TRUE(document_.Matches(name, "MetadataMgr > " + to, packet)) << name << ": " << ToHex(packet);
   }
-  // So many requests, of which the document shows the first: item and id grow by one, also in the answers.
+  // Expects `count` requests. The document shows the first; item and id grow by one in requests and answers.
   void ExpectRequests(const RawPeer& server, const std::string& name, int count, const std::string& request,
                       const std::string& answer = {}) {
     std::string wanted = document_.Bytes(request, "MetadataMgr > " + name);
@@ -110,8 +110,8 @@ TEST_F(WireTest, PlaysTheWholeDocument) {
                              "camera-state", "microphone-state", "ping"}) {
     Send(viewer, "Viewer", packet);
   }
-  Expect(viewer, "Viewer", "ping-answer");  // and no notice of the second bookmark before it
-  // Peers are served in turn, so the answer to one says nothing of what another sent.
+  Expect(viewer, "Viewer", "ping-answer");  // no notice of the second bookmark comes before it
+  // Peers are served in turn, so an answer to one peer does not mean that another peer's message was handled.
   EXPECT_TRUE(Eventually([this] { return log_.Lines("LVSStateChangeHandler") == 1; })) << log_.Text();
 
   Send(stateMgr_, "StateMgr", "quit");
