@@ -10,7 +10,7 @@ namespace bench {
 
 struct StateMessage : RecordItem<StateMessage> {
   std::uint32_t tick = 0;
-  std::uint32_t number = 0;  // of the stream or camera
+  std::uint32_t number = 0;  // stream or camera
   std::uint32_t state = 0;
   static constexpr auto Fields() {
     return std::make_tuple(&StateMessage::tick, &StateMessage::number, &StateMessage::state);

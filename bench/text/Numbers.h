@@ -4,10 +4,10 @@
 
 namespace bench {
 
-// "12 ms"; below 10 ms with two decimals.
+// Formats as "12 ms". Values below 10 ms have two decimals.
 std::string Milliseconds(double ms);
 
-// "1.0"
+// Formats as "1.0".
 std::string OneDecimal(double value);
 
 }  // namespace bench

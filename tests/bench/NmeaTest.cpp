@@ -122,7 +122,7 @@ TEST(Nmea, OfRealReceiversIsUnderstood) {
     const char* name;
     std::size_t readings;
     std::size_t fixes;
-    std::size_t skipped;  // sentences and lines
+    std::size_t skipped;  // skipped sentences and lines
   } kLogs[] = {{"bu353s4", 25, 25, 0}, {"bundg_zeus_9", 149, 149, 0}, {"haicom-305N", 74, 68, 0},
                {"iTrek", 37, 35, 1},   {"motorola-t805", 25, 16, 0},  {"nmea-rtk", 122, 122, 0},
                {"rx210", 62, 40, 0},   {"sirfstarv-nmea", 59, 59, 0}, {"telit-he910", 224, 187, 0}};

@@ -6,8 +6,8 @@
 
 #include "support/Child.h"
 
-// Has a server send a message to the process: its type, 32 bits, and its payload. The second is answered with
-// the third when the process has handled the message.
+// Messages to a fake server. Their payload is a message, type (32 bits) and payload, that the server sends to
+// the process. It answers kForwardAndTell with kForwarded when the process has handled that message.
 constexpr unsigned int kForward = 60000, kForwardAndTell = 60001, kForwarded = 60002;
 
 // How a server answers a subscription to one of its items.

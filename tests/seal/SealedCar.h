@@ -70,5 +70,5 @@ class SealedCar {
 
 inline constexpr const char* kHardware = "02:00:00:00:00:01";
 
-// The verdict on the first file that is not proven, as "altered: file 2, seal 17: why"; else "proven".
+// Verifies the files. Returns "proven", another verdict as "consistent", or "altered: file 2, seal 17: why".
 std::string Verify(const std::vector<File>& files, const std::optional<seal::PublicKey>& key);

@@ -174,7 +174,7 @@ TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
       "DELETE FROM state WHERE event=2 AND seq IN (SELECT max(state.seq) FROM state, clock WHERE "
       "state.tick<" +
       std::to_string(from) + ")");
-  (void)copy("lost.db");  // needs the full state before that
+  (void)copy("lost.db");  // uses the previous full state
 }
 
 TEST_F(CopyTest, KeepsTheWatchdogQuietAndTheMemoryFlat) {

@@ -62,7 +62,7 @@ TEST_F(StoreTest, WhyNoRecordingCanBeBegunIsLogged) {
   EXPECT_EQ(log.Lines("No recording can be begun (File too large)"), 1) << log.Text();
 }
 
-// A number counts only for a recording. A name is never used when anything has that name.
+// Only recordings count for the next number. A name that anything has is never used.
 TEST_F(StoreTest, NumbersGoOnFromTheNewestRecordingAndPassOverOtherNames) {
   Open();
   Close();

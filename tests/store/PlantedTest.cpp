@@ -60,7 +60,7 @@ class PlantedTest : public StoreTest {
     const auto pages = static_cast<std::uint32_t>(fs::file_size(dir_.Path("metadata.000001.db")) / 1024);
     return ::HotJournal(dir_.Path("victim"), pages);
   }
-  // What the next run, whose file has this number, records about this run.
+  // Starts the next run, whose file has this number. Returns what it recorded about the earlier run.
   std::string NextRunTells(int number = 2) {
     const auto begun = std::chrono::steady_clock::now();
     Open();

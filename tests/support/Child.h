@@ -24,8 +24,8 @@ class Child {
 
   pid_t Id() const { return id_; }
   void Signal(int signal) const;
-  // Waits for the end. Returns the exit status, 128 plus the number of the signal, or -1 when the time was
-  // over and the child was killed.
+  // Waits for the end. Returns the exit status, 128 plus the number of the signal, or -1 when the child
+  // still runs after that time.
   int Wait(std::chrono::seconds within = std::chrono::seconds(20));
   // Whether the child has ended. Does not wait.
   bool Ended() const;
