@@ -1,4 +1,5 @@
-// Any text as a drive: errors are lines for people, and every command without an error can be performed.
+// Parses any text as a drive. Errors must be printable lines, and every command without an error must be
+// performable.
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,6 @@
-// Peers that say anything to an endpoint, in any order: bytes instead of packets, hellos, messages, and
-// closing in between, while the endpoint receives in both ways, sends and queues. As root some of them are
-// observers, of whom nothing but questions may get through. Whatever they did, a well-behaved peer is served
-// afterwards.
+// Hostile peers send raw bytes, hellos and messages to an endpoint and close, in any order, while the
+// endpoint receives in both ways, sends and queues. As root some peers are observers: only their questions
+// may get through. Afterwards the endpoint must serve a well-behaved peer.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,7 +22,7 @@ const std::string kNames[] = {"A", "B", "StateMgr", "Me", "", "../x"};
 constexpr unsigned int kTypes[] = {1, 2,          LinxIpc::kShutdownNotice, LinxIpc::kProcessDiedNotice,
                                    0, 0x4C494E58, MetadataMgrMsg_Ping,      MetadataMgrMsg_MetadataToFile};
 
-// Connections made while it lives are an observer's, where this process may become one.
+// As root, connections made while this object lives are an observer's.
 class AsObserver {
  public:
   explicit AsObserver(bool wanted) : root_(wanted && geteuid() == 0) {
@@ -41,7 +40,7 @@ class AsObserver {
 
 const std::string kObserver = "Observer";
 
-// Whether an endpoint may get that message from an observer.
+// Whether an observer may send this message.
 bool IsQuestion(unsigned int type) {
   return type == SubscribeMsg_Subscribe || type == SubscribeMsg_Unsubscribe || type == LogLevelMsg_Get ||
          type == MetadataMgrMsg_Ping || type == MetadataMgrMsg_GetLastSystemTick;
@@ -103,7 +102,7 @@ class Conversation {
     }
   }
 
-  // After all of them are gone.
+  // Closes all peers and requires that a good peer is served.
   void End() {
     for (RawPeer& peer : peers_) peer.Close();
     while (me_.Receive(0, 0, LinxIpc::emptyString, &message_) == 0) RequireAllowed(message_);
@@ -115,7 +114,7 @@ class Conversation {
   }
 
  private:
-  // Only root can be the system and an observer in turn.
+  // Only root can be both the system and an observer.
   static void RequireAllowed(const IpcMessage& message) {
     Require(geteuid() != 0 || message.GetSender() != kObserver || IsQuestion(message.MsgType()));
   }
@@ -131,7 +130,7 @@ class Conversation {
   static const std::string& AnyName(Input& input) { return kNames[input.Below(std::size(kNames))]; }
   static unsigned int AnyType(Input& input) { return kTypes[input.Below(std::size(kTypes))]; }
 
-  // A shutdown that was asked for is told for ever: the message tells whether there was one.
+  // After a shutdown request Receive reports it for ever; the message type shows whether a message came.
   bool TakesOne() {
     (void)me_.CurrentMessage().Allocate(0xFFFF, 0, nullptr);
     const int result = me_.Receive(0, 0, LinxIpc::emptyString, nullptr);

@@ -1,5 +1,5 @@
-// Any text as the words of a GPS receiver: a text that begins with "{" as lines of a gpsd, any other as a log
-// of NMEA sentences. Every reading is a place on earth.
+// Parses any text as GPS data: as lines of gpsd if it begins with "{", else as an NMEA log. Every reading
+// must be a place on earth.
 
 #include <string>
 

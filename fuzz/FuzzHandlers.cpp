@@ -1,6 +1,6 @@
-// The real manager on its real endpoint and store, after a real start, with all handlers in force: its
-// peers, the state manager and the servers among them, send it any messages. It is started anew now and
-// then, so that its recording stays short.
+// Peers, among them the state manager and the servers, send any messages to the real manager, on its real
+// endpoint and store, after a real start. The manager restarts now and then, so that its recording stays
+// short.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -23,7 +23,7 @@
 
 namespace {
 
-// Messages that any process may send, and answers that the process itself waits for.
+// Messages that any process may send, and answers that the manager waits for.
 constexpr unsigned int kMessages[] = {
     SubscribeMsg_Subscribe,
     SubscribeMsg_Answer,
@@ -86,7 +86,7 @@ class Vehicle {
     (void)sender.Send(Packet(type, payload));
   }
 
-  // Turns of the process's main loop, until there is nothing left to do.
+  // Runs turns of the main loop until it is idle.
   void LoopUntilIdle() {
     LinxIpc& ipc = initializer_->Ipc();
     for (bool idle = false; !idle;) {
@@ -94,7 +94,7 @@ class Vehicle {
       manager_->PetWatchdog();
       manager_->PeriodicProcessing();
       for (const RawPeer& peer : peers_) {
-        while (const auto answer = peer.Receive(0)) Require(!answer->empty());  // it is never cut off
+        while (const auto answer = peer.Receive(0)) Require(!answer->empty());  // never closed by the manager
       }
     }
     if (copied_) std::filesystem::remove_all(copies_);
@@ -114,7 +114,7 @@ class Vehicle {
     return StateMgr().Send(Packet(StateMgrProcessMsg_Subscribe, "\x01")) == 0;
   }
 
-  // All servers answer beforehand. So many zeros are every item.
+  // All servers answer in advance. The zero bytes decode as any item.
   bool SubscribeToServers(LinxIpc& ipc, bool flag) {
     for (std::size_t i = 0; i < std::size(servers::kAll); ++i) {
       for (const ServedItem& item : servers::kAll[i].items) Accept(peers_[i], item);
@@ -137,7 +137,7 @@ class Vehicle {
     return peers_[&servers::Of(e_Process_StateMgr) - std::begin(servers::kAll)];
   }
 
-  // A request for a copy gets a path below a directory that is emptied.
+  // Redirects a copy to a directory that is emptied.
   void KeepInDirectory(std::string& payload) {
     constexpr std::size_t kPathBytes = 1024;
     std::filesystem::create_directory(copies_);
@@ -163,7 +163,7 @@ void StartAnew() {
   const bool first = !gVehicle.has_value();
   gVehicle.reset();
   gVehicle.emplace();
-  if (first) (void)std::atexit([] { gVehicle.reset(); });  // before its static members are destroyed
+  if (first) (void)std::atexit([] { gVehicle.reset(); });  // before static objects are destroyed
 }
 
 }  // namespace

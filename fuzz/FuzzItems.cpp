@@ -1,5 +1,5 @@
-// Every item class, decoded from any payload in both ways that there are: the whole of it or nothing is
-// taken, and what was taken reads as its own encoding does.
+// Decodes any payload as each item class, in both ways. An item must decode completely or not at all, and its
+// encoding must decode to the same item.
 
 #include <string>
 
@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   LogClient::Instance().Level(0);
   Input input(data, size);
   const auto decode = kDecoders[input.Below(std::size(kDecoders))];
-  static IpcMessage message;  // with what a longer payload left behind, as in the process
+  static IpcMessage message;  // keeps the bytes of a longer payload, as in the process
   Fill(message, input.Take(size));
   decode(message);
   return 0;

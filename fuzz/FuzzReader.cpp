@@ -1,6 +1,5 @@
-// Recordings that someone has tampered with, given to the reader: a short real one whose rows and schema
-// were changed with SQL, then its bytes. The reader tells what it finds; it neither fails nor goes on
-// for ever.
+// Gives tampered recordings to the reader: a short real one, first changed with SQL, then in its bytes. The
+// reader must report what it finds; it may neither crash nor run for ever.
 
 #include <sqlite3.h>
 
@@ -26,8 +25,8 @@ class SteppedClock : public StoreClock {
   unsigned int tick = 10'000;
 };
 
-// Recordings as the store leaves them: closed, and in the middle of a run with its log. The loose one is
-// closed, too, but its tables take values of any type.
+// `closed` is a recording after a clean end; `open` one in the middle of a run, with its WAL in `log`.
+// `loose` is closed, and its tables take values of any type.
 struct Originals {
   std::string closed, loose, open, log;
 };
@@ -47,7 +46,7 @@ void Record(DataStoreNormal& store, SteppedClock& clock) {
   store.ReportStringData(e_Tag_Filler, "a \"text\"");
 }
 
-// A database in memory whose file is taken out again.
+// A recording loaded into memory, to be changed there.
 class Tampered {
  public:
   explicit Tampered(const std::string& file) {

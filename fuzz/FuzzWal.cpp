@@ -1,5 +1,5 @@
-// A WAL of any bytes, most often a real one that was changed: what the scan would fold in is what SQLite
-// recovers, and no byte is read behind the end.
+// Scans a WAL of any bytes, usually a real one that was changed. The scan must accept exactly what SQLite
+// recovers, and must not read past the end.
 
 #include "Input.h"
 #include "store/WalFiles.h"
@@ -12,7 +12,7 @@ void Change(std::string& wal, Input& input) {
     case 0:
       wal.resize(at);
       break;
-    case 1: {  // a frame in the place of another
+    case 1: {  // replaces a frame by another
       const auto frameAt = [&wal](std::size_t number) {
         return std::min(wal.size(), kWalHeader + number * kWalFrame);
       };
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool folds = found.state == store::WalState::kSound || found.state == store::WalState::kTorn;
   Require(found.endOfCommits <= files.wal.size() && found.brokenAt <= files.wal.size());
   Require(folds || found.state == store::WalState::kDamaged || files.wal.empty());
-  // Another size of page is another database's.
+  // A WAL with another page size belongs to another database.
   if (folds && found.frameBytes == kWalFrame)
     Require(found.endOfCommits == RecoveredBySqlite(files, directory));
   return 0;

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-// The fuzzer's bytes as a target takes them, from the front. Behind the end everything is zero.
+// The fuzzer's input, taken from the front. Past the end every byte is zero.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
@@ -20,20 +20,20 @@ class Input {
     for (int i = 0; i < 4; ++i) word = word << 8 | Byte();
     return word;
   }
-  // So many bytes, or what is left.
+  // `size` bytes, or what is left.
   std::string Take(std::size_t size) {
     std::string taken(rest_.substr(0, size));
     rest_.remove_prefix(taken.size());
     return taken;
   }
-  // Up to the next line end, which is left out.
+  // The next line, without its end.
   std::string Line() {
     const std::size_t end = std::min(rest_.find('\n'), rest_.size());
     std::string line = Take(end);
     (void)Take(1);
     return line;
   }
-  // As many bytes as the next two say.
+  // A text after its length of two bytes.
   std::string Text() {
     const std::size_t high = Byte();
     return Take(high << 8 | Byte());
@@ -43,7 +43,7 @@ class Input {
   std::string_view rest_;
 };
 
-// Ends the program, which the fuzzer reports with the input.
+// Aborts if false; the fuzzer then reports the input.
 inline void Require(bool holds) {
   if (!holds) std::abort();
 }

@@ -7,7 +7,7 @@
 namespace seal {
 
 void Chain::BeginFile() {
-  if (failed_) last_ = Seal();  // what follows on it is not known
+  if (failed_) last_ = Seal();  // the seal before the next file is unknown
   failed_ = false;
   fileBegins_ = true;
   verdict_ = Verdict::kProven;
@@ -24,7 +24,7 @@ bool Chain::Fail(Verdict verdict, std::string reason) {
   return false;
 }
 
-// The file can still be sound by itself.
+// Notes that seals are missing. The file itself can still be sound.
 void Chain::Miss(std::string reason) {
   verdict_ = Verdict::kIncomplete;
   if (reason_.empty()) reason_ = std::move(reason);
@@ -39,7 +39,7 @@ bool Chain::Begin(const Seal& seal) {
   return true;
 }
 
-// Between files of different recorders, or of one without a key, nothing is to be checked.
+// Starts anew at a file of another recorder, or at one without a key that does not follow.
 void Chain::ForgetOtherRecorder(const Seal& seal) {
   const PublicKey& root = items_.file.root;
   const bool follows = seal.place.number == last_.place.number + 1;
@@ -82,7 +82,7 @@ bool Chain::CheckFile(const Seal& seal) {
   return true;
 }
 
-// An epoch ends with a seal of its own; nobody who has only later keys can make that.
+// Each epoch ends with a seal that needs the epoch's key. Nobody can make it with later keys only.
 bool Chain::CheckEpoch(const Seal& seal) {
   const bool keyed = root_ != PublicKey{};
   if (!keyed) return !seal.isSigned || Fail(Verdict::kAltered, "signed without a recorder's key");

@@ -13,7 +13,7 @@ enum ValueType : unsigned char { kNull = 0, kInteger = 1, kText = 2 };
 constexpr int kTypeBits = 2;
 constexpr std::size_t kLongestNumber = 10;
 
-// Small numbers of either sign are short: 0, -1, 1, -2 ... become 0, 1, 2, 3 ...
+// Maps 0, -1, 1, -2 ... to 0, 1, 2, 3 ..., so that small numbers of either sign are short.
 std::uint64_t ZigZag(std::int64_t value) {
   const auto bits = static_cast<std::uint64_t>(value);
   return value < 0 ? ~(bits << 1) : bits << 1;
@@ -58,8 +58,8 @@ Hash CommitHash::End() {
   return state_.End();
 }
 
-// Seven bits a byte, the lowest first; the high bit says that more follow. The lowest `bits` of the first
-// byte are `first`, the number begins above them. A number of 64 bits is slow on the target, and rare.
+// Seven bits a byte, lowest first; the high bit means that more follow. `first` takes the lowest `bits` of
+// the first byte, and the number starts above it. Uses 32 bits where they suffice: 64 are slow on the target.
 void CommitHash::PutNumber(unsigned char first, int bits, std::uint64_t number) {
   if (buffer_.size() - used_ < kLongestNumber) Flush();
   unsigned char* p = buffer_.data() + used_;

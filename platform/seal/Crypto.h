@@ -4,7 +4,7 @@
 
 #include "seal/HashState.h"
 
-// libsodium under names of ours. Every call works without a start-up step.
+// Wraps libsodium. No call needs an initialisation.
 namespace seal {
 
 using SecretKey = std::array<unsigned char, 64>;  // the seed, then the public key
@@ -20,7 +20,7 @@ struct KeyPair {
   SecretKey secretKey{};
 };
 
-// A seed for one purpose, from which nobody can compute the one given.
+// Derives a seed for one purpose. Nobody can compute `from` from it.
 enum class Purpose : unsigned char { kSigning = 0, kLeft = 1, kRight = 2 };
 Seed Derive(const Seed& from, Purpose purpose);
 

@@ -16,11 +16,11 @@ namespace {
 
 constexpr std::size_t kSlotBytes = 4096;
 constexpr unsigned char kMark[] = {'M', 'M', 'D', 'B', 'k', 'e', 'y', '1'};
-constexpr std::size_t kTreeAt = sizeof kMark + 8 + 8 + sizeof(Hash);  // mark, how often written, place
+constexpr std::size_t kTreeAt = sizeof kMark + 8 + 8 + sizeof(Hash);  // mark, write count, place
 constexpr std::size_t kCheckAt = kTreeAt + KeyTree::kStateBytes;
 static_assert(kCheckAt + sizeof(Hash) <= kSlotBytes);
 
-// Wipes itself: it holds what the file holds.
+// Holds secrets, so it wipes itself.
 struct Slot {
   Slot() = default;
   ~Slot() { Wipe(bytes); }
@@ -57,7 +57,7 @@ bool IsPrivate(int descriptor) {
          (status.st_mode & 077) == 0;
 }
 
-// The file's name is on the medium, too.
+// Makes the file's name durable.
 bool SyncDirectoryOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string directory =
@@ -81,7 +81,7 @@ KeyFile::Outcome KeyFile::Lock(const std::string& path, int flags) {
 
 KeyFile::Outcome KeyFile::Create(const std::string& path, const std::string& hardware, const KeyTree& tree) {
   const Outcome outcome = Lock(path, O_CREAT | O_EXCL);
-  if (outcome == Outcome::kMissing) return Outcome::kFailed;  // the directory is
+  if (outcome == Outcome::kMissing) return Outcome::kFailed;  // the directory is missing
   if (outcome != Outcome::kOk) return outcome;
   hardware_ = hardware;
   slot_ = 1;

@@ -11,8 +11,7 @@ namespace {
 
 constexpr unsigned char kKeyText[] = {'M', 'M', 'D', 'B', ' ', 'k', 'e', 'y'};
 
-// What the certificate of a node is made over. Level 0 is just below the root; the index counts from the
-// left.
+// The bytes that a node's certificate signs. Level 0 is just below the root; the index counts from the left.
 std::array<unsigned char, 49> CertifiedBytes(int level, std::int64_t epoch, const PublicKey& key) {
   std::array<unsigned char, 49> bytes;
   unsigned char* p = std::copy(std::begin(kKeyText), std::end(kKeyText), bytes.begin());
@@ -43,8 +42,8 @@ KeyTree::KeyTree(const Seed& seed) : root_(KeyPair(Derive(seed, Purpose::kSignin
   Descend(0, seed);
 }
 
-// Makes the path's nodes from this level on, with the seed of the node above; the epoch tells left from
-// right, and is at the leftmost leaf below it.
+// Makes the path's nodes from this level down. `seed` is that of the node above; the epoch is its leftmost
+// leaf.
 void KeyTree::Descend(int level, Seed seed) {
   for (auto i = static_cast<std::size_t>(level); i < path_.size(); ++i) {
     Seed signing = Derive(seed, Purpose::kSigning);

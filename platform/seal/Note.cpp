@@ -83,7 +83,7 @@ void Put(Bytes& note, const StartItem& item) {
   PutItem(note, ItemType::kStart, content);
 }
 
-// The types come in rising order, so none comes twice.
+// Types must rise, so none comes twice.
 bool ReadNote(std::span<const unsigned char> note, NoteItems& items) {
   items = NoteItems{};
   unsigned char last = 0;

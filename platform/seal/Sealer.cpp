@@ -5,7 +5,7 @@
 namespace seal {
 namespace {
 
-// More commits than this between two starts is a forged number: with it the numbers would run out.
+// A larger jump between two starts is forged; accepting it would use up the numbers.
 constexpr std::int64_t kMostSeals = std::int64_t{1} << 32;
 
 }  // namespace
@@ -14,7 +14,7 @@ KeyFile::Outcome Sealer::UseKey(const std::string& path, const std::string& hard
   return key_.Open(path, hardware, tree_, last_);
 }
 
-// Who forges what a run finds, without a key, gains nothing by this: the forged seal stays unproven.
+// Checks no signature: a forged last seal gains nothing, because it stays unproven.
 bool Sealer::Trusted(const Found& found) const {
   const std::int64_t more = found.last.place.number - last_.number;
   if (found.root != tree_.Root() || found.last.place.number <= 0 || more < 0 || more > kMostSeals)
@@ -35,7 +35,7 @@ void Sealer::StartRun(const std::array<unsigned char, 16>& run, const std::optio
   }
 }
 
-// The power went between an epoch's last seal and the move of the key: no epoch ends twice.
+// Moves the key if power was lost between an epoch's last seal and the move: no epoch ends twice.
 void Sealer::FinishMove(const Seal& last) {
   if (!HasKey() || last.epoch != tree_.Epoch() || !last.isSigned) return;
   NoteItems items;
@@ -98,7 +98,7 @@ void Sealer::Committed() {
   if (endsEpoch_) MoveKey();
 }
 
-// Only after the epoch's last seal is on the medium. Where the key file fails the epoch goes on, and each
+// Runs only once the epoch's last seal is on the medium. If the key file fails, the epoch goes on and each
 // seal ends it again until the key has moved.
 void Sealer::MoveKey() {
   KeyTree next = tree_;

@@ -10,32 +10,32 @@
 namespace seal {
 
 enum class Verdict : unsigned char {
-  kProven,      // whole, and proven by the recorder's public key
-  kTail,        // proven up to the last signature; what follows in the last second is consistent
+  kProven,      // complete, and proven by the recorder's public key
+  kTail,        // proven up to the last signature; the last second after it is consistent
   kConsistent,  // the hashes agree, but nothing proves who made them
   kAltered,
   kIncomplete,  // seals are missing
-  kCannotTell,  // of another recorder
+  kCannotTell,  // sealed by another recorder
 };
 
-// Follows the seals of one recorder through its files, from the oldest on. All that it is given may be
-// hostile. For each file BeginFile; for each of its seals, in the order of their numbers: Begin, the rows
-// that the file has from `firstSeq` to `lastSeq`, End. The first thing wrong is kept as reason; a file goes
-// on after it only with the next BeginFile.
+// Checks the seals of one recorder through its files, oldest first. All input may be hostile. Call BeginFile
+// for each file. For each of its seals, in the order of their numbers, call Begin, add the file's rows from
+// `firstSeq` to `lastSeq`, and call End. Keeps the first fault as the reason; after a fault go on with the
+// next file.
 class Chain {
  public:
-  // The public key that proves; without it nothing is.
+  // `trusted` is the public key that proves files. Without it no file is proven.
   explicit Chain(const std::optional<PublicKey>& trusted) : trusted_(trusted) {}
 
   void BeginFile();
-  // False: the file is not to be followed further.
+  // False: stop with this file.
   bool Begin(const Seal& seal);
   CommitHash& Rows() { return *commit_; }
   bool End();
 
   // Of the current file.
   Verdict FileVerdict() const;
-  const std::string& Reason() const { return reason_; }  // empty: nothing is wrong
+  const std::string& Reason() const { return reason_; }  // empty: no fault
   const PublicKey& Root() const { return root_; }
   const Place& Last() const { return last_.place; }
   std::int64_t ProvenTo() const { return provenTo_; }  // last sequence number under a signature; 0: none
@@ -53,13 +53,13 @@ class Chain {
 
   std::optional<PublicKey> trusted_;
   std::optional<CommitHash> commit_;
-  Seal seal_;  // the current one
+  Seal seal_;  // current seal
   NoteItems items_;
-  Seal last_;  // the one before, number 0: none
+  Seal last_;  // previous seal; number 0: none
   bool lastEndsEpoch_ = false;
   bool failed_ = false;
   bool fileBegins_ = true;
-  bool follows_ = false;  // the file on the one before it
+  bool follows_ = false;  // the file follows the previous one
   bool provesBefore_ = false;
   bool adjacent_ = false;  // the current seal is the one after last_
   Verdict verdict_ = Verdict::kProven;

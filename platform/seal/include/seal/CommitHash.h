@@ -7,13 +7,13 @@
 
 namespace seal {
 
-// The running hash of one commit: over the hash before it, the seal's own fields and note, and the canonical
-// bytes of the commit's rows in the order of their sequence numbers. Those are the same on every machine and
-// do not depend on how SQLite stores a row. Allocates nothing. For each row BeginRow, then its values in the
-// order of the columns.
+// The hash of one commit: over the previous hash, the seal's fields and note, and the canonical bytes of the
+// commit's rows in the order of their sequence numbers. These bytes are the same on every machine and do not
+// depend on how SQLite stores a row. Allocates nothing. For each row call BeginRow, then add its values in
+// the order of the columns.
 class CommitHash {
  public:
-  // Of the seal: number, sequence numbers, tick, epoch and note.
+  // Uses the seal's number, sequence numbers, tick, epoch and note.
   CommitHash(const Hash& previous, const Seal& seal);
 
   void BeginRow(std::string_view table, std::size_t columns);
@@ -21,7 +21,7 @@ class CommitHash {
   void Add(std::string_view text);
   void AddNull();
 
-  // At most once, after all rows.
+  // Call at most once, after all rows.
   Hash End();
 
  private:
@@ -34,7 +34,7 @@ class CommitHash {
   std::array<unsigned char, 512> buffer_;
 };
 
-// What a seal's signature is made over.
+// The bytes that a seal's signature signs.
 std::array<unsigned char, 40> SignedBytes(const Hash& hash);
 
 }  // namespace seal

@@ -7,21 +7,21 @@
 
 namespace seal {
 
-// The first byte of what is hashed, so that a hash of one kind is never one of another.
+// The first byte hashed, so that hashes of different kinds never match.
 enum class Label : unsigned char { kCommit = 1, kKeySlot = 2, kFingerprint = 3 };
 
-// BLAKE2b over bytes that come piece by piece. Allocates nothing.
+// Incremental BLAKE2b. Allocates nothing.
 class HashState {
  public:
   explicit HashState(Label label);
 
   void Add(std::span<const unsigned char> bytes);
 
-  // At most once, after all bytes.
+  // Call at most once, after all bytes.
   Hash End();
 
  private:
-  alignas(64) std::array<unsigned char, 384> state_;  // libsodium's
+  alignas(64) std::array<unsigned char, 384> state_;  // libsodium's state
 };
 
 }  // namespace seal

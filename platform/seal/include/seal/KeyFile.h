@@ -7,18 +7,18 @@
 
 namespace seal {
 
-// The recorder's secrets on its own medium: two slots, written in turn in place, since a renamed file would
-// leave the old key in free blocks. Each has a checksum over itself and the hardware address, so that a copy
-// is of no use in another recorder. At most one process has a key file open.
+// The recorder's secrets on its own medium, in two slots written in turn. Writes in place, because a renamed
+// file would leave the old key in free blocks. Each slot has a checksum over itself and the hardware address,
+// so that another recorder rejects a copy. At most one process has a key file open.
 class KeyFile {
  public:
   enum class Outcome : unsigned char {
     kOk,
-    kMissing,  // there is no such file
-    kExposed,  // not a plain file of this user that nobody else may read
+    kMissing,  // the file does not exist
+    kExposed,  // not a regular file that only this user may access
     kBusy,     // another process has it open
-    kInvalid,  // damaged, or of another recorder
-    kFailed,   // the medium: errno tells
+    kInvalid,  // damaged, or from another recorder
+    kFailed,   // I/O error, see errno
   };
 
   KeyFile() = default;
@@ -26,14 +26,14 @@ class KeyFile {
   KeyFile(const KeyFile&) = delete;
   KeyFile& operator=(const KeyFile&) = delete;
 
-  // Makes the file, mode 0600, and leaves it open. kFailed with EEXIST where something is there.
+  // Creates the file, mode 0600, and leaves it open. kFailed with EEXIST if it exists.
   Outcome Create(const std::string& path, const std::string& hardware, const KeyTree& tree);
 
-  // Opens the file, tells its newest state and erases what is older. The outputs change with kOk only.
+  // Opens the file, reads its newest state and erases the older one. Use the outputs only on kOk.
   Outcome Open(const std::string& path, const std::string& hardware, KeyTree& tree, Place& last);
 
-  // Replaces the state: when this returns true, the new one is on the medium and the old one overwritten.
-  // False: the state is the old or the new one, and both may be found.
+  // Replaces the state. True: the new state is on the medium and the old one is overwritten. False: the state
+  // is the old or the new one, and both may be on the medium.
   bool Save(const KeyTree& tree, const Place& last);
 
   void Close();
@@ -47,8 +47,8 @@ class KeyFile {
 
   std::string hardware_;
   int descriptor_ = -1;
-  int slot_ = 1;               // that holds the newest state
-  std::uint64_t written_ = 0;  // how often the file was
+  int slot_ = 1;               // holds the newest state
+  std::uint64_t written_ = 0;  // number of writes so far
 };
 
 }  // namespace seal

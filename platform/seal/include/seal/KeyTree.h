@@ -6,10 +6,9 @@
 
 namespace seal {
 
-// The keys of a recorder's epochs, as the leaves of a binary tree of Ed25519 keys in which each key certifies
-// the two below it. Only the secrets of this epoch and of those to come are held; the ones before cannot be
-// computed from them. So an epoch's key is proven by the root's public key alone, whatever is lost of the
-// epochs before it.
+// The keys of a recorder's epochs: the leaves of a binary tree of Ed25519 keys, in which each key certifies
+// the two below it. Holds only the secrets of this epoch and later ones; earlier ones cannot be computed from
+// them. The root's public key alone proves an epoch's key, even if files of earlier epochs are lost.
 class KeyTree {
  public:
   static constexpr int kLevels = 20;  // a million epochs: twenty years of ten minutes each
@@ -18,7 +17,7 @@ class KeyTree {
   static constexpr std::size_t kStateBytes = 8 + 32 + 32 + std::size_t{kLevels} * 192;
 
   KeyTree() = default;
-  // At epoch 0. The seed is the caller's to wipe: who has it has all keys.
+  // Starts at epoch 0. The caller must wipe the seed: it gives all keys.
   explicit KeyTree(const Seed& seed);
   ~KeyTree() { Wipe(); }
   KeyTree(const KeyTree&) = default;
@@ -30,20 +29,20 @@ class KeyTree {
   // Signs with the epoch's key.
   Signature SignHash(const Hash& hash) const;
 
-  // Goes on to the next epoch and destroys this one's key here; copies keep theirs. False, and nothing
-  // changes, after the last.
+  // Moves to the next epoch and destroys this epoch's key in this object, but not in copies of it. False, and
+  // no change, in the last epoch.
   bool Advance();
 
-  // For each level from the one below the root: public key, and its certificate by the key above.
+  // Writes the public key and its certificate for each level, from the one below the root.
   void PutPath(std::span<unsigned char, kPathBytes> path) const;
-  // The public key of an epoch; false where this is no path from the root to it.
+  // Sets `key` to the epoch's public key. False if `path` does not lead to it from the root.
   static bool CheckPath(const PublicKey& root, std::int64_t epoch, std::span<const unsigned char> path,
                         PublicKey& key);
   static bool CheckHash(const PublicKey& key, const Hash& hash, const Signature& signature);
 
-  // All that is held, secrets among it: for the key file alone.
+  // Writes everything, secrets included: only for the key file.
   void Save(std::span<unsigned char, kStateBytes> state) const;
-  // False, and all is zero, where the epoch is none.
+  // False, with the secrets wiped, if the epoch is invalid.
   bool Load(std::span<const unsigned char, kStateBytes> state);
 
   void Wipe();
@@ -53,7 +52,7 @@ class KeyTree {
     PublicKey key{};
     Signature certificate{};
   };
-  struct Sibling {  // to the right of the path, for later
+  struct Sibling {  // right of the path, for later epochs
     Seed seed{};
     Signature certificate{};
   };

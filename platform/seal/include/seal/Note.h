@@ -5,27 +5,27 @@
 
 #include "seal/Types.h"
 
-// What a seal says beside its commit: items one after the other, each a type of one byte, a length of four
-// (big-endian) and that many bytes.
+// The note of a seal: a sequence of items, each one byte of type, four bytes of length (big-endian), then the
+// content.
 namespace seal {
 
 enum class ItemType : unsigned char {
-  kFile = 1,      // the file begins: FileItem
-  kPath = 2,      // how the recorder's public key certifies the epoch's (KeyTree.h)
+  kFile = 1,      // a file begins: FileItem
+  kPath = 2,      // certificates from the recorder's key to the epoch's (KeyTree.h)
   kEpochEnd = 3,  // the epoch's last seal; empty
-  kStart = 4,     // the run begins: StartItem
-  kEarlier = 5,   // digests of files that were there before there was a key; any bytes
+  kStart = 4,     // a run begins: StartItem
+  kEarlier = 5,   // digests of files older than the key; any bytes
 };
 
-// First in the first seal of a file.
+// First item in the first seal of a file.
 struct FileItem {
-  Hash previous{};                      // hash of the seal before
-  PublicKey root{};                     // the recorder's; zeros: it has none
+  Hash previous{};                      // hash of the previous seal
+  PublicKey root{};                     // the recorder's; zeros: no key
   std::array<unsigned char, 16> run{};  // the run's id
-  std::int64_t number = 0;              // the file's in its series
+  std::int64_t number = 0;              // the file's number in its series
 };
 
-// In the first seal of a run: how the recorder remembers the last run, and what it found of it.
+// In the first seal of a run: the last seal as the recorder remembers it, and as it found it.
 struct StartItem {
   Place expected;
   Place found;
@@ -35,7 +35,7 @@ void PutItem(Bytes& note, ItemType type, std::span<const unsigned char> content)
 void Put(Bytes& note, const FileItem& item);
 void Put(Bytes& note, const StartItem& item);
 
-// The whole of a note; an item that is not there is null or empty.
+// All items of a note; a missing item is false or empty.
 struct NoteItems {
   bool hasFile = false;
   FileItem file;
@@ -46,7 +46,7 @@ struct NoteItems {
   std::span<const unsigned char> earlier;
 };
 
-// False where this is no note: an unknown type or one twice, a wrong length. The spans point into it.
+// False if the note is invalid: an unknown or repeated type, a wrong length. The spans point into `note`.
 bool ReadNote(std::span<const unsigned char> note, NoteItems& items);
 
 }  // namespace seal

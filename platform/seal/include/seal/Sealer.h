@@ -17,26 +17,26 @@ struct Found {
   PublicKey root{};
 };
 
-// Seals the commits of a recorder, one after the other. Without a key the seals are a chain of hashes that
-// proves nothing by itself. For each commit: Begin, its rows, End; then Committed when it is on
-// the medium, or Settle when that is in doubt; an attempt that is given up needs neither.
+// Seals the commits of a recorder in order. Without a key the seals are a chain of hashes, which proves
+// nothing by itself. For each commit call Begin, add its rows, call End. Then call Committed once it is on
+// the medium, or Settle if that is in doubt. An abandoned attempt needs neither.
 class Sealer {
  public:
   static constexpr std::int64_t kSignAfterMs = 1000;
   static constexpr std::int64_t kEpochMs = 600'000;
-  static constexpr int kMostUnsigned = 64;  // commits, while no ticks are told
+  static constexpr int kMostUnsigned = 64;  // commits, while there are no ticks
 
-  // Opens the recorder's key; any answer but kOk: goes on without.
+  // Opens the recorder's key. Unless kOk, the sealer goes on without a key.
   KeyFile::Outcome UseKey(const std::string& path, const std::string& hardware);
   bool HasKey() const { return key_.IsOpen(); }
   const PublicKey& Root() const { return tree_.Root(); }
 
-  // A run begins: its first seal tells what was expected of the last run and what was found, and ends the
-  // epoch that this was in. `earlier`: what the first seal ever is to hold of older files.
+  // Begins a run. Its first seal holds the expected and the found last seal of the last run, and ends that
+  // run's epoch. `earlier`: digests of older files, which only the very first seal holds.
   void StartRun(const std::array<unsigned char, 16>& run, const std::optional<Found>& found, Bytes earlier);
-  // The next seal is the first of a file, that of this number.
+  // The next seal is the first of the file with this number.
   void BeginFile(std::int64_t number);
-  // From now on each seal is signed and ends its epoch: any can be the last.
+  // From now on each seal is signed and ends its epoch, because any can be the last.
   void EndRun() { ending_ = true; }
 
   void Begin(std::int64_t firstSeq, std::int64_t lastSeq, std::int64_t lastTick);
@@ -44,11 +44,12 @@ class Sealer {
   const Seal& End();  // valid until the next Begin
 
   void Committed();
-  // What the file has as its last seal, number 0 for none. False: neither the last one nor the one attempted.
+  // Settles a doubtful commit by the last seal in the file (number 0: none). False if that is neither the
+  // last committed nor the attempted seal.
   bool Settle(const Place& inFile);
 
   const Place& Last() const { return last_; }
-  // The key could not be moved on: the medium of the key file fails. Said once by the caller.
+  // The key could not move because the key file fails. The caller logs it once.
   bool KeyStuck() const { return keyStuck_; }
 
  private:
@@ -61,9 +62,9 @@ class Sealer {
   KeyFile key_;
   KeyTree tree_;
   Place last_;  // committed
-  Seal seal_;   // the one attempted
+  Seal seal_;   // attempted
   std::optional<CommitHash> commit_;
-  bool endsEpoch_ = false;  // the one attempted
+  bool endsEpoch_ = false;  // the attempted seal
 
   std::array<unsigned char, 16> run_{};
   std::int64_t file_ = 0;
