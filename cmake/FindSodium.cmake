@@ -1,4 +1,4 @@
-# libsodium, which brings no CMake package of its own: Sodium_FOUND and the target Sodium::Sodium.
+# Finds libsodium, which has no CMake package: sets Sodium_FOUND and defines the target Sodium::Sodium.
 find_path(SODIUM_INCLUDE_DIR sodium.h)
 find_library(SODIUM_LIBRARY sodium)
 if(EXISTS "${SODIUM_INCLUDE_DIR}/sodium/version.h")

@@ -1,6 +1,5 @@
-# One library target per folder. A target sees its own folder, its own public headers
-# (FOLDER/include) and those of the targets named in USES, nothing else: an include that the
-# architecture forbids does not compile.
+# One library target per folder. A target sees only its own folder, its own public headers (FOLDER/include) and
+# those of the targets named in USES. An include that the architecture forbids does not compile.
 
 # mm_library(name SOURCES file... [USES target...] [HEADERS dir...])
 #   HEADERS overrides the public include directory (default: include).
@@ -22,10 +21,10 @@ function(mm_program name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 endfunction()
 
-# What the process is made of, for tests, fuzzers and benchmarks, which may use all of it.
+# All targets of the process, for tests, fuzzers and benchmarks.
 set(mm_platform platform_os platform_store platform_clients platform_sharedmem platform_items platform_ipc platform_system
   platform_log)
 set(mm_process metadatamgr common_misc items ${mm_platform})
 
-# What the reader is made of.
+# All targets of the reader.
 set(mm_reader reader_commands reader_report reader_formats reader_analysis reader_recording reader_text)

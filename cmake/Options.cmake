@@ -1,4 +1,4 @@
-# What every target is compiled with. Optimisation and the like belong to the presets.
+# The compile options of every target. The presets set optimisation.
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
@@ -10,14 +10,14 @@ if(MM_WERROR)
   target_compile_options(mm_options INTERFACE -Werror)
 endif()
 
-# 32-bit targets: file offsets and time_t of 64 bits.
+# 64-bit file offsets and time_t, also on 32-bit targets.
 target_compile_definitions(mm_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
 if(MM_SANITIZE)
   target_compile_options(mm_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(mm_options INTERFACE -fsanitize=address,undefined)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # GCC 12, when it sanitizes, has such doubts about its own <regex>
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)  # GCC 12 with sanitizers warns about its own <regex>
     target_compile_options(mm_options INTERFACE -Wno-maybe-uninitialized)
   endif()
   if(MM_FUZZ)
@@ -25,7 +25,7 @@ if(MM_SANITIZE)
   endif()
 endif()
 
-# Speeds up repeated builds where it happens to be installed.
+# Speeds up repeated builds, if installed.
 find_program(MM_CCACHE ccache)
 if(MM_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${MM_CCACHE})

@@ -1,12 +1,12 @@
-# One ctest entry per test program: simple, quick under emulation, and a case that hangs shows as the
-# last "[ RUN ]" line of its program when the time-out ends it. A program in which no case ran fails.
+# One ctest entry per test program: simple, and quick under emulation. When a time-out ends a program, its last
+# "[ RUN ]" line names the case that hangs. A program that runs no case fails.
 find_package(GTest REQUIRED)
 
 # mm_test(name SOURCES file... [USES target...] [LABELS label...] [OWN_MAIN])
 # Sees its own folder and tests/ (for "support/X.h").
-#   LABELS   native-only: for the emulated target it is not built with the others, and listed as disabled (it
-#            is too slow there, or shows nothing that depends on the machine; say which).
-#   OWN_MAIN the sources bring their own main.
+#   LABELS   native-only: for the emulated target the test is not built by default and listed as disabled,
+#            because it is too slow there or does not depend on the machine; say which.
+#   OWN_MAIN the sources have their own main.
 function(mm_test name)
   cmake_parse_arguments(ARG "OWN_MAIN" "" "SOURCES;USES;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -31,8 +31,8 @@ function(mm_test name)
   endif()
 endfunction()
 
-# mm_start_of(VARIABLE program): the path by which other programs start this one of ours. No program can start
-# one for the emulated target; there it is a script that calls the emulator.
+# mm_start_of(VARIABLE program): sets VARIABLE to the path by which other programs start this one. For the
+# emulated target it is a script that calls the emulator.
 function(mm_start_of variable program)
   set(path $<TARGET_FILE:${program}>)
   if(CMAKE_CROSSCOMPILING)

@@ -1,12 +1,12 @@
-# Sourced: configures and builds a preset, showing progress; says nothing when there is nothing to do.
+# Sourced: configures and builds a preset and shows progress. Prints nothing if there is nothing to do.
 # shellcheck shell=bash
 
 configure() {
   quietly "Configuring $1" cmake --preset "$1"
 }
 
-# build PRESET [NINJA-ARGUMENT...]: builds what is out of date. Ninja does not know these two files:
-# other presets need a new configuration, other checks a new build.
+# build PRESET [NINJA-ARGUMENT...]: builds what is out of date. Ninja does not track two files: changed presets
+# need a new configuration, changed clang-tidy checks a new build.
 build() {
   local preset=$1 dir=build/$1
   shift
@@ -27,7 +27,7 @@ build() {
   fi
 }
 
-# Of ninja's counting lines one in ten seconds; everything else as it is.
+# Passes one of ninja's progress lines every ten seconds, and all other lines.
 thin_out() {
   local line next=0
   while IFS= read -r line; do

@@ -1,6 +1,6 @@
-/* A plugin for QEMU's user emulation: counts the instructions that the program executes and writes the count into the
- * file that the environment variable INSTRUCTIONS names. Debian has no header for plugins; these are the few
- * declarations that it takes (version 1 of the interface). */
+/* A plugin for QEMU's user emulation. It counts the instructions that the program executes, and writes the count to
+ * the file named by the environment variable INSTRUCTIONS. Debian has no header for plugins, so the few declarations
+ * that it needs stand here (version 1 of the interface). */
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,24 +1,24 @@
 #!/bin/bash
-# Counts what an event takes, from the socket to the committed row: the real process on the bench, once with few
-# events and once with many; what differs is divided by the events in the recording. Instructions on this machine with
-# callgrind, for PowerPC with a plugin of QEMU's; system calls with strace.
+# Measures the cost of one event, from the socket to the committed row. Runs the real process on the bench with few
+# and with many events, and divides the difference by the events in the recording. Counts instructions on this machine
+# with callgrind, instructions on PowerPC with a QEMU plugin, and system calls with strace.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/steps.sh
 . scripts/packages.sh
 . scripts/build.sh
 
-few=20 many=220 seconds=5  # events a second, of the drive
+few=20 many=220 seconds=5  # few, many: events a second; seconds: length of the drive
 directory=$(mktemp -d)
 trap 'rm -rf "$directory"' EXIT
 
-# program NAME COMMAND: a program for the bench that leaves its count in $directory/count.
+# program NAME COMMAND: creates a program for the bench that writes its count to $directory/count.
 program() {
   printf '#!/bin/bash\n%s\n' "$2" >"$directory/$1"
   chmod +x "$directory/$1"
 }
 
-# drive PROGRAM SOURCE RATE: sets `events`, `rows` and `count`.
+# drive PROGRAM SOURCE RATE: runs a drive; sets `events`, `rows` and `count`.
 drive() {
   printf '0 %s rate %s\n%s quit\n' "$2" "$3" "$seconds" >"$directory/drive"
   rm -rf "$directory/out" "$directory/count"
@@ -31,12 +31,12 @@ drive() {
   count=$(cat "$directory/count")
 }
 
-# tenths NUMBER OF: how many of them there are to each, with one decimal.
+# tenths NUMBER DIVISOR: prints NUMBER / DIVISOR with one decimal.
 tenths() {
   printf '%d.%d' $(($1 / $2)) $(($1 * 10 / $2 % 10))
 }
 
-# difference WHAT PROGRAM SOURCE
+# difference WHAT PROGRAM SOURCE: prints one row of the table.
 difference() {
   local events rows count fewEvents fewRows fewCount
   drive "$2" "$3" $few

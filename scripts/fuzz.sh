@@ -1,7 +1,7 @@
 #!/bin/bash
 # Usage: fuzz.sh SECONDS [TARGET...]
-# Runs each fuzz target of the preset fuzz, or those named, for so long, one after the other. What they learn
-# is kept in build/fuzz/corpus; an input that fails lies in out/fuzz with the target's report.
+# Runs each fuzz target of the preset fuzz, or those named, for SECONDS, one after the other. Keeps their corpus
+# in build/fuzz/corpus. Writes reports and failing inputs to out/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=$1
@@ -14,7 +14,7 @@ TMPDIR=$(mktemp -d -p /dev/shm fuzz-XXXXXX)
 trap 'rm -rf "$TMPDIR"' EXIT
 export TMPDIR LOG_TARGET=stderr
 
-# fuzz TARGET: one line when all was well.
+# fuzz TARGET: prints one line on success.
 fuzz() {
   local target=$1 corpus=build/fuzz/corpus/$1 report=out/fuzz/$1.log seeds=()
   mkdir -p "$corpus"

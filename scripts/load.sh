@@ -1,8 +1,8 @@
 #!/bin/bash
 # Usage: load.sh VEHICLEBENCH DIR [SPEED [MAX_KB]]
-# Drives bench/drives/load.drive, in which ten servers send as fast as they can, in DIR, which is emptied
-# first, and compares what was sent with what was recorded. SPEED shortens it. Fails when an event is lost or
-# recorded twice, or MetadataMgr has ever been larger than MAX_KB.
+# Empties DIR and plays bench/drives/load.drive in it: ten servers send as fast as they can. Compares the events
+# sent and recorded. SPEED shortens the drive. Fails if an event is lost or recorded twice, or if MetadataMgr ever
+# used more than MAX_KB of memory.
 set -euo pipefail
 bench=$1 dir=$2 speed=${3:-1} maxKb=${4:-}
 unset METADATA_ROOT METADATA_SHM LINX_IPC_DIR LOG_TARGET BENCH_SENT
@@ -12,7 +12,7 @@ status=0
 "$bench" run --drive "$(dirname "$0")/../bench/drives/load.drive" --speed "$speed" --out "$dir" \
   >"$dir/load.log" || { cat "$dir/load.log" >&2; exit 1; }
 
-# The one number that a query has in all files together.
+# recorded QUERY: prints the sum of the query's column n over all files.
 recorded() {
   local file sum=0
   for file in "$dir"/mnt/metadata/*.db; do
@@ -21,15 +21,15 @@ recorded() {
   echo "$sum"
 }
 
-# sent SOURCE [N]: how many a server sent, in its Nth flood or in all.
+# sent SOURCE [N]: prints how many events a server sent, in its Nth flood or in all.
 sent() {
   awk -v source="$1" -v nth="${2:-0}" \
     '$1 == "flood" && $2 == source && (++n == nth || nth == 0) { sum += $3 } END { print sum + 0 }' \
     "$dir"/sent/*.log
 }
 
-# Each source, the events that do not come from its flood, the records of one event, and where they are. The
-# crash sensor's first value counts as an event, too.
+# Columns: source, events outside its flood, records per event, table and condition. The crash sensor's first
+# value also counts as an event.
 slow=$(awk '$1 == "gps"' "$dir/sent/GpsHal.log" | wc -l)
 sources=(
   "record-start 0 1 state WHERE signal = 70 AND event = 1"
@@ -69,7 +69,7 @@ if [ -n "$maxKb" ] && [ "$peakKb" -gt "$maxKb" ]; then
   status=1
 fi
 
-# Of the slow source: from its tick to its arrival in the store.
+# The slow source's longest delay from sender tick to arrival tick.
 newest=$(find "$dir/mnt/metadata" -name '*.db' | sort | tail -n 1)
 slowest=$(sqlite3 -readonly "$newest" 'SELECT max((tick & 4294967295) - sender_tick) FROM gps
   WHERE event = 1 AND seq > (SELECT coalesce(max(seq), 0) FROM bookmark)')

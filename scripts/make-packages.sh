@@ -1,5 +1,5 @@
 #!/bin/bash
-# Makes the Debian packages, for this machine and for PowerPC, and looks at what came out.
+# Makes the Debian packages for this machine and for PowerPC, and checks them.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/steps.sh
@@ -15,7 +15,7 @@ package() {
   local files=("$dir"/*.deb)
   printf '%s\n' "${files[@]}"
   [ "$(dpkg-deb --field "$dir"/metadatamgr_*.deb Architecture)" = "$2" ]
-  # The service is in it, and the bench vehicle never ships.
+  # The package must contain the service and not the bench vehicle.
   local content
   content=$(dpkg-deb --contents "$dir"/metadatamgr_*.deb)
   [[ $content == *./usr/sbin/MetadataMgr* && $content != *vehiclebench* ]]

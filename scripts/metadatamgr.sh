@@ -1,5 +1,5 @@
 #!/bin/bash
-# Starts MetadataMgr with the options in METADATAMGR_OPTIONS: a program for vehiclebench, which gives none.
+# Starts MetadataMgr with the options in METADATAMGR_OPTIONS, for vehiclebench, which passes none.
 set -euo pipefail
 # shellcheck disable=SC2086  # one word, one option
 exec "$(dirname "$0")/../build/release/bin/MetadataMgr" ${METADATAMGR_OPTIONS:-}

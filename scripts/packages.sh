@@ -1,4 +1,4 @@
-# Sourced: which Debian packages the project needs for what, and their installation.
+# Sourced: lists the Debian packages for each purpose, and installs them.
 # shellcheck shell=bash
 
 declare -A packages=(
@@ -13,7 +13,7 @@ declare -A packages=(
   [lint]="clang-format clang-tidy shellcheck git"
 )
 
-# need_packages SET...: installs what is missing of these sets, through sudo where not root.
+# need_packages SET...: installs the missing packages of these sets, with sudo unless root.
 need_packages() {
   local name installed wanted=() missing=() sudo=()
   for name in "$@"; do
@@ -32,7 +32,7 @@ need_packages() {
       echo "Neither root nor sudo: please let root run: apt-get install ${missing[*]}" >&2
       exit 1
     fi
-    sudo -v  # asks for the password, if it must, while there is a terminal
+    sudo -v  # asks for the password now, while there is a terminal
     sudo=(sudo)
   fi
   local apt=("${sudo[@]}" env DEBIAN_FRONTEND=noninteractive

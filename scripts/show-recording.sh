@@ -1,7 +1,7 @@
 #!/bin/bash
 # Usage: show-recording.sh DIR READER PAGE
-# A look into the newest recording below DIR, without changing it, and where the files are. If there is the
-# program READER, it makes a page of it.
+# Shows the newest recording below DIR and its path, without changing it. If the program READER exists, writes
+# its report to PAGE.
 set -euo pipefail
 
 newest=$(find "$1" -name 'metadata.[0-9]*.db' -printf '%T@ %p\n' | sort -n | tail -n 1 | cut -d ' ' -f 2-)

@@ -1,5 +1,5 @@
-# Sourced by the scripts of this project: shows that a step runs and how it ended.
-# The sourcing script has set -e; nothing here may be called in a condition, which would suspend it.
+# Sourced: shows that a step runs and how it ended.
+# The sourcing script has set -e. Call nothing here in a condition: that would suspend set -e.
 # shellcheck shell=bash
 
 currentStep=
@@ -7,7 +7,7 @@ trap 'status=$?
       [ -z "${ticker:-}" ] || kill "$ticker" 2>/dev/null || true
       [ $status -eq 0 ] || [ -z "$currentStep" ] || echo "== FAILED: $currentStep" >&2' EXIT
 
-# step TITLE COMMAND...: a heading, what the command prints, and its duration.
+# step TITLE COMMAND...: prints a heading, the command's output and its duration.
 step() {
   local title=$1 start=$SECONDS
   shift
@@ -18,7 +18,7 @@ step() {
   echo "== $title: done, $((SECONDS - start)) s"
 }
 
-# quietly TITLE COMMAND...: one line that grows while the command runs; its output only where it fails.
+# quietly TITLE COMMAND...: prints a line that grows while the command runs, and the output only on failure.
 quietly() {
   local title=$1 start=$SECONDS log status
   shift

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Usage: target-size.sh PROGRAM LIBSQLITE3.A
-# Tells how large a program of the target is when stripped, and how much of that is SQLite, which is linked into it
-# whole. Fails where the rest is a megabyte or more.
+# Prints the stripped size of a program for the target, and how much of it is SQLite, which is linked in whole.
+# Fails if the rest is a megabyte or more.
 set -euo pipefail
 limit=1000000
 

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Counts the lines of C++ that are code, without blank lines and comments, and tells the share of the tests.
-# Fails where they are more than a third of all.
+# Counts the lines of C++ code, without blank lines and comments, and prints the share of the tests. Fails if that
+# share is more than a third.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
