@@ -14,9 +14,9 @@ class ArrivalTick {
   // Sets the tick that holds until the first Advance; kNoTick counts as 0.
   void Start(std::uint32_t tick);
 
-  // Moves ahead to this tick, also across the wrap. Ignores kNoTick, and ticks that are at most kJitterMs
-  // behind. True if the tick is more than half the range ahead: the ticks have restarted, and the distance is
-  // not elapsed time.
+  // Moves ahead to this tick, also across the wrap. Ignores kNoTick. A tick at most kJitterMs behind does not
+  // move Now(). True if the tick is more than half the range ahead: the ticks have restarted, and the
+  // distance is not elapsed time.
   bool Advance(std::uint32_t tick);
 
   // Moves ahead to a tick read from the clock. Never moves back, and does not change Last().

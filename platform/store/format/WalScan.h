@@ -12,7 +12,7 @@ using ReadAt = std::function<std::size_t(std::uint64_t offset, unsigned char* da
 enum class WalState {
   kEmpty,    // no bytes
   kSound,    // can be folded in up to its last commit
-  kTorn,     // only what can be the last, unsynced commit is broken: the rest can be folded in
+  kTorn,     // only the last commit is broken, which may not have been synced: the rest can be folded in
   kDamaged,  // a synced commit is broken and its content unknown: nothing may be folded in
 };
 
