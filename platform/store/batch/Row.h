@@ -29,16 +29,19 @@ class Value {
   const char* text_ = nullptr;
 };
 
+// Whether a value of this type belongs into a column of that type.
 template <typename T>
-constexpr bool kFits[] = {std::is_integral_v<T> || std::is_enum_v<T>,  // in the order of ColumnType
-                          std::is_convertible_v<T, std::string_view>};
+constexpr bool Fits(ColumnType type) {
+  if (type == ColumnType::kText) return std::is_convertible_v<T, std::string_view>;
+  return std::is_integral_v<T> || std::is_enum_v<T>;
+}
 
 // Whether these types match the table's columns, in order.
 template <TableId kTable, typename... Values>
 constexpr bool FitColumns() {
   if (sizeof...(Values) != kTables[kTable].ColumnCount()) return false;
   [[maybe_unused]] const Column* column = kTables[kTable].columns.data();
-  return (kFits<Values>[static_cast<std::size_t>((column++)->type)] && ...);
+  return (Fits<Values>((column++)->type) && ...);
 }
 
 // The values of one record of a table. Compiles only if their number and types match the table's columns.

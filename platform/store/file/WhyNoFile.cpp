@@ -15,7 +15,7 @@ namespace store {
 namespace {
 
 constexpr std::size_t kMaxPath = 512 - sizeof "-journal";  // SQLite's limit
-constexpr std::size_t kBytes = 80 * 1024;                  // enough for an empty recording
+constexpr std::size_t kBytes = 80UL * 1024;                // enough for an empty recording
 
 int TryToFill(int fd) {
   static constexpr std::array<char, 4096> kBlock{};

@@ -74,12 +74,18 @@ int FileNames::List(Numbers& numbers) const {
 }
 
 std::uint32_t FileNames::Numbers::FreeAfter(std::uint32_t number) const {
-  std::uint32_t free = number + 1;
+  std::uint32_t free = number < kMaxNumber ? number + 1 : 1;
   for (auto next = std::lower_bound(taken.begin(), taken.end(), free); next != taken.end() && *next <= free;
        ++next) {
     if (*next == free) ++free;
   }
-  return free <= kMaxNumber ? free : FreeAfter(0);
+  if (free <= kMaxNumber) return free;
+  // A directory cannot hold all numbers, so one of the lowest is free.
+  free = 1;
+  for (const std::uint32_t next : taken) {
+    if (next == free) ++free;
+  }
+  return free;
 }
 
 // 0 if the name is neither a recording's nor that of a file beside one, such as its WAL.
