@@ -101,7 +101,7 @@ std::span<const MetadataMgr::FollowedServer> MetadataMgr::FollowedServers() {
   static_assert(
       std::equal(
           std::begin(kRows), std::end(kRows), std::begin(servers::kAll), std::end(servers::kAll),
-          [](const FollowedServer& row, const ServerRow& server) { return row.process == server.process; }),
+          [](const FollowedServer& row, const ServerRow& known) { return row.process == known.process; }),
       "each server has its row here, in the same order");
   static_assert(
       [] {

@@ -94,7 +94,7 @@ void EndInOrderWhereAMappedFileIsCutShort() {
   action.sa_handler = [](int) {
     constexpr std::string_view kWhy =
         "metadata: the index of a WAL (a file NAME.db-shm) was cut short while it was read\n";
-    (void)!write(STDERR_FILENO, kWhy.data(), kWhy.size());
+    if (write(STDERR_FILENO, kWhy.data(), kWhy.size()) < 0) _exit(2);
     _exit(1);
   };
   (void)sigaction(SIGBUS, &action, nullptr);
