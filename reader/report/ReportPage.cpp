@@ -12,7 +12,9 @@ std::string ReportHead(bool videos) {
 }
 
 std::string ReportTail() {
-  return kPageTail;
+  std::string tail = kPageMiddle;
+  for (const char* script : kPageScripts) tail += script;
+  return tail + kPageEnd;
 }
 
 }  // namespace reader
