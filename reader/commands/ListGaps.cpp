@@ -86,7 +86,7 @@ Action DeclareGaps(CLI::App& app) {
       ->check(CLI::Range(0.0, 1e9));
   app.add_flag("--json", options->json, "as JSON");
   app.footer(
-      "A gap is more than 2.5 times as long as the usual distance of the records of a source that reports "
+      "A gap is at least 2.5 times as long as the usual distance of the records of a source that reports "
       "at\n"
       "regular times; of each source the 500 longest, in the order of time. Recorded losses "
       "follow.\nSOURCES: " +

@@ -192,7 +192,7 @@ TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitSaidAndRecordedInANewFile
   } kCases[] = {
       {"deleted", [](const std::string& path) { fs::remove(path); }, "removed or replaced"},
       {"log deleted", [](const std::string& path) { fs::remove(path + "-wal"); },
-       "left without its log, which was removed or replaced"},
+       "left without its WAL, which was removed or replaced"},
       {"replaced",
        [](const std::string& path) {
          fs::copy_file(path, path + ".copy");
@@ -201,15 +201,15 @@ TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitSaidAndRecordedInANewFile
        "removed or replaced"},
       {"truncated", [](const std::string& path) { fs::resize_file(path, 0); }, "truncated"},
       {"log emptied", [](const std::string& path) { fs::resize_file(path + "-wal", 0); },
-       "damaged: its log was truncated"},
+       "damaged: its WAL was truncated"},
       {"log cut short",
        [](const std::string& path) { fs::resize_file(path + "-wal", fs::file_size(path + "-wal") - 1); },
-       "damaged: its log was truncated"},
+       "damaged: its WAL was truncated"},
       {"log's head overwritten",
        [](const std::string& path) {
          std::fstream(path + "-wal", std::ios::binary | std::ios::in | std::ios::out).seekp(17) << 'x';
        },
-       "damaged: its log was overwritten"},
+       "damaged: its WAL was overwritten"},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);

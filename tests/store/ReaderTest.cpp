@@ -30,7 +30,7 @@ TEST_F(ReaderTest, RecordingGoesOnAndThatTheLogGrowsAndShrinksIsSaidAndRecorded)
   EXPECT_EQ(reader->Rows(kPin), "0\n");
   const LogCapture log;
   Record(100);  // soon exceeds the WAL's limit of 4 MB
-  EXPECT_EQ(log.Lines("A reader makes the log of "), 1);
+  EXPECT_EQ(log.Lines("A reader makes the WAL of "), 1);
   EXPECT_GT(LogBytes(), 4U << 20);
   ExpectAllRecorded();
   EXPECT_EQ(reader->Rows("SELECT count(*) FROM string"), "0\n") << "one moment in one transaction";

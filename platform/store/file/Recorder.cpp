@@ -120,7 +120,7 @@ void Recorder::Work() {
 
 void Recorder::WatchLog() {
   const bool pinned = file_->LogBytes() > kLogBound;
-  if (pinned && !logPinned_) log(kLogError, "A reader makes the log of ", file_->Path(), " grow");
+  if (pinned && !logPinned_) log(kLogError, "A reader makes the WAL of ", file_->Path(), " grow");
   logPinned_ = pinned;
 }
 

@@ -165,11 +165,11 @@ const char* RecordingFile::Harm() {
   if (gone(path_, identity_)) return "removed or replaced";
   if (now.bytes < identity_.bytes) return "truncated";
   identity_ = now;
-  if (gone(LogOf(path_), log_)) return "left without its log, which was removed or replaced";
-  if (now.bytes < log_.bytes) return "damaged: its log was truncated";
+  if (gone(LogOf(path_), log_)) return "left without its WAL, which was removed or replaced";
+  if (now.bytes < log_.bytes) return "damaged: its WAL was truncated";
   std::array<unsigned char, 32> head{};
   if (ReadFully(logHead_, 0, head.data(), head.size()) != 0 && head != head_)
-    return "damaged: its log was overwritten";
+    return "damaged: its WAL was overwritten";
   return nullptr;
 }
 
