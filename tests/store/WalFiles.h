@@ -32,7 +32,8 @@ inline WalFiles MakeWal(int commits, int restartAfter = 0) {
 
 inline store::ReadAt ReaderOf(const std::string& bytes) {
   return [&bytes](std::uint64_t offset, unsigned char* data, std::size_t size) {
-    return offset >= bytes.size() ? 0 : bytes.copy(reinterpret_cast<char*>(data), size, offset);
+    if (offset >= bytes.size()) return std::size_t{0};
+    return bytes.copy(reinterpret_cast<char*>(data), size, static_cast<std::size_t>(offset));
   };
 }
 
