@@ -181,7 +181,7 @@ TEST_F(PlantedTest, ATornEndIsKeptBesideWhatIsFoldedIn) {
   ASSERT_EQ(found.state, store::WalState::kTorn);
   EXPECT_EQ(NextRunTells(), "cut off|metadata.000001.db\n");
   EXPECT_FALSE(fs::exists(File(1) + "-wal"));
-  EXPECT_EQ(Read("-wal.tail"), wal.substr(found.endOfCommits));
+  EXPECT_EQ(Read("-wal.tail"), wal.substr(static_cast<std::size_t>(found.endOfCommits)));
   EXPECT_EQ(Rows("SELECT max(temperature) FROM temperature; PRAGMA integrity_check"), "6\nok\n");
 }
 
