@@ -88,9 +88,10 @@ void Car::Say(unsigned int type, const std::string& payload, bool wait) {
     }
     return;
   }
-  stateMgr.Send(wait ? kForwardAndTell : kForward, ToHex(U32(type)) + payload, server);
+  stateMgr.Send(kForward, ToHex(U32(type)) + payload, server);
   if (wait) {
-    EXPECT_EQ(stateMgr.Await(kForwarded, server), "");
+    stateMgr.Send(kSettle, "", server);
+    EXPECT_EQ(stateMgr.Await(kSettled, server), "");
   }
 }
 

@@ -102,24 +102,29 @@ void Lead(LinxIpc& ipc) {
   ipc.RegisterHandler(kSubscribed, subscribed, nullptr);
 }
 
-// Forwards a wrapped message of the test, because only the server itself can send its messages. Answers the
-// test once the process has handled it.
+void SendPatiently(LinxIpc& ipc, IpcMessage& message) {
+  while (ipc.Notify("MetadataMgr", message, true) == EAGAIN) {
+  }
+}
+
+// Forwards a wrapped message of the test, because only the server itself can send its messages.
 void Forward(LinxIpc* ipc, void* /*context*/) {
   IpcMessage& wrapped = ipc->CurrentMessage();
-  const std::string sender = wrapped.GetSender();
-  const bool waits = wrapped.MsgType() == kForwardAndTell;
   IpcMessage message;
   (void)message.Allocate(GetU32(wrapped.DataPtr()), static_cast<unsigned int>(wrapped.Size() - 4),
                          reinterpret_cast<char*>(wrapped.DataPtr() + 4));
-  while (ipc->Notify("MetadataMgr", message, true) == EAGAIN) {
-  }
-  if (!waits) return;
+  SendPatiently(*ipc, message);
+}
+
+// The process answers a ping after all that this server sent before.
+void Settle(LinxIpc* ipc, void* /*context*/) {
   constexpr unsigned int kPing = 13488;
+  const std::string sender = ipc->CurrentMessage().GetSender();
+  IpcMessage message;
   (void)message.Allocate(kPing, 0, nullptr);
-  while (ipc->Notify("MetadataMgr", message, true) == EAGAIN) {
-  }
+  SendPatiently(*ipc, message);
   (void)ipc->Receive(20000, kPing + 1, "MetadataMgr", &message);
-  (void)message.Allocate(kForwarded, 0, nullptr);
+  (void)message.Allocate(kSettled, 0, nullptr);
   (void)ipc->Notify(sender, message, true);
 }
 
@@ -136,7 +141,7 @@ int Serve(const std::string& name, const Behaviour& behaviour, Ends ends) {
   if (name == "StateMgr") Lead(ipc);
   const FakeServer server(ipc, name, behaviour, ends.asked);
   ipc.RegisterHandler(kForward, Forward, nullptr);
-  ipc.RegisterHandler(kForwardAndTell, Forward, nullptr);
+  ipc.RegisterHandler(kSettle, Settle, nullptr);
   for (;;) (void)ipc.Receive(-1, 0, LinxIpc::emptyString, nullptr);
 }
 

@@ -6,9 +6,9 @@
 
 #include "support/Child.h"
 
-// Messages to a fake server. Their payload is a message, type (32 bits) and payload, that the server sends to
-// the process. It answers kForwardAndTell with kForwarded when the process has handled that message.
-constexpr unsigned int kForward = 60000, kForwardAndTell = 60001, kForwarded = 60002;
+// Messages to a fake server. The payload of kForward is a message, type (32 bits) and payload, that the server
+// sends to the process. The server answers kSettle with kSettled when the process has handled all of them.
+constexpr unsigned int kForward = 60000, kSettle = 60001, kSettled = 60002;
 
 // How a server answers a subscription to one of its items.
 enum class When { kAnswers, kRefuses, kIsMute, kDies, kIsLate };

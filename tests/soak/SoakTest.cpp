@@ -228,8 +228,8 @@ class Week : public Car {
   // Waits until the process has handled all messages of the servers.
   void Settle() {
     for (auto& [name, server] : servers_) {
-      Put(server, name, Packet(kForwardAndTell, U32(kPing)));
-      ASSERT_EQ(server.Receive(), Packet(kForwarded));
+      Put(server, name, Packet(kSettle));
+      ASSERT_EQ(server.Receive(), Packet(kSettled));
     }
   }
 
@@ -286,7 +286,8 @@ void Drive(Week& week, const Plan& plan) {
   const Usage late = week.Used();
   const Lines log = week.Log();
   Tell(early, late, log.size());
-  EXPECT_LE(late.heapBytes, early.heapBytes + 64);
+  // A busy machine makes some buffers grow late. The smallest leak, 16 bytes a second, is more than this.
+  EXPECT_LE(late.heapBytes, early.heapBytes + 1024);
   EXPECT_EQ(late.descriptors, early.descriptors);
   // Two lines per disturbance, the closed connection and the unknown message, and one for the removal.
   EXPECT_EQ(log.size(), static_cast<std::size_t>(2 * (kSeconds / kRarely) + (plan.makesRoom ? 1 : 0)))
