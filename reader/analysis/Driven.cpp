@@ -6,14 +6,15 @@
 
 namespace reader {
 
+// Sines and cosines in single precision: their error is a centimetre in 100 km, and those in double precision
+// end a program on emulated PowerPC.
 double DistanceMetres(const GpsFix& from, const GpsFix& to) {
   constexpr double kEarthRadiusMetres = 6'371'008.8;
-  const auto radians = [](double degrees) { return degrees * std::numbers::pi / 180; };
+  const auto radians = [](double degrees) { return static_cast<float>(degrees * std::numbers::pi / 180); };
   const double sinLatitude = std::sin(radians(to.Latitude() - from.Latitude()) / 2);
   const double sinLongitude = std::sin(radians(to.Longitude() - from.Longitude()) / 2);
-  const double h = sinLatitude * sinLatitude + std::cos(radians(from.Latitude())) *
-                                                   std::cos(radians(to.Latitude())) * sinLongitude *
-                                                   sinLongitude;
+  const double cosines = std::cos(radians(from.Latitude())) * std::cos(radians(to.Latitude()));
+  const double h = sinLatitude * sinLatitude + cosines * sinLongitude * sinLongitude;
   return 2 * kEarthRadiusMetres * std::asin(std::sqrt(std::min(h, 1.0)));
 }
 
