@@ -5,8 +5,8 @@
 #include "Declarations.h"
 #include "Encode.h"
 #include "Gaps.h"
-#include "Output.h"
 #include "Print.h"
+#include "PrintRuns.h"
 #include "RunJson.h"
 #include "RunSummary.h"
 #include "Utc.h"
@@ -75,29 +75,18 @@ struct InfoOptions {
 };
 
 int Info(const InfoOptions& options) {
-  Messages messages;
-  Output out(Output::Kind::kText);
-  JsonWriter json(out.Text());
   bool first = true;
-  if (options.json) json.Object().Array("runs");
-  for (const Run& run : options.recordings.Find(messages)) {
+  const auto text = [&first](const Run& run, Messages& messages, std::string& out) {
     const RunSummary summary = Summarize(run, messages);
-    const std::vector<Gaps::Source> gaps = FindGaps(run, summary, messages);
-    if (options.json) {
-      WriteRun(run, summary, gaps, json);
-    } else {
-      if (!first) out.Text() += '\n';
-      PrintRun(run, summary, gaps, out.Text());
-    }
+    if (!first) out += '\n';
     first = false;
-    out.Commit();
-  }
-  if (options.json) {
-    json.EndArray();
-    json.EndObject();
-    out.Text() += '\n';
-  }
-  return out.Flush() ? messages.Status() : kFinding;
+    PrintRun(run, summary, FindGaps(run, summary, messages), out);
+  };
+  const auto json = [](const Run& run, Messages& messages, JsonWriter& writer) {
+    const RunSummary summary = Summarize(run, messages);
+    WriteRun(run, summary, FindGaps(run, summary, messages), writer);
+  };
+  return PrintRuns(options.recordings, options.json, text, json);
 }
 
 }  // namespace
@@ -107,7 +96,7 @@ Action DeclareInfo(CLI::App& app) {
   AddRecordings(app, options->recordings);
   app.add_flag("--json", options->json, "as JSON");
   app.footer(
-      "Records that restate a last value are not counted as records of their source. A gap is more than\n"
+      "Records that restate a last value are not counted as records of their source. A gap is at least\n"
       "2.5 times as long as the usual distance of a source's records; \"metadata gaps\" lists all.\n"
       "Examples:\n"
       "  metadata info                                   every recording of this machine\n"

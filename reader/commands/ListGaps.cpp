@@ -4,8 +4,8 @@
 
 #include "Declarations.h"
 #include "Encode.h"
-#include "Output.h"
 #include "Print.h"
+#include "PrintRuns.h"
 #include "RangeOptions.h"
 #include "RunJson.h"
 #include "Utc.h"
@@ -51,28 +51,18 @@ void PrintRun(const Run& run, const RunSummary& summary, const std::vector<Gaps:
 }
 
 int ListGaps(const GapsOptions& options) {
-  Messages messages;
-  Output out(Output::Kind::kText);
-  JsonWriter json(out.Text());
-  if (options.json) json.Object().Array("runs");
-  for (const Run& run : options.recordings.Find(messages)) {
+  const auto text = [&options](const Run& run, Messages& messages, std::string& out) {
     const RunSummary summary = Summarize(run, messages);
-    const auto sources = SelectedGaps(run, summary, options, messages);
-    if (options.json) {
-      json.Object().Number("run", run.number);
-      WriteGaps(sources, options.LeastMs(), json);
-      WriteLosses(summary, json);
-      json.EndObject();
-    } else {
-      PrintRun(run, summary, sources, options.LeastMs(), out.Text());
-    }
-  }
-  if (options.json) {
-    json.EndArray();
-    json.EndObject();
-    out.Text() += '\n';
-  }
-  return out.Flush() ? messages.Status() : kFinding;
+    PrintRun(run, summary, SelectedGaps(run, summary, options, messages), options.LeastMs(), out);
+  };
+  const auto json = [&options](const Run& run, Messages& messages, JsonWriter& writer) {
+    const RunSummary summary = Summarize(run, messages);
+    writer.Object().Number("run", run.number);
+    WriteGaps(SelectedGaps(run, summary, options, messages), options.LeastMs(), writer);
+    WriteLosses(summary, writer);
+    writer.EndObject();
+  };
+  return PrintRuns(options.recordings, options.json, text, json);
 }
 
 }  // namespace
@@ -86,10 +76,10 @@ Action DeclareGaps(CLI::App& app) {
       ->check(CLI::Range(0.0, 1e9));
   app.add_flag("--json", options->json, "as JSON");
   app.footer(
-      "A gap is at least 2.5 times as long as the usual distance of the records of a source that reports "
-      "at\n"
-      "regular times; of each source the 500 longest, in the order of time. Recorded losses "
-      "follow.\nSOURCES: " +
+      "A gap is at least 2.5 times as long as the usual distance of the records of a source that reports at\n"
+      "regular times. Of each source the 500 longest gaps are listed, in the order of time. Recorded losses\n"
+      "follow.\n"
+      "SOURCES: " +
       SelectionHelp() +
       ".\n"
       "Examples:\n"

@@ -1,17 +1,17 @@
 #include "DescriptorVfs.h"
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
+#include "FileLayer.h"
+
 namespace store {
 namespace {
 
-sqlite3_vfs* base = nullptr;  // the default layer
-sqlite3_vfs layer;
+FileLayer layer("descriptor");
 int file = -1;
 
 int Close(sqlite3_file* /*file*/) {
@@ -75,7 +75,7 @@ constexpr sqlite3_io_methods kMethods = {
 
 int Open(sqlite3_vfs* /*vfs*/, const char* name, sqlite3_file* opened, int flags, int* outFlags) {
   if (name == nullptr || std::strcmp(name, kDescriptorName) != 0)
-    return base->xOpen(base, name, opened, flags, outFlags);
+    return layer.Base()->xOpen(layer.Base(), name, opened, flags, outFlags);
   opened->pMethods = &kMethods;
   if (outFlags != nullptr) *outFlags = flags;
   return SQLITE_OK;
@@ -94,20 +94,12 @@ int NoAccess(sqlite3_vfs* /*vfs*/, const char* /*name*/, int /*flags*/, int* res
 }  // namespace
 
 const char* DescriptorVfs(int descriptor) {
-  constexpr const char* kName = "descriptor";
   file = descriptor;
-  sqlite3_vfs* const current = sqlite3_vfs_find(nullptr);
-  if (current == base) return kName;
-  if (base != nullptr) (void)sqlite3_vfs_unregister(&layer);
-  base = current;
-  layer = *base;
-  layer.zName = kName;
-  layer.pNext = nullptr;
-  layer.xOpen = Open;
-  layer.xFullPathname = FullName;
-  layer.xAccess = NoAccess;
-  (void)sqlite3_vfs_register(&layer, 0);
-  return kName;
+  return layer.Register([](sqlite3_vfs& vfs) {
+    vfs.xOpen = Open;
+    vfs.xFullPathname = FullName;
+    vfs.xAccess = NoAccess;
+  });
 }
 
 }  // namespace store
