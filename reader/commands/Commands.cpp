@@ -17,6 +17,7 @@ constexpr Command kCommands[] = {
     {"report", "Makes a page that shows a drive", DeclareReport},
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
+    {"diff", "Compares two recordings", DeclareDiff},
     {"ask", "Asks the running MetadataMgr", DeclareAsk},
     {"follow", "Prints records as they arrive", DeclareFollow},
     {"live", "Shows the shared record of current values", DeclareLive},

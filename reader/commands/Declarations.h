@@ -12,6 +12,7 @@ Action DeclareReport(CLI::App& app);
 Action DeclareGaps(CLI::App& app);
 Action DeclareState(CLI::App& app);
 Action DeclareCheck(CLI::App& app);
+Action DeclareDiff(CLI::App& app);
 Action DeclareAsk(CLI::App& app);
 Action DeclareFollow(CLI::App& app);
 Action DeclareLive(CLI::App& app);

@@ -24,7 +24,7 @@ std::string Offered(const std::string& line) {
 TEST(CompletionTest, OffersCommandsOptionsAndValues) {
   if (!IsInstalled("bash")) GTEST_SKIP() << "bash is not installed";
   constexpr std::pair<const char*, const char*> kCases[] = {
-      {"d", "dump"},
+      {"d", "dump diff"},
       {"ask ", "tick ping copy loglevel quit"},
       {"ask copy --t", "--timeout"},
       {"dump --f", "--from --format"},
