@@ -106,7 +106,8 @@ os::Errno Endpoint::NotifyServer(const std::string& server, const IpcMessage& me
 os::Errno Endpoint::Post(const std::string& peer, unsigned int type, const unsigned char* payload,
                          std::size_t size, std::size_t maxQueuedBytes) {
   while (Connection* connection = connections_.Find(peer)) {
-    const os::Errno error = connection->Post(type, payload, size, maxQueuedBytes);
+    const std::size_t most = connection->peer().isSystem ? maxQueuedBytes : kMaxPostedToObserverBytes;
+    const os::Errno error = connection->Post(type, payload, size, most);
     connections_.UpdateInterest(*connection);
     if (!error.Failed() || error == EAGAIN) return error;
   }

@@ -162,7 +162,7 @@ TEST_F(IpcTest, SelectiveWaitPushesBackOnWhoFloods) {
     const char* awaited;
     int least;  // accepted messages of 1 KB
     int most;
-  } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 2000, 4500}};
+  } kCases[] = {{"another", "A", 50, 400}, {"itself", "Flooder", 8000, 18000}};
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
     Flooder flooder("Flooder");

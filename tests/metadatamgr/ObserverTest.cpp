@@ -1,16 +1,21 @@
-// What a second user in the endpoints' group can do: ask and subscribe, nothing else.
+// What other users can do: those in the group ask, subscribe and read; all others nothing.
+#include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <set>
 
 #include "Car.h"
 #include "support/Child.h"
+#include "support/Eventually.h"
 #include "support/RawPeer.h"
 
 namespace {
@@ -49,13 +54,63 @@ const Try kTries[] = {
     {"unknown", Packet(4711, "x"), ""},
 };
 
-// Runs the body as the observer. Its result is the exit status.
-int AsObserver(const std::function<int()>& body) {
-  const gid_t group = getegid();
-  if (setgroups(0, nullptr) != 0 || setresgid(group, group, group) != 0 ||
-      setresuid(kObserver, kObserver, kObserver) != 0)
+// Runs the body as the observer, or as another user. Its result is the exit status.
+int AsObserver(const std::function<int()>& body, uid_t user = kObserver, gid_t group = getegid()) {
+  if (setgroups(0, nullptr) != 0 || setresgid(group, group, group) != 0 || setresuid(user, user, user) != 0)
     return 99;
   return body();
+}
+
+// What another user does to files, to the shared record and to the process. The group may do some of it.
+struct Attempt {
+  const char* what;
+  bool ofGroup;
+  std::function<int(const Car&)> tries;  // below 0, and errno, when it fails
+};
+
+Attempt Opens(const char* what, bool ofGroup, const std::string& path, int flags) {
+  return {what, ofGroup, [=](const Car& car) {
+            return open((path[0] == '/' ? car.IpcDirectory() + path : car.Path(path)).c_str(),
+                        flags | O_CLOEXEC, 0600);
+          }};
+}
+
+std::vector<Attempt> Attempts() {
+  const std::string recordings = "disk/metadata/";
+  const std::string recording = recordings + "metadata.000001.db";
+  const auto record = [](const Car& car) { return car.environment.at("METADATA_SHM"); };
+  return {
+      Opens("take the endpoint's lock", false, "/MetadataMgr.lock", O_RDWR),
+      Opens("make an endpoint", false, "/intruder", O_WRONLY | O_CREAT),
+      Opens("list the recordings", true, recordings, O_DIRECTORY),
+      Opens("make a file beside them", true, recordings + "intruder", O_WRONLY | O_CREAT),
+      Opens("read a recording", true, recording, O_RDONLY),
+      Opens("write a recording", false, recording, O_WRONLY),
+      Opens("read its WAL", true, recording + "-wal", O_RDONLY),
+      Opens("write its WAL", false, recording + "-wal", O_WRONLY),
+      Opens("write its index", false, recording + "-shm", O_WRONLY),
+      Opens("read a copy", true, "copy.db", O_RDONLY),
+      Opens("write a copy", false, "copy.db", O_WRONLY),
+      {"read the shared record", true, [=](auto& car) { return shm_open(record(car).c_str(), O_RDONLY, 0); }},
+      {"write the shared record", false, [=](auto& car) { return shm_open(record(car).c_str(), O_RDWR, 0); }},
+      {"remove the shared record", false, [=](auto& car) { return shm_unlink(record(car).c_str()); }},
+      {"remove a recording", false, [=](auto& car) { return unlink(car.Path(recording).c_str()); }},
+      {"remove the endpoint", false, [](auto&) { return unlink(IpcDir::File("MetadataMgr").c_str()); }},
+      {"replace the endpoints' directory", false,
+       [](auto& car) { return rename(car.IpcDirectory().c_str(), car.Path("ipc").c_str()); }},
+      {"end the process", false, [](auto& car) { return kill(car.program->Id(), SIGTERM); }},
+  };
+}
+
+// The number of the first attempt that does not end as it should for this user, from 1; 0: none.
+int FirstWrong(const Car& car, bool isOfGroup) {
+  int number = 0;
+  for (const Attempt& attempt : Attempts()) {
+    ++number;
+    const bool refused = attempt.tries(car) < 0 && (errno == EACCES || errno == EPERM);
+    if (refused == (isOfGroup && attempt.ofGroup)) return number;
+  }
+  return 0;
 }
 
 // The number of the first failed row, from 1; 0: all rows are as expected.
@@ -120,20 +175,49 @@ TEST_F(ObserverTest, MayAskAndFollowAndNothingElse) {
   EXPECT_EQ(car_.Events(), Lines{});
 }
 
-TEST_F(ObserverTest, IsToldOfBookmarks) {
-  Child follower([] {
-    return AsObserver([] {
+TEST_F(ObserverTest, ReadsRecordingsAndStrangersNothing) {
+  EXPECT_EQ(car_.stateMgr.Ask(kCopy, CopyRequest(car_.Path("copy.db")), kCopied), "01");
+  // Only the modes of the process's own files refuse.
+  chmod(car_.Path("").c_str(), 0755);
+  for (const bool isOfGroup : {true, false}) {
+    const gid_t group = isOfGroup ? getegid() : kObserver;
+    const auto tries = [&] {
+      return AsObserver([&] { return FirstWrong(car_, isOfGroup); }, kObserver, group);
+    };
+    const int wrong = Child(tries).Wait();
+    EXPECT_EQ(wrong, 0) << (wrong > 0 && wrong < 99 ? Attempts()[static_cast<std::size_t>(wrong) - 1].what
+                                                    : "");
+  }
+  for (const Attempt& attempt : Attempts()) EXPECT_GE(attempt.tries(car_), 0) << attempt.what;  // its owner
+  EXPECT_EQ(car_.End(), 0);
+}
+
+// The process keeps few notices for an observer that never reads.
+TEST_F(ObserverTest, IsToldOfBookmarksAsLongAsItReads) {
+  constexpr unsigned int kIds = 32;
+  int told[2];
+  ASSERT_EQ(pipe2(told, O_NONBLOCK | O_CLOEXEC), 0);
+  Child follower([&told] {
+    return AsObserver([&told] {
       const RawPeer peer = RawPeer::To("MetadataMgr", "Viewer");
-      if (peer.Send(Packet(kSubscribeItem, kOwnNotice)) != 0) return 1;
-      if (!peer.Receive().value_or("").starts_with(Packet(kItem, kOwnNotice))) return 2;
-      return peer.Receive() == Packet(4711, "\1") ? 0 : 3;
+      for (unsigned int id = 1; id <= kIds; ++id) (void)peer.Send(Packet(kSubscribeItem, U32(0) + U32(id)));
+      for (unsigned int id = 1; id <= kIds; ++id) {
+        if (!peer.Receive().value_or("").starts_with(Packet(kItem, U32(0) + U32(id)))) return 1;
+      }
+      if (write(told[1], "s", 1) != 1 || peer.Receive() != Packet(1, "\1")) return 2;
+      return write(told[1], "b", 1) == 1 ? poll(nullptr, 0, -1) : 3;
     });
   });
-  while (!follower.Ended()) {
+  char byte = 0;
+  ASSERT_TRUE(Eventually([&] { return read(told[0], &byte, 1) == 1; }));
+  int bookmarks = 0;
+  const auto isFull = [this] { return Joined(car_.Log()).find("Viewer is too slow") != std::string::npos; };
+  for (; bookmarks < 100 && !isFull(); ++bookmarks) {
     car_.stateMgr.Send(kBookmark, "00000001");
-    (void)poll(nullptr, 0, 20);
+    ASSERT_TRUE(car_.Answers());
   }
-  EXPECT_EQ(follower.Wait(), 0);
+  EXPECT_TRUE(Eventually([&] { return read(told[0], &byte, 1) == 1; }));
+  EXPECT_LT(bookmarks, 50) << "of " << kIds << " notices each";
 }
 
 #ifdef METADATA_PROGRAM

@@ -83,8 +83,10 @@ TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
   const std::string pipe = name_ + "-pipe";
   ASSERT_TRUE(std::filesystem::create_directory(directory));
   ASSERT_EQ(mkfifo(("/dev/shm" + pipe).c_str(), 0600), 0);
+  const std::string link = name_ + "-link";
+  std::filesystem::create_symlink("/dev/zero", "/dev/shm" + link);
   const std::ptrdiff_t before = OpenFiles();
-  for (const std::string& name : {name_ + "-directory", pipe, std::string("/"), std::string("/."),
+  for (const std::string& name : {name_ + "-directory", pipe, link, std::string("/"), std::string("/."),
                                   name_ + "/below", "/" + std::string(300, 'n'), std::string(10000, '/')}) {
     setenv("METADATA_SHM", name.c_str(), 1);
     EXPECT_EQ(Attached(), "null") << name.substr(0, 60);
@@ -92,6 +94,7 @@ TEST_F(Attach, NameThatNamesNoRecordGivesNull) {
   EXPECT_EQ(OpenFiles(), before);
   std::filesystem::remove(directory);
   shm_unlink(pipe.c_str());
+  shm_unlink(link.c_str());
 }
 
 // Other users could alter or truncate such a record.

@@ -25,7 +25,7 @@ void Watchdog::PetWatchdog() {
 
 namespace {
 
-// tests/metadatamgr/OtherUserTest.cpp tests existing files at the path.
+// tests/metadatamgr/CopyTest.cpp tests existing files at the path.
 TEST_F(CopyTest, IsMadeOnlyUnderAWholePathThatCanBe) {
   Open();
   Temperature(1);

@@ -10,15 +10,17 @@
 // Operations of an endpoint for the platform's own libraries, in addition to LinxIpc.
 namespace ipc {
 
-// Limits of the bytes queued for one peer, including message headers and bookkeeping. Notices: about 5,500
-// small ones, or 18 seconds of a server that sends 300 a second. The higher limit leaves room for an answer
-// when notices have reached theirs.
-constexpr std::size_t kMaxPostedNoticeBytes = 1024UL * 1024;
+// Limits of the bytes queued for one peer, including message headers and bookkeeping. Notices: about 22,000
+// small ones, or 73 seconds of a server that sends 300 a second. The higher limit leaves room for an answer
+// when notices have reached theirs. An observer gets far less, because it may have many connections and read
+// none of them.
+constexpr std::size_t kMaxPostedNoticeBytes = 4096UL * 1024;
 constexpr std::size_t kMaxPostedAnswerBytes = kMaxPostedNoticeBytes + 64UL * 1024;
+constexpr std::size_t kMaxPostedToObserverBytes = 64UL * 1024;
 
 // Sends a message to a connected peer, after the messages queued for it. Queues it when the peer is full;
 // Receive sends it later. Never waits, never connects. Returns 0; ENOTCONN: the peer is not connected;
-// EAGAIN: the queue would exceed `maxQueuedBytes`, the message was dropped.
+// EAGAIN: the queue would exceed `maxQueuedBytes`, or an observer's limit; the message was dropped.
 [[nodiscard]] int PostToPeer(LinxIpc& ipc, const std::string& peer, unsigned int type,
                              const unsigned char* payload, std::size_t size, std::size_t maxQueuedBytes);
 
