@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -105,8 +106,10 @@ class Vehicle {
 
   bool PreInit(LinxIpc& ipc) {
     if (!manager_->PreInit(ipc)) return false;
-    for (std::size_t i = 0; i < std::size(servers::kAll); ++i)
+    for (std::size_t i = 0; i < std::size(servers::kAll); ++i) {
+      listeners_.emplace_back(servers::kAll[i].name);  // the manager asks only a process that listens
       peers_[i] = RawPeer::To("MetadataMgr", servers::kAll[i].name);
+    }
     peers_[std::size(servers::kAll)] = RawPeer::To("MetadataMgr", "Tool");
     IpcMessage none;
     constexpr int kHellosMs = 50;
@@ -152,6 +155,7 @@ class Vehicle {
   const std::string shared_ = "/mm-fuzz-" + std::to_string(getpid());
   const std::string copies_ = directory_.Beside("copies");
   bool copied_ = false;
+  std::deque<RawListener> listeners_;
   RawPeer peers_[std::size(servers::kAll) + 1];
   std::unique_ptr<MetadataMgr> manager_;
   std::unique_ptr<ProcessInitializer<Vehicle>> initializer_;

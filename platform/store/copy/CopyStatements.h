@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Record.h"
+#include "Tables.h"
 
 namespace store {
 

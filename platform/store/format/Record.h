@@ -4,42 +4,7 @@
 
 namespace store {
 
-enum TableId : unsigned char {
-  kStateTable,
-  kStringTable,
-  kBookmarkTable,
-  kGpsStateTable,
-  kGpsTable,
-  kSpeedTable,
-  kSpeedValidTable,
-  kRadarStateTable,
-  kRadarTable,
-  kMicPresentTable,
-  kMicActiveTable,
-  kTemperatureTable,
-  kCameraTable,
-  kVideoStreamTable,
-  kLiveStreamTable,
-  kStreamQualityTable,
-  kVehicleTable,
-  kSystemTable,
-  kDepartmentTable,
-  kOfficerTable,
-  kRecordingSettingsTable,
-  kMacTable,
-  kSerialTable,
-  kVersionTable,
-  kConfigurationTable,
-  kPreviousRunTable,
-  kRunEndTable,
-  kClockTable,
-  kLossTable,
-  kLogPinnedTable,
-  kFullStateTable,
-  kAbandonedTable,
-  kCopyTable,
-  kTableCount
-};
+enum TableId : unsigned char;  // Tables.h
 
 // Why a record was made. Recordings hold these numbers.
 enum class Event : unsigned char {
@@ -58,7 +23,7 @@ struct RecordHeader {
   std::int64_t tick = 0;  // arrival tick, milliseconds
   std::int64_t senderTick = kNoSenderTick;
   std::uint32_t cellBytes = 0;
-  TableId table = kStateTable;
+  TableId table{};
   Event event = Event::kChange;
   bool critical = false;  // durable at once, dropped last
 };

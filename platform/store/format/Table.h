@@ -58,7 +58,7 @@ constexpr int kNoState = -1;
 // Describes one kind of record. The store derives CREATE TABLE, INSERT, the timeline view and the full state
 // from it; the reader derives its names, charts and lanes.
 struct Table {
-  TableId id = kTableCount;
+  TableId id{};
   const char* name = "";
   // Number of leading columns that identify a source. The full state holds the last record of each source.
   // kNoState: the table is not part of the full state.

@@ -6,6 +6,43 @@
 
 namespace store {
 
+enum TableId : unsigned char {
+  kStateTable,
+  kStringTable,
+  kBookmarkTable,
+  kGpsStateTable,
+  kGpsTable,
+  kSpeedTable,
+  kSpeedValidTable,
+  kRadarStateTable,
+  kRadarTable,
+  kMicPresentTable,
+  kMicActiveTable,
+  kTemperatureTable,
+  kCameraTable,
+  kVideoStreamTable,
+  kLiveStreamTable,
+  kStreamQualityTable,
+  kVehicleTable,
+  kSystemTable,
+  kDepartmentTable,
+  kOfficerTable,
+  kRecordingSettingsTable,
+  kMacTable,
+  kSerialTable,
+  kVersionTable,
+  kConfigurationTable,
+  kPreviousRunTable,
+  kRunEndTable,
+  kClockTable,
+  kLossTable,
+  kLogPinnedTable,
+  kFullStateTable,
+  kAbandonedTable,
+  kCopyTable,
+  kTableCount
+};
+
 // GPS sends this altitude, in decimetres, if it knows none.
 inline constexpr std::int64_t kNoAltitudeDm = 134'217'727;
 #define STORE_NO_ALTITUDE "134217727"

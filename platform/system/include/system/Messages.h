@@ -1,7 +1,8 @@
 #pragma once
 
-// The numbers of the system's messages, in ascending order. They are interface constants. The comments name
-// the payloads; their fields are big-endian, docs/wire.md has them byte by byte.
+// The numbers of the system's messages, in ascending order; Servers.h has those of the servers' notices. They
+// are interface constants. The comments name the payloads; their fields are big-endian, docs/wire.md has them
+// byte by byte.
 
 // The subscribe protocol, between every server and its subscribers.
 enum e_SubscribeMsg : unsigned int {
@@ -43,33 +44,6 @@ enum e_MetadataMgrMsg : unsigned int {
   MetadataMgrMsg_MicState = 13502,                   // 32-bit tick, microphone; bytes present, active
   MetadataMgrMsg_RecordStartStop = 13503,            // 32-bit tick, byte 4: 0 stop, else start
   MetadataMgrMsg_Bookmark = 13509,                   // 32-bit tick
-};
-
-// Messages that carry the servers' notices to MetadataMgr. The payload is an item of the named class.
-enum e_MetadataMgrNotice : unsigned int {
-  MetadataMgrNotice_VehicleInfo = 13492,             // VehicleInfo
-  MetadataMgrNotice_SystemInfo = 13493,              // SystemInfo
-  MetadataMgrNotice_DepartmentInfo = 13494,          // DepartmentInfo
-  MetadataMgrNotice_Officer = 13495,                 // Officer
-  MetadataMgrNotice_VideoRecordingSettings = 13496,  // VideoRecordingSettings
-  MetadataMgrNotice_ExternalEvent = 13497,           // FpgaExternalEventItem
-  MetadataMgrNotice_GpsStatus = 13504,               // GpsStatusItem
-  MetadataMgrNotice_RecordStart = 13505,             // SystickItem; the next three as well
-  MetadataMgrNotice_RecordStop = 13506,
-  MetadataMgrNotice_EnterCovertMode = 13507,
-  MetadataMgrNotice_ExitCovertMode = 13508,
-  MetadataMgrNotice_Radar = 13510,          // RadarItem
-  MetadataMgrNotice_MicStatus = 13511,      // MicStatusResponse
-  MetadataMgrNotice_Crash = 13512,          // CrashItem
-  MetadataMgrNotice_Cameras = 13513,        // VideoMgrCameraItem
-  MetadataMgrNotice_StreamQuality = 13514,  // VideoMgrStreamQualityItem
-  MetadataMgrNotice_Temperatures = 13515,   // TempStatus
-  MetadataMgrNotice_LiveStream0 = 18952,    // ExternalMgrApi::StreamingLvsStateItem; the next five as well
-  MetadataMgrNotice_LiveStream1 = 18953,
-  MetadataMgrNotice_LiveStream2 = 18954,
-  MetadataMgrNotice_LiveStream3 = 18955,
-  MetadataMgrNotice_LiveStream4 = 18956,
-  MetadataMgrNotice_LiveStream5 = 18957,
 };
 
 // Served by the stream manager.

@@ -4,16 +4,43 @@
 #include <cstddef>
 #include <span>
 
-#include "system/Messages.h"
 #include "system/Process.h"
 
 // The servers that MetadataMgr subscribes to, with their items, in the order of the subscriptions. All code
 // that needs every server reads this table. MetadataMgr/FollowedServers.cpp adds what MetadataMgr does with
 // each server.
 
+// Messages that carry the servers' notices to MetadataMgr. The payload is an item of the named class.
+enum e_MetadataMgrNotice : unsigned int {
+  MetadataMgrNotice_VehicleInfo = 13492,             // VehicleInfo
+  MetadataMgrNotice_SystemInfo = 13493,              // SystemInfo
+  MetadataMgrNotice_DepartmentInfo = 13494,          // DepartmentInfo
+  MetadataMgrNotice_Officer = 13495,                 // Officer
+  MetadataMgrNotice_VideoRecordingSettings = 13496,  // VideoRecordingSettings
+  MetadataMgrNotice_ExternalEvent = 13497,           // FpgaExternalEventItem
+  MetadataMgrNotice_GpsStatus = 13504,               // GpsStatusItem
+  MetadataMgrNotice_RecordStart = 13505,             // SystickItem; the next three as well
+  MetadataMgrNotice_RecordStop = 13506,
+  MetadataMgrNotice_EnterCovertMode = 13507,
+  MetadataMgrNotice_ExitCovertMode = 13508,
+  MetadataMgrNotice_Radar = 13510,          // RadarItem
+  MetadataMgrNotice_MicStatus = 13511,      // MicStatusResponse
+  MetadataMgrNotice_Crash = 13512,          // CrashItem
+  MetadataMgrNotice_Cameras = 13513,        // VideoMgrCameraItem
+  MetadataMgrNotice_StreamQuality = 13514,  // VideoMgrStreamQualityItem
+  MetadataMgrNotice_Temperatures = 13515,   // TempStatus
+  MetadataMgrNotice_LiveStream0 = 18952,    // ExternalMgrApi::StreamingLvsStateItem; the next five as well
+  MetadataMgrNotice_LiveStream1 = 18953,
+  MetadataMgrNotice_LiveStream2 = 18954,
+  MetadataMgrNotice_LiveStream3 = 18955,
+  MetadataMgrNotice_LiveStream4 = 18956,
+  MetadataMgrNotice_LiveStream5 = 18957,
+};
+
 struct ServedItem {
   unsigned int id;              // id at its server
   unsigned int notificationId;  // message that carries its changes to MetadataMgr
+  const char* name;             // in drives
 };
 
 struct ServerRow {
@@ -26,27 +53,27 @@ struct ServerRow {
 
 namespace servers {
 
-inline constexpr ServedItem kConfigMgr[] = {{10, MetadataMgrNotice_VehicleInfo},
-                                            {7, MetadataMgrNotice_SystemInfo},
-                                            {11, MetadataMgrNotice_DepartmentInfo},
-                                            {12, MetadataMgrNotice_Officer},
-                                            {13, MetadataMgrNotice_VideoRecordingSettings}};
-inline constexpr ServedItem kFpga[] = {{17, MetadataMgrNotice_ExternalEvent}};
-inline constexpr ServedItem kGpsHal[] = {{1, MetadataMgrNotice_GpsStatus}};
-inline constexpr ServedItem kStateMgr[] = {{1, MetadataMgrNotice_RecordStart},
-                                           {2, MetadataMgrNotice_RecordStop},
-                                           {3, MetadataMgrNotice_EnterCovertMode},
-                                           {4, MetadataMgrNotice_ExitCovertMode}};
-inline constexpr ServedItem kRadarHal[] = {{1, MetadataMgrNotice_Radar}};
-inline constexpr ServedItem kMicMgr[] = {{0, MetadataMgrNotice_MicStatus}};
-inline constexpr ServedItem kVideoMgr[] = {{0, MetadataMgrNotice_Cameras},
-                                           {1, MetadataMgrNotice_StreamQuality}};
-inline constexpr ServedItem kAccelHal[] = {{1, MetadataMgrNotice_Crash}};
-inline constexpr ServedItem kTempHal[] = {{0, MetadataMgrNotice_Temperatures}};
+inline constexpr ServedItem kConfigMgr[] = {{10, MetadataMgrNotice_VehicleInfo, "vehicle"},
+                                            {7, MetadataMgrNotice_SystemInfo, "system"},
+                                            {11, MetadataMgrNotice_DepartmentInfo, "department"},
+                                            {12, MetadataMgrNotice_Officer, "officer"},
+                                            {13, MetadataMgrNotice_VideoRecordingSettings, "recording"}};
+inline constexpr ServedItem kFpga[] = {{17, MetadataMgrNotice_ExternalEvent, "input"}};
+inline constexpr ServedItem kGpsHal[] = {{1, MetadataMgrNotice_GpsStatus, "gps"}};
+inline constexpr ServedItem kStateMgr[] = {{1, MetadataMgrNotice_RecordStart, "record-start"},
+                                           {2, MetadataMgrNotice_RecordStop, "record-stop"},
+                                           {3, MetadataMgrNotice_EnterCovertMode, "covert-on"},
+                                           {4, MetadataMgrNotice_ExitCovertMode, "covert-off"}};
+inline constexpr ServedItem kRadarHal[] = {{1, MetadataMgrNotice_Radar, "radar"}};
+inline constexpr ServedItem kMicMgr[] = {{0, MetadataMgrNotice_MicStatus, "mic"}};
+inline constexpr ServedItem kVideoMgr[] = {{0, MetadataMgrNotice_Cameras, "camera-entries"},
+                                           {1, MetadataMgrNotice_StreamQuality, "quality"}};
+inline constexpr ServedItem kAccelHal[] = {{1, MetadataMgrNotice_Crash, "crash"}};
+inline constexpr ServedItem kTempHal[] = {{0, MetadataMgrNotice_Temperatures, "temp"}};
 inline constexpr ServedItem kExternalMgr[] = {
-    {16, MetadataMgrNotice_LiveStream0}, {17, MetadataMgrNotice_LiveStream1},
-    {18, MetadataMgrNotice_LiveStream2}, {19, MetadataMgrNotice_LiveStream3},
-    {20, MetadataMgrNotice_LiveStream4}, {21, MetadataMgrNotice_LiveStream5}};
+    {16, MetadataMgrNotice_LiveStream0, "live-0"}, {17, MetadataMgrNotice_LiveStream1, "live-1"},
+    {18, MetadataMgrNotice_LiveStream2, "live-2"}, {19, MetadataMgrNotice_LiveStream3, "live-3"},
+    {20, MetadataMgrNotice_LiveStream4, "live-4"}, {21, MetadataMgrNotice_LiveStream5, "live-5"}};
 
 inline constexpr ServerRow kAll[] = {
     {e_Process_ConfigMgr, "ConfigMgr", "NO_CONFIGMGR", false, kConfigMgr},
