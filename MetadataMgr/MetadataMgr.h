@@ -11,7 +11,7 @@
 #include "items/Enumerations.h"
 #include "sharedmem/MetadataSharedMem.h"
 #include "store/DataStoreNormal.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 #include "system/Systick.h"
 #include "system/Watchdog.h"
 

@@ -2,7 +2,7 @@
 
 #include "ipc/LinxIpc.h"
 #include "system/Messages.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 // The parts of ProcessInitializer that do not depend on the managed object. ProcessInitializer derives from
 // this class, so that they are its static members. Handlers have the endpoint's signature.

@@ -8,7 +8,7 @@
 #include "Misc/StateMgrNotices.h"
 #include "ipc/LinxIpc.h"
 #include "ipc/LinxServerNameList.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 // The start-up sequence of every process of the system: opens the endpoint, prepares the managed object,
 // notifies the state manager, installs the handlers of process control, and serves the state manager's

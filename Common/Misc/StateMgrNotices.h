@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "system/Process.h"
+#include "system/Servers.h"
 
 // Endpoint name of the state manager. Every process defines and sets it.
 extern std::string gStateMgrName;

@@ -2,7 +2,7 @@
 
 #include "Actions.h"
 #include "ipc/LinxIpc.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace bench {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Words.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace bench {
 

@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace bench {
 

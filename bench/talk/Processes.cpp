@@ -2,7 +2,7 @@
 
 #include "Words.h"
 #include "ipc/LinxServerNameList.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace bench {
 

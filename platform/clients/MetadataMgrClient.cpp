@@ -8,7 +8,7 @@
 #include "ipc/PeerQueue.h"
 #include "system/BigEndian.h"
 #include "system/Messages.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "ipc/PeerQueue.h"
 #include "items/StringItem.h"
 #include "system/Messages.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 std::string StreamMgrApi::CurrentlyRecordingREID(LinxIpc& ipc, int timeoutMs) {
   const std::string& streamMgr = LinxServerNameList::Instance().Name(e_Process_StreamMgr);

@@ -1,6 +1,6 @@
 #include "Endpoint.h"
 #include "ipc/LinxServerNameList.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 // Calling handlers.
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "system/Process.h"
 #include "system/Servers.h"
 
 namespace {

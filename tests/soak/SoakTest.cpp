@@ -26,7 +26,7 @@
 #include "support/Connection.h"
 #include "support/Eventually.h"
 #include "support/RawPeer.h"
-#include "system/Process.h"
+#include "system/Servers.h"
 
 namespace {
 

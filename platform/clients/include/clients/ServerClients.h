@@ -2,7 +2,6 @@
 
 #include "clients/SubscribeClient.h"
 #include "ipc/LinxServerNameList.h"
-#include "system/Process.h"
 #include "system/Servers.h"
 
 // The clients of the servers that publish the vehicle's state. Each class names the items of its server;

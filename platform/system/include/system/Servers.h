@@ -4,11 +4,22 @@
 #include <cstddef>
 #include <span>
 
-#include "system/Process.h"
-
-// The servers that MetadataMgr subscribes to, with their items, in the order of the subscriptions. All code
-// that needs every server reads this table. MetadataMgr/FollowedServers.cpp adds what MetadataMgr does with
-// each server.
+// The processes of the system. The numbers are interface constants: the state manager's notices carry them.
+// Numbers that are not listed belong to processes that MetadataMgr does not use.
+enum e_Process : unsigned int {
+  e_Process_StateMgr = 2,
+  e_Process_ConfigMgr = 3,
+  e_Process_Fpga = 4,
+  e_Process_RadarHal = 7,
+  e_Process_MicMgr = 11,
+  e_Process_GpsHal = 12,
+  e_Process_AccelHal = 13,
+  e_Process_TempHal = 14,
+  e_Process_MetadataMgr = 19,
+  e_Process_StreamMgr = 20,
+  e_Process_VideoMgr = 21,
+  e_Process_ExternalMgr = 29,
+};
 
 // Messages that carry the servers' notices to MetadataMgr. The payload is an item of the named class.
 enum e_MetadataMgrNotice : unsigned int {
@@ -75,6 +86,8 @@ inline constexpr ServedItem kExternalMgr[] = {
     {18, MetadataMgrNotice_LiveStream2, "live-2"}, {19, MetadataMgrNotice_LiveStream3, "live-3"},
     {20, MetadataMgrNotice_LiveStream4, "live-4"}, {21, MetadataMgrNotice_LiveStream5, "live-5"}};
 
+// The servers that MetadataMgr subscribes to, in the order of the subscriptions. All code that needs every
+// server reads this table. MetadataMgr/FollowedServers.cpp adds what MetadataMgr does with each server.
 inline constexpr ServerRow kAll[] = {
     {e_Process_ConfigMgr, "ConfigMgr", "NO_CONFIGMGR", false, kConfigMgr},
     {e_Process_Fpga, "Fpga", "NO_FPGA", true, kFpga},

@@ -3,7 +3,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "system/Process.h"
+#include "system/Servers.h"
+
+// The threads of a process, for the watchdog. A process with one thread uses 0.
+enum e_ThreadIds : unsigned int { e_ThreadIds_Main = 0 };
 
 // The system watchdog, reached through the service manager's notification socket. Subscribe reads the
 // socket's name from the environment variable NOTIFY_SOCKET: an absolute path, or "@" and an abstract name.
