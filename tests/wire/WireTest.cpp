@@ -63,6 +63,20 @@ class WireTest : public testing::Test {
       }
     }
   }
+  void PlayRequests(const RawPeer& viewer) {
+    for (const char* packet : {"hello", "ping", "set-log-level", "get-log-level"})
+      Send(viewer, "Viewer", packet);
+    for (const char* packet : {"ping-answer", "log-level", "log-level"}) Expect(viewer, "Viewer", packet);
+
+    for (const auto& [request, answer] : {std::pair{"follow-bookmarks", "bookmarks-followed"},
+                                          {"bookmark", "bookmark-notice"},
+                                          {"no-such-item", "refused"},
+                                          {"get-last-tick", "last-tick"},
+                                          {"copy", "copied"}}) {
+      Send(viewer, "Viewer", request);
+      Expect(viewer, "Viewer", answer);
+    }
+  }
   void Start() { Expect(stateMgr_ = stateMgrListener_.Accept(), "StateMgr", "started-hello"); }
 
   WireDocument document_{WIRE_DOCUMENT};
@@ -92,18 +106,7 @@ TEST_F(WireTest, PlaysTheWholeDocument) {
   for (const char* notice : {"full-run", "died", "restarted"}) Send(stateMgr_, "StateMgr", notice);
 
   const RawPeer viewer = RawPeer::To("MetadataMgr");
-  for (const char* packet : {"hello", "ping", "set-log-level", "get-log-level"})
-    Send(viewer, "Viewer", packet);
-  for (const char* packet : {"ping-answer", "log-level", "log-level"}) Expect(viewer, "Viewer", packet);
-
-  for (const auto& [request, answer] : {std::pair{"follow-bookmarks", "bookmarks-followed"},
-                                        {"bookmark", "bookmark-notice"},
-                                        {"no-such-item", "refused"},
-                                        {"get-last-tick", "last-tick"},
-                                        {"copy", "copied"}}) {
-    Send(viewer, "Viewer", request);
-    Expect(viewer, "Viewer", answer);
-  }
+  PlayRequests(viewer);
   Send(stateMgr_, "StateMgr", "record-started");
   Send(externalMgr, "ExternalMgr", "live-stream-on");
   for (const char* packet : {"stop-following", "bookmark", "record-start", "record-stop", "stream-state",
