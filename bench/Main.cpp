@@ -75,6 +75,22 @@ int Run(const Options& options) {
   return Director(options.run, drive, surroundings).Run() ? kGood : kFailed;
 }
 
+int PlayReplay(Options& options) {
+  LogClient::Instance().Level(0);
+  std::string error;
+  if (!CompleteReplay(options, error)) return ReportErrors({error});
+  Replay replay(options.replay);
+  if (!replay.Open()) return kFailed;
+  const Drive drive = replay.Drive();
+  (void)PrepareReceiver(options, error);
+  Surroundings surroundings(options.out);
+  if (!surroundings.Prepare(error)) {
+    (void)ReportErrors({error});
+    return kFailed;
+  }
+  return Director(options.run, drive, surroundings).Run() && replay.Good() ? kGood : kFailed;
+}
+
 int Check(const Options& options) {
   Drive drive;
   const auto errors = ReadDrive(options.drive, drive);
@@ -124,6 +140,7 @@ int RunCommandLine(int argc, char** argv) {
   const CLI::App* run = AddRun(app, options);
   const CLI::App* check = AddCheck(app, options);
   const CLI::App* drive = AddDrive(app, options);
+  const CLI::App* replay = AddReplay(app, options);
   const CLI::App* send = AddSend(app, options);
   (void)AddRole(app, options);
   app.footer("vehiclebench COMMAND --help tells more; \"check --help\" describes drives.");
@@ -135,6 +152,7 @@ int RunCommandLine(int argc, char** argv) {
   if (*run) return Run(options);
   if (*check) return Check(options);
   if (*drive) return WriteDrive(options);
+  if (*replay) return PlayReplay(options);
   if (*send) return Send(options);
   return RunRole(options.role, options.words);
 }

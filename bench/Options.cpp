@@ -20,22 +20,7 @@ void AddOut(CLI::App* command, Options& options) {
 
 }  // namespace
 
-CLI::App* AddRun(CLI::App& app, Options& options) {
-  CLI::App* run = app.add_subcommand(
-      "run", "Starts the processes, plays a drive, shuts everything down and says how it went");
-  run->add_option("--drive", options.drive, "file to play instead of the built-in drive of 20 seconds")
-      ->type_name("FILE");
-  CLI::Option* nmea = run->add_option(
-      "--nmea", options.nmea, "GPS readings from this NMEA 0183 log; without --drive the drive ends with it");
-  nmea->type_name("FILE");
-  run->add_option("--gpsd", options.gpsd,
-                  "GPS readings from this gpsd as they come; without --drive until Ctrl-C")
-      ->type_name("HOST:PORT")
-      ->excludes(nmea);
-  run->add_option("--speed", options.run.speed, "play the drive this many times faster")
-      ->type_name("N")
-      ->check(CLI::Range(0.01, 1000.0))
-      ->capture_default_str();
+void AddProcesses(CLI::App* run, Options& options) {
   CLI::Option* attach =
       run->add_flag("--attach", options.run.attach, "wait for a MetadataMgr that is started by hand");
   run->add_option("--program", options.run.program, "MetadataMgr to start [beside this program]")
@@ -56,6 +41,25 @@ CLI::App* AddRun(CLI::App& app, Options& options) {
       "Exit status: 0 all went well, 1 something failed, 2 wrong usage or a wrong drive.\n"
       "Environment variables that are set already (METADATA_ROOT, METADATA_SHM, LINX_IPC_DIR,\n"
       "LOG_TARGET, BENCH_SENT) are used as they are.");
+}
+
+CLI::App* AddRun(CLI::App& app, Options& options) {
+  CLI::App* run = app.add_subcommand(
+      "run", "Starts the processes, plays a drive, shuts everything down and says how it went");
+  run->add_option("--drive", options.drive, "file to play instead of the built-in drive of 20 seconds")
+      ->type_name("FILE");
+  CLI::Option* nmea = run->add_option(
+      "--nmea", options.nmea, "GPS readings from this NMEA 0183 log; without --drive the drive ends with it");
+  nmea->type_name("FILE");
+  run->add_option("--gpsd", options.gpsd,
+                  "GPS readings from this gpsd as they come; without --drive until Ctrl-C")
+      ->type_name("HOST:PORT")
+      ->excludes(nmea);
+  run->add_option("--speed", options.run.speed, "play the drive this many times faster")
+      ->type_name("N")
+      ->check(CLI::Range(0.01, 1000.0))
+      ->capture_default_str();
+  AddProcesses(run, options);
   return run;
 }
 

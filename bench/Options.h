@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Replay.h"
 #include "RunOptions.h"
 #include "Words.h"
 
@@ -20,13 +21,21 @@ struct Options {
   std::string role;
   std::vector<std::string> recordings;
   std::string output;
+  ReplayOptions replay;
+  std::string ticks;  // keep, move, or empty
 };
 
 // Each adds a command. Parsing stores its options in `options`.
 CLI::App* AddRun(CLI::App& app, Options& options);
 CLI::App* AddCheck(CLI::App& app, Options& options);
 CLI::App* AddDrive(CLI::App& app, Options& options);
+CLI::App* AddReplay(CLI::App& app, Options& options);
 CLI::App* AddSend(CLI::App& app, Options& options);
 CLI::App* AddRole(CLI::App& app, Options& options);
+
+// Adds the options that replay and run share.
+void AddProcesses(CLI::App* run, Options& options);
+// Derives options of a replay from others. Returns false and sets `error` if they contradict each other.
+bool CompleteReplay(Options& options, std::string& error);
 
 }  // namespace bench

@@ -10,6 +10,15 @@
 
 namespace bench {
 
+namespace {
+
+// A payload waits until MetadataMgr has taken it.
+int TimeoutMs(const Command& command) {
+  return NameOf(*command.verb) == "payload" ? kTakenTimeoutMs + kAnswerTimeoutMs : kAnswerTimeoutMs;
+}
+
+}  // namespace
+
 Director::Director(const RunOptions& options, const Drive& drive, const Surroundings& surroundings)
     : options_(options),
       drive_(drive),
@@ -29,7 +38,7 @@ bool Director::Run() {
   if (!Open()) return false;
   surroundings_.BeginSentLists();
   char speed[32];
-  (void)std::snprintf(speed, sizeof speed, "%g", options_.speed);
+  (void)std::snprintf(speed, sizeof speed, options_.speed < kMaxSpeed ? "%g" : "max", options_.speed);
   report_.Line("Drive " + drive_.name + ", speed " + speed + ", in " + surroundings_.Directory());
   StartUp startUp(options_, drive_, vehicle_, news_, report_,
                   [this](const Words& words) { (void)Execute(words, {}); });
@@ -38,7 +47,8 @@ bool Director::Run() {
   shutDown.Run();
   const Child* child = vehicle_.Processes().Find(MetadataMgrName());
   if (child != nullptr && child->ended) report_.SayHowItEnded(*child, shutDown.PeakMemoryKb());
-  report_.SayHowItWent(linesPlayed_, drive_.lines.size(), driveSeconds_, toFullRun_);
+  report_.SayHowItWent(linesPlayed_, drive_.IsReplay() ? linesPlayed_ : drive_.lines.size(), driveSeconds_,
+                       toFullRun_);
   return report_.Good();
 }
 
@@ -53,18 +63,27 @@ bool Director::Open() {
 }
 
 void Director::Play() {
+  AwaitBegin();
   report_.BeginDrive();
   clock_ = DriveClock(report_.DriveBegin(), options_.speed);
   TellDriveBegins(StateMgrName());
   for (const auto& [name, stage] : vehicle_.Progress()) TellDriveBegins(name);
+  if (drive_.IsReplay()) {
+    PlayReplay();
+  } else {
+    PlayLines();
+  }
   const auto mustEnd = [this] { return vehicle_.MustEnd(); };
+  (void)vehicle_.ReceiveUntil(Vehicle::Clock::time_point::max(), mustEnd);
+  driveSeconds_ = report_.DriveSeconds();
+}
+
+void Director::PlayLines() {
   for (const DriveLine& line : drive_.lines) {
-    if (vehicle_.ReceiveUntil(report_.WhenDue(line.at), mustEnd)) break;
+    if (vehicle_.ReceiveUntil(report_.WhenDue(line.at), [this] { return vehicle_.MustEnd(); })) return;
     ++linesPlayed_;
     (void)Execute(line.command.words, {});
   }
-  (void)vehicle_.ReceiveUntil(Vehicle::Clock::time_point::max(), mustEnd);
-  driveSeconds_ = report_.DriveSeconds();
 }
 
 Outcome Director::Execute(const Words& words, const std::string& from) {
@@ -73,8 +92,10 @@ Outcome Director::Execute(const Words& words, const std::string& from) {
   Outcome outcome{false, {}};
   if (ParseCommand(words, command, outcome.text)) {
     const std::string performer = PerformerOf(command);
-    outcome = performer == kBenchName ? Perform(actions_, words) : Ask(vehicle_.Ipc(), performer, words);
+    outcome = performer == kBenchName ? Perform(actions_, words)
+                                      : Ask(vehicle_.Ipc(), performer, words, TimeoutMs(command));
   }
+  if (drive_.IsReplay() && outcome.ok && from.empty()) return outcome;  // there may be a million of them
   const std::string what = JoinWords(words) + (from.empty() ? "" : " (" + from + ")");
   if (outcome.ok) {
     report_.Event(stamp, what + ": " + outcome.text);

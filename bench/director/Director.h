@@ -27,6 +27,10 @@ class Director {
  private:
   bool Open();
   void Play();
+  void PlayLines();
+  void PlayReplay();
+  void AwaitBegin();
+  void EndReplay();
   Outcome Execute(const Words& words, const std::string& from);
   void TakeFullRun(const std::string& process);
   void TellDriveBegins(const std::string& process);

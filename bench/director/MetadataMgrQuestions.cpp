@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "Numbers.h"
@@ -77,10 +78,12 @@ Outcome Pings(LinxIpc& ipc, double seconds) {
                     within(90) + ", 99 % " + within(99) + ", longest " + within(100)};
 }
 
-Outcome Bookmark(LinxIpc& ipc) {
+Outcome Bookmark(LinxIpc& ipc, const Words& arguments) {
   IpcMessage bookmark;
   IpcMessage notice;
-  const std::uint32_t tick = AllocateTick(bookmark, MetadataMgrMsg_Bookmark);
+  std::optional<std::uint32_t> given;
+  if (!arguments.empty()) given = NumberOf(arguments[0]);
+  const std::uint32_t tick = AllocateTick(bookmark, MetadataMgrMsg_Bookmark, -1, given);
   LogSent(kBenchName, "bookmark " + std::to_string(tick));
   Outcome asked = Request(ipc, MetadataMgrName(), bookmark, kBookmarkNotice, notice);
   if (!asked.ok) return {false, "no bookmark notice: " + asked.text};
@@ -124,7 +127,7 @@ Outcome LastTick(LinxIpc& ipc) {
 
 Actions MetadataMgrActions(LinxIpc& ipc, double speed) {
   return {
-      {"bookmark", [&ipc](const Words&) { return Bookmark(ipc); }},
+      {"bookmark", [&ipc](const Words& arguments) { return Bookmark(ipc, arguments); }},
       {"lasttick", [&ipc](const Words&) { return LastTick(ipc); }},
       {"loglevel", [&ipc](const Words& arguments) { return LogLevel(ipc, arguments); }},
       {"ping", [&ipc](const Words&) { return Ping(ipc); }},

@@ -19,6 +19,7 @@ Screen::Clock::time_point Screen::WhenDue(std::chrono::milliseconds at) const {
 }
 
 double Screen::DriveSeconds() const {
+  if (at_) return std::chrono::duration<double>(*at_).count();
   return std::chrono::duration<double>(Clock::now() - begin_).count() * speed_;
 }
 

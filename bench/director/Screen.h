@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
 namespace bench {
@@ -26,6 +27,9 @@ class Screen {
   // The time of the drive. It runs faster than the clock when the drive does.
   double DriveSeconds() const;
 
+  // A replay sets the time of the drive with each line.
+  void DriveIsAt(std::chrono::milliseconds at) { at_ = at; }
+
   // The time stamp for an event that happens now.
   std::string Stamp() const;
   // Prints an event with its time stamp.
@@ -42,6 +46,7 @@ class Screen {
   double speed_;
   Phase phase_ = Phase::kStart;
   Clock::time_point begin_;
+  std::optional<std::chrono::milliseconds> at_;
   mutable bool outputFailed_ = false;
 };
 

@@ -83,7 +83,10 @@ std::string LinesOfRows::Take(const Row& row) {
 
 std::string LinesOfRows::State(const Row& row) {
   const bool active = row.Number("active") != 0;
-  if (row.source == "recording") return active ? "record start" : "record stop";
+  if (row.source == "recording") {
+    if (row.event == EventKind::kInitial) return active ? "direct record start" : "";
+    return active ? "record start" : "record stop";
+  }
   if (row.source == "covert") return "covert " + Switch(active);
   if (row.source == "crash") return "crash " + Switch(active);
   if (row.source == "doorOpen") return "input door " + Switch(active);

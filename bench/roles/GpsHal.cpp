@@ -13,7 +13,7 @@ GpsHal::GpsHal()
   if (receiver_ == nullptr) return;
   item_ = static_cast<GpsStatusItem*>(publisher_.ItemOf(kSource));
   *item_ = NoFix();
-  for (const char* verb : {"gps fix", "gps none", "gps rate"}) {
+  for (const char* verb : {"gps fix", "gps none", "gps rate", "payload"}) {
     actions_[verb] = [](const Words&) { return Outcome{false, "GpsHal follows a receiver"}; };
   }
 }

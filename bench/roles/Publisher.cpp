@@ -7,9 +7,16 @@
 #include "Changes.h"
 #include "Processes.h"
 #include "SentLog.h"
+#include "system/Messages.h"
 #include "system/Systick.h"
 
 namespace bench {
+
+namespace {
+
+constexpr const char* kTaken = "taken";
+
+}  // namespace
 
 class Publisher::Server : public SubscribeServer {
  public:
@@ -48,6 +55,7 @@ void Publisher::AddActions(Actions& actions) {
     };
   }
   actions["flood"] = [this](const Words& words) { return BeginFlood(words[1], DecimalOf(words[2])); };
+  actions["payload"] = [this](const Words& words) { return SendBytes(words[1], words[2]); };
   actions["refuse"] = [this](const Words& words) {
     refused_.insert(NumberOf(words[1]));
     return Outcome{true, "refused from now on"};
@@ -102,16 +110,47 @@ Outcome Publisher::Send(Value& value) {
   const Publication& publication = *value.publication;
   const std::uint32_t tick = Systick().SystemTick();
   publication.stamp(*value.item, tick);
+  return SendUnchanged(value, "sent at tick " + std::to_string(tick));
+}
+
+Outcome Publisher::SendUnchanged(const Value& value, const std::string& done) {
+  const Publication& publication = *value.publication;
   if (publication.source->kind == Source::kItem && server_->Subscriptions() == 0) {
     return {true, "nobody has subscribed"};
   }
   const Outcome outcome = Transmit(value);
   if (!outcome.ok) return outcome;
   LogSent(ProcessName(process_), std::string(publication.source->name) + publication.describe(*value.item));
-  return {true, "sent at tick " + std::to_string(tick)};
+  return {true, done};
 }
 
-Outcome Publisher::Transmit(Value& value) {
+Outcome Publisher::SendBytes(std::string_view source, const std::string& hex) {
+  Value* value = Find(source);
+  if (value == nullptr) return {false, "there is no such source"};
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+    bytes += static_cast<char>(NumberOf("0x" + hex.substr(i, 2)));
+  }
+  IpcMessage message;
+  const int error =
+      message.Allocate(value->publication->source->id, static_cast<unsigned int>(bytes.size()), bytes.data());
+  if (error != 0 || !value->item->DecodeMsg(message)) return {false, "these bytes do not hold the item"};
+  const Outcome sent = SendUnchanged(*value, kTaken);
+  return sent.text == kTaken ? AwaitTaken() : sent;
+}
+
+// MetadataMgr handles the messages of a connection in order, but several connections in any order. After its
+// answer to a ping over this connection, another server's event is recorded later.
+Outcome Publisher::AwaitTaken() {
+  IpcMessage ping;
+  IpcMessage answer;
+  (void)ping.Allocate(MetadataMgrMsg_Ping, 0, nullptr);
+  const Outcome asked =
+      Request(*ipc_, MetadataMgrName(), ping, MetadataMgrMsg_PingResponse, answer, kTakenTimeoutMs);
+  return {asked.ok, asked.ok ? kTaken + (" after " + asked.text) : asked.text};
+}
+
+Outcome Publisher::Transmit(const Value& value) {
   const Source& source = *value.publication->source;
   if (source.kind == Source::kMessage) return TransmitMessage(value);
   const std::uint64_t lost = server_->LostNotices();

@@ -62,7 +62,11 @@ class Publisher {
   Value* Find(Source::Kind kind, unsigned int id);
   void GetItem(unsigned int itemId, IpcMessage& reply, unsigned int messageType);
   Outcome Send(Value& value);
-  Outcome Transmit(Value& value);
+  // Sends the value with the tick that it has.
+  Outcome SendUnchanged(const Value& value, const std::string& done);
+  Outcome SendBytes(std::string_view source, const std::string& hex);
+  Outcome AwaitTaken();
+  Outcome Transmit(const Value& value);
   Outcome TransmitMessage(const Value& value);
   Outcome BeginFlood(std::string_view source, double seconds);
   void GoOnFlooding();

@@ -56,6 +56,8 @@ void StreamMgr::Begin(const std::string& id) {
 
 Outcome StreamMgr::Start(const Words& arguments) {
   Begin(arguments.empty() ? std::string() : arguments[0]);
+  const bool beforeTheStart = stateMgr_ == nullptr;  // MetadataMgr will ask
+  if (beforeTheStart) return {true, "recording event " + recording_ + " is running"};
   return Tell(true, "recording event " + recording_);
 }
 

@@ -68,6 +68,12 @@ bool IsText(const std::string& word) {
   return !word.empty() && word.size() <= kMaxBytes;
 }
 
+bool IsBytes(const std::string& word) {
+  constexpr std::size_t kMaxDigits = 4096;
+  return !word.empty() && word.size() <= kMaxDigits && word.size() % 2 == 0 &&
+         word.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
 bool IsInput(const std::string& word) {
   return InputBit(word) != 0;
 }
@@ -92,6 +98,7 @@ bool IsHq(const std::string& word) {
 constexpr ArgumentType kArgumentTypes[] = {
     {.name = "ACTIVITY", .what = "active or idle", .accepts = IsActivity},
     {.name = "ADDRESS", .what = "the IPv4 address of the receiver, as 10.0.0.5", .accepts = IsAddress},
+    {.name = "BYTES", .what = "the payload in hexadecimal, as 0100000007", .accepts = IsBytes},
     {"CAMERA", "a camera; MetadataMgr knows cameras 0 to 3", kWhole, 0, 255},
     {"CELSIUS", "whole degrees", kWhole, -32767, 32767},
     {"COURSE", "degrees clockwise from north", kDecimal, 0, 360},
@@ -124,6 +131,7 @@ constexpr ArgumentType kArgumentTypes[] = {
     {"STREAM", "a video stream", kWhole, 0, 3},
     {.name = "SWITCH", .what = "on or off", .accepts = IsSwitch},
     {.name = "TEXT", .what = "at most 255 bytes, with _ in place of blanks", .accepts = IsText},
+    {"TICK", "a system tick", kWhole, 0, kMost32},
 };
 // clang-format on
 

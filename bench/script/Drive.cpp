@@ -102,7 +102,7 @@ class Parser {
 
 std::vector<std::string> ParseDrive(const std::string& name, std::string_view text, Drive& drive) {
   std::vector<std::string> errors;
-  drive = {name, {}, {}};
+  drive = {.name = name, .before = {}, .lines = {}};
   Parser parser(drive);
   for (unsigned int number = 1; !text.empty(); ++number) {
     const std::size_t end = std::min(text.find('\n'), text.size());

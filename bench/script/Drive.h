@@ -1,6 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +28,13 @@ struct Drive {
   std::string name;
   std::vector<Command> before;
   std::vector<DriveLine> lines;
+
+  // A replay has these in place of lines.
+  std::function<bool(DriveLine& line)> next{};  // gives the lines one by one; false at the end
+  std::optional<std::uint32_t> beginTick{};     // the drive begins at this system tick, or later
+  bool endsInKill = false;                      // MetadataMgr is killed at the end
+
+  bool IsReplay() const { return next != nullptr; }
 };
 
 // Reads the text of a drive. Returns its errors, each as "NAME:LINE: wrong word and reason".

@@ -14,7 +14,7 @@ bool IsSourceOfServer(const Words& arguments, std::string& error) {
 
 // clang-format off
 constexpr Verb kVerbs[] = {
-    {"bookmark", "Bench", "Sends a bookmark and waits for the notice that one was taken.", Verb::kFullRun},
+    {"bookmark [TICK]", "Bench", "Sends a bookmark and waits for the notice that one was taken. Without a tick it is the present one.", Verb::kFullRun},
     {"camera CAMERA STATE", "VideoMgr", "Tells the state of a camera.", Verb::kFullRun},
     {"camera entries STATE STATE STATE STATE STATE STATE STATE STATE STATE", "VideoMgr",
      "Publishes the nine camera entries."},
@@ -28,7 +28,7 @@ constexpr Verb kVerbs[] = {
     {"covert on", "StateMgr", "Enters covert mode."},
     {"crash SWITCH", "AccelHal", "Publishes that a crash was detected, or is over."},
     {"died PROCESS", "StateMgr", "Tells all other processes that this one died."},
-    {"direct record start [ID]", "StreamMgr", "Tells MetadataMgr of a recording event. Without an ID the event gets one.", Verb::kFullRun},
+    {"direct record start [ID]", "StreamMgr", "Tells MetadataMgr of a recording event, or has one when MetadataMgr asks at its start. Without an ID the event gets one."},
     {"direct record stop", "StreamMgr", "Tells MetadataMgr of the end.", Verb::kFullRun},
     {"flood SERVER SOURCE SECONDS", kNamedServer,
      "Publishes one value as fast as MetadataMgr takes it, for this long.", Verb::kFullRun, IsSourceOfServer},
@@ -46,6 +46,8 @@ constexpr Verb kVerbs[] = {
     {"mic rate RATE", "MicMgr", "Publishes the microphones at this rate."},
     {"missing FOLLOWER [MS]", "Bench", "Does not start the server, or starts it this long after the others.", Verb::kBefore},
     {"mute SERVER", "Bench", "Stops the process: it is there but answers nothing."},
+    {"payload SERVER SOURCE BYTES", kNamedServer, "Publishes an item, or sends a message, with these bytes, and waits until MetadataMgr has taken it.",
+     Verb::kAlways, IsSourceOfServer},
     {"ping", "Bench", "Pings MetadataMgr.", Verb::kFullRun},
     {"pings SECONDS", "Bench", "Pings MetadataMgr every 5 ms for this long.", Verb::kFullRun},
     {"quality STREAM RESOLUTION FPS KBPS", "VideoMgr", "Changes the quality of one stream and publishes all."},

@@ -36,6 +36,7 @@ struct Outcome {
 };
 
 constexpr int kAnswerTimeoutMs = 2000;
+constexpr int kTakenTimeoutMs = 8000;  // for MetadataMgr to take an event while its disk stalls
 
 // Sends a message. Returns the results of LinxIpc::Notify.
 int SendMessage(LinxIpc& ipc, const std::string& peer, unsigned int type, const std::string& payload = {});

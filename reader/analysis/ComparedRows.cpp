@@ -39,6 +39,7 @@ bool ComparedRows::Next(ComparedRow& compared) {
     compared.table = row.table;
     compared.source = row.source;
     compared.seq = row.seq;
+    compared.event = row.event;
     compared.tick = row.tick;
     compared.ticked = IsTicked(row);
     if (compared.ticked) lastSenderTick_ = static_cast<std::uint32_t>(row.senderTick);

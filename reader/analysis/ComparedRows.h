@@ -14,6 +14,7 @@ struct ComparedRow {
   std::string table;
   std::string source;
   std::int64_t seq = 0;
+  EventKind event = EventKind::kInitial;
   std::int64_t tick = 0;         // arrival tick
   bool ticked = false;           // the sender gave a tick
   std::uint32_t senderTick = 0;  // if it gave none: that of the last record with one

@@ -80,7 +80,8 @@ void Pairing::Pair(const ComparedRow& a, const ComparedRow& b) {
   ++pairs_;
   if (!CheckOrder(a, b)) tell_(Difference::kOrder, &a, &b);
   const std::int64_t lateMs = b.tick - a.tick - shift_.arrivalMs;
-  if (limits_.toleranceMs && (lateMs < -*limits_.toleranceMs || lateMs > *limits_.toleranceMs)) {
+  const bool happened = a.event != EventKind::kInitial;  // initial values arrive when the process asks
+  if (limits_.toleranceMs && happened && (lateMs < -*limits_.toleranceMs || lateMs > *limits_.toleranceMs)) {
     tell_(Difference::kArrival, &a, &b);
   }
   if (limits_.utc && a.utcMs != b.utcMs) tell_(Difference::kUtc, &a, &b);

@@ -105,7 +105,7 @@ Action DeclareDiff(CLI::App& app) {
   app.add_option_function<std::string>("--ignore", ignore, "not these, separated by commas")
       ->type_name("SOURCES");
   app.add_flag("--clock", options->clock, "compare UTC and the records of the clock, too");
-  app.add_option("--tolerance", options->toleranceMs, "how far arrivals may differ; default: any")
+  app.add_option("--tolerance", options->toleranceMs, "how far arrivals of events may differ; default: any")
       ->type_name("MS")
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{1'000'000'000}));
   app.footer(

@@ -25,8 +25,21 @@ BenchRun::BenchRun(const std::string& stubBehaviour)
     : program_{"--program", STUB_METADATAMGR}, behaviour_(stubBehaviour) {}
 
 void BenchRun::Start(const std::vector<std::string>& arguments) {
-  std::vector<std::string> all{"run", "--out", directory_.Path(out_)};
-  if (!drive_.empty()) all.insert(all.end(), {"--drive", drive_});
+  std::vector<std::string> command{"run"};
+  if (!drive_.empty()) command.insert(command.end(), {"--drive", drive_});
+  StartCommand(std::move(command), arguments);
+}
+
+int BenchRun::Replay(const std::string& recording, const std::vector<std::string>& arguments) {
+  const bool timed = std::find(arguments.begin(), arguments.end(), "--speed") != arguments.end();
+  StartCommand(timed ? std::vector<std::string>{"replay", recording}
+                     : std::vector<std::string>{"replay", recording, "--speed", "max"},
+               arguments);
+  return Finish();
+}
+
+void BenchRun::StartCommand(std::vector<std::string> all, const std::vector<std::string>& arguments) {
+  all.insert(all.end(), {"--out", directory_.Path(out_)});
   const bool named = std::find(arguments.begin(), arguments.end(), "--program") != arguments.end();
   if (!named) all.insert(all.end(), program_.begin(), program_.end());
   all.insert(all.end(), arguments.begin(), arguments.end());

@@ -29,6 +29,8 @@ class BenchRun {
   // Returns the exit status.
   int Finish();
   int Run(const std::vector<std::string>& arguments = {});
+  // Plays a recording, or a directory with recordings, as fast as possible.
+  int Replay(const std::string& recording, const std::vector<std::string>& arguments = {});
 
   std::string Output() const { return directory_.Read("output"); }
   std::string Log(const std::string& process) const {
@@ -43,6 +45,8 @@ class BenchRun {
   std::string SendOutput() const { return directory_.Read("send"); }
 
  private:
+  void StartCommand(std::vector<std::string> command, const std::vector<std::string>& arguments);
+
   TempDir directory_;
   std::string out_ = "out";
   std::string drive_;

@@ -1,0 +1,149 @@
+// What a bench recorded, another bench plays: the second recording is the same.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "BenchRun.h"
+#include "support/Connection.h"
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+Ran Diff(const std::string& a, const std::string& b, const std::vector<std::string>& options = {}) {
+  std::vector<std::string> arguments{METADATA_PROGRAM, "diff", a, b};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  return RunProgram(arguments);
+}
+
+// Texts that a drive cannot write, readings with all fields, several parts of an item at once, a video
+// recording that runs at the start, a death, a lost fix.
+const std::string kAwkwardDrive =
+    "before direct record start\nbefore gps none\nbefore radar none\n"
+    "before payload ConfigMgr officer 0000000423205f09\n"
+    "0 payload GpsHal gps 000a0014000007d000000000000c0028000001f400000001013531e801f4010e0384000c00000002"
+    "0000000300007fff000000090000002f02faf08001000003e8\n"
+    "0.1 payload MicMgr mic 00020000000201010000001f0001000003e8\n"
+    "0.2 payload TempHal temp fff60001000200ff00000bb8\n0.3 gps none\n0.3 radar none\n0.4 radar 1 2 3 4\n"
+    "0.5 kill GpsHal\n0.6 start GpsHal\n0.7 gps fix -1 -2 3 4 5\n0.8 input lights on siren on door on\n"
+    "0.9 crash on\n1 covert on\n1 covert off\n1.1 bookmark\n1.2 quality 2 1x2 3 4\n1.3 record stop\n"
+    "1.4 record start\n1.5 camera entries 1 2 3 4 0 2 0 0 0\n1.6 stream 3 7\n"
+    "1.7 live 5 on 7 10.1.2.3 99 hq\n2.5 ping\n2.5 quit\n";
+
+// The SQL for each table; "!" stands for its name.
+std::string ForEachTable(const std::string& sql) {
+  std::string all;
+  for (const char* table :
+       {"bookmark",    "camera",       "configuration", "department",  "gps",
+        "gps_state",   "live_stream",  "mac",           "mic_active",  "mic_present",
+        "officer",     "previous_run", "radar",         "radar_state", "recording_settings",
+        "serial",      "speed",        "speed_valid",   "state",       "stream_quality",
+        "system_info", "temperature",  "vehicle",       "video_stream"}) {
+    std::string one = sql;
+    for (std::size_t at = 0; (at = one.find('!', at)) != std::string::npos;) one.replace(at, 1, table);
+    all += one;
+  }
+  return all;
+}
+
+class Replay : public testing::Test {
+ protected:
+  void Record(const std::string& drive, const std::string& speed) {
+    first_.Drive(drive);
+    ASSERT_EQ(first_.Run({"--speed", speed}), 0) << first_.Output();
+  }
+  void ExpectTheSameAgain(const std::vector<std::string>& arguments = {},
+                          const std::vector<std::string>& options = {}) {
+    BenchRun again;
+    ASSERT_EQ(again.Replay(first_.Path("mnt/metadata"), arguments), 0) << again.Output();
+    const Ran diff = Diff(first_.Recording(), again.Recording(), options);
+    EXPECT_EQ(diff.status, 0) << diff.out << diff.said;
+    EXPECT_THAT(diff.out, HasSubstr(" records are alike, 0 differences\n"));
+  }
+
+  BenchRun first_;
+};
+
+TEST_F(Replay, RecordsTheDefaultDriveAgain) {
+  Record(TextOfFile(DEFAULT_DRIVE), "20");
+  ExpectTheSameAgain();
+  ExpectTheSameAgain({"--speed", "1"});  // with its ticks moved to now
+}
+
+TEST_F(Replay, RecordsWhatADriveCannotWriteAndTicksThatWrap) {
+  Record(kAwkwardDrive, "5");
+  const std::string wrap = ForEachTable(
+      "UPDATE ! SET sender_tick=(sender_tick+4294967200-(SELECT min(sender_tick) FROM state WHERE "
+      "sender_tick>0))&4294967295 WHERE sender_tick>10000;");
+  ASSERT_EQ(Connection(first_.Recording()).Rows(wrap), "");
+  ExpectTheSameAgain();
+}
+
+TEST_F(Replay, EndsAsTheRecordingEnded) {
+  first_.Drive("0 input brakes on\n0.1 bookmark\n2 ping\n100 quit\n");
+  first_.Start();
+  ASSERT_TRUE(first_.Said(" ping: answered")) << first_.Output();
+  first_.Signal(SIGKILL);
+  (void)first_.Finish();
+  BenchRun again;
+  ASSERT_EQ(again.Replay(first_.Recording()), 0) << again.Output();
+  EXPECT_THAT(again.Output(),
+              AllOf(StartsWith("the recording was cut off; MetadataMgr is killed at the end\n"),
+                    HasSubstr("MetadataMgr: signal 9")));
+  const Ran diff = Diff(first_.Recording(), again.Recording());
+  EXPECT_EQ(diff.status, 0) << diff.out;
+}
+
+TEST_F(Replay, PlaysAStretchAndSomeSources) {
+  Record(
+      "before temp 0 5\n0 temp 0 6\n0.1 input brakes on\n0.2 bookmark\n0.3 temp 0 7\n0.4 temp 0 8\n"
+      "0.5 crash on\n0.6 ping\n0.6 quit\n",
+      "1");
+  BenchRun part;
+  ASSERT_EQ(
+      part.Replay(first_.Recording(), {"--from", "bookmark", "--to", "crash-50ms", "--without", "inputs"}), 0)
+      << part.Output();
+  Connection rows(part.Recording());
+  EXPECT_EQ(rows.Rows("SELECT event, temperature FROM temperature WHERE sensor=0 AND event<2 ORDER BY seq"),
+            "0|6\n1|7\n1|8\n");
+  EXPECT_EQ(rows.Rows("SELECT count(*) FROM state WHERE active AND signal<>64"), "0\n");
+}
+
+struct Bad {
+  const char* name;
+  std::string content;  // empty: the recording
+  std::string sql;
+  int status;
+  const char* said;
+};
+
+TEST_F(Replay, SaysFirstWhatIsWrongWithARecording) {
+  Record("0 input brakes on\n0.1 ping\n0.1 quit\n", "1");
+  const std::string whole = TextOfFile(first_.Recording());
+  const Bad kCases[] = {
+      {"lost.db", whole, "INSERT INTO loss VALUES(9999,9999999999,NULL,1,'gps',1,2,7)", 0,
+       "7 records were lost when it was recorded; they cannot be played\n"},
+      {"cut.db", whole.substr(0, whole.size() - 512), "", 1,
+       "cut.db: it is cut short; what is left is read\n"},
+      {"other.db", whole, "ALTER TABLE state ADD COLUMN more INTEGER; PRAGMA user_version=3", 0, "schema 3"},
+      {"start.db", whole, ForEachTable("DELETE FROM ! WHERE event=2;"), 1,
+       "the recording ends before the start was complete; there is nothing to play\n"},
+      {"text.db", std::string(5000, 'x'), "", 1,
+       "text.db: file is not a database\nthere is nothing to play\n"},
+      {"nothing.db", "SQLite format 3", "", 1, "there is nothing to play\n"},
+  };
+  const TempDir directory;
+  for (const Bad& bad : kCases) {
+    SCOPED_TRACE(bad.name);
+    const std::string path = directory.Write(bad.name, bad.content);
+    ASSERT_EQ(bad.sql.empty() ? "" : Connection(path).Rows(bad.sql), "");
+    const std::string before = TextOfFile(path);
+    BenchRun again;
+    EXPECT_EQ(again.Replay(path), bad.status) << again.Output();
+    EXPECT_THAT(again.Output(), HasSubstr(bad.said));
+    EXPECT_EQ(TextOfFile(path), before);
+  }
+}
+
+}  // namespace
