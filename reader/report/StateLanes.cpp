@@ -5,28 +5,23 @@
 
 #include "Clipped.h"
 #include "JsonWriter.h"
+#include "Tables.h"
 
 namespace reader {
 namespace {
 
-enum Group : std::size_t { kRecorder, kInputs, kMicrophones, kCameras, kStreams, kReception };
-constexpr std::array<const char*, 6> kGroups{"Recorder", "Inputs",  "Microphones",
-                                             "Cameras",  "Streams", "Reception"};
+// The recorder's own signals stand first, in a group of their own.
+constexpr std::size_t kRecorder = 0;
+constexpr const char* kRecorderCaption = "Recorder";
 constexpr std::array<std::string_view, 3> kRecorderSignals{"recording", "covert", "crash"};
 
-struct State {
-  std::size_t group;
-  const char* table;
-  const char* field;
-};
-constexpr std::array<State, 6> kStates{{
-    {kInputs, "state", "active"},
-    {kCameras, "camera", "state"},
-    {kStreams, "video_stream", "state"},
-    {kStreams, "live_stream", "enabled"},
-    {kReception, "gps_state", "valid"},
-    {kReception, "radar_state", "valid"},
-}};
+const store::Column* LaneColumn(const Row& row) {
+  if (row.known == nullptr || row.source == "system") return nullptr;
+  for (const store::Column& column : row.known->columns) {
+    if (column.lanes != store::Lanes::kNone) return &column;
+  }
+  return nullptr;
+}
 
 }  // namespace
 
@@ -39,13 +34,15 @@ bool StateLanes::IsRecorder(std::string_view source) {
 }
 
 void StateLanes::Add(const Row& row, std::int64_t ms) {
-  if (row.table == "mic_present" || row.table == "mic_active") AddMicrophone(row, ms);
-  for (const State& state : kStates) {
-    if (row.table != state.table || row.source == "system") continue;
-    const std::size_t group = IsRecorder(row.source) ? kRecorder : state.group;
-    Set({group, std::string(row.source)}, ms, row.text,
-        row.Number(state.field) > 0 ? Lane::Level::kOn : Lane::Level::kOff);
+  const store::Column* column = LaneColumn(row);
+  if (column == nullptr) return;
+  if (column->lanes == store::Lanes::kMicrophones) {
+    AddMicrophone(row, ms);
+    return;
   }
+  const std::size_t group = IsRecorder(row.source) ? kRecorder : static_cast<std::size_t>(column->lanes);
+  Set({group, std::string(row.source)}, ms, row.text,
+      row.Number(column->name) > 0 ? Lane::Level::kOn : Lane::Level::kOff);
 }
 
 void StateLanes::AddMicrophone(const Row& row, std::int64_t ms) {
@@ -56,7 +53,7 @@ void StateLanes::AddMicrophone(const Row& row, std::int64_t ms) {
   } else {
     microphone.active = row.Number("active") != 0;
   }
-  const Name name(kMicrophones, row.source);
+  const Name name(static_cast<std::size_t>(store::Lanes::kMicrophones), row.source);
   if (microphone.active) {
     Set(name, ms, "active", Lane::Level::kOn);
   } else if (microphone.present) {
@@ -78,10 +75,10 @@ void StateLanes::BeginAt(std::int64_t ms) {
 
 void StateLanes::Write(const char* name, std::int64_t endMs, JsonWriter& json) const {
   json.Array(name);
-  for (std::size_t group = 0; group < kGroups.size(); ++group) {
+  for (std::size_t group = 0; group < store::kLanes.size(); ++group) {
     const auto first = lanes_.lower_bound({group, ""});
     if (first == lanes_.end() || first->first.first != group) continue;
-    json.Object().Text("name", kGroups[group]);
+    json.Object().Text("name", group == kRecorder ? kRecorderCaption : store::kLanes[group].name);
     json.Array("lanes");
     for (auto lane = first; lane != lanes_.end() && lane->first.first == group; ++lane) {
       json.Object().Text("name", lane->first.second);

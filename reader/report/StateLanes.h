@@ -11,7 +11,7 @@ namespace reader {
 
 class JsonWriter;
 
-// The states of a run that are drawn as lanes, in groups.
+// The states of a run that are drawn as lanes, in the groups of store::Lanes; the recorder's own come first.
 class StateLanes {
  public:
   StateLanes();
