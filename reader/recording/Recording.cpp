@@ -83,7 +83,7 @@ std::int64_t Recording::Committed(const std::string& column, std::int64_t otherw
 
 int Recording::Look() {
   Statement look;
-  const int rc = look.Prepare(connection_.Handle(), "SELECT count(*) FROM sqlite_master");
+  const int rc = look.Prepare(connection_.Handle(), "SELECT EXISTS(SELECT 1 FROM sqlite_master)");
   if (rc != SQLITE_OK) return rc;
   const int step = look.Step();
   return step == SQLITE_ROW ? SQLITE_OK : step;

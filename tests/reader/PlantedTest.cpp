@@ -2,9 +2,11 @@
 // changes nothing, and terminates.
 #include <sys/stat.h>
 
+#include <cstdio>
 #include <fstream>
 
 #include "ReaderFixture.h"
+#include "Recording.h"
 
 namespace fs = std::filesystem;
 using testing::AllOf;
@@ -119,6 +121,8 @@ TEST_F(PlantedTest, NothingOfASchemaIsRun) {
           kEndless + ") AS source, (" + kEndless + ") AS text, 0 AS shift FROM bookmark",
       std::string("DROP TABLE tag_name; CREATE VIEW tag_name AS SELECT 0 AS tag, (") + kEndless +
           ") AS name, '' AS active_text, '' AS inactive_text",
+      "DROP VIEW record; CREATE VIEW record AS SELECT zeroblob(1000000000) AS seq FROM bookmark, bookmark, "
+      "bookmark",
       "UPDATE tag_name SET name='gps', active_text='planted', inactive_text='planted'",
       "CREATE TABLE \"x\" \"; DROP TABLE state; --\"" + header + ")",
       "CREATE TABLE \"a\"\" FROM state; --\"" + header + ", \"v\"\" , (SELECT 1)\" INTEGER)",
@@ -202,6 +206,62 @@ TEST_F(PlantedTest, AnIndexThatIsCutShortIsNoCrash) {
   dir_.Write("metadata.000001.db-shm", index);
   EXPECT_EQ(ran.status, 0) << ran.said;
   EXPECT_THAT(ran.out, HasSubstr("  bookmark "));
+}
+
+// The same while the reader has it mapped. The child ends in the middle of a call.
+TEST_F(PlantedTest, AnIndexThatIsCutShortLaterEndsTheReaderInOrder) {
+  After(500);
+  const std::string index = "metadata.000001.db-shm";
+  Child child([&] {
+    reader::Recording recording;
+    std::string error;
+    if (!recording.Open(File(1), error) || recording.HowItIs() != reader::Recording::Kind::kLive) return 2;
+    dir_.Write("kept", dir_.Read(index));  // here: closing the index drops the locks of a process
+    fs::resize_file(dir_.Path(index), 0);
+    if (std::freopen(dir_.Path("said").c_str(), "w", stderr) == nullptr) return 3;
+    (void)recording.Committed("last_seq", 0);
+    return 4;
+  });
+  EXPECT_EQ(child.Wait(), 1);
+  dir_.Write(index, dir_.Read("kept"));
+  EXPECT_THAT(dir_.Read("said"), HasSubstr(".db-shm) was cut short while it was read"));
+}
+
+// The pages of a table lead to the next page 142 times each, so a walk through the table never ends.
+TEST_F(PlantedTest, PagesThatLeadToEachOtherAreSaidAtOnce) {
+  constexpr std::size_t kPage = 1024;
+  constexpr std::size_t kCells = 142;
+  constexpr std::uint32_t kDepth = 6;
+  const auto word = [](std::size_t value, int bytes) {
+    std::string text;
+    while (bytes-- > 0) text += static_cast<char>(value >> (8 * bytes));
+    return text;
+  };
+  const auto leadingTo = [&word](std::size_t page) {
+    const std::size_t content = kPage - kCells * 5;
+    std::string bytes = "\x05" + word(0, 2) + word(kCells, 2) + word(content, 2) + word(0, 1) + word(page, 4);
+    for (std::size_t i = 0; i < kCells; ++i) bytes += word(content + i * 5, 2);
+    bytes.resize(content);
+    for (std::size_t i = 0; i < kCells; ++i) bytes += word(page, 4) + "\1";
+    return bytes;
+  };
+  LeaveClosed();
+  const std::string root =
+      Connection(Planted()).Rows("SELECT rootpage FROM sqlite_schema WHERE name='run_end'");
+  const std::size_t at = (std::stoul(root) - 1) * kPage;
+  std::string file = dir_.Read("planted/metadata.000001.db");
+  const std::size_t first = file.size() / kPage + 1;
+  const std::string leaf = file.substr(at, kPage);
+  file.replace(at, kPage, leadingTo(first));
+  for (std::size_t i = 1; i <= kDepth; ++i) file += leadingTo(first + i);
+  file += leaf;
+  file.replace(28, 4, word(first + kDepth, 4));  // the number of pages
+  dir_.Write("planted/metadata.000001.db", file);
+  for (const char* command : {"check", "info", "dump"}) {
+    const Ran ran = RunProgram({"timeout", "20", METADATA_PROGRAM, command, Planted()});
+    EXPECT_EQ(ran.status, 1) << command;
+    EXPECT_THAT(ran.said + ran.out, HasSubstr("run_end")) << command;
+  }
 }
 
 TEST_F(PlantedTest, AMissingWalIsSaid) {
