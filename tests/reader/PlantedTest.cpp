@@ -7,6 +7,7 @@
 
 #include "ReaderFixture.h"
 #include "Recording.h"
+#include "support/HotJournal.h"
 
 namespace fs = std::filesystem;
 using testing::AllOf;
@@ -39,26 +40,10 @@ class PlantedTest : public ReaderTest {
   void Alter(const std::string& sql) const { ASSERT_EQ(Connection(Planted()).Rows(sql), ""); }
 };
 
-// With a hot journal that names a super-journal SQLite deletes that file, whatever it is.
-std::string HotJournal(const std::string& victim) {
-  const auto number = [](std::uint32_t value) {
-    std::string bytes;
-    for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift);
-    return bytes;
-  };
-  std::uint32_t sum = 0;
-  for (const char c : victim) sum += static_cast<unsigned char>(c);
-  const std::string magic = "\xd9\xd5\x05\xf9\x20\xa1\x63\xd7";
-  std::string journal = magic + number(0) + number(1) + number(1) + number(512) + number(1024);
-  journal.resize(512, '\0');
-  return journal + number(0x40000000 / 1024 + 1) + victim +
-         number(static_cast<std::uint32_t>(victim.size())) + number(sum) + magic;
-}
-
 TEST_F(PlantedTest, AJournalIsNeverObeyed) {
   LeaveClosed();
   const std::string victim = dir_.Write("victim", "somebody's evidence");
-  dir_.Write("planted/metadata.000001.db-journal", HotJournal(victim));
+  dir_.Write("planted/metadata.000001.db-journal", HotJournal(victim, 1));
   const std::string before = dir_.Read("planted/metadata.000001.db");
   for (const char* command : {"info", "check", "dump"}) {
     const Ran ran = Metadata({command, Planted()});

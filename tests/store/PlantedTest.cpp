@@ -9,36 +9,14 @@
 #include "StoreFixture.h"
 #include "WalFiles.h"
 #include "faults/WatchedVfs.h"
-#include "support/Hex.h"
+#include "support/HotJournal.h"
 #include "support/LogCapture.h"
-#include "system/BigEndian.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
 constexpr uid_t kAnother = 65534;
-
-// A rollback journal that claims to belong to a transaction of several files. SQLite deletes the file that it
-// names, and restores a database of `pages` pages without changes.
-std::string HotJournal(const std::string& victim, std::uint32_t pages) {
-  constexpr std::string_view kMagic{"\xd9\xd5\x05\xf9\x20\xa1\x63\xd7", 8};
-  std::string journal(kMagic);
-  std::uint32_t sum = 0;
-  for (const char c : victim) sum += static_cast<std::uint32_t>(static_cast<signed char>(c));
-  const auto put = [&journal](std::uint32_t word) {
-    unsigned char bytes[4];
-    PutU32(bytes, word);
-    journal.append(reinterpret_cast<char*>(bytes), sizeof bytes);
-  };
-  for (const std::uint32_t word : {0U, 0U, pages, 512U, 1024U}) put(word);
-  journal.resize(512);
-  put((1U << 30) / 1024 + 1);
-  journal += victim;
-  put(static_cast<std::uint32_t>(victim.size()));
-  put(sum);
-  return journal.append(kMagic);
-}
 
 class PlantedTest : public StoreTest {
  protected:
@@ -172,41 +150,26 @@ TEST_F(PlantedTest, ADamagedLogIsSaidAndLeftWithItsFileAsItIs) {
   }
 }
 
+// Another file under the tail's name is not replaced.
 TEST_F(PlantedTest, ATornEndIsKeptBesideWhatIsFoldedIn) {
-  EarlierRun(false);
-  std::string wal = Read("-wal");
-  Flip(wal, wal.size() - 1);
-  Plant("-wal", wal);
-  const auto found = store::ScanWal(ReaderOf(wal));
-  ASSERT_EQ(found.state, store::WalState::kTorn);
-  EXPECT_EQ(NextRunTells(), "cut off|metadata.000001.db\n");
-  EXPECT_FALSE(fs::exists(File(1) + "-wal"));
-  EXPECT_EQ(Read("-wal.tail"), wal.substr(static_cast<std::size_t>(found.endOfCommits)));
-  EXPECT_EQ(Rows("SELECT max(temperature) FROM temperature; PRAGMA integrity_check"), "6\nok\n");
-}
-
-TEST_F(PlantedTest, AnotherTailIsNotReplaced) {
-  EarlierRun(false);
-  std::string wal = Read("-wal");
-  Flip(wal, wal.size() - 1);
-  Plant("-wal", wal);
-  Plant("-wal.tail", "somebody's");
-  EXPECT_EQ(NextRunTells(), "cut off|metadata.000001.db\n");
-  EXPECT_EQ(Read("-wal.tail"), "somebody's");
-  EXPECT_GT(Read("-wal.tail2").size(), 1000U);
-  EXPECT_FALSE(fs::exists(File(1) + "-wal"));
-}
-
-TEST_F(PlantedTest, AFileThatIsNoRecordingIsNotChangedByAByteNorIsItsLog) {
-  const WalFiles other = MakeWal(4);
-  Plant("", other.database);
-  Plant("-wal", other.wal);
-  const LogCapture log;
-  EXPECT_EQ(NextRunTells(), "unreadable|metadata.000001.db\n");
-  EXPECT_EQ(log.Lines("Left alone: "), 1);
-  EXPECT_TRUE(Read("") == other.database);
-  EXPECT_TRUE(Read("-wal") == other.wal);
-  EXPECT_FALSE(fs::exists(File(1) + "-shm"));
+  for (const bool nameIsTaken : {false, true}) {
+    EarlierRun(false);
+    std::string wal = Read("-wal");
+    Flip(wal, wal.size() - 1);
+    Plant("-wal", wal);
+    if (nameIsTaken) Plant("-wal.tail", "somebody's");
+    const auto found = store::ScanWal(ReaderOf(wal));
+    ASSERT_EQ(found.state, store::WalState::kTorn);
+    EXPECT_EQ(NextRunTells(), "cut off|metadata.000001.db\n");
+    EXPECT_FALSE(fs::exists(File(1) + "-wal"));
+    EXPECT_EQ(Read(nameIsTaken ? "-wal.tail2" : "-wal.tail"),
+              wal.substr(static_cast<std::size_t>(found.endOfCommits)));
+    if (nameIsTaken) {
+      EXPECT_EQ(Read("-wal.tail"), "somebody's");
+    }
+    EXPECT_EQ(Rows("SELECT max(temperature) FROM temperature; PRAGMA integrity_check"), "6\nok\n");
+    for (const auto& entry : fs::directory_iterator(dir_.Path(""))) fs::remove(entry.path());
+  }
 }
 
 // ---- Names

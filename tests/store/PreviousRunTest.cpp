@@ -1,4 +1,5 @@
 #include "StoreFixture.h"
+#include "WalFiles.h"
 #include "support/LogCapture.h"
 #include "support/Schema1.h"
 
@@ -90,6 +91,12 @@ TEST_F(PreviousRunTest, DamageIsSaidAndLeftAloneAndDoesNotReachThePresent) {
       {"cut short", [](auto& path) { fs::resize_file(path, 1500); }},
       {"broken schema", [](auto& path) { Overwrite(path, 100, std::string(924, '\xFF')); }},
       {"someone else's", [](auto& path) { Connection(path).Rows("PRAGMA application_id=1"); }},
+      {"no recording, with a WAL",
+       [](auto& path) {
+         const WalFiles other = MakeWal(4);
+         std::ofstream(path, std::ios::binary) << other.database;
+         std::ofstream(path + "-wal", std::ios::binary) << other.wal;
+       }},
       {"without progress", [](auto& path) { Connection(path).Rows("DELETE FROM progress"); }},
       {"endless work",
        [](auto& path) {
@@ -107,11 +114,13 @@ TEST_F(PreviousRunTest, DamageIsSaidAndLeftAloneAndDoesNotReachThePresent) {
     SCOPED_TRACE(c.what);
     c.damage(dir_.Write(c.what + ".000001.db", sound));
     const std::string before = dir_.Read(c.what + ".000001.db");
+    const std::string wal = dir_.Read(c.what + ".000001.db-wal");
     const LogCapture log;
     EXPECT_TRUE(Told(c.what, 2).starts_with("unreadable|" + c.what + ".000001.db|"));
     EXPECT_EQ(log.Lines("Left alone: "), 1);
     EXPECT_EQ(log.Lines(""), 1) << log.Text();
-    EXPECT_EQ(dir_.Read(c.what + ".000001.db"), before);
+    EXPECT_TRUE(dir_.Read(c.what + ".000001.db") == before && dir_.Read(c.what + ".000001.db-wal") == wal);
+    EXPECT_FALSE(fs::exists(dir_.Path(c.what + ".000001.db-shm")));
     EXPECT_EQ(Rows("PRAGMA integrity_check", 2), "ok\n");
   }
 }

@@ -60,13 +60,6 @@ TEST_F(WalScanTest, EachFlippedBitIsFound) {
   }
 }
 
-TEST_F(WalScanTest, WhatIsMissingAtTheEndIsNoDamage) {
-  for (std::size_t size = kWalHeader; size < made_.wal.size(); size += 61) {
-    const auto state = Find(made_.wal.substr(0, size)).state;
-    EXPECT_TRUE(state == WalState::kSound || state == WalState::kTorn) << size;
-  }
-}
-
 TEST_F(WalScanTest, TellsWhatACutCanLeaveFromDamage) {
   using Wal = std::string&;
   const struct {
