@@ -59,20 +59,6 @@ TEST(Signals, AreShutdownNoticesWhileOneIsRegistered) {
   }
 }
 
-// A quit notice and a signal arrive together. The handler of the first deregisters; the second must not kill
-// the process while it closes down.
-TEST(Signals, ThatCameInTimeDoNotEndAProcessThatDeregisters) {
-  EXPECT_EQ(InChild([](LinxIpc& ipc) {
-              if (ipc.Init() != 0) return 2;
-              ipc.RegisterShutdown(Calls::Handler, nullptr);
-              raise(SIGTERM);
-              raise(SIGINT);
-              ipc.DeregisterShutdown();
-              return Next(ipc).result == ESHUTDOWN ? 0 : 1;
-            }),
-            0);
-}
-
 // Interrupts every system call that can be interrupted, once a millisecond.
 class Interruptions {
  public:

@@ -4,7 +4,6 @@
 #include "Row.h"
 #include "StoreFixture.h"
 #include "items/ConfigurationItems.h"
-#include "items/VideoMgrStreamQualityItem.h"
 
 namespace {
 
@@ -147,21 +146,6 @@ TEST_F(StoreTest, ATextIsCutAtItsBound) {
   Store().ReportVersion(e_COMPONENT_Build, (std::string(1022, 'v') + "\u20ac").c_str());
   Close();
   EXPECT_EQ(Rows("SELECT length(version), replace(version,'v','') FROM version"), "1024|\n1022|\n");
-}
-
-TEST_F(StoreTest, EachStreamsQualityIsARecordStampedWithTheItemsTick) {
-  Open();
-  VideoMgrStreamQualityItem item;
-  item.tick = 77;
-  item.streams[0] = {1920, 1080, 30, 6000};
-  item.streams[3] = {320, 240, 5, 65535};
-  Store().ReportStreamQualityItem(item, false);
-  Store().WriteFullState(true);
-  EXPECT_EQ(Rows("SELECT sender_tick,event,stream,width,height,frames_per_second,bit_rate_kbps "
-                 "FROM stream_quality WHERE event=0"),
-            "77|0|0|1920|1080|30|6000\n77|0|1|0|0|0|0\n77|0|2|0|0|0|0\n77|0|3|320|240|5|65535\n");
-  EXPECT_EQ(Rows("SELECT event,text FROM timeline WHERE source='stream 3'"),
-            "initial|320x240 5 frames/s 65535 kbit/s\nrestated|320x240 5 frames/s 65535 kbit/s\n");
 }
 
 TEST_F(StoreTest, TheConfigurationNamesSoftwareAndSettingsInForce) {
