@@ -179,7 +179,8 @@ TEST_F(ObserverTest, ReadsRecordingsAndStrangersNothing) {
   EXPECT_EQ(car_.stateMgr.Ask(kCopy, CopyRequest(car_.Path("copy.db")), kCopied), "01");
   // Only the modes of the process's own files refuse.
   chmod(car_.Path("").c_str(), 0755);
-  for (const bool isOfGroup : {true, false}) {
+  for (const bool isOfGroup : {false, true}) {
+    chmod(car_.Path("disk/metadata").c_str(), isOfGroup ? 01770 : 01771);
     const gid_t group = isOfGroup ? getegid() : kObserver;
     const auto tries = [&] {
       return AsObserver([&] { return FirstWrong(car_, isOfGroup); }, kObserver, group);
