@@ -1,7 +1,7 @@
 #!/bin/bash
 # Builds SQLite, libsodium and GoogleTest for the emulated target, from Debian's sources, into .cache/ppc/root, and
 # puts the libraries that consist of headers beside them.
-# Says and does nothing when that was done before, from the same versions.
+# Does nothing if they were built before from the same versions.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/steps.sh
@@ -31,14 +31,14 @@ fetch_sources() {
   (cd "$cache/source" && apt_private source sqlite3 libsodium)
 }
 
-# Debian's source is the tree of many files; the one file that everybody compiles is made from it.
+# Joins the many files of Debian's source to the one file that is compiled.
 amalgamate_sqlite() {
   cd "$cache"/source/sqlite3-*/
   ./configure --disable-readline
   make sqlite3.c
 }
 
-# Its own build, which Debian has without the scripts that are made for it.
+# Debian's source lacks the generated configure script.
 build_libsodium() {
   cd "$cache"/source/libsodium-*/
   autoreconf -fi
