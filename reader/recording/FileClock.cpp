@@ -11,16 +11,21 @@ namespace reader {
 void FileClock::Read(Connection& connection) {
   anchors_.clear();
   at_ = 0;
+  firstTrusted_ = 0;
+  std::int64_t firstByGps = 0;
   Statement clock;
-  if (clock.Prepare(connection.Handle(), "SELECT seq, utc_ms - tick FROM main.clock ORDER BY seq") !=
-      SQLITE_OK) {
-    return;
+  const std::string sql =
+      "SELECT seq, utc_ms - tick, clock_source='gps', utc_ms>=" + std::to_string(store::kFirstTrustedUtcMs) +
+      " FROM main.clock ORDER BY seq";
+  if (clock.Prepare(connection.Handle(), sql) != SQLITE_OK) return;
+  // Numbers must rise: in a damaged file pages can lead to each other without end.
+  while (clock.Step() == SQLITE_ROW && (anchors_.empty() || clock.Integer(0) > anchors_.back().seq)) {
+    const std::int64_t seq = clock.Integer(0);
+    anchors_.push_back({seq, WithinTime(clock.Integer(1))});
+    if (firstByGps == 0 && clock.Integer(2) != 0) firstByGps = seq;
+    if (firstTrusted_ == 0 && clock.Integer(3) != 0) firstTrusted_ = seq;
   }
-  while (clock.Step() == SQLITE_ROW) anchors_.push_back({clock.Integer(0), WithinTime(clock.Integer(1))});
-  firstTrusted_ = connection.Integer("SELECT min(seq) FROM main.clock WHERE clock_source='gps'", 0);
-  if (firstTrusted_ != 0) return;
-  firstTrusted_ = connection.Integer(
-      "SELECT min(seq) FROM main.clock WHERE utc_ms>=" + std::to_string(store::kFirstTrustedUtcMs), 0);
+  if (firstByGps != 0) firstTrusted_ = firstByGps;
 }
 
 std::int64_t FileClock::OffsetAt(std::int64_t seq) {

@@ -231,21 +231,23 @@ TEST_F(PlantedTest, PagesThatLeadToEachOtherAreSaidAtOnce) {
     return bytes;
   };
   LeaveClosed();
-  const std::string root =
-      Connection(Planted()).Rows("SELECT rootpage FROM sqlite_schema WHERE name='run_end'");
-  const std::size_t at = (std::stoul(root) - 1) * kPage;
-  std::string file = dir_.Read("planted/metadata.000001.db");
-  const std::size_t first = file.size() / kPage + 1;
-  const std::string leaf = file.substr(at, kPage);
-  file.replace(at, kPage, leadingTo(first));
-  for (std::size_t i = 1; i <= kDepth; ++i) file += leadingTo(first + i);
-  file += leaf;
-  file.replace(28, 4, word(first + kDepth, 4));  // the number of pages
-  dir_.Write("planted/metadata.000001.db", file);
-  for (const char* command : {"check", "info", "dump"}) {
-    const Ran ran = RunProgram({"timeout", "20", METADATA_PROGRAM, command, Planted()});
-    EXPECT_EQ(ran.status, 1) << command;
-    EXPECT_THAT(ran.said + ran.out, HasSubstr("run_end")) << command;
+  const std::string sound = dir_.Read("planted/metadata.000001.db");
+  const std::size_t first = sound.size() / kPage + 1;
+  for (const std::string table : {"run_end", "clock", "state"}) {
+    dir_.Write("planted/metadata.000001.db", sound);
+    const std::string root = "SELECT rootpage FROM sqlite_schema WHERE name='" + table + "'";
+    const std::size_t at = (std::stoul(Connection(Planted()).Rows(root)) - 1) * kPage;
+    std::string file = sound;
+    file.replace(at, kPage, leadingTo(first));
+    for (std::size_t i = 1; i <= kDepth; ++i) file += leadingTo(first + i);
+    file += sound.substr(at, kPage);
+    file.replace(28, 4, word(first + kDepth, 4));  // the number of pages
+    dir_.Write("planted/metadata.000001.db", file);
+    for (const char* command : {"check", "info", "dump"}) {
+      const Ran ran = RunProgram({"timeout", "20", METADATA_PROGRAM, command, Planted()});
+      EXPECT_EQ(ran.status, 1) << command << table;
+      EXPECT_THAT(ran.said + ran.out, HasSubstr(table)) << command;
+    }
   }
 }
 

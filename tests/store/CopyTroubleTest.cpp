@@ -100,6 +100,7 @@ TEST_F(CopyTest, ACopyBelongsToTheRecordingsOwnerAndIsMadeOnlyWhereItIsSafe) {
       if (!made) continue;
       EXPECT_EQ(status.st_mode, S_IFREG | 0640U);
       EXPECT_EQ(status.st_uid, owner);
+      EXPECT_EQ(status.st_gid, isRoot ? owner : getegid());
     }
   }
   (void)umask(mask);
