@@ -112,8 +112,19 @@ bool WriteNew(const std::string& path, const std::string& text) {
   return written;
 }
 
+RecordedDrive MakeDrive(const Options& options) {
+  if (!options.exact) return DriveOf(options.replay.recordings);
+  ReplayOptions kept = options.replay;
+  kept.moveTicks = false;
+  Replay replay(kept);
+  if (!replay.Open()) return {};
+  RecordedDrive drive = ExactDriveOf(replay);
+  if (!replay.Good()) drive.problems.emplace_back("not all of the recording can be read");
+  return drive;
+}
+
 int WriteDrive(const Options& options) {
-  const RecordedDrive drive = DriveOf(options.recordings);
+  const RecordedDrive drive = MakeDrive(options);
   for (const std::string& problem : drive.problems) (void)std::fprintf(stderr, "%s\n", problem.c_str());
   if (drive.lines == 0) {
     (void)std::fprintf(stderr, "no events to make a drive of\n");

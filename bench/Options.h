@@ -19,10 +19,10 @@ struct Options {
   std::string gpsd;
   Words words;
   std::string role;
-  std::vector<std::string> recordings;
   std::string output;
   ReplayOptions replay;
-  std::string ticks;  // keep, move, or empty
+  bool exact = false;  // the drive
+  std::string ticks;   // keep, move, or empty
 };
 
 // Each adds a command. Parsing stores its options in `options`.
@@ -33,6 +33,8 @@ CLI::App* AddReplay(CLI::App& app, Options& options);
 CLI::App* AddSend(CLI::App& app, Options& options);
 CLI::App* AddRole(CLI::App& app, Options& options);
 
+// Adds the options that choose a part of a recording.
+std::vector<CLI::Option*> AddStretch(CLI::App* app, Options& options);
 // Adds the options that replay and run share.
 void AddProcesses(CLI::App* run, Options& options);
 // Derives options of a replay from others. Returns false and sets `error` if they contradict each other.

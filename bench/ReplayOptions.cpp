@@ -4,21 +4,22 @@ namespace bench {
 
 namespace {
 
-void AddInstant(CLI::App* app, const char* name, std::optional<reader::Instant>& instant, const char* help) {
+CLI::Option* AddInstant(CLI::App* app, const char* name, std::optional<reader::Instant>& instant,
+                        const char* help) {
   const auto read = [&instant](const std::string& text) {
     std::string error;
     if (!ReadInstant(text, instant.emplace(), error)) throw CLI::ValidationError(error);
   };
-  app->add_option_function<std::string>(name, read, help)->type_name("T");
+  return app->add_option_function<std::string>(name, read, help)->type_name("T");
 }
 
-void AddSources(CLI::App* app, const char* name, std::optional<reader::Selection>& selection,
-                const char* help) {
+CLI::Option* AddSources(CLI::App* app, const char* name, std::optional<reader::Selection>& selection,
+                        const char* help) {
   const auto read = [&selection](const std::string& text) {
     std::string error;
     if (!selection.emplace().Read(text, error)) throw CLI::ValidationError(error);
   };
-  app->add_option_function<std::string>(name, read, help)->type_name("SOURCES");
+  return app->add_option_function<std::string>(name, read, help)->type_name("SOURCES");
 }
 
 double ReadSpeed(const std::string& text) {
@@ -30,15 +31,19 @@ double ReadSpeed(const std::string& text) {
 
 }  // namespace
 
+std::vector<CLI::Option*> AddStretch(CLI::App* app, Options& options) {
+  return {AddInstant(app, "--from", options.replay.from, "begin at T, with the values known then"),
+          AddInstant(app, "--to", options.replay.to, "end at T"),
+          AddSources(app, "--only", options.replay.only, "only these sources, separated by commas"),
+          AddSources(app, "--without", options.replay.without, "without these sources")};
+}
+
 CLI::App* AddReplay(CLI::App& app, Options& options) {
   CLI::App* replay = app.add_subcommand(
       "replay", "Plays the first run of recordings: the servers send again what was recorded");
   replay->add_option("RECORDING", options.replay.recordings, "recordings, or directories with them")
       ->required();
-  AddInstant(replay, "--from", options.replay.from, "begin at T, with the values known then");
-  AddInstant(replay, "--to", options.replay.to, "end at T");
-  AddSources(replay, "--only", options.replay.only, "only these sources, separated by commas");
-  AddSources(replay, "--without", options.replay.without, "without these sources");
+  (void)AddStretch(replay, options);
   const auto speed = [&options](const std::string& text) { options.run.speed = ReadSpeed(text); };
   replay
       ->add_option_function<std::string>("--speed", speed,

@@ -24,6 +24,12 @@ using reader::RunReader;
 
 namespace {
 
+std::string SecondsText(std::int64_t ms) {
+  char time[32];
+  (void)std::snprintf(time, sizeof time, "%.3f", static_cast<double>(ms) / 1000);
+  return time;
+}
+
 class Writer {
  public:
   explicit Writer(RecordedDrive& drive) : drive_(drive) {}
@@ -55,9 +61,7 @@ class Writer {
       return;
     }
     if (beginTick_ < 0) beginTick_ = tick;
-    char time[32];
-    (void)std::snprintf(time, sizeof time, "%.3f", static_cast<double>(tick - beginTick_) / 1000);
-    Write(time, command);
+    Write(SecondsText(tick - beginTick_), command);
   }
 
   void Write(const std::string& when, const std::string& command) {
@@ -73,6 +77,22 @@ class Writer {
 };
 
 }  // namespace
+
+// Ends a second after the last line, as a drive of rows does.
+RecordedDrive ExactDriveOf(Replay& replay) {
+  constexpr std::chrono::milliseconds kPause{1000};
+  const Drive played = replay.Drive();
+  RecordedDrive drive;
+  const auto write = [&drive](const std::string& when, const Words& words) {
+    drive.text += when + " " + JoinWords(words) + "\n";
+    ++drive.lines;
+  };
+  for (const Command& command : played.before) write("before", command.words);
+  DriveLine line{};
+  while (played.next(line)) write(SecondsText(line.at.count()), line.command.words);
+  write(SecondsText((line.at + kPause).count()), {"quit"});
+  return drive;
+}
 
 RecordedDrive DriveOf(const std::vector<std::string>& paths) {
   RecordedDrive drive;

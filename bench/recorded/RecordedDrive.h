@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "Replay.h"
+
 namespace bench {
 
 // The drive that a recording turns into.
@@ -15,5 +17,9 @@ struct RecordedDrive {
 // Turns the first run of the recordings at these paths into a drive. The values at the start become lines
 // "before"; times count from the first event after the start. Does not change the recordings.
 RecordedDrive DriveOf(const std::vector<std::string>& paths);
+
+// Turns an open replay that keeps its ticks into a drive. Its lines have the bytes of each item and message,
+// so it lacks nothing that a replay has.
+RecordedDrive ExactDriveOf(Replay& replay);
 
 }  // namespace bench

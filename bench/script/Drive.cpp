@@ -56,7 +56,7 @@ class Parser {
 
   // Adds a line. Returns "" or its error.
   std::string AddLine(const Words& words) {
-    constexpr std::size_t kMaxBytes = 1000;
+    constexpr std::size_t kMaxBytes = 4000;
     DriveLine line{};
     std::string error;
     const bool before = words[0] == "before";

@@ -110,6 +110,29 @@ TEST_F(Replay, PlaysAStretchAndSomeSources) {
   EXPECT_EQ(rows.Rows("SELECT count(*) FROM state WHERE active AND signal<>64"), "0\n");
 }
 
+// A recording written as a drive has the same bytes: only the ticks of arrival are new.
+TEST_F(Replay, IsTheSameAsAnExactDrive) {
+  Record(kAwkwardDrive, "5");
+  const std::string path = first_.Path("exact.drive");
+  const Ran written = RunVehicleBench({"drive", first_.Recording(), "--exact", "-o", path});
+  ASSERT_EQ(written.status, 0) << written.said;
+  BenchRun again;
+  again.Drive(TextOfFile(path));
+  ASSERT_EQ(again.Run({"--speed", "100"}), 0) << again.Output();
+  EXPECT_EQ(Diff(first_.Recording(), again.Recording()).out,
+            Diff(first_.Recording(), first_.Recording()).out);
+}
+
+TEST(Field, NoPlaceIsRecordedBeforeTheFirstFix) {
+  BenchRun bench;
+  bench.Drive(TextOfFile(FIELD "/first-fix.drive"));
+  ASSERT_EQ(bench.Run({"--speed", "100"}), 0) << bench.Output();
+  Connection rows(bench.Recording());
+  EXPECT_EQ(rows.Rows("SELECT valid FROM gps_state WHERE event<2 ORDER BY seq"), "0\n0\n1\n1\n");
+  EXPECT_EQ(rows.Rows("SELECT latitude_e4min, longitude_e4min FROM gps WHERE event<2 ORDER BY seq"),
+            "30504122|2608266\n30504122|2608265\n");
+}
+
 struct Bad {
   const char* name;
   std::string content;  // empty: the recording
