@@ -31,6 +31,7 @@ class Director {
   void PlayReplay();
   void AwaitBegin();
   void EndReplay();
+  bool IsCutShort();
   Outcome Execute(const Words& words, const std::string& from);
   void TakeFullRun(const std::string& process);
   void TellDriveBegins(const std::string& process);

@@ -44,6 +44,12 @@ void Director::PlayReplay() {
   EndReplay();
 }
 
+// A shut-down ends the wait for an answer, and so does the end of a process.
+bool Director::IsCutShort() {
+  return vehicle_.ReceiveUntil(Vehicle::Clock::now() + milliseconds(1),
+                               [this] { return vehicle_.MustEnd(); });
+}
+
 // Like the recording, a killed MetadataMgr has no clean end. What it was told last must be durable before.
 void Director::EndReplay() {
   constexpr milliseconds kDurable{1500};
