@@ -110,11 +110,11 @@ void DeclareCopy(CLI::App& app, AskOptions& options) {
 }
 
 constexpr QuestionRow kQuestions[] = {
-    {"tick", "Tells the last system tick that it knows", Tick, nullptr},
-    {"ping", "Tells whether it is there", Ping, nullptr},
-    {"copy", "Has it copy what it recorded in this run into a new file", Copy, DeclareCopy},
-    {"loglevel", "Tells its log level, or sets it", LogLevel, DeclareMask},
-    {"quit", "Has it shut down, and waits until it has", Quit, nullptr},
+    {"tick", "Prints the last system tick that MetadataMgr knows", Tick, nullptr},
+    {"ping", "Tells whether MetadataMgr answers", Ping, nullptr},
+    {"copy", "Copies the records of this run into a new file", Copy, DeclareCopy},
+    {"loglevel", "Prints or sets the log level", LogLevel, DeclareMask},
+    {"quit", "Shuts MetadataMgr down and waits for its end", Quit, nullptr},
 };
 
 }  // namespace

@@ -34,7 +34,7 @@ Action DeclareDump(CLI::App& app) {
   options->range.Declare(app);
   options->source.Declare(app);
   options->format.Declare(app);
-  app.footer("T is " + InstantHelp() + ".\nSOURCES: " + SelectionHelp() +
+  app.footer(InstantFooter() + "SOURCES: " + SelectionHelp() +
              ".\n"
              "Examples:\n"
              "  metadata dump --from record-start --to record-stop\n"

@@ -128,12 +128,10 @@ Action DeclareExport(CLI::App& app) {
   app.footer(
       "gpx      GPX 1.1: runs as tracks, losses of fix as segment breaks, bookmarks as waypoints\n"
       "geojson  GeoJSON (RFC 7946): a line for each stretch with a fix, a point for each bookmark\n"
-      "csv, jsonl  as dump; in csv a text that a spreadsheet would run as a formula (it begins with = + - "
-      "@)\n"
-      "         gets an apostrophe before it\n"
-      "srt      SubRip subtitles, one each second: speed, position, radar, active inputs, bookmarks\n"
-      "T is " +
-      InstantHelp() + ".\nSOURCES, for csv and jsonl: " + SelectionHelp() +
+      "csv, jsonl  as dump; in csv an apostrophe precedes each text that a spreadsheet would take as a "
+      "formula\n"
+      "srt      SubRip subtitles, one each second: speed, position, radar, active inputs, bookmarks\n" +
+      InstantFooter() + "SOURCES, for csv and jsonl: " + SelectionHelp() +
       ".\n"
       "Examples:\n"
       "  metadata export --format gpx -o drive.gpx\n"

@@ -140,7 +140,7 @@ Action DeclareFollow(CLI::App& app) {
   AddRecordings(app, options->recordings);
   options->source.Declare(app);
   options->format.Declare(app);
-  app.footer("Until it is interrupted.\nSOURCES: " + SelectionHelp() +
+  app.footer("Runs until it is interrupted.\nSOURCES: " + SelectionHelp() +
              ".\n"
              "Examples:\n"
              "  metadata follow\n"

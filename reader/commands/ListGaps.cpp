@@ -71,7 +71,7 @@ Action DeclareGaps(CLI::App& app) {
   auto options = std::make_shared<GapsOptions>();
   AddRecordings(app, options->recordings);
   options->source.Declare(app);
-  app.add_option("--longer", options->longerSeconds, "only gaps of at least so long")
+  app.add_option("--longer", options->longerSeconds, "only gaps of at least this length")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.0, 1e9));
   app.add_flag("--json", options->json, "as JSON");

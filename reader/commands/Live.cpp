@@ -123,13 +123,13 @@ int Live(const LiveOptions& options) {
 
 Action DeclareLive(CLI::App& app) {
   auto options = std::make_shared<LiveOptions>();
-  app.add_flag("--once", options->once, "prints it once, as where the output is no terminal");
-  app.add_option("--every", options->everySeconds, "time between two looks at it")
+  app.add_flag("--once", options->once, "prints the values once; the default if the output is no terminal");
+  app.add_option("--every", options->everySeconds, "interval between two refreshes")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.05, 3600.0))
       ->capture_default_str();
   app.footer(
-      "Until it is interrupted, where the output is a terminal.\n"
+      "On a terminal, runs until it is interrupted.\n"
       "Examples:\n"
       "  metadata live\n"
       "  metadata live --once | grep place");

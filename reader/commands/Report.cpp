@@ -108,10 +108,9 @@ Action DeclareReport(CLI::App& app) {
   options->video.Declare(app);
   app.add_option("-o,--output", options->out, "the page to write [standard output]");
   app.footer(
-      "The page needs nothing but itself: it opens offline and prints. It shows each run: the track, speed,\n"
-      "temperatures, inputs, recordings, streams and so on over one time axis, and what is missing.\n"
-      "T is " +
-      InstantHelp() + ".\nSOURCES: " + SelectionHelp() +
+      "The page is one file that opens offline and prints well. It shows each run: the track, speed,\n"
+      "temperatures, inputs, recordings, streams and so on over one time axis, and what is missing.\n" +
+      InstantFooter() + "SOURCES: " + SelectionHelp() +
       ".\n"
       "Examples:\n"
       "  metadata report -o drive.html\n"

@@ -189,8 +189,7 @@ Action DeclareState(CLI::App& app) {
   AddRecordings(app, options->recordings);
   AddInstant(app, "--at", options->at, "the instant")->required();
   app.add_flag("--json", options->json, "as JSON");
-  app.footer("T is " + InstantHelp() +
-             ".\n"
+  app.footer(InstantFooter() +
              "Examples:\n"
              "  metadata state --at crash\n"
              "  metadata state --at bookmark:2-10s metadata.000007.db\n"

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <utility>
 
 #include "RunReader.h"
 #include "Utc.h"
@@ -139,9 +140,19 @@ std::vector<std::string> EventNames() {
 }
 
 std::string InstantHelp() {
-  std::string help = "a tick, a time (2024-05-01T12:00:00Z, 2024-05-01T14:00+02:00), or an event";
-  for (const NamedEvent& row : kEvents) help += std::string(&row == kEvents.data() ? " (" : ", ") + row.name;
-  return help + "), with which one of them and a distance where need be (bookmark:2-30s)";
+  return "a tick, a time (2024-05-01T12:00:00Z, 2024-05-01T14:00+02:00) or an event (crash, bookmark:2-30s)";
+}
+
+std::string InstantFooter() {
+  constexpr std::size_t kColumns = 100;
+  std::string line = "Events:";
+  std::string footer = "T is " + InstantHelp() + ".\n";
+  for (const NamedEvent& row : kEvents) {
+    const std::string word = " " + std::string(row.name) + (&row == &kEvents.back() ? "." : ",");
+    if (line.size() + word.size() > kColumns) footer += std::exchange(line, " ") + "\n";
+    line += word;
+  }
+  return footer + line + "\n";
 }
 
 int Position::Compare(const Row& row) const {

@@ -12,7 +12,7 @@ namespace reader {
 // A moment as people write it:
 //   123456                    an arrival tick, in each run
 //   2024-05-01T12:00:00Z      UTC; a date alone means its midnight; +02:00 in place of Z gives the zone
-//   record-start, bookmark:2  an event, here the second bookmark of all runs; InstantHelp lists the events
+//   record-start, bookmark:2  an event, here the second bookmark of all runs; InstantFooter lists the events
 // An event may have an offset: "crash-30s", "bookmark:2+1.5m" (ms, s, m, h).
 struct Instant {
   enum class Kind { kTick, kUtc, kEvent };
@@ -27,6 +27,8 @@ struct Instant {
 // Returns false and sets `error` if the text is not an instant.
 bool ReadInstant(const std::string& text, Instant& instant, std::string& error);
 std::string InstantHelp();
+// The same for the end of a help text, as lines that begin "T is", with all events.
+std::string InstantFooter();
 std::vector<std::string> EventNames();
 
 // The place of an instant among the records.

@@ -103,7 +103,7 @@ bool Selection::Read(const std::string& list, std::string& error) {
     } else if (FindSource(word) != nullptr || CurrentCatalogue().Find(AsTable(word)) != nullptr) {
       words_.push_back(word);
     } else {
-      error = "'" + word + "' is no source; " + SelectionHelp();
+      error = "'" + word + "' is no source; there are " + SelectionHelp();
       return false;
     }
   }
@@ -123,7 +123,7 @@ bool Selection::MaySelect(std::string_view table) const {
 }
 
 std::string SelectionHelp() {
-  std::string help = "sources are those that \"metadata info\" lists, tables, and the groups";
+  std::string help = "the sources that \"metadata info\" lists, tables, and the groups";
   for (const Group& group : kGroups) help += std::string(&group == kGroups.data() ? " " : ", ") + group.name;
   return help;
 }
