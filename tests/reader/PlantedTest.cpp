@@ -106,11 +106,10 @@ TEST_F(PlantedTest, NothingOfASchemaIsRun) {
           kEndless + ") AS source, (" + kEndless + ") AS text, 0 AS shift FROM bookmark",
       std::string("DROP TABLE tag_name; CREATE VIEW tag_name AS SELECT 0 AS tag, (") + kEndless +
           ") AS name, '' AS active_text, '' AS inactive_text",
-      "DROP VIEW record; CREATE VIEW record AS SELECT zeroblob(1000000000) AS seq FROM bookmark, bookmark, "
-      "bookmark",
+      "DROP VIEW record; CREATE VIEW record AS SELECT zeroblob(1000000000) AS seq FROM state",
       "UPDATE tag_name SET name='gps', active_text='planted', inactive_text='planted'",
-      "CREATE TABLE \"x\" \"; DROP TABLE state; --\"" + header + ")",
-      "CREATE TABLE \"a\"\" FROM state; --\"" + header + ", \"v\"\" , (SELECT 1)\" INTEGER)",
+      R"(CREATE TABLE "x" "; DROP TABLE state; --")" + header + ")",
+      R"(CREATE TABLE "a"" FROM state; --")" + header + ", \"v\"\" , (SELECT 1)\" INTEGER)",
       "CREATE TABLE grown" + header + ", big TEXT AS (printf('%.*c', 1000000000, 'x')))",
   };
   LeaveClosed();

@@ -22,6 +22,7 @@ int partials = 0;  // files with a temporary name that were given their own
 
 extern "C" {
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): those of the C library are reserved
 int openat(int directory, const char* path, int flags, ...) {
   if (isFat && (flags & O_TMPFILE) == O_TMPFILE) {
     errno = EOPNOTSUPP;
@@ -49,6 +50,8 @@ int fstatfs(int /*fd*/, struct statfs* status) noexcept {
   status->f_type = isFat ? 0x4D44 : 0xEF53;  // FAT, ext4
   return 0;
 }
+
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 }  // extern "C"
 
