@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "seal/KeyTree.h"
+#include "seal/Sealer.h"
 
 namespace seal {
 
@@ -39,11 +40,10 @@ bool Chain::Begin(const Seal& seal) {
   return true;
 }
 
-// Starts anew at a file of another recorder, or at one without a key that does not follow.
+// Starts anew at a file of another recorder, or at the first one of a recorder without a key.
 void Chain::ForgetOtherRecorder(const Seal& seal) {
   const PublicKey& root = items_.file.root;
-  const bool follows = seal.place.number == last_.place.number + 1;
-  if (root != lastRoot_ || (root == PublicKey{} && !follows)) last_ = Seal();
+  if (root != lastRoot_ || (root == PublicKey{} && seal.place.number == 1)) last_ = Seal();
   lastRoot_ = root;
 }
 
@@ -51,7 +51,9 @@ bool Chain::CheckOrder(const Seal& seal) {
   const std::int64_t number = seal.place.number;
   if (number <= 0 || seal.firstSeq <= 0 || seal.lastSeq < seal.firstSeq)
     return Fail(Verdict::kAltered, "impossible numbers");
-  adjacent_ = last_.place.number != 0 && number - 1 == last_.place.number;
+  // A start leaves out numbers if it does not know the last seals of the run before.
+  adjacent_ = last_.place.number != 0 &&
+              (items_.hasFile ? items_.file.previous == last_.place.hash : number - 1 == last_.place.number);
   if (number <= last_.place.number) return Fail(Verdict::kAltered, "the number comes again");
   if (!fileBegins_ && !adjacent_)
     return Fail(Verdict::kAltered,
@@ -68,15 +70,16 @@ bool Chain::CheckFile(const Seal& seal) {
   if (!fileBegins_) return true;
   fileBegins_ = false;
   root_ = items_.file.root;
+  run_ = items_.file.run;
   if (trusted_ && root_ != PublicKey{} && root_ != *trusted_)
     return Fail(Verdict::kCannotTell, "sealed by another recorder, " + Fingerprint(root_));
-  if (last_.place.number != 0 && !adjacent_)
-    Miss("seals " + std::to_string(last_.place.number + 1) + " to " + std::to_string(seal.place.number - 1) +
-         " are missing before this file");
-  follows_ = adjacent_;
-  if (adjacent_ && items_.file.previous != last_.place.hash)
+  if (!adjacent_ && last_.place.number != 0 && seal.place.number - 1 == last_.place.number)
     return Fail(Verdict::kAltered, "it does not follow the seal before");
-  if (items_.hasStart && items_.start.found.number < items_.start.expected.number)
+  if (last_.place.number != 0 && !adjacent_)
+    Miss("the seals between " + std::to_string(last_.place.number) + " and " +
+         std::to_string(seal.place.number) + " are missing before this file");
+  follows_ = adjacent_;
+  if (!adjacent_ && items_.hasStart && items_.start.found.number < items_.start.expected.number)
     Miss("when the run began, seals up to " + std::to_string(items_.start.expected.number) +
          " were expected and up to " + std::to_string(items_.start.found.number) + " were found");
   return true;
@@ -92,6 +95,9 @@ bool Chain::CheckEpoch(const Seal& seal) {
                                        std::to_string(last_.epoch) + ", which was not ended");
   if (seal.epoch < last_.epoch) return Fail(Verdict::kAltered, "the epoch goes back");
   if (items_.endsEpoch && !seal.isSigned) return Fail(Verdict::kAltered, "an epoch ends without a signature");
+  const std::int64_t since = seal.lastTick - signedTick_;
+  if (!seal.isSigned && provenTo_ != 0 && (since < 0 || since >= Sealer::kSignAfterMs))
+    return Fail(Verdict::kAltered, "its signature was removed");
   const bool begins = items_.hasFile || seal.epoch != last_.epoch;
   if (!begins && items_.path.empty()) return true;
   if (KeyTree::CheckPath(root_, seal.epoch, items_.path, epochKey_)) return true;
@@ -104,7 +110,10 @@ bool Chain::End() {
   if (seal_.isSigned && !KeyTree::CheckHash(epochKey_, seal_.place.hash, seal_.signature))
     return Fail(Verdict::kAltered, "the signature is wrong");
   tail_ = seal_.isSigned ? 0 : tail_ + 1;
-  if (seal_.isSigned) provenTo_ = seal_.lastSeq;
+  if (seal_.isSigned) {
+    provenTo_ = seal_.lastSeq;
+    signedTick_ = seal_.lastTick;
+  }
   provesBefore_ = provesBefore_ || (seal_.isSigned && follows_);
   last_ = seal_;
   lastEndsEpoch_ = items_.endsEpoch;

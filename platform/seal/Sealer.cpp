@@ -32,6 +32,9 @@ void Sealer::StartRun(const std::array<unsigned char, 16>& run, const std::optio
   if (found && Trusted(*found)) {
     FinishMove(found->last);
     last_ = found->last.place;
+  } else if (last_.number != 0) {
+    // Seals after the one that the recorder remembers may exist elsewhere: no number comes twice.
+    skipped_ = kUnknownSeals;
   }
 }
 
@@ -56,7 +59,7 @@ bool Sealer::EndsEpoch(std::int64_t tick) const {
 }
 
 void Sealer::Begin(std::int64_t firstSeq, std::int64_t lastSeq, std::int64_t lastTick) {
-  seal_.place.number = last_.number + 1;
+  seal_.place.number = last_.number + 1 + skipped_;
   seal_.firstSeq = firstSeq;
   seal_.lastSeq = lastSeq;
   seal_.lastTick = lastTick;
@@ -91,6 +94,7 @@ const Seal& Sealer::End() {
 void Sealer::Committed() {
   last_ = seal_.place;
   fileDue_ = pathDue_ = startDue_ = false;
+  skipped_ = 0;
   ++unsigned_;
   if (!seal_.isSigned) return;
   unsigned_ = 0;
@@ -109,12 +113,18 @@ void Sealer::MoveKey() {
   epochTick_ = seal_.lastTick;
 }
 
+void Sealer::Skip() {
+  last_ = seal_.place;
+  skipped_ = 0;
+}
+
 bool Sealer::Settle(const Place& inFile) {
+  if (inFile == last_) return true;
   if (inFile == seal_.place) {
     Committed();
     return true;
   }
-  return inFile == last_ || (inFile.number == 0 && fileDue_);
+  return inFile.number == 0 && fileDue_;
 }
 
 }  // namespace seal

@@ -41,6 +41,7 @@ bool DataStoreNormal::Store::Open() {
   IgnoreFileSizeSignal();
   recorder_.Start(store::NewRunId());
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
+  recorder_.StartSeals(options_.keyFile, previousRun_.seal);
   arrival_.Start(clock_.TickMs());
   if (!BeginFile()) {
     const std::string path = recorder_.Names().PathOf(1);
@@ -55,6 +56,7 @@ bool DataStoreNormal::Store::Open() {
 void DataStoreNormal::Store::Close() {
   if (!recorder_.IsOpen()) return;
   ending_ = true;
+  recorder_.EndRun();
   // Tries twice: the first commit may fail, or leave a record about the WAL.
   if (!Commit() || !batch_.Empty()) (void)Commit();
   if (!batch_.Empty())
@@ -243,6 +245,7 @@ void DataStoreNormal::Store::AddRunEnd() {
   if (!recorder_.IsOpen()) return;
   AddRecord({.critical = true}, Row<store::kRunEndTable>());
   ending_ = true;
+  recorder_.EndRun();
   (void)Commit();
 }
 

@@ -50,11 +50,11 @@ void CheckFile(const std::string& path, const std::shared_ptr<Recording>& copy, 
   if (isLive) (void)file.Sql().Execute("COMMIT");
   ends[file.Name()] = end;
   if (end.lastSeq < 0) {
-    findings.Add(path, "progress", "table progress has no row");
+    findings.Add(path, "progress", "no commit is noted");
   } else if (end.lastSeq != highest) {
     findings.Add(path, "progress",
-                 "table progress says that record " + std::to_string(end.lastSeq) +
-                     " is the last, but the last is " + std::to_string(highest));
+                 "record " + std::to_string(end.lastSeq) + " was committed last, but the last is " +
+                     std::to_string(highest));
   }
 }
 

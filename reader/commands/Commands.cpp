@@ -18,6 +18,8 @@ constexpr Command kCommands[] = {
     {"state", "Tells every source's value at an instant", DeclareState},
     {"check", "Checks recordings", DeclareCheck},
     {"diff", "Compares two recordings", DeclareDiff},
+    {"verify", "Proves by their seals that recordings are unchanged", DeclareVerify},
+    {"seal-setup", "Makes the key with which this recorder seals", DeclareSealSetup},
     {"ask", "Asks the running MetadataMgr", DeclareAsk},
     {"follow", "Prints records as they arrive", DeclareFollow},
     {"live", "Shows the shared record of current values", DeclareLive},

@@ -16,6 +16,8 @@ Action DeclareDiff(CLI::App& app);
 Action DeclareAsk(CLI::App& app);
 Action DeclareFollow(CLI::App& app);
 Action DeclareLive(CLI::App& app);
+Action DeclareVerify(CLI::App& app);
+Action DeclareSealSetup(CLI::App& app);
 Action DeclareComplete(CLI::App& app);
 
 }  // namespace reader

@@ -12,11 +12,13 @@ namespace reader {
 class Statement : private store::Statement {
  public:
   using store::Statement::Bind;
+  using store::Statement::Blob;
   using store::Statement::Integer;
   using store::Statement::IsNull;
   using store::Statement::IsPrepared;
   using store::Statement::Reset;
   using store::Statement::Text;
+  using store::Statement::Type;
 
   int Prepare(sqlite3* database, const std::string& sql);
   // Returns SQLITE_ROW, SQLITE_DONE or an error; SQLITE_INTERRUPT if the step exceeds the work limit.

@@ -50,9 +50,10 @@ Content ContentOf(const std::string& path) {
   const bool begun = file.Rows("SELECT count(*) FROM sqlite_schema") != "0\n";
   if (!content.fault.empty() || !begun) return content;
   content.records = file.Rows("SELECT seq, tick, sender_tick, event, source, text FROM record ORDER BY seq");
-  const std::string last = file.Rows("SELECT last_seq FROM progress");
+  const std::string last = file.Rows("SELECT max(last_seq) FROM seal");
   content.last = std::strtol(last.c_str(), nullptr, 10);
-  const std::string isLast = "SELECT last_seq=coalesce((SELECT max(seq) FROM record),0) FROM progress";
+  const std::string isLast =
+      "SELECT coalesce(max(last_seq),0)=coalesce((SELECT max(seq) FROM record),0) FROM seal";
   if (file.Rows(isLast) != "1\n") content.fault = "ends within a commit, at " + last;
   return content;
 }
@@ -102,7 +103,7 @@ class PowerCutTest : public testing::Test {
     for (const auto& entry : fs::directory_iterator(dir_.Path(""))) {
       const std::string name = entry.path().filename().string();
       if (!IsRecording(name)) continue;
-      const std::string last = Connection(entry.path(), kPlainVfs).Rows("SELECT last_seq FROM progress");
+      const std::string last = Connection(entry.path(), kPlainVfs).Rows("SELECT max(last_seq) FROM seal");
       call.committed[name] = std::strtol(last.c_str(), nullptr, 10);
       files_.try_emplace(name);
     }

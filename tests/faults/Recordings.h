@@ -36,7 +36,7 @@ class Recordings {
     ++files_;
     Connection file(path, kPlainVfs);
     EXPECT_EQ(file.Rows("PRAGMA integrity_check"), "ok\n");
-    const long last = std::strtol(file.Rows("SELECT last_seq FROM progress").c_str(), nullptr, 10);
+    const long last = std::strtol(file.Rows("SELECT max(last_seq) FROM seal").c_str(), nullptr, 10);
     EXPECT_GT(last, 0) << "only begun: " << path;
     last_ = std::max(last_, last);
     // The tables that a Usage writes.

@@ -18,7 +18,7 @@ constexpr Finding kFindings[] = {
     {"DELETE FROM temperature WHERE seq=8", ": 1 record is missing: 8; losses of 0 are recorded\n"},
     {"DELETE FROM bookmark", ": 2 records are missing, the first is 7; losses of 0 are recorded\n"},
     {"UPDATE run_end SET seq=13; INSERT INTO loss VALUES(12,12100,NULL,1,'gps',1,2,3); "
-     "UPDATE progress SET last_seq=13",
+     "UPDATE seal SET last_seq=13 WHERE number=(SELECT max(number) FROM seal)",
      ": losses of 3 records are recorded, but 0 are missing\n"},
     {"INSERT INTO gps_state VALUES(8,11100,NULL,1,1)",
      ": record 8: table gps_state has a record of this number, too\n"},
@@ -28,9 +28,9 @@ constexpr Finding kFindings[] = {
      ": table temperature: record 8: it stands behind the end of its run\n"},
     {"UPDATE clock SET seq=8; UPDATE temperature SET seq=1",
      ": table temperature: record 1: a file begins without a record of the clock\n"},
-    {"UPDATE progress SET last_seq=99",
-     ": table progress says that record 99 is the last, but the last is 12\n"},
-    {"DELETE FROM progress", ": table progress has no row\n"},
+    {"UPDATE seal SET last_seq=99 WHERE number=(SELECT max(number) FROM seal)",
+     ": record 99 was committed last, but the last is 12\n"},
+    {"DELETE FROM progress; DELETE FROM seal", ": no commit is noted\n"},
     {"UPDATE camera SET event=3", ": table camera: record 5: event is none of 0, 1, 2\n"},
     {"UPDATE speed SET sender_tick=4294967296",
      ": table speed: record 4: sender_tick has more than 32 bits\n"},
@@ -87,7 +87,9 @@ TEST_F(CheckRuns, WhatTheNextRunSaysOfTheEndMustHold) {
   EXPECT_THAT(Check().out,
               HasSubstr("metadata.000001.db is said to have ended cut off, but it has a clean end\n"));
   Rows("UPDATE previous_run SET ended='clean'", 2);
-  Rows("DELETE FROM run_end; UPDATE progress SET last_seq=12; UPDATE state SET seq=1000 WHERE 0");
+  Rows(
+      "DELETE FROM run_end; DELETE FROM seal; UPDATE progress SET last_seq=12, last_tick=12100; UPDATE state "
+      "SET seq=1000 WHERE 0");
   EXPECT_THAT(Check().out,
               HasSubstr("000002.db: table previous_run: record 2: metadata.000001.db is said to end "
                         "with record 13 at tick 12100, but it ends with record 12 at tick 12100\n"));

@@ -74,7 +74,7 @@ const Attack kAttacks[] = {
     {"the beginning removed", [](Files& f) { Remove(f[0], 0, 3); },
      "altered: file 1, seal 4: the file's first seals"},
     {"the end of a file removed", [](Files& f) { f[0].resize(30); },
-     "incomplete: file 2, seal 1242: seals 31 to 41"},
+     "incomplete: file 2, seal 1242: the seals between 30 and 42"},
     {"the end of a run removed", [](Files& f) { f[2].resize(30); }, "incomplete: file 4"},
     {"a file removed", [](Files& f) { f.erase(f.begin() + 1); }, "incomplete: file 2"},
     {"a file twice", [](Files& f) { f.insert(f.begin() + 1, f[0]); }, "altered: file 2, seal 1: the number"},
@@ -144,7 +144,7 @@ const Theft kThefts[] = {
        for (Commit& commit : files[0])
          commit.seal.isSigned = commit.seal.isSigned && commit.seal.place.number < 5;
      },
-     "tail"},
+     "altered: file 1, seal 5: its signature was removed"},
     {"cut within an epoch, and gone on", 31,
      [](Files& files, const seal::KeyTree& stolen) {
        files.resize(1);

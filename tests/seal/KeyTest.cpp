@@ -261,7 +261,9 @@ TEST_F(Starts, TellThatTheCardLostSeals) {
   car_.End();
   car_.files.back().resize(3);
   car_.Drive(5'000);
-  EXPECT_TRUE(Verdict().starts_with("incomplete: file 3, seal 36: seals 16 to 24 are missing")) << Verdict();
+  EXPECT_TRUE(
+      Verdict().starts_with("incomplete: file 3, seal 1048612: the seals between 15 and 1048601 are missing"))
+      << Verdict();
   std::vector<File> last{car_.files.back()};
   EXPECT_NE(Verify(last, car_.Root()).find("seals up to 24 were expected and up to 15 were found"),
             std::string::npos)
@@ -277,8 +279,9 @@ TEST_F(Starts, WithAnotherCardGoOnWithTheirOwnChain) {
   car_.Drive(5'000);
   std::vector<File> all = own;
   all.push_back(car_.files.back());
-  EXPECT_EQ(car_.files.back().front().seal.place.number, own.back().back().seal.place.number + 1);
-  EXPECT_EQ(Verify(all, car_.Root()), "proven");  // the own chain has no gap
+  EXPECT_GT(car_.files.back().front().seal.place.number, own.back().back().seal.place.number + 1)
+      << "the numbers between may be on the card that was taken out";
+  EXPECT_EQ(Verify(all, car_.Root()), "proven");  // no seal is missing
 }
 
 }  // namespace

@@ -94,11 +94,14 @@ class Chain:
         items = items_of(note or b"")
         if (1 in items) != begins:
             raise Bad("a file begins with its file item, and nothing else does")
-        adjacent = self.last is not None and num == self.last[0] + 1
-        if not begins and not adjacent:
+        if self.last is not None and num <= self.last[0]:
+            raise Bad("the number comes again")
+        next_one = self.last is not None and num == self.last[0] + 1
+        if not begins and not next_one:
             raise Bad("seals before it are missing")
         previous = items[1][:32] if begins else self.last[1]
-        if adjacent and previous != self.last[1]:
+        adjacent = self.last is not None and previous == self.last[1]
+        if next_one and not adjacent:
             raise Bad("it does not follow the seal before")
         if begins:
             self.root = items[1][32:64]

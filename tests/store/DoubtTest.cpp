@@ -51,7 +51,8 @@ TEST_F(DoubtTest, CommitsThatFailedAndTookEffectAreNotRepeated) {
   After(500);
   EXPECT_EQ(Bookmarks(), "1\n2\n3\n4\n5\n6\n");
   EXPECT_EQ(Temperatures(), "1\n2\n3\n4\n5\n6\n");
-  EXPECT_EQ(Rows("SELECT count(*), max(seq) FROM record"), Rows("SELECT last_seq, last_seq FROM progress"));
+  EXPECT_EQ(Rows("SELECT count(*), max(seq) FROM record"),
+            Rows("SELECT max(last_seq), max(last_seq) FROM seal"));
   EXPECT_EQ(log.Lines(" fails: "), 1);
   EXPECT_EQ(log.Lines(" works again"), 1);
 }

@@ -53,8 +53,7 @@ TEST_F(PreviousRunTest, FilesThatWereOnlyBegunArePassedOver) {
   RunInOrder();
   Connection(dir_.Write("metadata.000002.db", "")).Rows("PRAGMA application_id=1296909378");
   fs::copy_file(File(1), File(3));
-  Connection(File(3)).Rows(
-      "DELETE FROM clock; DELETE FROM run_end; UPDATE progress SET last_seq=0, last_tick=0");
+  Connection(File(3)).Rows("DELETE FROM clock; DELETE FROM run_end; DELETE FROM seal");
   dir_.Write("metadata.000004.db", "");
   const LogCapture log;
   EXPECT_EQ(Told("metadata", 5), "clean|metadata.000001.db|12000|1714564802000\n");
@@ -97,7 +96,8 @@ TEST_F(PreviousRunTest, DamageIsSaidAndLeftAloneAndDoesNotReachThePresent) {
          std::ofstream(path, std::ios::binary) << other.database;
          std::ofstream(path + "-wal", std::ios::binary) << other.wal;
        }},
-      {"without progress", [](auto& path) { Connection(path).Rows("DELETE FROM progress"); }},
+      {"without progress",
+       [](auto& path) { Connection(path).Rows("DELETE FROM progress; DELETE FROM seal"); }},
       {"endless work",
        [](auto& path) {
          Connection(path).Rows(

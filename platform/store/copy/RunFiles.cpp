@@ -21,7 +21,7 @@ SqliteCode ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::in
   if (Ok(code)) code = database.Query("PRAGMA application_id", id);
   if (Ok(code)) code = database.Query("PRAGMA user_version", version);
   if (Ok(code) && (id != kApplicationId || version != kSchemaVersion)) code = SqliteCode::kNotDatabase;
-  if (Ok(code)) code = database.Query(kReadProgress, lastSeq);
+  if (Ok(code)) code = database.Query(kReadLastSeq, lastSeq);
   if (Ok(code) && lastSeq != 0) {
     code = database.Query("SELECT min(tick) FROM (" + SelectFirstRecords() + ")", firstTick);
   }

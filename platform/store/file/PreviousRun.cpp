@@ -6,6 +6,8 @@
 #include "EarlierFile.h"
 #include "EarlierWal.h"
 #include "Patience.h"
+#include "Schema.h"
+#include "SealTable.h"
 #include "log/LogLine.h"
 
 namespace store {
@@ -15,30 +17,50 @@ constexpr LogSource log{"DataStore"};
 
 constexpr std::chrono::milliseconds kMostLooking{100};
 
-constexpr const char* kLastUtc =
-    "SELECT utc_ms + last_tick - tick FROM clock, progress WHERE seq <= last_seq ORDER BY seq DESC LIMIT 1";
 constexpr const char* kCountTables =
     "SELECT count(*) FROM sqlite_schema WHERE type='table' AND rootpage>0 AND name IN "
     "('progress','run_end','clock')";
+constexpr const char* kHasSeals =
+    "SELECT count(*) FROM sqlite_schema WHERE type='table' AND rootpage>0 AND name='seal'";
+constexpr const char* kReadProgress = "SELECT last_seq, last_tick FROM progress";
+
+SqliteCode ReadLast(Database& database, const char* sql, PreviousRun& run) {
+  Statement last;
+  SqliteCode code = last.Prepare(database.Handle(), sql);
+  if (Ok(code)) code = last.Step();
+  if (code != SqliteCode::kRow) return code;
+  run.lastSeq = last.Integer(0);
+  run.lastTick = last.Integer(1);
+  return SqliteCode::kOk;
+}
 
 // Leaves `lastSeq` at 0 if the file has no schema or no commit: power was lost while it was begun.
-SqliteCode CountRecorded(Database& database, std::int64_t& lastSeq) {
+SqliteCode ReadLastRecord(Database& database, PreviousRun& run) {
   std::int64_t tables = 0;
   SqliteCode code = database.Query("SELECT count(*) FROM sqlite_schema", tables);
   if (!Ok(code) || tables == 0) return code;
   code = database.Query(kCountTables, tables);
   if (Ok(code) && tables != 3) code = SqliteCode::kNotDatabase;
-  return Ok(code) ? database.Query("SELECT last_seq FROM progress", lastSeq) : code;
+  if (Ok(code)) code = database.Query(kHasSeals, tables);
+  if (!Ok(code)) return code;
+  if (tables != 0) {
+    code = ReadLast(database, kReadLastSealed, run);
+    if (Ok(code)) code = ReadLastSeal(database, run.seal);
+    if (code != SqliteCode::kDone) return code;
+  }
+  return ReadLast(database, kReadProgress, run);
 }
 
 SqliteCode ReadEnd(Database& database, PreviousRun& run) {
   std::int64_t clean = 0;
-  SqliteCode code = CountRecorded(database, run.lastSeq);
+  SqliteCode code = ReadLastRecord(database, run);
   if (!Ok(code) || run.lastSeq == 0) return code;
-  code = database.Query("SELECT last_tick FROM progress", run.lastTick);
-  if (Ok(code)) code = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
+  code = database.Query("SELECT EXISTS(SELECT 1 FROM run_end)", clean);
   if (!Ok(code)) return code;
-  (void)database.Query(kLastUtc, run.lastUtcMs);
+  (void)database.Query("SELECT utc_ms - tick + " + std::to_string(run.lastTick) +
+                           " FROM clock WHERE seq <= " + std::to_string(run.lastSeq) +
+                           " ORDER BY seq DESC LIMIT 1",
+                       run.lastUtcMs);
   run.ended = clean != 0 ? "clean" : "cut off";
   return code;
 }

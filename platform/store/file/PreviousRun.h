@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "FileNames.h"
+#include "seal/Sealer.h"
 
 namespace store {
 
@@ -14,6 +16,7 @@ struct PreviousRun {
   std::int64_t lastSeq = 0;
   std::int64_t lastTick = 0;
   std::int64_t lastUtcMs = 0;
+  std::optional<seal::Found> seal;  // the last; none if the file has none
 };
 
 // Examines the newest file that has records. Folds in a WAL that a power cut left beside it: the only change

@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "PreviousRun.h"
+#include "SealKey.h"
 #include "log/LogLine.h"
 
 namespace store {
@@ -22,6 +23,13 @@ void Recorder::Start(const RunId& run) {
   directory_.Secure();
   runNumbers_.clear();
   abandoned_ = {};
+}
+
+void Recorder::StartSeals(const std::string& keyFile, const std::optional<seal::Found>& found) {
+  sealer_.emplace();
+  keyStuck_ = false;
+  UseSealKey(*sealer_, keyFile);
+  sealer_->StartRun(run_, found, {});
 }
 
 // Skips planted names: they cannot stop or steer the numbering.
@@ -44,6 +52,8 @@ std::unique_ptr<RecordingFile> Recorder::CreateNext(std::uint32_t& number) {
 bool Recorder::Begin() {
   std::uint32_t number = 0;
   if (auto next = CreateNext(number); next != nullptr) {
+    if (inDoubt_ && file_->InDoubt()) sealer_->Skip();
+    sealer_->BeginFile(number);
     number_ = number;
     runNumbers_.push_back(number);
     file_ = std::move(next);
@@ -82,9 +92,11 @@ bool Recorder::Write(Batch& batch) {
       continue;
     }
     std::int64_t lastSeq = 0;
-    const SqliteCode code = file_->Write(batch, failing_ ? kProbeBytes : kChunkBytes, lastSeq);
+    const SqliteCode code = file_->Write(batch, failing_ ? kProbeBytes : kChunkBytes, *sealer_, lastSeq);
     if (!Ok(code)) return Fail(code);
     batch.RemoveUpTo(lastSeq);
+    sealer_->Committed();
+    Sealed();
     Work();
   }
   Work();
@@ -95,7 +107,10 @@ bool Recorder::Write(Batch& batch) {
 // A failed commit may have taken effect. Records that the file already has are not written again.
 bool Recorder::SettleDoubt(Batch& batch) {
   std::int64_t committed = 0;
-  if (const SqliteCode code = file_->CommittedSeq(committed); !Ok(code)) return Fail(code);
+  seal::Place place;
+  if (const SqliteCode code = file_->LastCommit(place, committed); !Ok(code)) return Fail(code);
+  if (!sealer_->Settle(place)) return Fail(SqliteCode::kCorrupt);
+  Sealed();
   batch.RemoveUpTo(committed);
   inDoubt_ = false;
   return true;
@@ -116,6 +131,12 @@ void Recorder::SayFailing(const char* reason) {
 void Recorder::Work() {
   if (failing_) log(kLogError, "Recording works again, to ", file_->Path());
   failing_ = false;
+}
+
+void Recorder::Sealed() {
+  if (sealer_->KeyStuck() != keyStuck_)
+    log(kLogError, keyStuck_ ? "The seals' key file works again" : "The seals' key file cannot be written");
+  keyStuck_ = sealer_->KeyStuck();
 }
 
 void Recorder::WatchLog() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "FileNames.h"
 #include "RecordingDirectory.h"
 #include "RecordingFile.h"
+#include "seal/Sealer.h"
 
 namespace store {
 
@@ -23,8 +25,13 @@ class Recorder {
         maxFileBytes_(std::max(maxFileBytes, kMinFileBytes)),
         fullAt_(maxFileBytes_) {}
 
-  // Call before the first Begin of a run. Files begun from now on belong to this run.
+  // Call both before the first Begin of a run. Files begun from now on belong to this run.
   void Start(const RunId& run);
+  // Seals the run with the key in this file, or without a key if there is none. `found` is the last seal of
+  // the previous run.
+  void StartSeals(const std::string& keyFile, const std::optional<seal::Found>& found);
+  // From now on any commit can be the last of the run.
+  void EndRun() { sealer_->EndRun(); }
 
   // Creates the next file and switches to it. On failure the current file stays in use. Recreates the
   // directory if it was removed since Start.
@@ -41,7 +48,10 @@ class Recorder {
   // another 1/16 of that size.
   bool Full() const { return file_ != nullptr && file_->Bytes() >= fullAt_; }
 
-  void Close() { file_.reset(); }
+  void Close() {
+    file_.reset();
+    sealer_.reset();
+  }
   bool IsOpen() const { return file_ != nullptr; }
   bool Failing() const { return failing_; }
   bool LogPinned() const { return logPinned_; }
@@ -65,6 +75,7 @@ class Recorder {
   void Abandon(const char* harm);
   void SayFailing(const char* reason);
   void Work();
+  void Sealed();
   void WatchLog();
 
   FileNames names_;
@@ -73,6 +84,7 @@ class Recorder {
   std::uint64_t maxFileBytes_;
   std::uint64_t fullAt_;
   std::unique_ptr<RecordingFile> file_;
+  std::optional<seal::Sealer> sealer_;
   std::vector<std::uint32_t> runNumbers_;
   std::uint32_t number_ = 0;
   Abandoned abandoned_;
@@ -80,6 +92,7 @@ class Recorder {
   bool failing_ = false;    // the last write failed
   bool inDoubt_ = false;    // the failed commit may have taken effect
   bool logPinned_ = false;  // logged that the WAL grows
+  bool keyStuck_ = false;   // logged that the key file fails
 };
 
 }  // namespace store

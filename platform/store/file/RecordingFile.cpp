@@ -112,25 +112,26 @@ bool RecordingFile::Prepare() {
   SqliteCode code = rows_.Register(handle);
   if (Ok(code)) code = begin_.Prepare(handle, "BEGIN IMMEDIATE");
   if (Ok(code)) code = commit_.Prepare(handle, "COMMIT");
-  if (Ok(code)) code = progress_.Prepare(handle, kUpdateProgress);
-  if (Ok(code)) code = readProgress_.Prepare(handle, kReadProgress);
+  if (Ok(code)) code = seals_.Prepare(handle);
   for (const Table& table : kTables) {
     if (Ok(code)) code = inserts_[table.id].Prepare(handle, InsertFromBatch(table.id));
   }
   return Ok(code);
 }
 
-SqliteCode RecordingFile::Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq) {
+SqliteCode RecordingFile::Write(const Batch& batch, std::size_t maxBytes, seal::Sealer& sealer,
+                                std::int64_t& lastSeq) {
   const RecordHeader last = rows_.Take(batch, maxBytes);
+  inDoubt_ = false;
   SqliteCode code = begin_.Run();
   if (Ok(code)) code = InsertAll();
+  if (Ok(code)) code = seals_.Insert(SealRows(batch, last, sealer));
   if (Ok(code)) {
-    progress_.Bind(1, last.seq);
-    progress_.Bind(2, last.tick);
-    code = progress_.Run();
+    inDoubt_ = true;
+    code = commit_.Run();
   }
-  if (Ok(code)) code = commit_.Run();
   if (Ok(code)) {
+    inDoubt_ = false;
     lastSeq = last.seq;
   } else if (sqlite3_get_autocommit(database_.Handle()) == 0) {
     (void)database_.Execute("ROLLBACK");
@@ -145,13 +146,6 @@ SqliteCode RecordingFile::InsertAll() {
     if (const SqliteCode code = inserts_[table.id].Run(); !Ok(code)) return code;
   }
   return SqliteCode::kOk;
-}
-
-SqliteCode RecordingFile::CommittedSeq(std::int64_t& seq) {
-  const SqliteCode code = readProgress_.Step();
-  if (code == SqliteCode::kRow) seq = readProgress_.Integer(0);
-  readProgress_.Reset();
-  return code == SqliteCode::kRow ? SqliteCode::kOk : code == SqliteCode::kDone ? SqliteCode::kCorrupt : code;
 }
 
 const char* RecordingFile::Harm() {
@@ -174,7 +168,8 @@ const char* RecordingFile::Harm() {
 }
 
 void RecordingFile::Finalize() {
-  for (Statement* statement : {&begin_, &commit_, &progress_, &readProgress_}) *statement = Statement();
+  for (Statement* statement : {&begin_, &commit_}) *statement = Statement();
+  seals_ = SealTable();
   inserts_ = {};
 }
 

@@ -8,6 +8,7 @@
 #include "FileNames.h"
 #include "PlainFile.h"
 #include "RunId.h"
+#include "SealTable.h"
 
 namespace store {
 
@@ -23,10 +24,12 @@ class RecordingFile {
   // failure no file is left behind.
   int Create(const std::string& path, const RunId& run);
 
-  // Writes about `maxBytes` of records from the front of the batch in one transaction, and sets `lastSeq` to
-  // the last sequence number. After an error the commit may still have taken effect: ask CommittedSeq.
-  SqliteCode Write(const Batch& batch, std::size_t maxBytes, std::int64_t& lastSeq);
-  SqliteCode CommittedSeq(std::int64_t& seq);
+  // Writes about `maxBytes` of records from the front of the batch, and their seal, in one transaction. Sets
+  // `lastSeq` to the last sequence number. After an error the commit may still have taken effect: ask
+  // LastCommit. InDoubt tells that only the file knows: the error came from the commit itself.
+  SqliteCode Write(const Batch& batch, std::size_t maxBytes, seal::Sealer& sealer, std::int64_t& lastSeq);
+  bool InDoubt() const { return inDoubt_; }
+  SqliteCode LastCommit(seal::Place& place, std::int64_t& seq) { return seals_.ReadLast(place, seq); }
 
   // How others harmed the file or its WAL; null if they did not. Of the WAL it checks only identity, size and
   // head.
@@ -58,9 +61,9 @@ class RecordingFile {
   Database database_;
   Statement begin_;
   Statement commit_;
-  Statement progress_;
-  Statement readProgress_;
+  SealTable seals_;
   std::array<Statement, kTableCount> inserts_;
+  bool inDoubt_ = false;
 };
 
 }  // namespace store

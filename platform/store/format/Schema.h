@@ -13,9 +13,9 @@
 //              across the tables of a file. In that order tick never goes back, once there are ticks.
 //   run        One row: the random id of the run, the same in all its files and their copies.
 //   tag_name   Names of the tags (Tags.h).
-//   progress   One row: seq and tick of the last committed record, updated in the same transaction.
-//   seal       Empty, or one row for each commit. If it has rows, the newest names the last committed record,
-//              and progress means nothing.
+//   seal       One row for each commit, in the same transaction. The newest names the last committed record.
+//              Empty in copies and in files of schema 1.
+//   progress   One row: seq and tick of the last record. Means nothing (zeros) in a file with seals.
 //   timeline, record   Views for people. Our programs never run a view of a file.
 //
 // True for every file, also after a power cut:
@@ -50,9 +50,17 @@ std::string InsertFromBatch(TableId table);
 std::string SelectFirstRecords();
 std::string SelectLastRecords();
 
-// The last committed record, updated in the same transaction as the records.
-inline constexpr const char* kUpdateProgress = "UPDATE progress SET last_seq=?1, last_tick=?2";
-inline constexpr const char* kReadProgress = "SELECT last_seq FROM progress";
+// The last committed record of a file of schema 2 or later; the same from its seals alone.
+inline constexpr const char* kReadLastSeq =
+    "SELECT coalesce((SELECT last_seq FROM seal ORDER BY number DESC LIMIT 1), last_seq) FROM progress";
+inline constexpr const char* kReadLastSealed =
+    "SELECT last_seq, last_tick FROM seal ORDER BY number DESC LIMIT 1";
+
+// The seals of a file, in the order of the columns: number, first_seq, last_seq, last_tick, epoch, hash,
+// signature, note.
+inline constexpr const char* kInsertSeal = "INSERT INTO seal VALUES(?1,?2,?3,?4,?5,?6,?7,?8)";
+inline constexpr const char* kReadSeals = "SELECT * FROM main.seal ORDER BY number";
+inline constexpr const char* kReadLastSeal = "SELECT * FROM main.seal ORDER BY number DESC LIMIT 1";
 
 // The id of the run; needs schema 2 or later.
 inline constexpr const char* kReadRun = "SELECT id FROM run";

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,8 @@ class Statement {
   void Bind(int index, std::int64_t value) { (void)sqlite3_bind_int64(statement_.get(), index, value); }
   // The text must live until the statement has run.
   void Bind(int index, std::string_view text);
+  // The bytes, too. Not for no bytes: bind NULL.
+  void Bind(int index, std::span<const unsigned char> bytes);
   void BindNull(int index) { (void)sqlite3_bind_null(statement_.get(), index); }
   int ParameterCount() const { return sqlite3_bind_parameter_count(statement_.get()); }
 
@@ -27,10 +30,13 @@ class Statement {
   SqliteCode Run();
   void Reset() { (void)sqlite3_reset(statement_.get()); }
 
+  int Type(int column) const { return sqlite3_column_type(statement_.get(), column); }  // SQLITE_NULL ...
   bool IsNull(int column) const { return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL; }
   std::int64_t Integer(int column) const { return sqlite3_column_int64(statement_.get(), column); }
   // Valid until the next step or reset.
   std::string_view Text(int column) const;
+  // The same for bytes.
+  std::span<const unsigned char> Blob(int column) const;
 
  private:
   struct Finalize {

@@ -32,11 +32,14 @@ class Chain {
   bool Begin(const Seal& seal);
   CommitHash& Rows() { return *commit_; }
   bool End();
+  // The caller cannot check the rest of this file.
+  void Break() { failed_ = true; }
 
   // Of the current file.
   Verdict FileVerdict() const;
   const std::string& Reason() const { return reason_; }  // empty: no fault
   const PublicKey& Root() const { return root_; }
+  std::string RunId() const { return {run_.begin(), run_.end()}; }
   const Place& Last() const { return last_.place; }
   std::int64_t ProvenTo() const { return provenTo_; }  // last sequence number under a signature; 0: none
   std::int64_t Tail() const { return tail_; }          // seals after the last signature
@@ -65,9 +68,11 @@ class Chain {
   Verdict verdict_ = Verdict::kProven;
   std::string reason_;
   PublicKey root_{};
+  std::array<unsigned char, 16> run_{};
   PublicKey lastRoot_{};
   PublicKey epochKey_{};
   std::int64_t provenTo_ = 0;
+  std::int64_t signedTick_ = 0;  // of the last signature in this file
   std::int64_t tail_ = 0;
 };
 

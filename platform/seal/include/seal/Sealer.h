@@ -25,6 +25,8 @@ class Sealer {
   static constexpr std::int64_t kSignAfterMs = 1000;
   static constexpr std::int64_t kEpochMs = 600'000;
   static constexpr int kMostUnsigned = 64;  // commits, while there are no ticks
+  // More seals than a run makes while the key file stands still.
+  static constexpr std::int64_t kUnknownSeals = std::int64_t{1} << 20;
 
   // Opens the recorder's key. Unless kOk, the sealer goes on without a key.
   KeyFile::Outcome UseKey(const std::string& path, const std::string& hardware);
@@ -44,6 +46,8 @@ class Sealer {
   const Seal& End();  // valid until the next Begin
 
   void Committed();
+  // Leaves a doubtful commit in doubt for good: the next seal follows it, in another file.
+  void Skip();
   // Settles a doubtful commit by the last seal in the file (number 0: none). False if that is neither the
   // last committed nor the attempted seal.
   bool Settle(const Place& inFile);
@@ -75,6 +79,7 @@ class Sealer {
   bool startDue_ = false;
   bool ending_ = false;
   bool keyStuck_ = false;
+  std::int64_t skipped_ = 0;  // numbers that the next seal leaves out
   std::int64_t epochTick_ = 0;
   std::int64_t signedTick_ = 0;
   int unsigned_ = 0;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 // The clocks that the store reads itself, beside TimerTick.
 class StoreClock {
@@ -23,6 +24,10 @@ struct StoreOptions {
 
   // Bytes of records kept in memory while they cannot be written. Beyond that the oldest are dropped.
   std::size_t maxPendingBytes = std::size_t{4} << 20;
+
+  // The seals' key (docs/seal.md). Empty: METADATA_KEY, or else /var/lib/metadatamgr/seal.key. Without the file
+  // the seals prove nothing.
+  std::string keyFile;
 
   // Null: the system's clocks. Must outlive the store.
   const StoreClock* clock = nullptr;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "seal/Sealer.h"
+
+namespace store {
+
+// Opens the key file; empty: where seal::KeyFilePath says. Without the key the sealer goes on; if the
+// file exists, the log tells why.
+void UseSealKey(seal::Sealer& sealer, const std::string& path);
+
+}  // namespace store
