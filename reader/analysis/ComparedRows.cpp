@@ -27,7 +27,7 @@ void AppendValues(const Row& row, std::string& out) {
 }  // namespace
 
 bool ComparedRows::IsCompared(const Row& row) const {
-  if (row.event == EventKind::kRestated) return false;
+  if (row.event == EventKind::kRestated || row.table == "full_state") return false;
   if (row.table == "clock" && !scope_.clock) return false;
   return scope_.ignored == nullptr || !scope_.ignored->Selects(row.table, row.source);
 }
