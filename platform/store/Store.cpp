@@ -39,7 +39,7 @@ bool DataStoreNormal::Store::Open() {
   turns_ = 0;
   fullState_ = store::FullState();
   IgnoreFileSizeSignal();
-  recorder_.Start(store::NewRunId());
+  recorder_.Start(options_.runId.value_or(store::NewRunId()));
   previousRun_ = store::LookAtPreviousRun(recorder_.Names());
   recorder_.StartSeals(options_.keyFile, previousRun_.seal);
   arrival_.Start(clock_.TickMs());

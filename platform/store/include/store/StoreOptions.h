@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 // The clocks that the store reads itself, beside TimerTick.
@@ -25,9 +27,12 @@ struct StoreOptions {
   // Bytes of records kept in memory while they cannot be written. Beyond that the oldest are dropped.
   std::size_t maxPendingBytes = std::size_t{4} << 20;
 
-  // The seals' key (docs/seal.md). Empty: METADATA_KEY, or else /var/lib/metadatamgr/seal.key. Without the file
-  // the seals prove nothing.
+  // The seals' key (docs/seal.md). Empty: METADATA_KEY, or else /var/lib/metadatamgr/seal.key. Without the
+  // file the seals prove nothing.
   std::string keyFile;
+
+  // The id of the run. None: random.
+  std::optional<std::array<unsigned char, 16>> runId;
 
   // Null: the system's clocks. Must outlive the store.
   const StoreClock* clock = nullptr;
