@@ -44,7 +44,8 @@ void CheckFile(const std::string& path, const std::shared_ptr<Recording>& copy, 
   FileEnd end;
   end.lastSeq = file.Committed("last_seq", -1);
   end.lastTick = file.Committed("last_tick", -1);
-  // No count(*): SQLite counts a whole table in one operation, so no limit ends it if pages lead to each other.
+  // No count(*): SQLite counts a whole table in one operation, so no limit ends it if pages lead to each
+  // other.
   end.clean = file.Sql().Integer("SELECT EXISTS(SELECT 1 FROM main.run_end)", 0) != 0;
   const std::int64_t highest = HighestSeq(file);
   if (isLive) (void)file.Sql().Execute("COMMIT");

@@ -3,7 +3,6 @@
 #include <limits>
 #include <utility>
 
-
 namespace reader {
 
 bool SealedRows::Open(Connection& connection) {

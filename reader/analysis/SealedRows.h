@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Tables.h"
 #include "Sqlite.h"
+#include "Tables.h"
 #include "seal/CommitHash.h"
 
 namespace reader {

@@ -6,8 +6,9 @@
 
 #include "support/Child.h"
 
-// Messages to a fake server. The payload of kForward is a message, type (32 bits) and payload, that the server
-// sends to the process. The server answers kSettle with kSettled when the process has handled all of them.
+// Messages to a fake server. The payload of kForward is a message, type (32 bits) and payload, that the
+// server sends to the process. The server answers kSettle with kSettled when the process has handled all of
+// them.
 constexpr unsigned int kForward = 60000, kSettle = 60001, kSettled = 60002;
 
 // How a server answers a subscription to one of its items.
