@@ -114,14 +114,16 @@ bool Replay::Next(DriveLine& line) {
     shiftMs_ = Systick().SystemTick() - static_cast<std::uint32_t>(beginTick_);
   }
   begun_ = true;
-  if (again_.empty() && NextEvent(line)) return true;
-  if (again_.empty() && options_.loop && lastMs_ > roundMs_) PlayAgain();
-  if (again_.empty()) return false;
-  std::string error;
-  line.at = std::chrono::milliseconds(roundMs_);
-  const bool possible = ParseCommand(again_.back(), line.command, error);
-  again_.pop_back();
-  return possible || Next(line);
+  for (;;) {
+    if (again_.empty() && NextEvent(line)) return true;
+    if (again_.empty() && options_.loop && lastMs_ > roundMs_) PlayAgain();
+    if (again_.empty()) return false;
+    std::string error;
+    line.at = std::chrono::milliseconds(roundMs_);
+    const bool possible = ParseCommand(again_.back(), line.command, error);
+    again_.pop_back();
+    if (possible) return true;
+  }
 }
 
 bool Replay::NextEvent(DriveLine& line) {

@@ -118,7 +118,7 @@ Outcome Publisher::SendUnchanged(const Value& value, const std::string& done) {
   if (publication.source->kind == Source::kItem && server_->Subscriptions() == 0) {
     return {true, "nobody has subscribed"};
   }
-  const Outcome outcome = Transmit(value);
+  Outcome outcome = Transmit(value);
   if (!outcome.ok) return outcome;
   LogSent(ProcessName(process_), std::string(publication.source->name) + publication.describe(*value.item));
   return {true, done};

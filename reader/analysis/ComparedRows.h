@@ -37,7 +37,7 @@ class ComparedRows {
   ComparedRows(const Run& run, ComparedScope scope, Messages& messages)
       : reader_({run}, nullptr, false, messages), scope_(scope) {}
 
-  bool Next(ComparedRow& row);
+  bool Next(ComparedRow& compared);
 
  private:
   bool IsCompared(const Row& row) const;

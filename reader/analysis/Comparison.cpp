@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 #include <numeric>
+#include <utility>
 
 namespace reader {
 namespace {
@@ -71,11 +72,10 @@ void Comparison::Take(Difference kind, const ComparedRow* a, const ComparedRow* 
   const bool isCounted = sources_.size() < kMostSources || sources_.contains(row.source);
   ++sources_[isCounted ? row.source : "other sources"][static_cast<std::size_t>(kind)];
   if (first_ && first_->rank <= row.rank) return;
-  first_.emplace();
-  first_->kind = kind;
-  first_->rank = row.rank;
-  if (a != nullptr) first_->a = *a;
-  if (b != nullptr) first_->b = *b;
+  First first{kind, {}, {}, row.rank};
+  if (a != nullptr) first.a = *a;
+  if (b != nullptr) first.b = *b;
+  first_ = std::move(first);
 }
 
 std::int64_t Comparison::Total() const {

@@ -91,6 +91,7 @@ SealCheck::Known SealCheck::LookAt(const std::string& path) {
 
 std::vector<SealFinding> SealCheck::Verify(const std::vector<std::string>& paths) {
   std::vector<Known> files;
+  files.reserve(paths.size());
   for (const std::string& path : paths) files.push_back(LookAt(path));
   for (const Known& file : files) total_ += std::max<std::int64_t>(0, file.records);
   std::stable_sort(files.begin(), files.end(), [](const Known& a, const Known& b) {
