@@ -45,7 +45,7 @@ class BenchRun {
   std::string SendOutput() const { return directory_.Read("send"); }
 
  private:
-  void StartCommand(std::vector<std::string> command, const std::vector<std::string>& arguments);
+  void StartCommand(std::vector<std::string> all, const std::vector<std::string>& arguments);
 
   TempDir directory_;
   std::string out_ = "out";
