@@ -30,6 +30,7 @@ class Charts {
     store::TableId table;
     std::size_t column;
     std::string line;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check dislikes the generated comparison
     auto operator<=>(const Name& other) const = default;
   };
   struct Line {

@@ -6,7 +6,6 @@
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 namespace {
 
@@ -47,7 +46,7 @@ class VerifyTest : public ReaderTest {
 
   // A fresh copy of all recordings.
   std::string Copied() const {
-    const std::string to = dir_.Path("copied");
+    std::string to = dir_.Path("copied");
     fs::remove_all(to);
     fs::create_directory(to);
     for (const auto& entry : fs::directory_iterator(dir_.Path("")))
