@@ -163,7 +163,7 @@ TEST(Start, WithoutStateManagerSendsItNothing) {
   Car car;
   car.environment["RUN_WITHOUT_STATEMGR"] = "";
   car.Start();
-  car.ServeExternalMgr(car.externalMgr);
+  Car::ServeExternalMgr(car.externalMgr);
   Peer tool("Tool");
   EXPECT_EQ(tool.Ask(kLogLevelGet, "00 00 00 00", kLogLevel), "00 00 00 07");
   tool.Send(kQuit);
@@ -195,7 +195,7 @@ TEST(Start, RecordsARecordingThatIsUnderWay) {
   car.Begin();
   car.stateMgr.Send(kSubscribe, "01");
   car.ServeStateMgr();
-  car.ServeExternalMgr(car.externalMgr);
+  Car::ServeExternalMgr(car.externalMgr);
   EXPECT_EQ(streamMgr.Await(kGetRecording), "");
   streamMgr.Send(kRecording, "0004 52454944");
   EXPECT_EQ(car.stateMgr.Await(kSubscribed), "01");

@@ -57,8 +57,10 @@ TEST(Subscribe, RecordsInputsGpsAndRadarAlsoWithoutTheirServers) {
   Lines ignored;
   for (const ServerRow& server : Played()) {
     const std::string name = server.name;
-    if (!server.defaultWhenOff)
-      ignored.push_back(By(kManager, "32 SubscribeTo" + name + " - set to ignore " + name + " "));
+    if (server.defaultWhenOff) continue;
+    const std::string text =
+        std::string("32 SubscribeTo").append(name).append(" - set to ignore ").append(name);
+    ignored.push_back(By(kManager, text + " "));
   }
   EXPECT_EQ(car.Log(), ignored);
   EXPECT_EQ(car.Quit(), 0);
@@ -105,7 +107,7 @@ TEST(Restart, RenewsTheSubscriptionsOfItsServerAndReportsNothing) {
   EXPECT_EQ(said(2), SaidOfRestart(2, "StateMgr"));
   car.ServeStateMgr();
   EXPECT_EQ(said(29), SaidOfRestart(29, "ExternalMgr"));
-  car.ServeExternalMgr(car.externalMgr);
+  Car::ServeExternalMgr(car.externalMgr);
   EXPECT_EQ(car.externalMgr.Ask(kPing, "", kPong), "");
   EXPECT_EQ(car.servers->Asked(), Lines{});
   EXPECT_EQ(car.Quit(), 0);
@@ -127,7 +129,7 @@ TEST(Restart, OfAServerThatIsNotThereIsARefusedRenewalAndAnotherTriesAgain) {
   EXPECT_EQ(car.LogAfter(kRestarted, "0000001d").back(), refused.back()) << "too early";
   Peer successor("ExternalMgr");
   car.stateMgr.Send(kRestarted, "0000001d");
-  car.ServeExternalMgr(successor);
+  Car::ServeExternalMgr(successor);
   successor.Send(kLiveStream0, "01 00 0001 0000 0001");
   EXPECT_EQ(successor.Ask(kPing, "", kPong), "");
   EXPECT_EQ(car.Quit(), 0);
