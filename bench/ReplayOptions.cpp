@@ -54,6 +54,8 @@ CLI::App* AddReplay(CLI::App& app, Options& options) {
       ->check(CLI::IsMember({"keep", "move"}));
   replay->add_flag("--loop", options.replay.loop, "play again and again, until Ctrl-C or \"send quit\"");
   AddProcesses(replay, options);
+  replay->footer("If standard input is a terminal: space pauses and goes on, n or a dot plays one line.\n" +
+                 replay->get_footer());
   return replay;
 }
 

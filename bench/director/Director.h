@@ -14,6 +14,8 @@
 
 namespace bench {
 
+class Pace;
+
 // Starts the processes, plays the drive, performs commands from other terminals, shuts everything down, and
 // prints a summary.
 class Director {
@@ -29,6 +31,7 @@ class Director {
   void Play();
   void PlayLines();
   void PlayReplay();
+  bool AwaitDue(std::chrono::milliseconds at, bool look, Pace& pace);
   void AwaitBegin();
   void EndReplay();
   bool IsCutShort();

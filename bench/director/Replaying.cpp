@@ -1,4 +1,7 @@
+#include <algorithm>
+
 #include "Director.h"
+#include "Pace.h"
 #include "Processes.h"
 #include "system/Systick.h"
 
@@ -9,8 +12,6 @@ namespace bench {
 using std::chrono::milliseconds;
 
 namespace {
-
-constexpr std::chrono::seconds kProgressInterval{10};
 
 // Looks for news at least after this many lines, also when all of them are due.
 constexpr std::size_t kLinesWithoutALook = 64;
@@ -26,22 +27,29 @@ void Director::AwaitBegin() {
 }
 
 void Director::PlayReplay() {
-  Vehicle::Clock::time_point next = Vehicle::Clock::now() + kProgressInterval;
-  const auto mustEnd = [this] { return vehicle_.MustEnd(); };
+  report_.DriveIsAt(milliseconds(0));
+  Pace pace(report_, drive_.length);
   bool failed = false;
   for (DriveLine line; drive_.next(line);) {
     const bool look = failed || linesPlayed_ % kLinesWithoutALook == kLinesWithoutALook - 1;
-    const auto due = report_.WhenDue(line.at);
-    if (vehicle_.ReceiveUntil(look ? std::max(due, Vehicle::Clock::now() + milliseconds(1)) : due, mustEnd))
-      return;
+    if (!AwaitDue(line.at, look, pace)) return;
     report_.DriveIsAt(line.at);
     ++linesPlayed_;
     failed = !Execute(line.command.words, {}).ok;
-    if (Vehicle::Clock::now() < next) continue;
-    report_.Event(std::to_string(linesPlayed_) + " lines");
-    next += kProgressInterval;
+    pace.Played(line.at, line.text);
   }
   EndReplay();
+}
+
+// Returns false if the run must end.
+bool Director::AwaitDue(milliseconds at, bool look, Pace& pace) {
+  const auto least = look ? Vehicle::Clock::now() + milliseconds(1) : report_.DriveBegin();
+  Vehicle::Clock::time_point due;
+  return !vehicle_.ReceiveUntil(due, [&] {
+    pace.TakeKeys();
+    due = std::max(pace.WhenDue(at), least);
+    return vehicle_.MustEnd();
+  });
 }
 
 // A shut-down ends the wait for an answer, and so does the end of a process.

@@ -1,6 +1,9 @@
 #include "Screen.h"
 
+#include <algorithm>
 #include <cstdio>
+
+#include "RunOptions.h"
 
 namespace bench {
 
@@ -21,6 +24,16 @@ Screen::Clock::time_point Screen::WhenDue(std::chrono::milliseconds at) const {
 double Screen::DriveSeconds() const {
   if (at_) return std::chrono::duration<double>(*at_).count();
   return std::chrono::duration<double>(Clock::now() - begin_).count() * speed_;
+}
+
+std::chrono::milliseconds Screen::DriveTime() const {
+  if (speed_ >= kMaxSpeed) return PlayedTo();
+  const std::chrono::duration<double, std::milli> since = (Clock::now() - begin_) * speed_;
+  return std::max(PlayedTo(), std::chrono::duration_cast<std::chrono::milliseconds>(since));
+}
+
+void Screen::GoOnFrom(std::chrono::milliseconds at) {
+  begin_ += Clock::now() - WhenDue(at);
 }
 
 std::string Screen::Stamp() const {

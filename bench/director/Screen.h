@@ -26,9 +26,13 @@ class Screen {
   Clock::time_point WhenDue(std::chrono::milliseconds at) const;
   // The time of the drive. It runs faster than the clock when the drive does.
   double DriveSeconds() const;
+  // The same, also between two lines of a replay.
+  std::chrono::milliseconds DriveTime() const;
 
-  // A replay sets the time of the drive with each line.
+  // A replay sets the time of the drive with each line, and tells from which time it goes on after a pause.
   void DriveIsAt(std::chrono::milliseconds at) { at_ = at; }
+  std::chrono::milliseconds PlayedTo() const { return at_.value_or(std::chrono::milliseconds(0)); }
+  void GoOnFrom(std::chrono::milliseconds at);
 
   // The time stamp for an event that happens now.
   std::string Stamp() const;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "Encode.h"
 #include "FindFiles.h"
 #include "Verbs.h"
 #include "system/Systick.h"
@@ -75,9 +76,18 @@ bool Replay::IsPlayed(const Row& row) const {
   return !options_.without || !Selects(*options_.without, row);
 }
 
+// The last arrival that is played, nearly.
+std::int64_t Replay::EndTick() const {
+  const reader::Run& run = runs_.front();
+  if (!range_.to) return run.lastTick;
+  const bool byUtc = range_.to->by == reader::Position::By::kUtc;
+  const std::int64_t tick = byUtc ? run.firstTick + range_.to->value - run.firstUtcMs : range_.to->tick;
+  return std::min(run.lastTick, tick);
+}
+
 // Rows up to the first full state, and up to --from, tell the values at the start.
 bool Replay::Begin() {
-  reader_ = std::make_unique<reader::RunReader>(runs_, nullptr, false, messages_);
+  reader_ = std::make_unique<reader::RunReader>(runs_, nullptr, true, messages_);
   items_ = ItemsOfRows();
   bool full = false;
   for (hasRow_ = reader_->Next(row_); hasRow_; hasRow_ = reader_->Next(row_)) {
@@ -99,6 +109,7 @@ bench::Drive Replay::Drive() {
     shiftMs_ = *drive.beginTick - static_cast<std::uint32_t>(beginTick_);
   }
   drive.endsInKill = !cleanEnd_;
+  if (!options_.loop) drive.length = std::chrono::milliseconds(EndTick() - beginTick_);
   std::vector<Words> before = items_.FirstValues(shiftMs_);
   if (items_.Recording()) before.push_back({"direct", "record", "start"});
   for (const Words& words : before) {
@@ -135,6 +146,7 @@ bool Replay::NextEvent(DriveLine& line) {
     if (words.empty() || !ParseCommand(words, line.command, error)) continue;
     lastMs_ = std::clamp(roundMs_ + row_.tick - beginTick_, lastMs_, std::max(lastMs_, kLongestMs));
     line.at = std::chrono::milliseconds(lastMs_);
+    line.text = reader::Printable(std::string(row_.source) + ": " + std::string(row_.text));
     hasRow_ = reader_->Next(row_);
     return true;
   }

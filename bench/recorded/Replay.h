@@ -43,6 +43,7 @@ class Replay {
   void Judge();
   // Reads up to the first event.
   bool Begin();
+  std::int64_t EndTick() const;
   bool IsPlayed(const Row& row) const;
   bool Next(DriveLine& line);
   bool NextEvent(DriveLine& line);

@@ -1,5 +1,8 @@
 #include "BenchRun.h"
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -8,11 +11,12 @@
 namespace {
 
 // Runs in a child: becomes vehiclebench, with its output in a file.
-int ExecBench(std::vector<std::string> arguments, const std::string& output) {
+int ExecBench(std::vector<std::string> arguments, const std::string& output, int terminal = -1) {
   for (const char* variable : {"METADATA_ROOT", "METADATA_SHM", "LINX_IPC_DIR", "LOG_TARGET"})
     unsetenv(variable);
   arguments.insert(arguments.begin(), VEHICLEBENCH);
-  return ExecInto(arguments, output, output);
+  if (terminal >= 0 && (setsid() < 0 || ioctl(terminal, TIOCSCTTY, 0) != 0)) return 126;
+  return ExecInto(arguments, output, output, terminal);
 }
 
 }  // namespace
@@ -30,11 +34,15 @@ void BenchRun::Start(const std::vector<std::string>& arguments) {
   StartCommand(std::move(command), arguments);
 }
 
-int BenchRun::Replay(const std::string& recording, const std::vector<std::string>& arguments) {
+void BenchRun::StartReplay(const std::string& recording, const std::vector<std::string>& arguments) {
   const bool timed = std::find(arguments.begin(), arguments.end(), "--speed") != arguments.end();
   StartCommand(timed ? std::vector<std::string>{"replay", recording}
                      : std::vector<std::string>{"replay", recording, "--speed", "max"},
                arguments);
+}
+
+int BenchRun::Replay(const std::string& recording, const std::vector<std::string>& arguments) {
+  StartReplay(recording, arguments);
   return Finish();
 }
 
@@ -45,7 +53,7 @@ void BenchRun::StartCommand(std::vector<std::string> all, const std::vector<std:
   all.insert(all.end(), arguments.begin(), arguments.end());
   child_ = std::make_unique<Child>([&] {
     setenv("STUB", behaviour_.c_str(), 1);
-    return ExecBench(all, directory_.Path("output"));
+    return ExecBench(all, directory_.Path("output"), terminal_);
   });
 }
 

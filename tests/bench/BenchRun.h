@@ -24,12 +24,15 @@ class BenchRun {
   void Start(const std::vector<std::string>& arguments = {});
   // Waits until the bench has printed the text.
   bool Said(const std::string& text) const;
+  // Gives the bench a terminal of its own as standard input.
+  void UseTerminal(int terminal) { terminal_ = terminal; }
   void Signal(int signal) const { child_->Signal(signal); }
   pid_t Id() const { return child_->Id(); }
   // Returns the exit status.
   int Finish();
   int Run(const std::vector<std::string>& arguments = {});
   // Plays a recording, or a directory with recordings, as fast as possible.
+  void StartReplay(const std::string& recording, const std::vector<std::string>& arguments = {});
   int Replay(const std::string& recording, const std::vector<std::string>& arguments = {});
 
   std::string Output() const { return directory_.Read("output"); }
@@ -52,6 +55,7 @@ class BenchRun {
   std::string drive_;
   std::vector<std::string> program_;
   std::string behaviour_;
+  int terminal_ = -1;
   std::unique_ptr<Child> child_;
 };
 
