@@ -84,20 +84,24 @@ std::int64_t Comparison::Total() const {
   return total;
 }
 
-std::string DifferenceText(const Comparison::First& first, TickShift shift) {
-  std::string text = kWords[static_cast<std::size_t>(first.kind)].text;
-  if (!first.a || !first.b) return text;
-  std::int64_t ms = 0;
-  if (first.kind == Difference::kTick) {
-    ms = static_cast<std::int32_t>(first.b->senderTick - first.a->senderTick - shift.sender);
-  } else if (first.kind == Difference::kArrival) {
-    ms = first.b->tick - first.a->tick - shift.arrivalMs;
-  } else if (first.kind == Difference::kUtc) {
-    ms = first.b->utcMs - first.a->utcMs;
-  } else {
-    return text;
+std::optional<std::int64_t> DifferenceMs(const Comparison::First& first, TickShift shift) {
+  if (!first.a || !first.b) return std::nullopt;
+  switch (first.kind) {
+    case Difference::kTick:
+      return static_cast<std::int32_t>(first.b->senderTick - first.a->senderTick - shift.sender);
+    case Difference::kArrival:
+      return first.b->tick - first.a->tick - shift.arrivalMs;
+    case Difference::kUtc:
+      return first.b->utcMs - first.a->utcMs;
+    default:
+      return std::nullopt;
   }
-  return text + " " + std::to_string(ms) + " ms";
+}
+
+std::string DifferenceText(const Comparison::First& first, TickShift shift) {
+  const std::string text = kWords[static_cast<std::size_t>(first.kind)].text;
+  const auto ms = DifferenceMs(first, shift);
+  return ms ? text + " " + std::to_string(*ms) + " ms" : text;
 }
 
 std::string CountsText(const Comparison::Counts& counts) {

@@ -43,6 +43,8 @@ class Comparison {
   std::map<std::string, Counts> sources_;
 };
 
+// By how much the times of the first difference differ; nothing if it is no difference of times.
+std::optional<std::int64_t> DifferenceMs(const Comparison::First& first, TickShift shift);
 // One line for people: what is different, without the records.
 std::string DifferenceText(const Comparison::First& first, TickShift shift);
 // "values 2, only in A 1"

@@ -4,6 +4,7 @@
 
 #include "Comparison.h"
 #include "Declarations.h"
+#include "DiffJson.h"
 #include "Encode.h"
 #include "FindFiles.h"
 #include "Output.h"
@@ -22,6 +23,7 @@ struct DiffOptions {
   std::string b;
   std::optional<Selection> ignored;
   bool clock = false;
+  bool json = false;
   std::optional<std::int64_t> toleranceMs;
 };
 
@@ -57,24 +59,44 @@ void WriteDifferences(const Comparison& comparison, std::string& out) {
   }
 }
 
-// Compares the runs of both sides in the order of time. Returns whether they are alike.
-bool CompareRuns(const std::vector<Run>& a, const std::vector<Run>& b, const DiffOptions& options,
-                 Messages& messages, std::string& out) {
-  bool alike = a.size() == b.size();
-  if (!alike) Print(out, "A has %zu runs, B has %zu; the first ones are compared\n", a.size(), b.size());
-  const std::size_t count = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    Comparison comparison;
-    comparison.Compare(a[i], b[i], {options.ignored ? &*options.ignored : nullptr, options.clock},
-                       {options.toleranceMs, options.clock}, messages);
-    if (count > 1) Print(out, "Run %zu\n", i + 1);
+// Compares the runs of both sides in the order of time.
+std::vector<Comparison> CompareRuns(const std::vector<Run>& a, const std::vector<Run>& b,
+                                    const DiffOptions& options, Messages& messages) {
+  std::vector<Comparison> comparisons(std::min(a.size(), b.size()));
+  for (std::size_t i = 0; i < comparisons.size(); ++i) {
+    comparisons[i].Compare(a[i], b[i], {options.ignored ? &*options.ignored : nullptr, options.clock},
+                           {options.toleranceMs, options.clock}, messages);
+  }
+  return comparisons;
+}
+
+void WriteText(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
+               std::string& out) {
+  if (runsInA != runsInB) {
+    Print(out, "A has %zu runs, B has %zu; the first ones are compared\n", runsInA, runsInB);
+  }
+  for (std::size_t i = 0; i < comparisons.size(); ++i) {
+    const Comparison& comparison = comparisons[i];
+    if (comparisons.size() > 1) Print(out, "Run %zu\n", i + 1);
     if (comparison.Differs()) WriteDifferences(comparison, out);
     const std::int64_t total = comparison.Total();
     Print(out, "%lld records are alike, %lld difference%s\n", static_cast<long long>(comparison.Pairs()),
           static_cast<long long>(total), total == 1 ? "" : "s");
-    alike = alike && !comparison.Differs();
   }
-  return alike;
+}
+
+void WriteJson(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
+               std::string& out) {
+  JsonWriter json(out);
+  json.Object().Number("runsInA", static_cast<std::int64_t>(runsInA));
+  json.Number("runsInB", static_cast<std::int64_t>(runsInB));
+  json.Array("runs");
+  for (std::size_t i = 0; i < comparisons.size(); ++i) {
+    WriteComparison(static_cast<std::int64_t>(i) + 1, comparisons[i], json);
+  }
+  json.EndArray();
+  json.EndObject();
+  out += '\n';
 }
 
 int Diff(const DiffOptions& options) {
@@ -86,8 +108,12 @@ int Diff(const DiffOptions& options) {
     messages.Problem(options.a + ": this is the same recording twice, and it is being written");
     return kTrouble;
   }
+  const std::vector<Comparison> comparisons = CompareRuns(a, b, options, messages);
   Output out(Output::Kind::kText);
-  const bool alike = CompareRuns(a, b, options, messages, out.Text());
+  (options.json ? WriteJson : WriteText)(comparisons, a.size(), b.size(), out.Text());
+  const bool alike =
+      a.size() == b.size() && std::none_of(comparisons.begin(), comparisons.end(),
+                                           [](const Comparison& any) { return any.Differs(); });
   if (!out.Flush() || messages.Status() != kGood) return kTrouble;
   return alike ? kAlike : kDifferent;
 }
@@ -108,6 +134,7 @@ Action DeclareDiff(CLI::App& app) {
   app.add_option("--tolerance", options->toleranceMs, "how far arrivals of events may differ; default: any")
       ->type_name("MS")
       ->check(CLI::Range(std::int64_t{0}, std::int64_t{1'000'000'000}));
+  app.add_flag("--json", options->json, "as JSON");
   app.footer(
       "Compares values, order and differences of ticks, source by source. A constant difference of all "
       "ticks\n"

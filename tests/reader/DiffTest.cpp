@@ -67,6 +67,30 @@ TEST_F(DiffTest, FindsEachChangeNamesTheFirstAndCountsTheOthers) {
   }
 }
 
+TEST_F(DiffTest, TellsProgramsTheSame) {
+  Open();
+  Drive();
+  Close();
+  const Ran ran = DiffAfter(
+      "UPDATE bookmark SET sender_tick=sender_tick+1000 WHERE seq=7; DELETE FROM temperature", {"--json"});
+  EXPECT_EQ(ran.status, 1) << ran.said;
+  EXPECT_EQ(
+      ran.out,
+      R"({"runsInA":1,"runsInB":1,"runs":[{"run":1,"alike":8,"differences":2,"first":{"table":"bookmark",)"
+      R"("source":"bookmark","kind":"ticks","ms":1000,)"
+      R"("a":{"record":7,"time":"2024-05-01T12:00:00.800Z","tick":11100,"senderTick":10800,)"
+      R"("content":"event"},)"
+      R"("b":{"record":7,"time":"2024-05-01T12:00:01.800Z","tick":11100,"senderTick":11800,)"
+      R"("content":"event"}},"sources":[)"
+      R"({"source":"bookmark","values":0,"ticks":1,"order":0,"arrivals":0,"utc":0,"onlyInA":0,"onlyInB":0},)"
+      R"({"source":"temperature 0","values":0,"ticks":0,"order":0,"arrivals":0,"utc":0,"onlyInA":1,)"
+      R"("onlyInB":0}]}]})"
+      "\n");
+  const Ran alike = Metadata({"diff", File(1), File(1), "--json"});
+  EXPECT_EQ(alike.status, 0);
+  EXPECT_THAT(alike.out, HasSubstr(R"("differences":0,"first":null,"sources":[]}]})"));
+}
+
 // What is no difference: another start of the tick (here across its wrap), other arrivals, another clock, and
 // sources that are left out.
 TEST_F(DiffTest, LeavesOutWhatIsNoDifference) {
