@@ -1,4 +1,3 @@
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -6,13 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "Commands.h"
 #include "Director.h"
 #include "Drive.h"
 #include "GpsdConnection.h"
 #include "NmeaLog.h"
 #include "Options.h"
 #include "Receiver.h"
-#include "RecordedDrive.h"
 #include "Roles.h"
 #include "Send.h"
 #include "Surroundings.h"
@@ -22,18 +21,9 @@ namespace bench {
 
 namespace {
 
-enum ExitStatus { kGood = 0, kFailed = 1, kUsage = 2 };
-
-int ReportErrors(const std::vector<std::string>& errors) {
-  for (const std::string& error : errors) (void)std::fprintf(stderr, "%s\n", error.c_str());
-  return errors.empty() ? kGood : kUsage;
-}
-
 // Names the receiver for the GPS process in the environment.
 bool PrepareReceiver(const Options& options, std::string& error) {
-  unsetenv(kNmeaVariable);
-  unsetenv(kNmeaEndsDriveVariable);
-  unsetenv(kGpsdVariable);
+  ForgetReceiver();
   if (!options.gpsd.empty()) {
     std::string peer;
     if (!ResolveGpsd(options.gpsd, peer, error)) return false;
@@ -75,62 +65,12 @@ int Run(const Options& options) {
   return Director(options.run, drive, surroundings).Run() ? kGood : kFailed;
 }
 
-int PlayReplay(Options& options) {
-  LogClient::Instance().Level(0);
-  std::string error;
-  if (!CompleteReplay(options, error)) return ReportErrors({error});
-  Replay replay(options.replay);
-  if (!replay.Open()) return kFailed;
-  const Drive drive = replay.Drive();
-  (void)PrepareReceiver(options, error);
-  Surroundings surroundings(options.out);
-  if (!surroundings.Prepare(error)) {
-    (void)ReportErrors({error});
-    return kFailed;
-  }
-  return Director(options.run, drive, surroundings).Run() && replay.Good() ? kGood : kFailed;
-}
-
 int Check(const Options& options) {
   Drive drive;
   const auto errors = ReadDrive(options.drive, drive);
   if (!errors.empty()) return ReportErrors(errors);
   (void)std::printf("%s: good, %zu lines\n", drive.name.c_str(), drive.lines.size());
   return kGood;
-}
-
-// Never overwrites an existing file.
-bool WriteNew(const std::string& path, const std::string& text) {
-  std::FILE* file = path.empty() ? stdout : std::fopen(path.c_str(), "wxe");
-  if (file == nullptr) {
-    (void)std::fprintf(stderr, "%s: %s\n", path.c_str(), std::strerror(errno));
-    return false;
-  }
-  bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  if (file != stdout) written = std::fclose(file) == 0 && written;
-  if (!written) (void)std::fprintf(stderr, "cannot write the drive\n");
-  return written;
-}
-
-RecordedDrive MakeDrive(const Options& options) {
-  if (!options.exact) return DriveOf(options.replay.recordings);
-  ReplayOptions kept = options.replay;
-  kept.moveTicks = false;
-  Replay replay(kept);
-  if (!replay.Open()) return {};
-  RecordedDrive drive = ExactDriveOf(replay);
-  if (!replay.Good()) drive.problems.emplace_back("not all of the recording can be read");
-  return drive;
-}
-
-int WriteDrive(const Options& options) {
-  const RecordedDrive drive = MakeDrive(options);
-  for (const std::string& problem : drive.problems) (void)std::fprintf(stderr, "%s\n", problem.c_str());
-  if (drive.lines == 0) {
-    (void)std::fprintf(stderr, "no events to make a drive of\n");
-    return kFailed;
-  }
-  return WriteNew(options.output, drive.text) && drive.problems.empty() ? kGood : kFailed;
 }
 
 int Send(const Options& options) {

@@ -71,14 +71,15 @@ CLI::App* AddCheck(CLI::App& app, Options& options) {
 }
 
 CLI::App* AddDrive(CLI::App& app, Options& options) {
-  CLI::App* drive =
-      app.add_subcommand("drive", "Writes the first run of recordings as a drive to read, change and run");
+  CLI::App* drive = app.add_subcommand(
+      "drive", "Writes one run of recordings, by default the first, as a drive to read, change and run");
   drive->add_option("RECORDING", options.replay.recordings, "recordings, or directories with them")
       ->required();
   drive->add_option("-o,--output", options.output, "file to create; must not exist [standard output]")
       ->type_name("FILE");
   CLI::Option* exact = drive->add_flag("--exact", options.exact,
                                        "with the bytes and ticks of each event, as replay plays them");
+  AddRunNumber(drive, options);
   for (CLI::Option* stretch : AddStretch(drive, options)) stretch->needs(exact);
   drive->footer(
       "Exit status: 0 the whole run was written, 1 not all of it, or it cannot be read; see standard error.");

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Replay.h"
+#include "PlayedRuns.h"
 #include "RunOptions.h"
 #include "Words.h"
 
@@ -33,6 +33,8 @@ CLI::App* AddReplay(CLI::App& app, Options& options);
 CLI::App* AddSend(CLI::App& app, Options& options);
 CLI::App* AddRole(CLI::App& app, Options& options);
 
+// Adds the option that chooses a run.
+void AddRunNumber(CLI::App* app, Options& options);
 // Adds the options that choose a part of a recording.
 std::vector<CLI::Option*> AddStretch(CLI::App* app, Options& options);
 // Adds the options that replay and run share.

@@ -31,18 +31,25 @@ double ReadSpeed(const std::string& text) {
 
 }  // namespace
 
+void AddRunNumber(CLI::App* app, Options& options) {
+  app->add_option("--run", options.replay.run, "only this run; metadata info tells the numbers")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1'000'000'000));
+}
+
 std::vector<CLI::Option*> AddStretch(CLI::App* app, Options& options) {
   return {AddInstant(app, "--from", options.replay.from, "begin at T, with the values known then"),
           AddInstant(app, "--to", options.replay.to, "end at T"),
-          AddSources(app, "--only", options.replay.only, "only these sources, separated by commas"),
-          AddSources(app, "--without", options.replay.without, "without these sources")};
+          AddSources(app, "--only", options.replay.how.only, "only these sources, separated by commas"),
+          AddSources(app, "--without", options.replay.how.without, "without these sources")};
 }
 
 CLI::App* AddReplay(CLI::App& app, Options& options) {
-  CLI::App* replay = app.add_subcommand(
-      "replay", "Plays the first run of recordings: the servers send again what was recorded");
+  CLI::App* replay =
+      app.add_subcommand("replay", "Plays recordings, run by run: the servers send again what was recorded");
   replay->add_option("RECORDING", options.replay.recordings, "recordings, or directories with them")
       ->required();
+  AddRunNumber(replay, options);
   (void)AddStretch(replay, options);
   const auto speed = [&options](const std::string& text) { options.run.speed = ReadSpeed(text); };
   replay
@@ -52,7 +59,7 @@ CLI::App* AddReplay(CLI::App& app, Options& options) {
   replay->add_option("--ticks", options.ticks, "keep the ticks of the senders, or move them to now")
       ->type_name("keep|move")
       ->check(CLI::IsMember({"keep", "move"}));
-  replay->add_flag("--loop", options.replay.loop, "play again and again, until Ctrl-C or \"send quit\"");
+  replay->add_flag("--loop", options.replay.how.loop, "play again and again, until Ctrl-C or \"send quit\"");
   AddProcesses(replay, options);
   replay->footer("If standard input is a terminal: space pauses and goes on, n or a dot plays one line.\n" +
                  replay->get_footer());
@@ -65,8 +72,8 @@ bool CompleteReplay(Options& options, std::string& error) {
     error = "--ticks move goes with --speed 1: at another speed the ticks would leave the present";
     return false;
   }
-  options.replay.moveTicks = options.ticks.empty() ? realTime : options.ticks == "move";
-  options.replay.beginIsOpen = options.run.attach;
+  options.replay.how.moveTicks = options.ticks.empty() ? realTime : options.ticks == "move";
+  options.replay.how.beginIsOpen = options.run.attach;
   return true;
 }
 

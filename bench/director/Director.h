@@ -25,6 +25,8 @@ class Director {
 
   // Returns true when nothing failed.
   bool Run();
+  // Whether a replay ended because everything was played.
+  bool PlayedAll() const { return vehicle_.WhyItEnds() == Vehicle::End::kPlayed; }
 
  private:
   bool Open();

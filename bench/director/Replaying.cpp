@@ -66,7 +66,7 @@ void Director::EndReplay() {
     if (!vehicle_.MustEnd())
       report_.Event("killing MetadataMgr: " + actions_.at("kill")({MetadataMgrName()}).text);
   }
-  vehicle_.MustEndNow(Vehicle::End::kAskedFor);
+  if (!vehicle_.MustEnd()) vehicle_.MustEndNow(Vehicle::End::kPlayed);
 }
 
 }  // namespace bench

@@ -50,7 +50,8 @@ class Vehicle {
   bool ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done);
 
   // Why the run must end.
-  enum class End { kNone, kAskedFor, kBroken };
+  enum class End { kNone, kPlayed, kAskedFor, kBroken };
+  End WhyItEnds() const { return end_; }
   bool MustEnd() const { return end_ != End::kNone; }
   void MustEndNow(End why) { end_ = why; }
 

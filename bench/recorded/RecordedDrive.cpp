@@ -94,12 +94,17 @@ RecordedDrive ExactDriveOf(Replay& replay) {
   return drive;
 }
 
-RecordedDrive DriveOf(const std::vector<std::string>& paths) {
+std::string OtherRuns(std::size_t count) {
+  return "there are " + std::to_string(count) + " runs; the drive is of the first";
+}
+
+RecordedDrive DriveOf(const std::vector<std::string>& paths, int number) {
   RecordedDrive drive;
   Messages messages([&drive](const std::string& text) { drive.problems.push_back(text); });
   std::vector<Run> runs = FindRuns(FindFiles(paths, messages), messages);
+  if (number != 0) std::erase_if(runs, [number](const Run& run) { return run.number != number; });
   if (runs.size() > 1) {
-    drive.problems.push_back("there are " + std::to_string(runs.size()) + " runs; the drive is of the first");
+    drive.problems.push_back(OtherRuns(runs.size()));
     runs.resize(1);
   }
   RunReader reader(runs, nullptr, false, messages);

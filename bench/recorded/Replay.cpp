@@ -1,11 +1,9 @@
 #include "Replay.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
 #include "Encode.h"
-#include "FindFiles.h"
 #include "Verbs.h"
 #include "system/Systick.h"
 
@@ -21,10 +19,6 @@ constexpr std::uint32_t kStartMs = 1000;
 // Limits ticks of damaged recordings: some months.
 constexpr std::int64_t kLongestMs = 10'000'000'000;
 
-void Say(const std::string& text) {
-  (void)std::fprintf(stderr, "%s\n", text.c_str());
-}
-
 // The parts of an event are rows of several sources; the radar's is complete with its speed.
 bool Selects(const reader::Selection& selection, const Row& row) {
   if (row.source == "speed radar") return selection.Selects("radar", "radar 1");
@@ -33,43 +27,12 @@ bool Selects(const reader::Selection& selection, const Row& row) {
 
 }  // namespace
 
-Replay::Replay(ReplayOptions options) : options_(std::move(options)), messages_(Say) {}
-
-bool Replay::Open() {
-  runs_ = reader::FindRuns(reader::FindFiles(options_.recordings, messages_), messages_);
-  if (runs_.size() > 1) {
-    Say("there are " + std::to_string(runs_.size()) + " runs; the first is played");
-    runs_.resize(1);
-  }
-  if (runs_.empty()) {
-    Say("there is nothing to play");
-    return false;
-  }
-  if (options_.from && !(range_.from = Resolve(*options_.from, runs_, messages_))) return false;
-  if (options_.to && !(range_.to = Resolve(*options_.to, runs_, messages_))) return false;
-  Judge();
-  return Begin();
-}
-
-// Says first what the recording lacks.
-void Replay::Judge() {
-  reader::Selection ends;
-  std::string error;
-  (void)ends.Read("run,loss,copy", error);
-  reader::RunReader reader(runs_, &ends, false, messages_);
-  std::int64_t lost = 0;
-  bool isCopy = false;
-  for (Row row; reader.Next(row);) {
-    cleanEnd_ = cleanEnd_ || row.table == "run_end";
-    isCopy = isCopy || row.table == "copy";
-    if (row.table == "loss") lost = reader::WithinCount(lost + reader::WithinCount(row.Number("count")));
-  }
-  const reader::Run& run = runs_.front();
-  if (run.beginIsMissing && !isCopy) Say("the begin of the run is in a file that is not given");
-  if (lost > 0) Say(std::to_string(lost) + " records were lost when it was recorded; they cannot be played");
-  if (!cleanEnd_ && !isCopy && !run.live) Say("the recording was cut off; MetadataMgr is killed at the end");
-  cleanEnd_ = cleanEnd_ || isCopy || run.live || range_.to.has_value();
-}
+Replay::Replay(reader::Run run, reader::Range range, HowToPlay how, reader::Messages& messages)
+    : run_(std::move(run)),
+      name_("of " + run_.files.front()),
+      range_(std::move(range)),
+      options_(std::move(how)),
+      messages_(messages) {}
 
 bool Replay::IsPlayed(const Row& row) const {
   if (options_.only && !Selects(*options_.only, row)) return false;
@@ -78,16 +41,15 @@ bool Replay::IsPlayed(const Row& row) const {
 
 // The last arrival that is played, nearly.
 std::int64_t Replay::EndTick() const {
-  const reader::Run& run = runs_.front();
-  if (!range_.to) return run.lastTick;
+  if (!range_.to) return run_.lastTick;
   const bool byUtc = range_.to->by == reader::Position::By::kUtc;
-  const std::int64_t tick = byUtc ? run.firstTick + range_.to->value - run.firstUtcMs : range_.to->tick;
-  return std::min(run.lastTick, tick);
+  const std::int64_t tick = byUtc ? run_.firstTick + range_.to->value - run_.firstUtcMs : range_.to->tick;
+  return std::min(run_.lastTick, tick);
 }
 
 // Rows up to the first full state, and up to --from, tell the values at the start.
-bool Replay::Begin() {
-  reader_ = std::make_unique<reader::RunReader>(runs_, nullptr, true, messages_);
+Replay::Begun Replay::Begin() {
+  reader_ = std::make_unique<reader::RunReader>(std::vector{run_}, nullptr, true, messages_);
   items_ = ItemsOfRows();
   bool full = false;
   for (hasRow_ = reader_->Next(row_); hasRow_; hasRow_ = reader_->Next(row_)) {
@@ -96,19 +58,20 @@ bool Replay::Begin() {
     if (full && !restated && (!range_.from || range_.from->Compare(row_) >= 0)) break;
     if (IsPlayed(row_)) (void)items_.Take(row_);
   }
-  if (!full) Say("the recording ends before the start was complete; there is nothing to play");
   beginTick_ = row_.tick;
-  return full;
+  if (!full) return Begun::kNoStart;
+  const bool isOutside = (range_.from && !hasRow_) || (range_.to && hasRow_ && range_.to->Compare(row_) > 0);
+  return isOutside ? Begun::kOutside : Begun::kYes;
 }
 
 bench::Drive Replay::Drive() {
   bench::Drive drive;
-  drive.name = "of " + runs_.front().files.front();
+  drive.name = name_;
   if (options_.moveTicks) {
     drive.beginTick = Systick().SystemTick() + kStartMs;
     shiftMs_ = *drive.beginTick - static_cast<std::uint32_t>(beginTick_);
   }
-  drive.endsInKill = !cleanEnd_;
+  drive.endsInKill = endsInKill_;
   if (!options_.loop) drive.length = std::chrono::milliseconds(EndTick() - beginTick_);
   std::vector<Words> before = items_.FirstValues(shiftMs_);
   if (items_.Recording()) before.push_back({"direct", "record", "start"});
@@ -167,7 +130,7 @@ void Replay::PlayAgain() {
   const std::int64_t roundMs = lastMs_ + kPauseMs;
   if (options_.moveTicks) shiftMs_ += static_cast<std::uint32_t>(roundMs - roundMs_);
   roundMs_ = lastMs_ = roundMs;
-  if (Begin()) again_ = items_.FirstValues(shiftMs_);
+  if (Begin() == Begun::kYes) again_ = items_.FirstValues(shiftMs_);
 }
 
 }  // namespace bench

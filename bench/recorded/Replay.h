@@ -15,10 +15,7 @@
 
 namespace bench {
 
-struct ReplayOptions {
-  std::vector<std::string> recordings;
-  std::optional<reader::Instant> from;
-  std::optional<reader::Instant> to;
+struct HowToPlay {
   std::optional<reader::Selection> only;
   std::optional<reader::Selection> without;
   bool moveTicks = true;     // to now, all by the same time
@@ -26,23 +23,26 @@ struct ReplayOptions {
   bool beginIsOpen = false;  // a user starts MetadataMgr: the ticks are moved once it is at full run
 };
 
-// Plays the first run of recordings. Reads it row by row: memory does not depend on its length. Does not
-// change the recordings.
+// Plays one run. Reads it row by row: memory does not depend on its length. Does not change the recordings.
 class Replay {
  public:
-  explicit Replay(ReplayOptions options);
+  // The messages must outlive the replay.
+  Replay(reader::Run run, reader::Range range, HowToPlay how, reader::Messages& messages);
 
-  // Says on standard error what is wrong with the recordings. Returns false if nothing of them can be played.
-  bool Open();
+  // Reads up to the first event. Must come first.
+  enum class Begun {
+    kYes,
+    kNoStart,  // the recording ends before the process had all first values
+    kOutside   // nothing of the run is within the range
+  };
+  Begun Begin();
+  // MetadataMgr is killed at the end.
+  void EndsInKill(bool kill) { endsInKill_ = kill; }
+  void AddToName(const std::string& text) { name_ += text; }
   // The replay must outlive the drive.
   bench::Drive Drive();
-  // Whether everything could be read so far.
-  bool Good() const { return messages_.Status() == 0; }
 
  private:
-  void Judge();
-  // Reads up to the first event.
-  bool Begin();
   std::int64_t EndTick() const;
   bool IsPlayed(const Row& row) const;
   bool Next(DriveLine& line);
@@ -50,15 +50,16 @@ class Replay {
   void PlayAgain();
   Words WordsOf(const Row& row);
 
-  ReplayOptions options_;
-  reader::Messages messages_;
-  std::vector<reader::Run> runs_;
-  reader::Range range_;
+  const reader::Run run_;
+  std::string name_;
+  const reader::Range range_;
+  const HowToPlay options_;
+  reader::Messages& messages_;
   std::unique_ptr<reader::RunReader> reader_;
   ItemsOfRows items_;
   Row row_;  // the next one
   bool hasRow_ = false;
-  bool cleanEnd_ = false;
+  bool endsInKill_ = false;
   bool begun_ = false;
   std::int64_t beginTick_ = 0;  // arrival of the first event
   std::int64_t lastMs_ = 0;     // of the drive

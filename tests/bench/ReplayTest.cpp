@@ -80,19 +80,29 @@ TEST_F(Replay, RecordsWhatADriveCannotWriteAndTicksThatWrap) {
   ExpectTheSameAgain();
 }
 
-TEST_F(Replay, EndsAsTheRecordingEnded) {
+// The first run is cut off by a death of MetadataMgr, the second has a clean end.
+TEST_F(Replay, PlaysAllRunsAndEndsEachAsItEnded) {
   first_.Drive("0 input brakes on\n0.1 bookmark\n2 ping\n100 quit\n");
   first_.Start();
   ASSERT_TRUE(first_.Said(" ping: answered")) << first_.Output();
   first_.Signal(SIGKILL);
   (void)first_.Finish();
+  Record("0 crash on\n0.1 bookmark\n0.3 quit\n", "1");
+  const std::string recordings = first_.Path("mnt/metadata");
   BenchRun again;
-  ASSERT_EQ(again.Replay(first_.Recording()), 0) << again.Output();
+  ASSERT_EQ(again.Replay(recordings), 0) << again.Output();
   EXPECT_THAT(again.Output(),
-              AllOf(StartsWith("the recording was cut off; MetadataMgr is killed at the end\n"),
-                    HasSubstr("MetadataMgr: signal 9")));
-  const Ran diff = Diff(first_.Recording(), again.Recording());
+              AllOf(StartsWith("run 1: the recording was cut off; MetadataMgr is killed at the end\n"),
+                    HasSubstr("MetadataMgr: signal 9"), HasSubstr("run 2 of 2"), HasSubstr("exit status 0")));
+  const Ran diff = Diff(recordings, again.Path("mnt/metadata"), {"--ignore", "previous-run"});
   EXPECT_EQ(diff.status, 0) << diff.out;
+  const std::vector<std::string> kParts[] = {{"--run", "2"}, {"--from", "crash"}, {"--from", "bookmark:2"}};
+  for (const auto& part : kParts) {
+    BenchRun second;
+    ASSERT_EQ(second.Replay(recordings, part), 0) << second.Output();
+    EXPECT_EQ(Count(second.Output(), "Drive of "), 1U) << second.Output();
+    EXPECT_THAT(second.Output(), HasSubstr("run 2 of 2"));
+  }
 }
 
 // A payload waits until it is recorded, so that the order is certain.
