@@ -15,12 +15,12 @@ constexpr const char* kProgress = "SELECT last_seq, last_tick FROM main.progress
 bool Same(Connection& one, Connection& other, const char* sql, int columns, std::string& first) {
   Statement a;
   Statement b;
-  if (a.Prepare(one.Handle(), sql) != SQLITE_OK || b.Prepare(other.Handle(), sql) != SQLITE_OK) return false;
+  if (!Ok(a.Prepare(one.Handle(), sql)) || !Ok(b.Prepare(other.Handle(), sql))) return false;
   for (;;) {
-    const int stepA = a.Step();
-    const int stepB = b.Step();
-    if (stepA == SQLITE_ROW) first = a.Text(1);
-    if (stepA != SQLITE_ROW || stepB != SQLITE_ROW) return stepA == SQLITE_DONE && stepB == SQLITE_DONE;
+    const SqliteCode stepA = a.Step();
+    const SqliteCode stepB = b.Step();
+    if (stepA == SqliteCode::kRow) first = a.Text(1);
+    if (stepA != SqliteCode::kRow || stepB != stepA) return stepA == SqliteCode::kDone && stepB == stepA;
     for (int column = 0; column < columns; ++column) {
       if (a.Type(column) != b.Type(column) || a.Text(column) != b.Text(column)) return false;
     }
@@ -31,8 +31,7 @@ bool Same(Connection& one, Connection& other, const char* sql, int columns, std:
 
 std::string DifferenceFromMade(Recording& file) {
   Connection made;
-  if (made.Open(":memory:", SQLITE_OPEN_READWRITE) != SQLITE_OK ||
-      made.Execute(store::CreateSchema()) != SQLITE_OK)
+  if (!Ok(made.Open(":memory:", SQLITE_OPEN_READWRITE)) || !Ok(made.Execute(store::CreateSchema())))
     return "no memory to compare its schema";
   std::string at;
   if (!Same(file.Sql(), made, kSchema, 4, at)) return "its schema is not the store's, at " + at;

@@ -10,10 +10,10 @@ namespace {
 // Reports the first problem that SQLite's integrity check finds.
 void CheckIntegrity(Recording& file, Findings& findings) {
   Statement check;
-  int rc = check.Prepare(file.Sql().Handle(), "PRAGMA main.integrity_check(1)");
-  if (rc == SQLITE_OK) rc = check.Step();
-  if (rc == SQLITE_ROW && check.Text(0) == "ok") return;
-  std::string text = rc == SQLITE_ROW ? std::string(check.Text(0)) : file.Sql().Error();
+  SqliteCode code = check.Prepare(file.Sql().Handle(), "PRAGMA main.integrity_check(1)");
+  if (Ok(code)) code = check.Step();
+  if (code == SqliteCode::kRow && check.Text(0) == "ok") return;
+  std::string text = code == SqliteCode::kRow ? std::string(check.Text(0)) : file.Sql().Error();
   constexpr std::string_view kHeading = "*** in database main ***\n";
   if (text.starts_with(kHeading)) text.erase(0, kHeading.size());
   findings.Add(file.Path(), "integrity", "damaged: " + text);

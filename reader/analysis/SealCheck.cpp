@@ -49,7 +49,7 @@ void TellUnsealed(Recording& file, SealFinding& finding) {
 
 std::string RunOf(Recording& file) {
   Statement run;
-  if (run.Prepare(file.Sql().Handle(), store::kReadRun) != SQLITE_OK || run.Step() != SQLITE_ROW) return {};
+  if (!Ok(run.Prepare(file.Sql().Handle(), store::kReadRun)) || run.Step() != SqliteCode::kRow) return {};
   const auto id = run.Blob(0);
   return {id.begin(), id.end()};
 }
@@ -74,8 +74,8 @@ SealCheck::Known SealCheck::LookAt(const std::string& path) {
   seal::Seal first;
   seal::NoteItems items;
   const bool isSealed = file.Tables().schemaVersion >= 2 &&
-                        row.Prepare(file.Sql().Handle(), store::kReadSeals) == SQLITE_OK &&
-                        row.Step() == SQLITE_ROW;
+                        Ok(row.Prepare(file.Sql().Handle(), store::kReadSeals)) &&
+                        row.Step() == SqliteCode::kRow;
   if (!isSealed) {
     TellUnsealed(file, known.finding);
     return known;
@@ -151,9 +151,9 @@ void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& fi
   };
   const std::string run = RunOf(file);
   if (!rows.Open(file.Sql())) return fail(rows.Fault());
-  int rc = seals.Prepare(file.Sql().Handle(), store::kReadSeals);
-  while (rc == SQLITE_OK && (rc = seals.Step()) == SQLITE_ROW) {
-    rc = SQLITE_OK;
+  SqliteCode code = seals.Prepare(file.Sql().Handle(), store::kReadSeals);
+  if (Ok(code)) code = seals.Step();
+  for (; code == SqliteCode::kRow; code = seals.Step()) {
     if (!store::TakeSeal(seals, seal)) return fail("a seal cannot be read");
     const bool begun = chain.Begin(seal);
     if (begun && run != chain.RunId()) return fail("the id of its run is not the sealed one");
@@ -170,7 +170,7 @@ void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& fi
       return;
     }
   }
-  if (rc != SQLITE_DONE) return fail("the seals cannot be read: " + ErrorText(rc));
+  if (code != SqliteCode::kDone) return fail("the seals cannot be read: " + ErrorText(code));
   if (!rows.AtEnd()) return fail("record " + std::to_string(rows.Seq()) + " after it is under no seal");
   Set(finding, chain.FileVerdict(), chain.Reason());
   const bool proves = finding.verdict != Verdict::kConsistent;

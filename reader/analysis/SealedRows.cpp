@@ -9,8 +9,7 @@ bool SealedRows::Open(Connection& connection) {
   seqs_.fill(std::numeric_limits<std::int64_t>::min());
   for (const store::Table& table : store::kTables) {
     const std::string sql = std::string("SELECT * FROM main.") + table.name + " ORDER BY seq";
-    if (rows_[table.id].Prepare(connection.Handle(), sql) != SQLITE_OK)
-      return Fail(table.id, connection.Error());
+    if (!Ok(rows_[table.id].Prepare(connection.Handle(), sql))) return Fail(table.id, connection.Error());
     heap_.push_back(table.id);
     if (!Step(table.id)) return false;
   }
@@ -20,13 +19,13 @@ bool SealedRows::Open(Connection& connection) {
 
 // Moves the last table of the heap, or its first one once the heap is in order, to its next row.
 bool SealedRows::Step(std::size_t table) {
-  const int rc = rows_[table].Step();
-  if (rc == SQLITE_DONE) {
+  const SqliteCode code = rows_[table].Step();
+  if (code == SqliteCode::kDone) {
     if (heap_.front() == table) heap_.front() = heap_.back();
     heap_.pop_back();
     return true;
   }
-  if (rc != SQLITE_ROW) return Fail(table, ErrorText(rc));
+  if (code != SqliteCode::kRow) return Fail(table, ErrorText(code));
   const std::int64_t seq = rows_[table].Integer(0);
   if (seq <= seqs_[table]) return Fail(table, "its rows are not in order");
   seqs_[table] = seq;

@@ -39,13 +39,11 @@ void TakeMeaning(RecordTable& table) {
 // Returns false if the table does not hold records.
 bool ReadTable(Connection& connection, RecordTable& table) {
   Statement columns;
-  if (columns.Prepare(connection.Handle(), "SELECT name, type FROM pragma_table_info(?1) ORDER BY cid") !=
-      SQLITE_OK) {
+  if (!Ok(columns.Prepare(connection.Handle(), "SELECT name, type FROM pragma_table_info(?1) ORDER BY cid")))
     return false;
-  }
   columns.Bind(1, table.name);
   std::size_t header = 0;
-  while (columns.Step() == SQLITE_ROW && table.columns.size() < kMostColumns) {
+  while (columns.Step() == SqliteCode::kRow && table.columns.size() < kMostColumns) {
     const std::string_view name = columns.Text(0);
     if (header < kHeader.size()) {
       if (name != kHeader[header]) return false;
@@ -97,19 +95,18 @@ const RecordTable* Catalogue::Find(const std::string& table) const {
 // Skips virtual tables (root page 0): reading one would run its module's code.
 bool ReadCatalogue(Connection& connection, Catalogue& catalogue) {
   Statement names;
-  const int rc = names.Prepare(connection.Handle(),
-                               "SELECT name FROM main.sqlite_master WHERE type='table' AND rootpage>0 "
-                               "ORDER BY rowid LIMIT " +
-                                   std::to_string(kMostTables));
-  if (rc != SQLITE_OK) return false;
+  const std::string sql =
+      "SELECT name FROM main.sqlite_master WHERE type='table' AND rootpage>0 ORDER BY rowid LIMIT " +
+      std::to_string(kMostTables);
+  if (!Ok(names.Prepare(connection.Handle(), sql))) return false;
   catalogue.schemaVersion = static_cast<int>(connection.Integer("PRAGMA user_version", 0));
-  int step = names.Step();
-  for (; step == SQLITE_ROW; step = names.Step()) {
+  SqliteCode step = names.Step();
+  for (; step == SqliteCode::kRow; step = names.Step()) {
     RecordTable table;
     table.name = names.Text(0);
     if (ReadTable(connection, table)) catalogue.tables.push_back(table);
   }
-  return step == SQLITE_DONE;
+  return step == SqliteCode::kDone;
 }
 
 const Catalogue& CurrentCatalogue() {

@@ -17,9 +17,9 @@ void FileClock::Read(Connection& connection) {
   const std::string sql =
       "SELECT seq, utc_ms - tick, clock_source='gps', utc_ms>=" + std::to_string(store::kFirstTrustedUtcMs) +
       " FROM main.clock ORDER BY seq";
-  if (clock.Prepare(connection.Handle(), sql) != SQLITE_OK) return;
+  if (!Ok(clock.Prepare(connection.Handle(), sql))) return;
   // Numbers must rise: in a damaged file pages can lead to each other without end.
-  while (clock.Step() == SQLITE_ROW && (anchors_.empty() || clock.Integer(0) > anchors_.back().seq)) {
+  while (clock.Step() == SqliteCode::kRow && (anchors_.empty() || clock.Integer(0) > anchors_.back().seq)) {
     const std::int64_t seq = clock.Integer(0);
     anchors_.push_back({seq, WithinTime(clock.Integer(1))});
     if (firstByGps == 0 && clock.Integer(2) != 0) firstByGps = seq;

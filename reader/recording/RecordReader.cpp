@@ -39,25 +39,26 @@ bool RecordReader::Begin() {
     cursors_.push_back(
         std::make_unique<TableCursor>(recording_->Sql().Handle(), table, wanted_.selection, wanted_.text));
     TableCursor& cursor = *cursors_.back();
-    if (Stands(cursor, cursor.Begin(lastSeq_))) heap_.push_back(&cursor);
+    if (Advance(cursor, true)) heap_.push_back(&cursor);
   }
   for (std::size_t i = heap_.size(); i-- > 0;) SiftDown(i);
   return true;
 }
 
-bool RecordReader::Stands(TableCursor& cursor, int rc) {
-  while (rc != SQLITE_ROW && rc != SQLITE_DONE) {
+bool RecordReader::Advance(TableCursor& cursor, bool begins) {
+  SqliteCode code = begins ? cursor.Begin(lastSeq_) : cursor.Next();
+  while (code != SqliteCode::kRow && code != SqliteCode::kDone) {
     const std::int64_t before = cursor.Seq();
-    const std::string why = ErrorText(rc);
+    const std::string why = ErrorText(code);
     if (highestSeq_ == 0) highestSeq_ = recording_->Committed("last_seq", kMaxGuess);
-    rc = cursor.SkipDamage(highestSeq_);
-    const bool goesOn = rc == SQLITE_ROW;
+    code = cursor.SkipDamage(highestSeq_);
+    const bool goesOn = code == SqliteCode::kRow;
     messages_.Problem(path_ + ": table " + cursor.Table().name + " cannot be read" +
                       (before < 0 ? "" : " after record " + std::to_string(before)) +
                       (goesOn ? " up to record " + std::to_string(cursor.Seq() - 1) : "") + ": " + why);
     if (!goesOn) return false;
   }
-  return rc == SQLITE_ROW;
+  return code == SqliteCode::kRow;
 }
 
 bool RecordReader::Next(Row& row) {
@@ -65,7 +66,7 @@ bool RecordReader::Next(Row& row) {
   if (advanceFirst_) {
     advanceFirst_ = false;
     TableCursor& first = *heap_.front();
-    if (!Stands(first, first.Next())) {
+    if (!Advance(first, false)) {
       heap_.front() = heap_.back();
       heap_.pop_back();
     }

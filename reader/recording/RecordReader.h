@@ -45,8 +45,8 @@ class RecordReader {
 
   bool Begin();
   bool Resume();
-  // Skips damage. Returns whether the cursor is on a record.
-  bool Stands(TableCursor& cursor, int rc);
+  // Moves the cursor to its first or its next record, past damage. False at the end of its table.
+  bool Advance(TableCursor& cursor, bool begins);
   void SiftDown(std::size_t at);
 
   std::string path_;

@@ -41,22 +41,22 @@ bool Recording::ConnectToCopy(std::string& error) {
 bool Recording::Connect(const std::string& name, int flags, std::string& error) {
   catalogue_ = {};
   cutShort_ = false;
-  int rc = connection_.Open(name, flags);
-  if (rc == SQLITE_OK) {
+  SqliteCode code = connection_.Open(name, flags);
+  if (Ok(code)) {
     (void)sqlite3_busy_timeout(connection_.Handle(), kBusyTimeoutMs);
     // Exclusive mode keeps the WAL index in memory: the copy's files are deleted while it is read.
     if (kind_ == Kind::kLeftOver) (void)connection_.Execute("PRAGMA locking_mode=EXCLUSIVE");
-    rc = Look();
+    code = Look();
   }
-  if (rc == SQLITE_CORRUPT) {
+  if (code == SqliteCode::kCorrupt) {
     // With writable_schema, SQLite also opens a file that is shorter than its header says.
     (void)sqlite3_db_config(connection_.Handle(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
     (void)connection_.Execute("PRAGMA writable_schema=ON");
-    rc = Look();
-    cutShort_ = rc == SQLITE_OK;
+    code = Look();
+    cutShort_ = Ok(code);
   }
-  if (rc != SQLITE_OK) {
-    error = connection_.IsOpen() ? connection_.Error() : ErrorText(rc);
+  if (!Ok(code)) {
+    error = connection_.IsOpen() ? connection_.Error() : ErrorText(code);
   } else if (connection_.Integer("PRAGMA application_id", 0) != store::kApplicationId) {
     error = "not a recording";
   } else if (!ReadCatalogue(connection_, catalogue_)) {
@@ -81,12 +81,11 @@ std::int64_t Recording::Committed(const std::string& column, std::int64_t otherw
   return connection_.Integer("SELECT " + column + " FROM main.seal ORDER BY number DESC LIMIT 1", otherwise);
 }
 
-int Recording::Look() {
+SqliteCode Recording::Look() {
   Statement look;
-  const int rc = look.Prepare(connection_.Handle(), "SELECT EXISTS(SELECT 1 FROM sqlite_master)");
-  if (rc != SQLITE_OK) return rc;
-  const int step = look.Step();
-  return step == SQLITE_ROW ? SQLITE_OK : step;
+  SqliteCode code = look.Prepare(connection_.Handle(), "SELECT EXISTS(SELECT 1 FROM sqlite_master)");
+  if (Ok(code)) code = look.Step();
+  return code == SqliteCode::kRow ? SqliteCode::kOk : code;
 }
 
 }  // namespace reader

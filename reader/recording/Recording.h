@@ -40,7 +40,7 @@ class Recording {
   bool Connect(const std::string& name, int flags, std::string& error);
   bool ConnectToCopy(std::string& error);
   void Prepare();
-  int Look();
+  SqliteCode Look();
 
   std::string path_;
   Kind kind_ = Kind::kClosed;

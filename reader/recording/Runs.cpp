@@ -48,11 +48,8 @@ constexpr long kMostCopies = 8;
 void FindFirst(Recording& file, Span& span) {
   for (const RecordTable& table : file.Tables().tables) {
     Statement first;
-    if (first.Prepare(file.Sql().Handle(), "SELECT seq, tick FROM main." + Quoted(table.name) +
-                                               " ORDER BY seq LIMIT 1") != SQLITE_OK ||
-        first.Step() != SQLITE_ROW) {
-      continue;
-    }
+    const std::string sql = "SELECT seq, tick FROM main." + Quoted(table.name) + " ORDER BY seq LIMIT 1";
+    if (!Ok(first.Prepare(file.Sql().Handle(), sql)) || first.Step() != SqliteCode::kRow) continue;
     const std::int64_t firstSeq = WithinCount(first.Integer(0));
     if (span.firstSeq != Span::kNone && firstSeq >= span.firstSeq) continue;
     span.firstSeq = firstSeq;

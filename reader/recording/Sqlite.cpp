@@ -32,38 +32,39 @@ void Distrust(sqlite3* handle) {
 
 }  // namespace
 
-int Statement::Prepare(sqlite3* database, const std::string& sql) {
+SqliteCode Statement::Prepare(sqlite3* database, const std::string& sql) {
   looksInStep = 0;
-  return static_cast<int>(store::Statement::Prepare(database, sql));
+  return store::Statement::Prepare(database, sql);
 }
 
-int Statement::Step() {
+SqliteCode Statement::Step() {
   looksInStep = 0;
-  return static_cast<int>(store::Statement::Step());
+  return store::Statement::Step();
 }
 
-int Connection::Open(const std::string& name, int flags) {
-  const store::SqliteCode code = store::Database::Open(name, flags);
-  if (!store::Ok(code)) return static_cast<int>(code);
+SqliteCode Connection::Open(const std::string& name, int flags) {
+  const SqliteCode code = store::Database::Open(name, flags);
+  if (!Ok(code)) return code;
   Limit(Handle());
   Distrust(Handle());
-  return SQLITE_OK;
+  return code;
 }
 
 std::string Connection::Error() const {
-  const int rc = sqlite3_errcode(Handle());
-  return rc == SQLITE_INTERRUPT || rc == SQLITE_NOMEM ? ErrorText(rc) : store::Database::Error();
+  const SqliteCode code = ErrorCode();
+  const bool pastLimit = code == SqliteCode::kInterrupt || code == SqliteCode::kNoMemory;
+  return pastLimit ? ErrorText(code) : store::Database::Error();
 }
 
-std::string ErrorText(int rc) {
-  switch (rc) {
-    case SQLITE_INTERRUPT:
+std::string ErrorText(SqliteCode code) {
+  switch (code) {
+    case SqliteCode::kInterrupt:
       return "reading it takes more work than any recording does";
-    case SQLITE_NOMEM:
-    case SQLITE_TOOBIG:
+    case SqliteCode::kNoMemory:
+    case SqliteCode::kTooBig:
       return "reading it takes more memory than any recording does";
     default:
-      return sqlite3_errstr(rc);
+      return TextOf(code);
   }
 }
 

@@ -8,7 +8,9 @@
 
 namespace reader {
 
-// A prepared statement that limits the work of each step. Returns SQLite result codes.
+using store::SqliteCode;
+
+// A prepared statement that limits the work of each step.
 class Statement : private store::Statement {
  public:
   using store::Statement::Bind;
@@ -20,9 +22,9 @@ class Statement : private store::Statement {
   using store::Statement::Text;
   using store::Statement::Type;
 
-  int Prepare(sqlite3* database, const std::string& sql);
-  // Returns SQLITE_ROW, SQLITE_DONE or an error; SQLITE_INTERRUPT if the step exceeds the work limit.
-  int Step();
+  SqliteCode Prepare(sqlite3* database, const std::string& sql);
+  // kRow, kDone or an error; kInterrupt if the step exceeds the work limit.
+  SqliteCode Step();
 };
 
 // A connection to an untrusted file: its views, triggers and functions are disabled, memory and work are
@@ -30,18 +32,18 @@ class Statement : private store::Statement {
 class Connection : private store::Database {
  public:
   using store::Database::Close;
+  using store::Database::Execute;
   using store::Database::Handle;
   using store::Database::Integer;
   using store::Database::IsOpen;
 
-  int Open(const std::string& name, int flags);
-  int Execute(const std::string& sql) { return static_cast<int>(store::Database::Execute(sql)); }
+  SqliteCode Open(const std::string& name, int flags);
   // Text of the last error.
   std::string Error() const;
 };
 
 // Error text for people, also for exceeded limits.
-std::string ErrorText(int rc);
+std::string ErrorText(SqliteCode code);
 
 // Quotes a name from a file as an SQL identifier.
 std::string Quoted(std::string_view name);

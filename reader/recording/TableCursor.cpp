@@ -23,50 +23,51 @@ TableCursor::TableCursor(sqlite3* database, const RecordTable& table, const Sele
   }
 }
 
-bool TableCursor::Prepare() {
-  if (rows_.IsPrepared()) return true;
+SqliteCode TableCursor::Prepare() {
+  if (rows_.IsPrepared()) return SqliteCode::kOk;
   std::string columns = "seq, tick, sender_tick, event";
   for (const RecordColumn& column : table_.columns) columns += ", " + Quoted(column.name);
   const std::string rest = " FROM main." + Quoted(table_.name) + " WHERE seq > ?1 ORDER BY seq";
   if (withText_ && table_.known != nullptr &&
-      rows_.Prepare(database_, "SELECT " + columns + ", " + table_.known->text + rest) == SQLITE_OK) {
-    return true;
+      Ok(rows_.Prepare(database_, "SELECT " + columns + ", " + table_.known->text + rest))) {
+    return SqliteCode::kOk;
   }
   withText_ = false;
-  return rows_.Prepare(database_, "SELECT " + columns + rest) == SQLITE_OK;
+  return rows_.Prepare(database_, "SELECT " + columns + rest);
 }
 
-int TableCursor::Begin(std::int64_t afterSeq) {
+SqliteCode TableCursor::Begin(std::int64_t afterSeq) {
   seq_ = std::max(seq_, afterSeq);
-  if (!Prepare()) return sqlite3_errcode(database_);
+  if (const SqliteCode code = Prepare(); !Ok(code)) return code;
   rows_.Reset();
   rows_.Bind(1, afterSeq);
   return NextSelected(rows_.Step());
 }
 
-int TableCursor::Next() {
+SqliteCode TableCursor::Next() {
   return NextSelected(rows_.Step());
 }
 
-int TableCursor::NextSelected(int rc) {
-  for (; rc == SQLITE_ROW; rc = rows_.Step()) {
+SqliteCode TableCursor::NextSelected(SqliteCode code) {
+  for (; code == SqliteCode::kRow; code = rows_.Step()) {
     const std::int64_t seq = rows_.Integer(0);
-    if (seq <= seq_) return SQLITE_CORRUPT;  // a damaged page: numbers must rise
+    if (seq <= seq_) return SqliteCode::kCorrupt;  // a damaged page: numbers must rise
     seq_ = seq;
-    if (SourceHere().selected) return rc;
-    if (!table_.IsNumbered()) return SQLITE_DONE;
+    if (SourceHere().selected) return code;
+    if (!table_.IsNumbered()) return SqliteCode::kDone;
   }
-  return rc;
+  return code;
 }
 
-int TableCursor::SkipDamage(std::int64_t lastSeq) {
+SqliteCode TableCursor::SkipDamage(std::int64_t lastSeq) {
   const std::int64_t from = seq_;
-  int rc = SQLITE_CORRUPT;
+  SqliteCode code = SqliteCode::kCorrupt;
   lastSeq = WithinCount(lastSeq);
-  for (std::int64_t step = 1; rc != SQLITE_ROW && rc != SQLITE_DONE && from <= lastSeq - step; step *= 2) {
-    rc = Begin(from + step);
+  const auto isDamaged = [&code] { return code != SqliteCode::kRow && code != SqliteCode::kDone; };
+  for (std::int64_t step = 1; isDamaged() && from <= lastSeq - step; step *= 2) {
+    code = Begin(from + step);
   }
-  return rc;
+  return code;
 }
 
 const TableCursor::Source& TableCursor::SourceHere() {

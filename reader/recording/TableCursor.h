@@ -17,11 +17,11 @@ class TableCursor {
   // `database`, `table` and `selection` must outlive the cursor. A null selection selects everything.
   TableCursor(sqlite3* database, const RecordTable& table, const Selection* selection, bool withText);
 
-  // Moves to the first selected record after `afterSeq`. Returns SQLITE_ROW, SQLITE_DONE or an error.
-  int Begin(std::int64_t afterSeq);
-  int Next();
+  // Moves to the first selected record after `afterSeq`. Returns kRow, kDone or an error.
+  SqliteCode Begin(std::int64_t afterSeq);
+  SqliteCode Next();
   // After an error: continues after the unreadable part, up to `lastSeq`. Returns as Begin does.
-  int SkipDamage(std::int64_t lastSeq);
+  SqliteCode SkipDamage(std::int64_t lastSeq);
 
   const RecordTable& Table() const { return table_; }
   std::int64_t Seq() const { return seq_; }  // of the current or last record
@@ -34,8 +34,8 @@ class TableCursor {
     bool selected = true;
   };
 
-  bool Prepare();
-  int NextSelected(int rc);
+  SqliteCode Prepare();
+  SqliteCode NextSelected(SqliteCode code);
   const Source& SourceHere();
   std::string SourceName() const;
 

@@ -49,7 +49,8 @@ class Database {
   // The bytes of a database in memory, as its file would hold them; empty on failure.
   std::string Bytes() const;
 
-  // The message of the last error.
+  // The last error, and its message.
+  SqliteCode ErrorCode() const { return SqliteCode{sqlite3_errcode(handle_.get())}; }
   std::string Error() const { return sqlite3_errmsg(handle_.get()); }
 
  private:

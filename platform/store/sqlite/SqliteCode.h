@@ -7,11 +7,13 @@ namespace store {
 // The result of an SQLite call. The code asks for the named values; every other value is an error.
 enum class [[nodiscard]] SqliteCode : int{
     kOk = SQLITE_OK,
-    kRow = SQLITE_ROW,
-    kDone = SQLITE_DONE,
-    kBusy = SQLITE_BUSY,
-    kInterrupt = SQLITE_INTERRUPT,
+    kRow = SQLITE_ROW,              // Step returned a row
+    kDone = SQLITE_DONE,            // there are no more rows
+    kBusy = SQLITE_BUSY,            // another connection holds a lock
+    kNoMemory = SQLITE_NOMEM,       // or past the limit of memory
+    kInterrupt = SQLITE_INTERRUPT,  // past the limit of work or time
     kCorrupt = SQLITE_CORRUPT,
+    kTooBig = SQLITE_TOOBIG,  // a value past its limit
     kNotDatabase = SQLITE_NOTADB,
 };
 
