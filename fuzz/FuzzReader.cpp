@@ -25,10 +25,10 @@ class SteppedClock : public StoreClock {
   unsigned int tick = 10'000;
 };
 
-// `closed` is a recording after a clean end; `open` one in the middle of a run, with its WAL in `log`.
+// `closed` is a recording after a clean end; `open` one in the middle of a run, with its WAL in `wal`.
 // `loose` is closed, and its tables take values of any type.
 struct Originals {
-  std::string closed, loose, open, log;
+  std::string closed, loose, open, wal;
 };
 
 void Record(DataStoreNormal& store, SteppedClock& clock) {
@@ -149,14 +149,14 @@ Originals MakeOriginals() {
   Record(store, clock);
   store.WriteFullState(true);
   made.open = directory.Read(name);
-  made.log = directory.Read(name + "-wal");
+  made.wal = directory.Read(name + "-wal");
   store.ReportShutdownData();
   store.Close();
   made.closed = directory.Read(name);
   Tampered tampered(made.closed);
   tampered.Execute("UPDATE sqlite_master SET sql=replace(sql, ' STRICT', '')");
   made.loose = tampered.File();
-  Require(!made.loose.empty() && made.loose != made.closed && !made.log.empty());
+  Require(!made.loose.empty() && made.loose != made.closed && !made.wal.empty());
   return made;
 }
 
@@ -208,10 +208,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Input input(data, size);
   const std::size_t how = input.Byte();
   const std::size_t which = input.Below(4);
-  const bool withLog = which == 1;
-  std::string file = withLog ? originals.open : which == 3 ? originals.loose : originals.closed;
-  std::string log = withLog ? originals.log : "";
-  if (!withLog) {
+  const bool withWal = which == 1;
+  std::string file = withWal ? originals.open : which == 3 ? originals.loose : originals.closed;
+  std::string wal = withWal ? originals.wal : "";
+  if (!withWal) {
     Tampered tampered(file);
     for (std::size_t what = input.Below(3); what != 2 && !input.Done(); what = input.Below(3)) {
       if (what == 0) tampered.Execute(input.Line());
@@ -219,12 +219,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     file = tampered.File();
   }
-  while (!input.Done()) Damage(input.Below(2) == 0 || log.empty() ? file : log, input);
+  while (!input.Done()) Damage(input.Below(2) == 0 || wal.empty() ? file : wal, input);
   const std::string path = directory.Write("metadata.000001.db", file);
-  if (log.empty()) {
+  if (wal.empty()) {
     std::filesystem::remove(path + "-wal");
   } else {
-    (void)directory.Write("metadata.000001.db-wal", log);
+    (void)directory.Write("metadata.000001.db-wal", wal);
   }
   Read(path, how);
   return 0;

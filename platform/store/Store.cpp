@@ -147,7 +147,7 @@ bool DataStoreNormal::Store::Commit() {
     criticalWritten_ = true;
     criticalWrittenMs_ = clock_.TickMs();
   }
-  if (recorder_.LogPinned() != logPinned_) AddLogPinned();
+  if (recorder_.WalPinned() != walPinned_) AddWalPinned();
   if (!ending_) KeepFullStateNear();
   return true;
 }
@@ -178,7 +178,7 @@ void DataStoreNormal::Store::KeepFullStateNear() {
 // Each file stands alone: it begins with a clock anchor and the full state.
 bool DataStoreNormal::Store::BeginFile() {
   if (!recorder_.Begin()) return false;
-  logPinned_ = false;
+  walPinned_ = false;
   AddClock();
   if (const auto abandoned = recorder_.TakeAbandoned(); !abandoned.file.empty()) {
     AddRecord({.critical = true}, Row<store::kAbandonedTable>(std::string_view(abandoned.file),
@@ -221,9 +221,9 @@ void DataStoreNormal::Store::AddGpsTime(std::uint32_t tick, std::int64_t utcMs) 
   AddClock();
 }
 
-void DataStoreNormal::Store::AddLogPinned() {
-  logPinned_ = recorder_.LogPinned();
-  AddRecord({}, Row<store::kLogPinnedTable>(logPinned_, recorder_.File().LogBytes()));
+void DataStoreNormal::Store::AddWalPinned() {
+  walPinned_ = recorder_.WalPinned();
+  AddRecord({}, Row<store::kWalPinnedTable>(walPinned_, recorder_.File().WalBytes()));
 }
 
 void DataStoreNormal::Store::AddLosses() {

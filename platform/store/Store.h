@@ -51,7 +51,7 @@ class DataStoreNormal::Store : public store::OpenStore {
   void ReadArrival();
   void AddRecord(const Report& report, const store::RowView& row);
   void AddClock();
-  void AddLogPinned();
+  void AddWalPinned();
   std::int64_t SystemUtcMs() const;
   void AddLosses();
   void AddSetting(store::Event event, std::string_view name, const std::string& value);
@@ -84,5 +84,5 @@ class DataStoreNormal::Store : public store::OpenStore {
   bool criticalPending_ = false;
   bool criticalWritten_ = false;
   unsigned int criticalWrittenMs_ = 0;  // clock tick, not arrival tick
-  bool logPinned_ = false;              // last recorded value
+  bool walPinned_ = false;              // last recorded value
 };

@@ -147,9 +147,9 @@ TEST_P(FailingMediumTest, IsSurvivedWhicheverOperationItHits) {
   EXPECT_GE(files_, 2U) << "the stretch turns over to a next file";
 }
 
-TEST_P(FailingMediumTest, NeverChangesADamagedLog) {
-  const std::string log = std::string(kEarlierRun) + "-wal";
-  before_[log][before_[log].size() / 2] ^= 1;
+TEST_P(FailingMediumTest, NeverChangesADamagedWal) {
+  const std::string wal = std::string(kEarlierRun) + "-wal";
+  before_[wal][before_[wal].size() / 2] ^= 1;
   for (int nth = 1; nth < 40; nth += 3 * kStep) {
     WriteFiles(before_, "", dir_);
     FailingMedium medium(std::get<0>(GetParam()), forEver_, nth);
@@ -158,7 +158,7 @@ TEST_P(FailingMediumTest, NeverChangesADamagedLog) {
     Usage usage(dir_.Path("metadata"));
     (void)usage.Open();
     usage.Close();
-    ASSERT_TRUE(dir_.Read(kEarlierRun) == before_[kEarlierRun] && dir_.Read(log) == before_[log]) << nth;
+    ASSERT_TRUE(dir_.Read(kEarlierRun) == before_[kEarlierRun] && dir_.Read(wal) == before_[wal]) << nth;
   }
 }
 

@@ -184,11 +184,11 @@ TEST_F(PowerCutTest, ABadMediumIsFoundOut) {
 
 // One bit of the WAL is flipped. The WAL and its file are evidence: the next run never changes them, wherever
 // the power is cut.
-TEST(DamagedLog, IsNeverChangedWhereverTheNextRunIsCut) {
+TEST(DamagedWal, IsNeverChangedWhereverTheNextRunIsCut) {
   const TempDir dir;
-  const std::string log = std::string(kEarlierRun) + "-wal";
+  const std::string wal = std::string(kEarlierRun) + "-wal";
   DiskState before = RunWithoutClose();
-  before[log][before[log].size() / 2] ^= 1;
+  before[wal][before[wal].size() / 2] ^= 1;
   WriteFiles(before, "", dir);
   DiskRecorder recorder;
   {
@@ -202,9 +202,9 @@ TEST(DamagedLog, IsNeverChangedWhereverTheNextRunIsCut) {
     disk.Apply(op);
     DiskState state = disk.Cut(Fate::kChance, random);
     ASSERT_EQ(state[kEarlierRun], before[kEarlierRun]);
-    ASSERT_EQ(state[log], before[log]);
+    ASSERT_EQ(state[wal], before[wal]);
   }
-  EXPECT_TRUE(dir.Read(kEarlierRun) == before[kEarlierRun] && dir.Read(log) == before[log]);
+  EXPECT_TRUE(dir.Read(kEarlierRun) == before[kEarlierRun] && dir.Read(wal) == before[wal]);
   EXPECT_EQ(Connection(dir.Path("metadata.000002.db"), kPlainVfs).Rows("SELECT ended FROM previous_run"),
             "damaged\n");
 }

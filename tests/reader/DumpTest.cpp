@@ -121,7 +121,7 @@ TEST_F(ReaderTest, AReaderOfManyRecordsShowsProgressAndHoldsTheWriterNotUp) {
   ASSERT_TRUE(Eventually(waiting)) << "as long as nobody reads";
   Brakes(true);
   After(500);
-  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
+  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the WAL";
   std::size_t lines = 0;
   const auto take = [&] {
     std::array<char, 65536> piece{};
@@ -135,7 +135,7 @@ TEST_F(ReaderTest, AReaderOfManyRecordsShowsProgressAndHoldsTheWriterNotUp) {
   (void)close(fd);
 }
 
-TEST_F(ReaderTest, ARecordingWithALogIsReadThroughACopyAndNotChanged) {
+TEST_F(ReaderTest, ARecordingWithAWalIsReadThroughACopyAndNotChanged) {
   Open();
   Drive();
   After(500);
@@ -143,12 +143,12 @@ TEST_F(ReaderTest, ARecordingWithALogIsReadThroughACopyAndNotChanged) {
   Close();
   const std::string crashed = "crashed/metadata.000001.db";
   const std::string file = dir_.Read(crashed);
-  const std::string walLog = dir_.Read(crashed + "-wal");
+  const std::string wal = dir_.Read(crashed + "-wal");
   const Ran ran = Metadata({"dump", dir_.Path("crashed")});
   EXPECT_EQ(ran.status, 0) << ran.said;
   EXPECT_EQ(Lines(ran.out), 11U);
   EXPECT_EQ(dir_.Read(crashed), file);
-  EXPECT_EQ(dir_.Read(crashed + "-wal"), walLog);
+  EXPECT_EQ(dir_.Read(crashed + "-wal"), wal);
   EXPECT_FALSE(std::filesystem::exists(dir_.Path(crashed + "-shm")));
 }
 

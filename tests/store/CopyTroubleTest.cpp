@@ -133,15 +133,15 @@ TEST_F(CopyTest, DoesNotDisturbTheRecording) {
   After(500);
   Temperature(2);
   ASSERT_TRUE(Copy());
-  const std::string log = dir_.Read("metadata.000001.db-wal");
+  const std::string wal = dir_.Read("metadata.000001.db-wal");
   const std::string file = dir_.Read("metadata.000001.db");
   ASSERT_TRUE(Copy(kFromBeginning, kToEnd, "second.db"));
-  EXPECT_EQ(dir_.Read("metadata.000001.db-wal"), log) << "nothing was folded in";
+  EXPECT_EQ(dir_.Read("metadata.000001.db-wal"), wal) << "nothing was folded in";
   EXPECT_EQ(dir_.Read("metadata.000001.db"), file);
   Temperature(3);
   After(500);
   EXPECT_EQ(Temperatures(), "1\n2\n3\n");
-  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the log";
+  EXPECT_EQ(Rows("PRAGMA wal_checkpoint(TRUNCATE)"), "0|0|0\n") << "nobody holds the WAL";
 }
 
 // The watchdog is petted once per some thousand steps of SQLite, so pets measure the work.

@@ -191,7 +191,7 @@ TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitSaidAndRecordedInANewFile
     std::string told;
   } kCases[] = {
       {"deleted", [](const std::string& path) { fs::remove(path); }, "removed or replaced"},
-      {"log deleted", [](const std::string& path) { fs::remove(path + "-wal"); },
+      {"WAL deleted", [](const std::string& path) { fs::remove(path + "-wal"); },
        "left without its WAL, which was removed or replaced"},
       {"replaced",
        [](const std::string& path) {
@@ -200,12 +200,12 @@ TEST_F(StoreTest, HarmToTheFileIsNoticedAtTheNextCommitSaidAndRecordedInANewFile
        },
        "removed or replaced"},
       {"truncated", [](const std::string& path) { fs::resize_file(path, 0); }, "truncated"},
-      {"log emptied", [](const std::string& path) { fs::resize_file(path + "-wal", 0); },
+      {"WAL emptied", [](const std::string& path) { fs::resize_file(path + "-wal", 0); },
        "damaged: its WAL was truncated"},
-      {"log cut short",
+      {"WAL cut short",
        [](const std::string& path) { fs::resize_file(path + "-wal", fs::file_size(path + "-wal") - 1); },
        "damaged: its WAL was truncated"},
-      {"log's head overwritten",
+      {"WAL's head overwritten",
        [](const std::string& path) {
          std::fstream(path + "-wal", std::ios::binary | std::ios::in | std::ios::out).seekp(17) << 'x';
        },

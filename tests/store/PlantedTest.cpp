@@ -120,7 +120,7 @@ void Flip(std::string& bytes, std::size_t at) {
 }
 
 // A WAL frame has 24 + 1024 bytes.
-TEST_F(PlantedTest, ADamagedLogIsSaidAndLeftWithItsFileAsItIs) {
+TEST_F(PlantedTest, ADamagedWalIsSaidAndLeftWithItsFileAsItIs) {
   const struct {
     const char* what;
     void (*damage)(std::string& wal);

@@ -104,7 +104,7 @@ TEST_F(PreviousRunTest, DamageIsSaidAndLeftAloneAndDoesNotReachThePresent) {
              "DROP TABLE progress; CREATE VIEW progress AS WITH RECURSIVE n(last_seq) AS "
              "(SELECT 1 UNION ALL SELECT 1 FROM n) SELECT count(*) AS last_seq FROM n");
        }},
-      {"log too long",
+      {"WAL too long",
        [](auto& path) {
          std::ofstream(path + "-wal") << "x";
          fs::resize_file(path + "-wal", (16U << 20) + 1);

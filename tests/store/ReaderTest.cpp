@@ -24,7 +24,7 @@ class ReaderTest : public StoreTest {
   int recorded_ = 0;
 };
 
-TEST_F(ReaderTest, RecordingGoesOnAndThatTheLogGrowsAndShrinksIsSaidAndRecorded) {
+TEST_F(ReaderTest, RecordingGoesOnAndThatTheWalGrowsAndShrinksIsSaidAndRecorded) {
   Open();
   auto reader = std::make_unique<Connection>(File(1));
   EXPECT_EQ(reader->Rows(kPin), "0\n");
@@ -42,12 +42,12 @@ TEST_F(ReaderTest, RecordingGoesOnAndThatTheLogGrowsAndShrinksIsSaidAndRecorded)
   Temperature(2);
   Close();  // the close detects the short WAL
   EXPECT_EQ(log.Lines(""), 1) << log.Text();
-  EXPECT_EQ(Rows("SELECT text LIKE 'the log is short again: % bytes' FROM timeline WHERE source='store'"),
+  EXPECT_EQ(Rows("SELECT text LIKE 'the WAL is short again: % bytes' FROM timeline WHERE source='store'"),
             "0\n1\n");
   EXPECT_FALSE(fs::exists(File(1) + "-wal"));
 }
 
-TEST_F(ReaderTest, CannotMakeTheLogGrowBeyondTheSizeOfAFile) {
+TEST_F(ReaderTest, CannotMakeTheWalGrowBeyondTheSizeOfAFile) {
   options_.maxFileBytes = 1U << 20;
   Open();
   Connection reader(File(1));

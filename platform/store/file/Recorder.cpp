@@ -14,7 +14,7 @@ constexpr LogSource log{"DataStore"};
 constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // per transaction
 constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // per transaction while writing fails
 constexpr int kAttempts = 3;                                 // if names are taken meanwhile
-constexpr std::uint64_t kLogBound = std::uint64_t{4} << 20;
+constexpr std::uint64_t kWalBoundBytes = std::uint64_t{4} << 20;
 
 }  // namespace
 
@@ -58,7 +58,7 @@ bool Recorder::Begin() {
     runNumbers_.push_back(number);
     file_ = std::move(next);
     fullAt_ = maxFileBytes_;
-    spoiled_ = inDoubt_ = logPinned_ = false;
+    spoiled_ = inDoubt_ = walPinned_ = false;
     return true;
   }
   if (file_ == nullptr) return false;  // the caller logs it
@@ -100,7 +100,7 @@ bool Recorder::Write(Batch& batch) {
     Work();
   }
   Work();
-  WatchLog();
+  WatchWal();
   return true;
 }
 
@@ -139,10 +139,10 @@ void Recorder::Sealed() {
   keyStuck_ = sealer_->KeyStuck();
 }
 
-void Recorder::WatchLog() {
-  const bool pinned = file_->LogBytes() > kLogBound;
-  if (pinned && !logPinned_) log(kLogError, "A reader makes the WAL of ", file_->Path(), " grow");
-  logPinned_ = pinned;
+void Recorder::WatchWal() {
+  const bool pinned = file_->WalBytes() > kWalBoundBytes;
+  if (pinned && !walPinned_) log(kLogError, "A reader makes the WAL of ", file_->Path(), " grow");
+  walPinned_ = pinned;
 }
 
 }  // namespace store

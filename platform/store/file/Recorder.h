@@ -54,7 +54,7 @@ class Recorder {
   }
   bool IsOpen() const { return file_ != nullptr; }
   bool Failing() const { return failing_; }
-  bool LogPinned() const { return logPinned_; }
+  bool WalPinned() const { return walPinned_; }
   RecordingFile& File() { return *file_; }
   const FileNames& Names() const { return names_; }
   const std::vector<std::uint32_t>& RunNumbers() const { return runNumbers_; }  // since Start
@@ -76,7 +76,7 @@ class Recorder {
   void SayFailing(const char* reason);
   void Work();
   void Sealed();
-  void WatchLog();
+  void WatchWal();
 
   FileNames names_;
   RecordingDirectory directory_;
@@ -91,7 +91,7 @@ class Recorder {
   bool spoiled_ = false;    // the file is damaged: no more writes
   bool failing_ = false;    // the last write failed
   bool inDoubt_ = false;    // the failed commit may have taken effect
-  bool logPinned_ = false;  // logged that the WAL grows
+  bool walPinned_ = false;  // logged that the WAL grows
   bool keyStuck_ = false;   // logged that the key file fails
 };
 

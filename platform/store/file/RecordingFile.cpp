@@ -14,7 +14,7 @@
 namespace store {
 namespace {
 
-constexpr const char* kLogMode = "PRAGMA journal_mode=WAL";
+constexpr const char* kWalMode = "PRAGMA journal_mode=WAL";
 constexpr const char* kSettings[] = {
     "PRAGMA synchronous=FULL",         // a commit is on the medium when it returns
     "PRAGMA cache_size=-512",          // KiB
@@ -23,14 +23,14 @@ constexpr const char* kSettings[] = {
     "PRAGMA journal_size_limit=1048576",
 };
 
-std::string LogOf(const std::string& path) {
+std::string WalOf(const std::string& path) {
   return path + "-wal";
 }
 
 bool Configure(Database& database, const RunId& id) {
   const auto run = [&database](const std::string& sql) { return Ok(database.Execute(sql)); };
   std::string mode;
-  if (!Ok(database.Query(kLogMode, mode)) || mode != "wal") return false;
+  if (!Ok(database.Query(kWalMode, mode)) || mode != "wal") return false;
   return std::all_of(std::begin(kSettings), std::end(kSettings), run) && run(CreateRecording(id));
 }
 
@@ -73,7 +73,7 @@ int RecordingFile::Create(const std::string& path, const RunId& run) {
   path_ = path;
   const bool made = Ok(database_.Open(path)) && Configure(database_, run) && Prepare();
   const bool alone = IsOwn("-wal") && IsOwn("-shm");
-  if (made && alone && Identify(path_, identity_) == 0 && OpenLog()) return 0;
+  if (made && alone && Identify(path_, identity_) == 0 && OpenWal()) return 0;
   Finalize();
   (void)database_.KeepWals();
   database_.Close();
@@ -91,20 +91,20 @@ bool RecordingFile::IsOwn(const char* suffix) const {
          S_ISREG(beside.st_mode) && beside.st_uid == file.st_uid;
 }
 
-bool RecordingFile::OpenLog() {
+bool RecordingFile::OpenWal() {
   struct stat status {};
-  logHead_ = OpenPlainFile(LogOf(path_), status);
-  if (!logHead_.IsOpen()) return false;
-  log_.device = status.st_dev;
-  log_.inode = status.st_ino;
-  RememberLog();
+  walHead_ = OpenPlainFile(WalOf(path_), status);
+  if (!walHead_.IsOpen()) return false;
+  wal_.device = status.st_dev;
+  wal_.inode = status.st_ino;
+  RememberWal();
   return true;
 }
 
-void RecordingFile::RememberLog() {
+void RecordingFile::RememberWal() {
   struct stat status {};
-  if (fstat(logHead_.Get(), &status) == 0) log_.bytes = static_cast<std::uint64_t>(status.st_size);
-  (void)ReadFully(logHead_, 0, head_.data(), head_.size());
+  if (fstat(walHead_.Get(), &status) == 0) wal_.bytes = static_cast<std::uint64_t>(status.st_size);
+  (void)ReadFully(walHead_, 0, head_.data(), head_.size());
 }
 
 bool RecordingFile::Prepare() {
@@ -136,7 +136,7 @@ SqliteCode RecordingFile::Write(const Batch& batch, std::size_t maxBytes, seal::
   } else if (sqlite3_get_autocommit(database_.Handle()) == 0) {
     (void)database_.Execute("ROLLBACK");
   }
-  RememberLog();
+  RememberWal();
   return code;
 }
 
@@ -159,10 +159,10 @@ const char* RecordingFile::Harm() {
   if (gone(path_, identity_)) return "removed or replaced";
   if (now.bytes < identity_.bytes) return "truncated";
   identity_ = now;
-  if (gone(LogOf(path_), log_)) return "left without its WAL, which was removed or replaced";
-  if (now.bytes < log_.bytes) return "damaged: its WAL was truncated";
+  if (gone(WalOf(path_), wal_)) return "left without its WAL, which was removed or replaced";
+  if (now.bytes < wal_.bytes) return "damaged: its WAL was truncated";
   std::array<unsigned char, 32> head{};
-  if (ReadFully(logHead_, 0, head.data(), head.size()) != 0 && head != head_)
+  if (ReadFully(walHead_, 0, head.data(), head.size()) != 0 && head != head_)
     return "damaged: its WAL was overwritten";
   return nullptr;
 }
@@ -184,7 +184,7 @@ void RecordingFile::Close() {
     (void)database_.KeepWals();
   }
   database_.Close();
-  logHead_.Reset();
+  walHead_.Reset();
 }
 
 }  // namespace store

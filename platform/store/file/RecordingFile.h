@@ -34,8 +34,8 @@ class RecordingFile {
   // How others harmed the file or its WAL; null if they did not. Of the WAL it checks only identity, size and
   // head.
   const char* Harm();
-  std::uint64_t Bytes() const { return identity_.bytes + log_.bytes; }  // as last seen
-  std::uint64_t LogBytes() const { return log_.bytes; }
+  std::uint64_t Bytes() const { return identity_.bytes + wal_.bytes; }  // as last seen
+  std::uint64_t WalBytes() const { return wal_.bytes; }
 
   // Leaves one single file. If the file or its WAL was harmed, leaves both as they are.
   void Close();
@@ -46,16 +46,16 @@ class RecordingFile {
 
  private:
   bool Prepare();
-  bool OpenLog();
+  bool OpenWal();
   bool IsOwn(const char* suffix) const;
-  void RememberLog();
+  void RememberWal();
   void Finalize();  // ends all statements: SQLite closes no connection that has any
   SqliteCode InsertAll();
 
   std::string path_;
   FileIdentity identity_;
-  FileIdentity log_;
-  Descriptor logHead_;  // closing it releases no lock: SQLite holds none on a WAL
+  FileIdentity wal_;
+  Descriptor walHead_;  // closing it releases no lock: SQLite holds none on a WAL
   std::array<unsigned char, 32> head_{};
   BatchTable rows_;
   Database database_;

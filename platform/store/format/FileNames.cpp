@@ -14,7 +14,7 @@ namespace store {
 namespace {
 
 constexpr std::string_view kSuffix = ".db";
-constexpr std::string_view kSuffixOfLogs = ".db-";
+constexpr std::string_view kSuffixBeside = ".db-";  // of a WAL and other files of SQLite
 constexpr std::size_t kMinDigits = 6;
 constexpr std::size_t kMaxDigits = 9;
 constexpr std::uint32_t kMaxNumber = 999'999'999;
@@ -95,7 +95,7 @@ std::uint32_t FileNames::NumberOf(std::string_view name, bool& isRecording) cons
   name.remove_prefix(prefix_.size());
   const std::uint32_t number = TakeNumber(name);
   isRecording = number != 0 && name == kSuffix;
-  return isRecording || name.starts_with(kSuffixOfLogs) ? number : 0;
+  return isRecording || name.starts_with(kSuffixBeside) ? number : 0;
 }
 
 bool FileNames::IsOneOf(const std::string& path) const {
