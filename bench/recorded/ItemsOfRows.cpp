@@ -1,7 +1,5 @@
 #include "ItemsOfRows.h"
 
-#include <algorithm>
-
 #include "Processes.h"
 #include "SourceTable.h"
 #include "items/FpgaExternalEventItem.h"
@@ -27,40 +25,10 @@ std::string HexOf(const Item& item) {
 
 }  // namespace
 
-struct ItemsOfRows::Table {
-  std::string_view name;
-  Make make;
-};
-
-const ItemsOfRows::Table ItemsOfRows::kTables[] = {
-    {"state", &ItemsOfRows::State},
-    {"gps_state", &ItemsOfRows::GpsState},
-    {"gps", &ItemsOfRows::Gps},
-    {"radar_state", &ItemsOfRows::RadarState},
-    {"radar", &ItemsOfRows::Radar},
-    {"speed", &ItemsOfRows::Speed},
-    {"mic_present", &ItemsOfRows::MicPresent},
-    {"mic_active", &ItemsOfRows::MicActive},
-    {"temperature", &ItemsOfRows::Temperature},
-    {"camera", &ItemsOfRows::Camera},
-    {"video_stream", &ItemsOfRows::VideoStream},
-    {"stream_quality", &ItemsOfRows::Quality},
-    {"live_stream", &ItemsOfRows::LiveStream},
-    {"vehicle", &ItemsOfRows::Vehicle},
-    {"system_info", &ItemsOfRows::SystemInfo},
-    {"department", &ItemsOfRows::Department},
-    {"officer", &ItemsOfRows::Officer},
-    {"recording_settings", &ItemsOfRows::RecordingSettings},
-};
-
 ItemsOfRows::ItemsOfRows() {
   for (const Publication& publication : Publications()) {
-    values_[publication.source] = {&publication, publication.make()};
+    values_.sources[publication.source] = {&publication, publication.make()};
   }
-}
-
-std::uint32_t ItemsOfRows::TickOf(const Row& row) {
-  return static_cast<std::uint32_t>(row.hasSenderTick ? row.senderTick : row.tick);
 }
 
 std::uint32_t ItemsOfRows::Moved(std::uint32_t tick, std::uint32_t shiftMs) {
@@ -68,30 +36,29 @@ std::uint32_t ItemsOfRows::Moved(std::uint32_t tick, std::uint32_t shiftMs) {
 }
 
 const Source* ItemsOfRows::Take(const Row& row) {
-  const auto* table = std::find_if(std::begin(kTables), std::end(kTables),
-                                   [&row](const Table& any) { return any.name == row.table; });
-  const Source* source = table == std::end(kTables) ? nullptr : (this->*table->make)(row);
+  const RowKind* kind = FindRowKind(row.table);
+  const Source* source = kind == nullptr ? nullptr : kind->item(values_, row);
   if (source == nullptr) return nullptr;
-  Value& value = values_.at(source);
+  ItemValues::Value& value = values_.sources.at(source);
   value.tick = TickOf(row);
   value.taken = true;
   return source;
 }
 
 Words ItemsOfRows::Event(const Source& source, std::uint32_t shiftMs) {
-  Value& value = values_.at(&source);
+  ItemValues::Value& value = values_.sources.at(&source);
   value.publication->stamp(*value.item, Moved(value.tick, shiftMs));
   return {"payload", ProcessName(source.server), std::string(source.name), HexOf(*value.item)};
 }
 
 std::vector<Words> ItemsOfRows::FirstValues(std::uint32_t shiftMs) {
   MicStatusResponse all;
-  for (const auto& [number, entry] : mics_) all.Add(entry);
-  if (!mics_.empty()) At<MicStatusResponse>(SourceNamed("mic")) = all;
-  auto& inputs = At<FpgaExternalEventItem>(SourceNamed("input"));
+  for (const auto& [number, entry] : values_.mics) all.Add(entry);
+  if (!values_.mics.empty()) values_.At<MicStatusResponse>(SourceNamed("mic")) = all;
+  auto& inputs = values_.At<FpgaExternalEventItem>(SourceNamed("input"));
   inputs.changedMask = FpgaExternalEventItem::kAllInputs;
   std::vector<Words> commands;
-  for (const auto& [source, value] : values_) {
+  for (const auto& [source, value] : values_.sources) {
     if (!value.taken || source->kind == Source::kMessage || source->server == e_Process_StateMgr) continue;
     commands.push_back(Event(*source, shiftMs));
   }

@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "FindFiles.h"
-#include "LinesOfRows.h"
 #include "Messages.h"
+#include "RowKinds.h"
 #include "RunReader.h"
 #include "Runs.h"
 #include "Verbs.h"
@@ -18,7 +18,6 @@ using reader::EventKind;
 using reader::FindFiles;
 using reader::FindRuns;
 using reader::Messages;
-using reader::Row;
 using reader::Run;
 using reader::RunReader;
 
@@ -37,7 +36,9 @@ class Writer {
   void Take(const Row& row) {
     lastTick_ = row.tick;
     full_ = full_ || row.event == EventKind::kRestated;
-    std::istringstream commands(lines_.Take(row));
+    const RowKind* kind = row.event == EventKind::kRestated ? nullptr : FindRowKind(row.table);
+    if (kind == nullptr) return;
+    std::istringstream commands(kind->line(values_, row));
     for (std::string command; std::getline(commands, command);) Add(row.tick, command);
   }
 
@@ -70,7 +71,7 @@ class Writer {
   }
 
   RecordedDrive& drive_;
-  LinesOfRows lines_;
+  LineValues values_;
   bool full_ = false;
   std::int64_t beginTick_ = -1;
   std::int64_t lastTick_ = 0;

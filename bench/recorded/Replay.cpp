@@ -118,7 +118,7 @@ bool Replay::NextEvent(DriveLine& line) {
 
 Words Replay::WordsOf(const Row& row) {
   if (row.table == "bookmark") {
-    return {"bookmark", std::to_string(ItemsOfRows::Moved(ItemsOfRows::TickOf(row), shiftMs_))};
+    return {"bookmark", std::to_string(ItemsOfRows::Moved(TickOf(row), shiftMs_))};
   }
   const Source* source = items_.Take(row);
   return source == nullptr ? Words() : items_.Event(*source, shiftMs_);
