@@ -38,12 +38,10 @@ class Bytes : public Item {
   std::string bytes_;
 };
 
-// A payload that this notice has; the live streams are alike.
+// A payload that this notice has.
 const std::string& PayloadOf(unsigned int notice) {
-  const bool isLive = notice > MetadataMgrNotice_LiveStream0 && notice <= MetadataMgrNotice_LiveStream5;
   for (const EventKind& kind : EventKinds()) {
-    if (kind.type == (isLive ? static_cast<unsigned int>(MetadataMgrNotice_LiveStream0) : notice))
-      return kind.payload;
+    if (kind.type == notice) return kind.payload;
   }
   std::abort();
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "BenchRun.h"
+#include "Tables.h"
 #include "support/Connection.h"
 
 namespace {
@@ -34,14 +35,9 @@ const std::string kAwkwardDrive =
 // The SQL for each table; "!" stands for its name.
 std::string ForEachTable(const std::string& sql) {
   std::string all;
-  for (const char* table :
-       {"bookmark",    "camera",       "configuration", "department",  "gps",
-        "gps_state",   "live_stream",  "mac",           "mic_active",  "mic_present",
-        "officer",     "previous_run", "radar",         "radar_state", "recording_settings",
-        "serial",      "speed",        "speed_valid",   "state",       "stream_quality",
-        "system_info", "temperature",  "vehicle",       "video_stream"}) {
+  for (const store::Table& table : store::kTables) {
     std::string one = sql;
-    for (std::size_t at = 0; (at = one.find('!', at)) != std::string::npos;) one.replace(at, 1, table);
+    for (std::size_t at = 0; (at = one.find('!', at)) != std::string::npos;) one.replace(at, 1, table.name);
     all += one;
   }
   return all;

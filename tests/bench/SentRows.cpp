@@ -1,20 +1,23 @@
 #include "SentRows.h"
 
+#include <fnmatch.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
 
+#include "Tables.h"
 #include "support/Connection.h"
 #include "support/Eventually.h"
 #include "support/LogText.h"
+#include "system/Servers.h"
 
 namespace {
 
-// One kind of record. Both queries return two sort numbers before the values. The query `sent` reads the
-// table `event`: the sent lines of these sources as (id, source, f), where f holds the values. The tables
-// `part` (k: 0 to 8) and `input` (k, bit, signal) split one event into several rows.
+// One kind of record that differs from what was sent. Both queries return two sort numbers before the values.
+// The query `sent` reads the table `event`: the sent lines of these sources as (id, source, f), where f holds
+// the values. The tables `part` (k: 0 to 8) and `input` (k, bit, signal) split one event into several rows.
 struct Kind {
   const char* sources;  // a glob pattern
   const char* recorded;
@@ -89,13 +92,7 @@ const Kind kKinds[] = {
      "address>>16 & 255, address>>8 & 255, address & 255), port FROM live_stream WHERE event=1",
      "SELECT id, 0, substr(source,6), f->>0, f->>1, f->>2 & 255, f->>3, f->>4 FROM event"},
 
-    {"vehicle", "SELECT seq, 0, unit_id, license_plate FROM vehicle WHERE event=1",
-     "SELECT id, 0, f->>0, f->>1 FROM event"},
     {"system", "SELECT seq, 0, device_name, software_version FROM system_info WHERE event=1",
-     "SELECT id, 0, f->>0, f->>1 FROM event"},
-    {"department", "SELECT seq, 0, name, division FROM department WHERE event=1",
-     "SELECT id, 0, f->>0, f->>1 FROM event"},
-    {"officer", "SELECT seq, 0, name, badge_number FROM officer WHERE event=1",
      "SELECT id, 0, f->>0, f->>1 FROM event"},
     {"recording",
      "SELECT seq, 0, pre_event_s, post_event_s, width, height, frames_per_second, bit_rate_kbps "
@@ -151,6 +148,31 @@ struct Compared {
   Lines recorded;
 };
 
+bool HasKind(const char* source) {
+  return std::any_of(std::begin(kKinds), std::end(kKinds),
+                     [source](const Kind& kind) { return fnmatch(kind.sources, source, 0) == 0; });
+}
+
+// All other items are recorded as they are sent, in the table of the same name: the values, one row for each
+// number if the table's first column is one, and the sender tick, if there is one.
+Compared CompareAsSent(Tables& tables, const std::string& source) {
+  const auto* table = std::find_if(std::begin(store::kTables), std::end(store::kTables),
+                                   [&source](const store::Table& any) { return any.name == source; });
+  if (table == std::end(store::kTables)) return {"no kind and no table of " + source, true, {}, {}};
+  const bool numbered = table->HasNumberedSources();
+  const std::size_t values = table->ColumnCount() - (numbered ? 1 : 0);
+  std::string recorded = "SELECT seq, 0";
+  std::string sent = numbered ? "SELECT id, k, k" : "SELECT id, k";
+  for (std::size_t i = 0; i < table->ColumnCount(); ++i) recorded.append(", ").append(table->columns[i].name);
+  const std::string count = std::to_string(values);
+  for (std::size_t i = 0; i < values; ++i) sent += ", f->>(k*" + count + "+" + std::to_string(i) + ")";
+  const std::string parts = numbered ? "json_array_length(f)/" + count : "1";
+  sent +=
+      ", f->>(" + parts + "*" + count + ") FROM sent, part WHERE k<" + parts + " AND source='" + source + "'";
+  recorded += std::string(", sender_tick FROM ") + table->name + " WHERE event=1";
+  return {recorded, true, tables.Ordered(sent), tables.Ordered(recorded)};
+}
+
 std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::string& recording) {
   Tables tables(bench.Path("sent"), recording);
   std::vector<Compared> all;
@@ -162,6 +184,13 @@ std::vector<Compared> CompareSentWithRecorded(const BenchRun& bench, const std::
     if (compared.expected)
       compared.sent = tables.Ordered("WITH event AS (SELECT * FROM sent WHERE " + sources + ") " + kind.sent);
     all.push_back(std::move(compared));
+  }
+  for (const ServerRow& server : servers::kAll) {
+    for (const ServedItem& item : server.items) {
+      if (HasKind(item.name)) continue;
+      all.push_back(CompareAsSent(tables, item.name));
+      unknown.append(" AND source<>'").append(item.name).append("'");
+    }
   }
   all.push_back({"sources that no kind of record has", false, tables.Rows(unknown), {}});
   return all;

@@ -1,21 +1,14 @@
 #include "support/EventKinds.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
+#include <string_view>
 
 #include "FollowedServers.h"
+#include "Publications.h"
 #include "StreamingLvsStateItem.h"
 #include "items/ConfigurationItems.h"
-#include "items/CrashItem.h"
 #include "items/FpgaExternalEventItem.h"
 #include "items/GpsStatusItem.h"
-#include "items/MicStatusResponse.h"
-#include "items/RadarItem.h"
-#include "items/SystickItem.h"
-#include "items/TempStatus.h"
-#include "items/VideoMgrCameraItem.h"
-#include "items/VideoMgrStreamQualityItem.h"
 #include "system/BigEndian.h"
 #include "system/Servers.h"
 
@@ -67,20 +60,6 @@ std::string Gps() {
   });
 }
 
-std::string Radar() {
-  return Filled<RadarItem>([](RadarItem& item) {
-    item.status = 0;
-    item.tick = kTick;
-  });
-}
-
-std::string Mics() {
-  return Filled<MicStatusResponse>([](MicStatusResponse& item) {
-    for (unsigned int mic = 0; mic < 4; ++mic) item.Add({e_MicrophonePosition{mic}, true, true});
-    item.tick = kTick;
-  });
-}
-
 std::string LiveStream() {
   return Filled<ExternalMgrApi::StreamingLvsStateItem>([](ExternalMgrApi::StreamingLvsStateItem& item) {
     item.enabled.Value(true);
@@ -90,36 +69,28 @@ std::string LiveStream() {
   });
 }
 
-template <typename T>
-std::string WithTick() {
-  return Filled<T>([](T& item) { item.tick = kTick; });
-}
-
-EventKind Subscribed(const char* name, unsigned int notificationId, std::string payload) {
-  return {name, notificationId, FollowedItemOf(notificationId).handler, std::move(payload)};
-}
-
-// Aborts, and names the server, when a server has no message here.
-std::vector<EventKind> Complete(std::vector<EventKind> kinds) {
-  for (const ServerRow& server : servers::kAll) {
-    const bool known = std::any_of(kinds.begin(), kinds.end(), [&server](const EventKind& kind) {
-      return kind.type == server.items.front().notificationId;
+// Payloads that differ from the first value that the bench publishes of the item.
+std::string PayloadOf(const bench::Publication& publication) {
+  const std::string_view name = publication.source->name;
+  if (name == "input") {
+    return Filled<FpgaExternalEventItem>([](FpgaExternalEventItem& item) {
+      item.changedMask = FpgaExternalEventItem::kBrakes;
+      item.tick = kTick;
     });
-    if (known) continue;
-    std::fprintf(stderr, "EventKinds has no message of %s\n", server.name);
-    std::abort();
   }
-  return kinds;
+  if (name == "gps") return Gps();
+  if (name == "vehicle") return Texts<VehicleInfo>();
+  if (name == "system") return Texts<SystemInfo>();
+  if (name == "department") return Texts<DepartmentInfo>();
+  if (name == "officer") return Texts<Officer>();
+  if (name.starts_with("live-")) return LiveStream();
+  const auto item = publication.make();
+  publication.stamp(*item, kTick);
+  return Encoded(*item);
 }
 
 std::vector<EventKind> MakeKinds() {
-  const std::string inputs = Encoded([] {
-    FpgaExternalEventItem item;
-    item.changedMask = FpgaExternalEventItem::kBrakes;
-    item.tick = kTick;
-    return item;
-  }());
-  return {
+  std::vector<EventKind> kinds = {
       {"RecordStartStop", MetadataMgrMsg_RecordStartStop, MetadataMgr::RecordStartStopHandler,
        Words({kTick}, {1})},
       {"Bookmark", MetadataMgrMsg_Bookmark, MetadataMgr::BookmarkHandler, Words({kTick})},
@@ -127,26 +98,18 @@ std::vector<EventKind> MakeKinds() {
       {"VideoStream", MetadataMgrMsg_VideoStreamState, MetadataMgr::VideoStreamStateChangeHandler,
        Words({kTick, 3, 1})},
       {"Camera", MetadataMgrMsg_CameraState, MetadataMgr::CliCameraStateChangedHandler, Words({kTick, 3, 1})},
-      Subscribed("RecordStart", MetadataMgrNotice_RecordStart, Encoded(SystickItem(kTick))),
-      Subscribed("RecordStop", MetadataMgrNotice_RecordStop, Encoded(SystickItem(kTick))),
-      Subscribed("CovertEntered", MetadataMgrNotice_EnterCovertMode, Encoded(SystickItem(kTick))),
-      Subscribed("CovertLeft", MetadataMgrNotice_ExitCovertMode, Encoded(SystickItem(kTick))),
-      Subscribed("Inputs", MetadataMgrNotice_ExternalEvent, inputs),
-      Subscribed("Gps", MetadataMgrNotice_GpsStatus, Gps()),
-      Subscribed("Radar", MetadataMgrNotice_Radar, Radar()),
-      Subscribed("Microphones", MetadataMgrNotice_MicStatus, Mics()),
-      Subscribed("Temperatures", MetadataMgrNotice_Temperatures, WithTick<TempStatus>()),
-      Subscribed("Crash", MetadataMgrNotice_Crash, WithTick<CrashItem>()),
-      Subscribed("Cameras", MetadataMgrNotice_Cameras, WithTick<VideoMgrCameraItem>()),
-      Subscribed("StreamQuality", MetadataMgrNotice_StreamQuality, WithTick<VideoMgrStreamQualityItem>()),
-      Subscribed("LiveStream", MetadataMgrNotice_LiveStream0, LiveStream()),
-      Subscribed("Vehicle", MetadataMgrNotice_VehicleInfo, Texts<VehicleInfo>()),
-      Subscribed("System", MetadataMgrNotice_SystemInfo, Texts<SystemInfo>()),
-      Subscribed("Department", MetadataMgrNotice_DepartmentInfo, Texts<DepartmentInfo>()),
-      Subscribed("Officer", MetadataMgrNotice_Officer, Texts<Officer>()),
-      Subscribed("RecordingSettings", MetadataMgrNotice_VideoRecordingSettings,
-                 Encoded(VideoRecordingSettings())),
   };
+  for (const ServerRow& server : servers::kAll) {
+    for (const ServedItem& item : server.items) {
+      const auto publications = bench::Publications();
+      const auto publication =
+          std::find_if(publications.begin(), publications.end(),
+                       [&item](const bench::Publication& any) { return any.source->name == item.name; });
+      kinds.push_back({item.name, item.notificationId, FollowedItemOf(item.notificationId).handler,
+                       PayloadOf(*publication)});
+    }
+  }
+  return kinds;
 }
 
 }  // namespace
@@ -156,7 +119,7 @@ std::string EventKind::Packet() const {
 }
 
 const std::vector<EventKind>& EventKinds() {
-  static const std::vector<EventKind> kinds = Complete(MakeKinds());
+  static const std::vector<EventKind> kinds = MakeKinds();
   return kinds;
 }
 
