@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Instant.h"
+#include "Position.h"
 #include "Messages.h"
 #include "Replay.h"
 #include "Runs.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Drive.h"
-#include "Instant.h"
+#include "Position.h"
 #include "ItemsOfRows.h"
 #include "Messages.h"
 #include "RunReader.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Commands.h"
-#include "Instant.h"
+#include "Position.h"
 #include "Output.h"
 #include "Selection.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Freshness.h"
-#include "Instant.h"
+#include "Position.h"
 #include "RowFormat.h"
 #include "TrackFollower.h"
 #include "Utc.h"

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "Instant.h"
+#include "Position.h"
 #include "Output.h"
 #include "RowFormat.h"
 

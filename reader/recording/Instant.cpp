@@ -1,12 +1,11 @@
 #include "Instant.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <utility>
 
-#include "RunReader.h"
+#include "Row.h"
 #include "Utc.h"
 
 namespace reader {
@@ -15,12 +14,12 @@ namespace {
 struct NamedEvent {
   const char* name;
   const char* source;
-  int active;  // -1: any value
+  int active;
 };
 constexpr std::array<NamedEvent, 19> kEvents{{
     {"record-start", "recording", 1},
     {"record-stop", "recording", 0},
-    {"bookmark", "bookmark", -1},
+    {"bookmark", "bookmark", Instant::kAnyActive},
     {"crash", "crash", 1},
     {"crash-cleared", "crash", 0},
     {"covert-on", "covert", 1},
@@ -80,7 +79,8 @@ bool ReadEvent(std::string_view text, Instant& instant) {
   const NamedEvent* event = TakeEvent(text);
   if (event == nullptr) return false;
   instant.kind = Instant::Kind::kEvent;
-  instant.event = event->name;
+  instant.source = event->source;
+  instant.active = event->active;
   if (text.starts_with(':')) {
     text.remove_prefix(1);
     if (!TakeNumber(text, instant.count) || instant.count < 1) return false;
@@ -96,27 +96,12 @@ bool ReadTick(std::string_view text, Instant& instant) {
 
 // A tick this large would mean 31 years since boot, so the number counts from 1970 (2001 or later).
 constexpr std::int64_t kLeastEpochMs = 1'000'000'000'000;
-// Seconds since 1970, for 2017 to 2100. As ticks, these are valid for a recorder that runs for weeks.
-constexpr std::int64_t kFirstEpochSecond = 1'500'000'000;
-constexpr std::int64_t kLastEpochSecond = 4'100'000'000;
+
+}  // namespace
 
 std::string EpochHint(const std::string& text, std::int64_t utcMs) {
   return "'" + text + "' is no tick of these recordings. If it counts from 1970, write " + UtcText(utcMs);
 }
-
-bool LooksLikeEpoch(std::int64_t tick, const std::vector<Run>& runs) {
-  constexpr std::int64_t kDayMs = 86'400'000;
-  if (tick < kFirstEpochSecond || tick > kLastEpochSecond) return false;
-  return std::none_of(runs.begin(), runs.end(), [tick](const Run& run) {
-    return tick >= run.firstTick - kDayMs && tick <= run.lastTick + kDayMs;
-  });
-}
-
-int Sign(std::int64_t left, std::int64_t right) {
-  return left < right ? -1 : left > right ? 1 : 0;
-}
-
-}  // namespace
 
 bool ReadInstant(const std::string& text, Instant& instant, std::string& error) {
   instant = {};
@@ -153,69 +138,6 @@ std::string InstantFooter() {
     line += word;
   }
   return footer + line + "\n";
-}
-
-int Position::Compare(const Row& row) const {
-  if (run != 0 && row.run != run) return Sign(row.run, run);
-  switch (by) {
-    case By::kTick:
-      return Sign(row.tick, value);
-    case By::kUtc:
-      return Sign(row.utcMs, value);
-    case By::kSeq:
-      return Sign(row.seq, value);
-  }
-  return 0;
-}
-
-std::int64_t Position::AgeMs(const Row& row) const {
-  switch (by) {
-    case By::kTick:
-      return value - row.tick;
-    case By::kUtc:
-      return value - std::max(row.utcMs, -2 * kFarthestMs);  // a file without a clock has kNoUtc
-    case By::kSeq:
-      return tick - row.tick;
-  }
-  return 0;
-}
-
-bool Position::IsAfter(const Position& other) const {
-  if (run != 0 && other.run != 0 && run != other.run) return run > other.run;
-  if (by == By::kUtc || other.by == By::kUtc)
-    return utcMs != kNoUtc && other.utcMs != kNoUtc && utcMs > other.utcMs;
-  if (by == By::kSeq && other.by == By::kSeq) return value > other.value;
-  return tick > other.tick;
-}
-
-std::optional<Position> Resolve(const Instant& instant, const std::vector<Run>& runs, Messages& messages) {
-  if (instant.kind == Instant::Kind::kTick) {
-    if (!LooksLikeEpoch(instant.value, runs))
-      return Position{Position::By::kTick, 0, instant.value, instant.value};
-    messages.Problem(EpochHint(instant.said, instant.value * 1000));
-    return std::nullopt;
-  }
-  if (instant.kind == Instant::Kind::kUtc)
-    return Position{Position::By::kUtc, 0, instant.value, 0, instant.value};
-  const auto* event = std::find_if(kEvents.begin(), kEvents.end(),
-                                   [&instant](const NamedEvent& row) { return row.name == instant.event; });
-  Selection selection;
-  std::string ignored;
-  (void)selection.Read(event->source, ignored);
-  RunReader reader(runs, &selection, false, messages);
-  Row row;
-  int count = 0;
-  while (reader.Next(row)) {
-    if (row.event != EventKind::kEvent) continue;
-    if (event->active >= 0 && row.Number("active") != event->active) continue;
-    if (++count < instant.count) continue;
-    const std::int64_t utcMs = row.utcMs == kNoUtc ? kNoUtc : row.utcMs + instant.distanceMs;
-    if (instant.distanceMs == 0) return Position{Position::By::kSeq, row.run, row.seq, row.tick, utcMs};
-    const std::int64_t tick = row.tick + instant.distanceMs;
-    return Position{Position::By::kTick, row.run, tick, tick, utcMs};
-  }
-  messages.Problem("no " + instant.said + " is recorded: there are " + std::to_string(count));
-  return std::nullopt;
 }
 
 }  // namespace reader
