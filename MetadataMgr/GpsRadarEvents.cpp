@@ -13,21 +13,13 @@ constexpr const LogSource& log = kManagerLog;
 }  // namespace
 
 bool MetadataMgr::SubscribeToGpsHal(LinxIpc& ipc) {
-  subscribing::Trace(e_Process_GpsHal);
-  GpsStatusItem item;
-  if (!subscribing::Fetch<e_Process_GpsHal>(subscribing::MakeOnce(gpsHalClient, ipc), this, {&item}))
-    return false;
-  ReportGpsStatus(item, false);
-  return true;
+  return subscribing::SubscribeAndReport<e_Process_GpsHal, GpsStatusItem>(
+      gpsHalClient, ipc, this, [this](const GpsStatusItem& item) { ReportGpsStatus(item, false); });
 }
 
 bool MetadataMgr::SubscribeToRadarHal(LinxIpc& ipc) {
-  subscribing::Trace(e_Process_RadarHal);
-  RadarItem item;
-  if (!subscribing::Fetch<e_Process_RadarHal>(subscribing::MakeOnce(radarHalClient, ipc), this, {&item}))
-    return false;
-  ReportRadarEvent(item, false);
-  return true;
+  return subscribing::SubscribeAndReport<e_Process_RadarHal, RadarItem>(
+      radarHalClient, ipc, this, [this](const RadarItem& item) { ReportRadarEvent(item, false); });
 }
 
 void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {

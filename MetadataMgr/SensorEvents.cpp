@@ -13,33 +13,18 @@ constexpr unsigned int kLastMicrophone = 3;
 }  // namespace
 
 bool MetadataMgr::SubscribeToMicMgr(LinxIpc& ipc) {
-  subscribing::Trace(e_Process_MicMgr);
-  if (subscribing::Ignored(e_Process_MicMgr)) return true;
-  MicStatusResponse status;
-  if (!subscribing::Fetch<e_Process_MicMgr>(subscribing::MakeOnce(micClient, ipc), this, {&status}))
-    return false;
-  ReportMicStatus(status, false);
-  return true;
+  return subscribing::SubscribeAndReport<e_Process_MicMgr, MicStatusResponse>(
+      micClient, ipc, this, [this](const MicStatusResponse& status) { ReportMicStatus(status, false); });
 }
 
 bool MetadataMgr::SubscribeToAccelHal(LinxIpc& ipc) {
-  subscribing::Trace(e_Process_AccelHal);
-  if (subscribing::Ignored(e_Process_AccelHal)) return true;
-  CrashItem item;
-  if (!subscribing::Fetch<e_Process_AccelHal>(subscribing::MakeOnce(accelHalClient, ipc), this, {&item}))
-    return false;
-  HandleCrash(item.crash, item.tick);
-  return true;
+  return subscribing::SubscribeAndReport<e_Process_AccelHal, CrashItem>(
+      accelHalClient, ipc, this, [this](const CrashItem& item) { HandleCrash(item.crash, item.tick); });
 }
 
 bool MetadataMgr::SubscribeToTempHal(LinxIpc& ipc) {
-  subscribing::Trace(e_Process_TempHal);
-  if (subscribing::Ignored(e_Process_TempHal)) return true;
-  TempStatus temp;
-  if (!subscribing::Fetch<e_Process_TempHal>(subscribing::MakeOnce(tempHalClient, ipc), this, {&temp}))
-    return false;
-  ReportTempChange(temp, false);
-  return true;
+  return subscribing::SubscribeAndReport<e_Process_TempHal, TempStatus>(
+      tempHalClient, ipc, this, [this](const TempStatus& temp) { ReportTempChange(temp, false); });
 }
 
 void MetadataMgr::ReportMicState(e_MicrophonePosition mic, bool present, bool active, unsigned int tick,

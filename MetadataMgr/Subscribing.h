@@ -51,4 +51,16 @@ bool Fetch(SubscribeClient& client, MetadataMgr* manager, Item* const (&values)[
   return true;
 }
 
+// The whole operation for a server with one item. When the server is switched off, reports nothing, or the
+// item as constructed, as its row says.
+template <e_Process kProcess, typename T, typename Client, typename Report>
+bool SubscribeAndReport(std::unique_ptr<Client>& client, LinxIpc& ipc, MetadataMgr* manager, Report report) {
+  Trace(kProcess);
+  if (!servers::Of(kProcess).defaultWhenOff && Ignored(kProcess)) return true;
+  T value;
+  if (!Fetch<kProcess>(MakeOnce(client, ipc), manager, {&value})) return false;
+  report(value);
+  return true;
+}
+
 }  // namespace subscribing
