@@ -3,6 +3,7 @@
 #include "RowFields.h"
 #include "RowKinds.h"
 #include "SourceTable.h"
+#include "Texts.h"
 #include "items/ConfigurationItems.h"
 
 namespace bench {
@@ -37,10 +38,8 @@ std::string LineOfTexts(LineValues& /*values*/, const Row& row) {
 
 template <const TwoTexts& kTexts, typename T>
 const Source* ItemOfTexts(ItemValues& values, const Row& row) {
-  const auto [first, second] = T::Fields();
-  T& item = values.At<T>(kTexts.source);
-  item.*first = std::string(row.Text(kTexts.first));
-  item.*second = std::string(row.Text(kTexts.second));
+  SetTexts(values.At<T>(kTexts.source), std::string(row.Text(kTexts.first)),
+           std::string(row.Text(kTexts.second)));
   return kTexts.source;
 }
 

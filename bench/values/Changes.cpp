@@ -7,6 +7,7 @@
 #include "MessagePayloads.h"
 #include "SourceTable.h"
 #include "StreamingLvsStateItem.h"
+#include "Texts.h"
 #include "Track.h"
 #include "items/ConfigurationItems.h"
 #include "items/CrashItem.h"
@@ -44,24 +45,9 @@ void SplitResolution(const std::string& word, std::uint16_t& width, std::uint16_
 
 // ---- Values of one item class
 
-void SetVehicle(VehicleInfo& item, const Words& words) {
-  item.unitId = Text(words[0]);
-  item.licensePlate = Text(words[1]);
-}
-
-void SetSystem(SystemInfo& item, const Words& words) {
-  item.deviceName = Text(words[0]);
-  item.softwareVersion = Text(words[1]);
-}
-
-void SetDepartment(DepartmentInfo& item, const Words& words) {
-  item.name = Text(words[0]);
-  item.division = Text(words[1]);
-}
-
-void SetOfficer(Officer& item, const Words& words) {
-  item.name = Text(words[0]);
-  item.badgeNumber = Text(words[1]);
+template <typename T>
+void SetTextsOf(T& item, const Words& words) {
+  SetTexts(item, Text(words[0]), Text(words[1]));
 }
 
 void SetRecording(VideoRecordingSettings& item, const Words& words) {
@@ -168,10 +154,10 @@ constexpr Change kChanges[] = {
     {"record stop", SourceNamed("record-stop"), nullptr},
     {"covert on", SourceNamed("covert-on"), nullptr},
     {"covert off", SourceNamed("covert-off"), nullptr},
-    {"config vehicle", SourceNamed("vehicle"), Apply<VehicleInfo, SetVehicle>},
-    {"config system", SourceNamed("system"), Apply<SystemInfo, SetSystem>},
-    {"config department", SourceNamed("department"), Apply<DepartmentInfo, SetDepartment>},
-    {"config officer", SourceNamed("officer"), Apply<Officer, SetOfficer>},
+    {"config vehicle", SourceNamed("vehicle"), Apply<VehicleInfo, SetTextsOf<VehicleInfo>>},
+    {"config system", SourceNamed("system"), Apply<SystemInfo, SetTextsOf<SystemInfo>>},
+    {"config department", SourceNamed("department"), Apply<DepartmentInfo, SetTextsOf<DepartmentInfo>>},
+    {"config officer", SourceNamed("officer"), Apply<Officer, SetTextsOf<Officer>>},
     {"config recording", SourceNamed("recording"), Apply<VideoRecordingSettings, SetRecording>},
     {"input", SourceNamed("input"), Apply<FpgaExternalEventItem, SetInputs>},
     {"gps fix", SourceNamed("gps"), Apply<GpsStatusItem, SetGpsFix>},

@@ -4,6 +4,7 @@
 #include "MessagePayloads.h"
 #include "SourceTable.h"
 #include "StreamingLvsStateItem.h"
+#include "Texts.h"
 #include "Track.h"
 #include "items/ConfigurationItems.h"
 #include "items/CrashItem.h"
@@ -30,20 +31,16 @@ void Begin(RadarItem& item) {
   item.status = 0;  // no traffic
 }
 void Begin(VehicleInfo& item) {
-  item.unitId = "unit-1";
-  item.licensePlate = "BENCH 1";
+  SetTexts(item, "unit-1", "BENCH 1");
 }
 void Begin(SystemInfo& item) {
-  item.deviceName = "bench";
-  item.softwareVersion = "1.0";
+  SetTexts(item, "bench", "1.0");
 }
 void Begin(DepartmentInfo& item) {
-  item.name = "Bench Police";
-  item.division = "Patrol";
+  SetTexts(item, "Bench Police", "Patrol");
 }
 void Begin(Officer& item) {
-  item.name = "A. Driver";
-  item.badgeNumber = "100";
+  SetTexts(item, "A. Driver", "100");
 }
 void Begin(VideoRecordingSettings& item) {
   item.preEventSeconds = 30;
