@@ -1,5 +1,9 @@
 #include "Pace.h"
 
+#include <algorithm>
+
+#include "RunOptions.h"
+
 namespace bench {
 
 using std::chrono::milliseconds;
@@ -51,10 +55,16 @@ void Pace::Played(milliseconds at, const std::string& text) {
     report_.Event(text);
     at_ = at;
     step_ = false;
+  } else {
+    lateness_.Add(Clock::now() - report_.WhenDue(at));
   }
   if (Clock::now() < nextNews_) return;
   report_.Event(HowFar());
   nextNews_ += kNewsInterval;
+}
+
+void Pace::End() const {
+  if (report_.Speed() < kMaxSpeed && !lateness_.Empty()) report_.Event(lateness_.Text());
 }
 
 std::string Pace::HowFar() const {

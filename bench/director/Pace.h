@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Keyboard.h"
+#include "Lateness.h"
 #include "Report.h"
 
 namespace bench {
@@ -22,8 +23,10 @@ class Pace {
   void TakeKeys();
   // When a line is due. It is never due while the replay is paused.
   Clock::time_point WhenDue(std::chrono::milliseconds at) const;
-  // A line was played. `text` says which.
+  // MetadataMgr has taken a line. `text` says which.
   void Played(std::chrono::milliseconds at, const std::string& text);
+  // Prints how late the lines were, unless each was due at once.
+  void End() const;
 
  private:
   void Pause();
@@ -38,6 +41,7 @@ class Pace {
   bool step_ = false;                // the next line is due
   std::chrono::milliseconds at_{0};  // the drive's time, while paused
   std::size_t lines_ = 0;
+  Lateness lateness_;
   Clock::time_point nextNews_;
 };
 

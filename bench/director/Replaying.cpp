@@ -38,6 +38,7 @@ void Director::PlayReplay() {
     failed = !Execute(line.command.words, {}).ok;
     pace.Played(line.at, line.text);
   }
+  pace.End();
   EndReplay();
 }
 

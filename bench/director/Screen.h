@@ -18,6 +18,7 @@ class Screen {
   // Ends the drive: the stamp is "stop" from now on.
   void EndDrive();
 
+  double Speed() const { return speed_; }
   bool Driving() const { return phase_ == Phase::kDrive; }
   bool Stopping() const { return phase_ == Phase::kStop; }
   Clock::time_point DriveBegin() const { return begin_; }

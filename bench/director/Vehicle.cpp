@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <thread>
 
 #include "Numbers.h"
 #include "Processes.h"
@@ -96,9 +97,11 @@ Outcome Vehicle::Signal(const std::string& server, int signal) {
 bool Vehicle::ReceiveUntil(const Clock::time_point& end, const std::function<bool()>& done) {
   constexpr milliseconds kLook{50};  // interval between looks at the children
   while (!done()) {
-    const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
+    const auto left = end - Clock::now();
     if (left.count() <= 0) return false;
-    (void)ipc_.Receive(static_cast<int>(std::min(left, kLook).count()), 0, LinxIpc::emptyString, nullptr);
+    if (left < milliseconds(1)) std::this_thread::sleep_for(left);  // Receive would wait longer
+    const auto waitMs = std::min(std::chrono::floor<milliseconds>(left), kLook);
+    (void)ipc_.Receive(static_cast<int>(waitMs.count()), 0, LinxIpc::emptyString, nullptr);
     LookAfterChildren();
     StartLateRoles();
   }

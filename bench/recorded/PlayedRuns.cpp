@@ -16,7 +16,10 @@ void SayLine(const std::string& text) {
 
 }  // namespace
 
-PlayedRuns::PlayedRuns(ReplayOptions options) : options_(std::move(options)), messages_(SayLine) {}
+PlayedRuns::PlayedRuns(ReplayOptions options)
+    : options_(std::move(options)), messages_([this](const std::string& text) {
+        if (said_.insert(text).second) SayLine(text);
+      }) {}
 
 bool PlayedRuns::Find() {
   const std::vector<reader::Run> found =
@@ -33,12 +36,10 @@ bool PlayedRuns::Find() {
   return !runs_.empty();
 }
 
-// Says what the run lacks. Returns whether it has a clean end.
+// Reads the whole run, so that all that is wrong with it is said before it is played. Returns whether it has
+// a clean end.
 bool PlayedRuns::Judge(const reader::Run& run) {
-  reader::Selection ends;
-  std::string error;
-  (void)ends.Read("run,loss,copy", error);
-  reader::RunReader reader({run}, &ends, false, messages_);
+  reader::RunReader reader({run}, nullptr, false, messages_);
   std::int64_t lost = 0;
   bool hasEnd = false;
   bool isCopy = false;
@@ -71,10 +72,13 @@ std::unique_ptr<Replay> PlayedRuns::Begin(std::size_t index) {
   }
   switch (replay->Begin()) {
     case Replay::Begun::kNoStart:
-      Say(played.run, "the recording ends before the start was complete; there is nothing to play");
+      Say(played.run, "the recording has no full state and no events; there is nothing to play");
       return nullptr;
     case Replay::Begun::kOutside:
       return nullptr;
+    case Replay::Begun::kWithoutFullState:
+      Say(played.run, "the recording has no full state; it is played from its first event on");
+      return replay;
     case Replay::Begun::kYes:
       return replay;
   }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,7 @@ class PlayedRuns {
   void Say(const reader::Run& run, const std::string& text) const;
 
   ReplayOptions options_;
+  std::set<std::string> said_;  // problems; each is said once
   reader::Messages messages_;
   reader::Range range_;
   std::vector<PlayedRun> runs_;

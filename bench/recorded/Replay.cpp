@@ -25,6 +25,10 @@ bool Selects(const reader::Selection& selection, const Row& row) {
   return selection.Selects(row.table, row.source);
 }
 
+bool IsEvent(const Row& row) {
+  return row.event == EventKind::kEvent && FindRowKind(row.table) != nullptr;
+}
+
 }  // namespace
 
 Replay::Replay(reader::Run run, reader::Range range, HowToPlay how, reader::Messages& messages)
@@ -47,21 +51,31 @@ std::int64_t Replay::EndTick() const {
   return std::min(run_.lastTick, tick);
 }
 
-// Rows up to the first full state, and up to --from, tell the values at the start.
+// Rows up to the first full state, or without one up to the first event, and up to --from, tell the values at
+// the start.
 Replay::Begun Replay::Begin() {
-  reader_ = std::make_unique<reader::RunReader>(std::vector{run_}, nullptr, true, messages_);
-  items_ = ItemsOfRows();
-  bool full = false;
-  for (hasRow_ = reader_->Next(row_); hasRow_; hasRow_ = reader_->Next(row_)) {
-    const bool restated = row_.event == EventKind::kRestated;
-    full = full || restated;
-    if (full && !restated && (!range_.from || range_.from->Compare(row_) >= 0)) break;
-    if (IsPlayed(row_)) (void)items_.Take(row_);
+  ReadToBegin(true);
+  Begun begun = Begun::kYes;
+  if (!hasRow_ && !full_) {
+    ReadToBegin(false);
+    begun = hasRow_ ? Begun::kWithoutFullState : Begun::kNoStart;
   }
   beginTick_ = row_.tick;
-  if (!full) return Begun::kNoStart;
   const bool isOutside = (range_.from && !hasRow_) || (range_.to && hasRow_ && range_.to->Compare(row_) > 0);
-  return isOutside ? Begun::kOutside : Begun::kYes;
+  return isOutside && begun != Begun::kNoStart ? Begun::kOutside : begun;
+}
+
+void Replay::ReadToBegin(bool needsFullState) {
+  reader_ = std::make_unique<reader::RunReader>(std::vector{run_}, nullptr, true, messages_);
+  items_ = ItemsOfRows();
+  full_ = false;
+  for (hasRow_ = reader_->Next(row_); hasRow_; hasRow_ = reader_->Next(row_)) {
+    const bool restated = row_.event == EventKind::kRestated;
+    full_ = full_ || restated;
+    const bool started = needsFullState ? full_ && !restated : IsEvent(row_);
+    if (started && (!range_.from || range_.from->Compare(row_) >= 0)) break;
+    if (IsPlayed(row_)) (void)items_.Take(row_);
+  }
 }
 
 bench::Drive Replay::Drive() {
@@ -130,7 +144,8 @@ void Replay::PlayAgain() {
   const std::int64_t roundMs = lastMs_ + kPauseMs;
   if (options_.moveTicks) shiftMs_ += static_cast<std::uint32_t>(roundMs - roundMs_);
   roundMs_ = lastMs_ = roundMs;
-  if (Begin() == Begun::kYes) again_ = items_.FirstValues(shiftMs_);
+  (void)Begin();
+  again_ = items_.FirstValues(shiftMs_);
 }
 
 }  // namespace bench

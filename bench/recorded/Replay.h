@@ -32,8 +32,9 @@ class Replay {
   // Reads up to the first event. Must come first.
   enum class Begun {
     kYes,
-    kNoStart,  // the recording ends before the process had all first values
-    kOutside   // nothing of the run is within the range
+    kWithoutFullState,  // from the first event
+    kNoStart,           // no events, and no full state
+    kOutside            // nothing of the run is within the range
   };
   Begun Begin();
   // MetadataMgr is killed at the end.
@@ -43,6 +44,7 @@ class Replay {
   bench::Drive Drive();
 
  private:
+  void ReadToBegin(bool needsFullState);
   std::int64_t EndTick() const;
   bool IsPlayed(const Row& row) const;
   bool Next(DriveLine& line);
@@ -59,6 +61,7 @@ class Replay {
   ItemsOfRows items_;
   Row row_;  // the next one
   bool hasRow_ = false;
+  bool full_ = false;  // a full state was read
   bool endsInKill_ = false;
   bool begun_ = false;
   std::int64_t beginTick_ = 0;  // arrival of the first event

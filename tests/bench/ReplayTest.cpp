@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <map>
+
 #include "BenchRun.h"
 #include "Tables.h"
 #include "support/Connection.h"
@@ -41,6 +44,25 @@ std::string ForEachTable(const std::string& sql) {
     all += one;
   }
   return all;
+}
+
+// The recording with the table's first page overwritten.
+std::string Damaged(const std::string& path, const std::string& table) {
+  Connection rows(path);
+  const std::size_t size = std::stoul(rows.Rows("PRAGMA page_size"));
+  const std::size_t page =
+      std::stoul(rows.Rows("SELECT rootpage FROM sqlite_schema WHERE name='" + table + "'"));
+  return TextOfFile(path).replace((page - 1) * size, size, size, 'x');
+}
+
+// The names and contents of all files, to see that nothing was changed or left there.
+std::map<std::string, std::string> FilesIn(const std::string& directory) {
+  std::map<std::string, std::string> files;
+  for (const auto& file : std::filesystem::directory_iterator(directory)) {
+    files[file.path()] =
+        TextOfFile(file.path()) + std::to_string(file.last_write_time().time_since_epoch().count());
+  }
+  return files;
 }
 
 class Replay : public testing::Test {
@@ -85,8 +107,10 @@ TEST_F(Replay, PlaysAllRunsAndEndsEachAsItEnded) {
   (void)first_.Finish();
   Record("0 crash on\n0.1 bookmark\n0.3 quit\n", "1");
   const std::string recordings = first_.Path("mnt/metadata");
+  const auto before = FilesIn(recordings);
   BenchRun again;
   ASSERT_EQ(again.Replay(recordings), 0) << again.Output();
+  EXPECT_EQ(FilesIn(recordings), before);
   EXPECT_THAT(again.Output(),
               AllOf(StartsWith("run 1: the recording was cut off; MetadataMgr is killed at the end\n"),
                     HasSubstr("MetadataMgr: signal 9"), HasSubstr("run 2 of 2"), HasSubstr("exit status 0")));
@@ -144,7 +168,7 @@ TEST(Field, NoPlaceIsRecordedBeforeTheFirstFix) {
 
 struct Bad {
   const char* name;
-  std::string content;  // empty: the recording
+  std::string content;
   std::string sql;
   int status;
   const char* said;
@@ -159,8 +183,13 @@ TEST_F(Replay, SaysFirstWhatIsWrongWithARecording) {
       {"cut.db", whole.substr(0, whole.size() - 512), "", 1,
        "cut.db: it is cut short; what is left is read\n"},
       {"other.db", whole, "ALTER TABLE state ADD COLUMN more INTEGER; PRAGMA user_version=3", 0, "schema 3"},
-      {"start.db", whole, ForEachTable("DELETE FROM ! WHERE event=2;"), 1,
-       "the recording ends before the start was complete; there is nothing to play\n"},
+      {"middle.db", Damaged(first_.Recording(), "gps"), "", 1,
+       "middle.db: table gps cannot be read: database disk image is malformed\nDrive of "},
+      {"schema1.db", "", TextOfFile(SCHEMA1), 0, "schema 1, this program knows 2"},
+      {"state.db", whole, ForEachTable("DELETE FROM ! WHERE event=2;"), 0,
+       "the recording has no full state; it is played from its first event on\nDrive of "},
+      {"start.db", whole, ForEachTable("DELETE FROM ! WHERE event>0;"), 1,
+       "the recording has no full state and no events; there is nothing to play\n"},
       {"text.db", std::string(5000, 'x'), "", 1,
        "text.db: file is not a database\nthere is nothing to play\n"},
       {"nothing.db", "SQLite format 3", "", 1, "there is nothing to play\n"},
@@ -170,11 +199,11 @@ TEST_F(Replay, SaysFirstWhatIsWrongWithARecording) {
     SCOPED_TRACE(bad.name);
     const std::string path = directory.Write(bad.name, bad.content);
     ASSERT_EQ(bad.sql.empty() ? "" : Connection(path).Rows(bad.sql), "");
-    const std::string before = TextOfFile(path);
+    const auto before = FilesIn(directory.Path(""));
     BenchRun again;
     EXPECT_EQ(again.Replay(path), bad.status) << again.Output();
     EXPECT_THAT(again.Output(), HasSubstr(bad.said));
-    EXPECT_EQ(TextOfFile(path), before);
+    EXPECT_EQ(FilesIn(directory.Path("")), before);
   }
 }
 

@@ -131,6 +131,8 @@ TEST_F(DiffTest, ReportsTroubleWithTheStatusOfDiff) {
       {dir_.Path("nowhere.db"), "nowhere.db"},
       {dir_.Write("text.db", std::string(5000, 'x')), "text.db: file is not a database"},
       {dir_.Write("empty.db", ""), "empty.db: there is nothing to compare"},
+      {dir_.Write("middle.db", whole.substr(0, 4096) + std::string(1024, 'x') + whole.substr(5120)),
+       "middle.db: "},
       {dir_.Write("cut.db", whole.substr(0, whole.size() - 512)), "cut.db: it is cut short"},
   };
   for (const auto& [path, said] : kCases) {
