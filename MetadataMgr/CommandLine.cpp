@@ -11,15 +11,13 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
-
 void PrintUsage(const char* program) {
   std::cerr << "Usage:" << std::endl;
   std::cerr << program
             << " [-l OR --loglevel LEVEL] [-s OR --simulator] [-r OR --radar Radar Only Simulation] "
             << std::endl;
   std::cerr << "    LEVEL = LogLevel for this process" << std::endl;
-  log(kLogError, "MetadataMgr abnormal shutdown due to ", "Invalid Usage");
+  kManagerLog(kLogError, "MetadataMgr abnormal shutdown due to ", "Invalid Usage");
 }
 
 }  // namespace

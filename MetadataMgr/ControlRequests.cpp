@@ -5,25 +5,19 @@
 #include "ManagerLog.h"
 #include "system/Messages.h"
 
-namespace {
-
-constexpr const LogSource& log = kManagerLog;
-
-}  // namespace
-
 void AnswerSender(LinxIpc& ipc, unsigned int type, unsigned int size, char* payload,
                   const AnswerTexts& texts) {
   IpcMessage& message = ipc.CurrentMessage();
   const std::string sender = message.GetSender();
   if (message.Allocate(type, size, payload) != 0) {
-    log(kLogError, texts.cannotAllocate);
+    kManagerLog(kLogError, texts.cannotAllocate);
     return;
   }
-  if (ipc.Notify(sender, message, true) != 0) log({texts.cannotSendMask}, texts.cannotSend);
+  if (ipc.Notify(sender, message, true) != 0) kManagerLog({texts.cannotSendMask}, texts.cannotSend);
 }
 
 void PingHandler(LinxIpc* ipc, void* /*context*/) {
-  log(kLogTrace, "Ping Handler");
+  kManagerLog(kLogTrace, "Ping Handler");
   AnswerSender(*ipc, MetadataMgrMsg_PingResponse, 0, nullptr,
                {"Error Allocating Message", "Error Sending Response", kLogError});
 }

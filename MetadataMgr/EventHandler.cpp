@@ -2,22 +2,16 @@
 
 #include "ManagerLog.h"
 
-namespace {
-
-constexpr const LogSource& log = kManagerLog;
-
-}  // namespace
-
 unsigned char* EnterHandler(LinxIpc& ipc, const HandlerShape& shape) {
-  log({shape.traceMask}, shape.name);
+  kManagerLog({shape.traceMask}, shape.name);
   IpcMessage& message = ipc.CurrentMessage();
   if (message.DataPtr() == nullptr) {
-    log(kLogMalformed, shape.nullPayloadName != nullptr ? shape.nullPayloadName : shape.name,
-        ": error, DataPtr is null");
+    kManagerLog(kLogMalformed, shape.nullPayloadName != nullptr ? shape.nullPayloadName : shape.name,
+                ": error, DataPtr is null");
     return nullptr;
   }
   if (message.Size() < shape.payloadBytes) {
-    log(kLogMalformed, shape.name, ": payload is too short");
+    kManagerLog(kLogMalformed, shape.name, ": payload is too short");
     return nullptr;
   }
   return message.DataPtr();

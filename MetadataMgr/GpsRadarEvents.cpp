@@ -6,12 +6,6 @@
 #include "items/GpsStatusItem.h"
 #include "items/RadarItem.h"
 
-namespace {
-
-constexpr const LogSource& log = kManagerLog;
-
-}  // namespace
-
 bool MetadataMgr::SubscribeToGpsHal(LinxIpc& ipc) {
   return subscribing::SubscribeAndReport<e_Process_GpsHal, GpsStatusItem>(
       gpsHalClient, ipc, this, [this](const GpsStatusItem& item) { ReportGpsStatus(item, false); });
@@ -23,7 +17,7 @@ bool MetadataMgr::SubscribeToRadarHal(LinxIpc& ipc) {
 }
 
 void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {
-  log(kLogInfo, "Add in SystemTick to GpsStatusItem - tick = ", item.tick);
+  kManagerLog(kLogInfo, "Add in SystemTick to GpsStatusItem - tick = ", item.tick);
   if (item.HasFix()) {
     const auto speedKmh = static_cast<unsigned short>(item.speedDeciKmh / 10);
     dataStore.ReportGpsState(true, report);
@@ -37,7 +31,7 @@ void MetadataMgr::ReportGpsStatus(const GpsStatusItem& item, bool report) {
 }
 
 void MetadataMgr::ReportRadarEvent(const RadarItem& item, bool report) {
-  log(kLogInfo, "Add in SystemTick to RadarItem - tick = ", item.tick);
+  kManagerLog(kLogInfo, "Add in SystemTick to RadarItem - tick = ", item.tick);
   if (item.Valid()) {
     dataStore.ReportRadarState(kRadarNumber, true, report);
     dataStore.ReportRadar(kRadarNumber, item.targetSpeedKmh, item.fastestSpeedKmh, item.lockedSpeedKmh,

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
-
 struct InputSignal {
   const char* text;
   std::uint32_t bit;  // same bit in both masks
@@ -39,10 +37,10 @@ bool MetadataMgr::SubscribeToFpga(LinxIpc& ipc) {
 }
 
 void MetadataMgr::ReportExternalEvent(const FpgaExternalEventItem& item, bool report) {
-  log(kLogInfo, "Add in SystemTick to ExternalEvent - tick = ", item.tick);
+  kManagerLog(kLogInfo, "Add in SystemTick to ExternalEvent - tick = ", item.tick);
   for (const InputSignal& signal : kInputSignals) {
     if ((item.changedMask & signal.bit) == 0) continue;
-    log(kLogInfo, "ReportExternalEvent", signal.text);
+    kManagerLog(kLogInfo, "ReportExternalEvent", signal.text);
     const bool active = (item.inputLevels & signal.bit) != 0;
     dataStore.ReportStateData(active ? signal.active : signal.inactive, report, item.tick);
   }

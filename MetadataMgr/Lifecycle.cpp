@@ -19,7 +19,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
 constexpr mode_t kDirectoryMode = 0770;
 
 // Accepts any existing file at the path; opening the store fails if it is not a usable directory.
@@ -27,7 +26,7 @@ bool MakeMetadataDir() {
   struct stat status {};
   if (stat(gMetadataDir.c_str(), &status) == 0 || mkdir(gMetadataDir.c_str(), kDirectoryMode) == 0)
     return true;
-  log(kLogError, "Error Creating directory", errno);
+  kManagerLog(kLogError, "Error Creating directory", errno);
   return false;
 }
 
@@ -54,7 +53,7 @@ void ReportDeviceFacts(DataStore& store) {
 
 MetadataMgr::MetadataMgr() : watchdog(e_Process_MetadataMgr, e_ThreadIds_Main), dataStore(gMetadataPath) {
   if (KvGetenv("FORCE_METADATA") == nullptr) return;
-  log(kLogUnusual, "Forcing fake periodic metadata");
+  kManagerLog(kLogUnusual, "Forcing fake periodic metadata");
   forceMetadata = true;
 }
 
@@ -63,14 +62,14 @@ MetadataMgr::~MetadataMgr() {
 }
 
 bool MetadataMgr::PreInit(LinxIpc& ipc) {
-  log(kLogTrace, "PreInit");
+  kManagerLog(kLogTrace, "PreInit");
   if (!MakeMetadataDir()) return false;
   unsigned char* items = sharedMem.MetadataItems(false);
   if (items == nullptr) {
-    log(kLogError, "Shared Memory attachment failure");
+    kManagerLog(kLogError, "Shared Memory attachment failure");
     return false;
   }
-  log(kLogInfo, "Connected to shared Memory");
+  kManagerLog(kLogInfo, "Connected to shared Memory");
   sharedrecord::Reset(items);
   RegisterHandlers(ipc);
   if (!dataStore.Open()) return false;
@@ -104,20 +103,20 @@ void MetadataMgr::InitializeStore() {
   if (gStoreInitialized) return;
   const unsigned int tick = systick.SystemTick();
   if (tick == Systick::kUnavailable) {
-    log(kLogMalformed, "SystemTick not correct in InitializeStore");
+    kManagerLog(kLogMalformed, "SystemTick not correct in InitializeStore");
     return;
   }
-  log(kLogTrace, "Starting first output to metadata files at system tick ", tick);
+  kManagerLog(kLogTrace, "Starting first output to metadata files at system tick ", tick);
   dataStore.ReportShutdownDataAtStartup();
   dataStore.TimerTick(tick);
   ReportDeviceFacts(dataStore);
   dataStore.ReportConfiguration(false);
   gStoreInitialized = true;
-  log(kLogTrace, "finished first output to metadata files");
+  kManagerLog(kLogTrace, "finished first output to metadata files");
 }
 
 void MetadataMgr::Shutdown(LinxIpc& /*ipc*/) {
-  log(kLogTrace, "Shutdown Requested");
+  kManagerLog(kLogTrace, "Shutdown Requested");
   Cleanup();
   gShutdownRequested = true;
 }

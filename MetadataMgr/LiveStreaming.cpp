@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
 constexpr int kExternalMgrTimeoutMs = 2000;
 
 }  // namespace
@@ -37,9 +36,9 @@ void MetadataMgr::LVSStateChangeHandler(LinxIpc* ipc, void* context, int stream)
 void MetadataMgr::ReportLVSStateChange(const ExternalMgrApi::StreamingLvsStateItem& item, bool report,
                                        int stream, unsigned int tick) {
   const std::string& address = item.address.Value();
-  log(kLogShutdown, "Rcvd ext streaming state change, stream ", stream, "  en:", item.enabled.Value(),
-      "  HiQual:", item.highQuality.Value(), "  Cam:", unsigned{item.camera.Value()}, "  Ip: ", address,
-      "  Port:", unsigned{item.port.Value()});
+  kManagerLog(kLogShutdown, "Rcvd ext streaming state change, stream ", stream, "  en:", item.enabled.Value(),
+              "  HiQual:", item.highQuality.Value(), "  Cam:", unsigned{item.camera.Value()},
+              "  Ip: ", address, "  Port:", unsigned{item.port.Value()});
   dataStore.ReportLvsState(static_cast<e_VideoStream>(stream),
                            static_cast<unsigned char>(item.camera.Value()), item.highQuality.Value(),
                            item.enabled.Value(), inet_addr(address.c_str()), item.port.Value(), report, tick);

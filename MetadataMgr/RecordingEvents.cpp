@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
-
 // The tag of a signal that is on or off; `off` is one higher than the tag for on.
 e_Tag TagOf(e_Tag off, bool on) {
   return static_cast<e_Tag>(off - (on ? 1U : 0U));
@@ -29,24 +27,24 @@ bool MetadataMgr::SubscribeToStateMgr(LinxIpc& ipc) {
   for (const Operation operation : kOperations) {
     const FollowedItem& row = FollowedItemOf((item++)->notificationId);
     if ((client.*operation)(row.notificationId, row.handler, this)) continue;
-    log(kLogError, row.failure);
+    kManagerLog(kLogError, row.failure);
     return false;
   }
   return true;
 }
 
 void MetadataMgr::ReportRecordingEvent(bool recordStart, unsigned int tick, bool report) {
-  log(kLogInfo, "ReportRecordingEvent - recordStart = ", recordStart);
+  kManagerLog(kLogInfo, "ReportRecordingEvent - recordStart = ", recordStart);
   dataStore.ReportStateData(TagOf(e_Tag_RecordingStopped, recordStart), report, tick);
 }
 
 void MetadataMgr::ReportCovertModeEvent(bool enabled, unsigned int tick, bool report) {
-  log(kLogInfo, "ReportCovertModeEvent - enabled = ", enabled);
+  kManagerLog(kLogInfo, "ReportCovertModeEvent - enabled = ", enabled);
   dataStore.ReportStateData(TagOf(e_Tag_CovertLeft, enabled), report, tick);
 }
 
 void MetadataMgr::ReportBookmark(unsigned int tick) {
-  log(kLogInfo, "ReportBookmark");
+  kManagerLog(kLogInfo, "ReportBookmark");
   dataStore.ReportBookmark(tick);
   server->Bookmark();
 }

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
-
 constexpr std::size_t kFileNameSize = 1024;
 constexpr std::size_t kCopyRequestSize = kFileNameSize + 8;
 constexpr unsigned int kTickAnswerSize = 8;
@@ -22,7 +20,7 @@ constexpr unsigned int kTickAnswerSize = 8;
 bool CopyMetadata(MetadataMgr& manager, const IpcMessage& request) {
   const unsigned char* data = request.DataPtr();
   if (request.Size() < kCopyRequestSize || std::memchr(data, '\0', kFileNameSize) == nullptr) {
-    log(kLogMalformed, "MetadataToFileHandler: malformed request");
+    kManagerLog(kLogMalformed, "MetadataToFileHandler: malformed request");
     return false;
   }
   const std::string destination(reinterpret_cast<const char*>(data));
@@ -33,13 +31,13 @@ bool CopyMetadata(MetadataMgr& manager, const IpcMessage& request) {
 }  // namespace
 
 void MetadataMgr::MetadataToFileHandler(LinxIpc* ipc, void* context) {
-  log(kLogTrace, "MetadataToFile");
+  kManagerLog(kLogTrace, "MetadataToFile");
   if (context == nullptr) {
-    log(kLogMalformed, "MetadataToFileHandler", " invalid argument");
+    kManagerLog(kLogMalformed, "MetadataToFileHandler", " invalid argument");
     return;
   }
   if (ipc->CurrentMessage().DataPtr() == nullptr) {
-    log(kLogMalformed, "MetadataToFileHandler: error, DataPtr is null");
+    kManagerLog(kLogMalformed, "MetadataToFileHandler: error, DataPtr is null");
     return;
   }
   char copied = CopyMetadata(ManagerOf(context), ipc->CurrentMessage()) ? 1 : 0;
@@ -49,9 +47,9 @@ void MetadataMgr::MetadataToFileHandler(LinxIpc* ipc, void* context) {
 }
 
 void MetadataMgr::GetLastSystemTickHandler(LinxIpc* ipc, void* context) {
-  log(kLogInfo, "GetLastSystemTickHandler");
+  kManagerLog(kLogInfo, "GetLastSystemTickHandler");
   if (context == nullptr) {
-    log(kLogMalformed, "GetLastSystemTickHandler invalid argument");
+    kManagerLog(kLogMalformed, "GetLastSystemTickHandler invalid argument");
     return;
   }
   const unsigned int tick = ManagerOf(context).GetLastSystemTick();

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
 constexpr unsigned int kLastMicrophone = 3;
 
 }  // namespace
@@ -34,9 +33,9 @@ void MetadataMgr::ReportMicState(e_MicrophonePosition mic, bool present, bool ac
 }
 
 void MetadataMgr::ReportMicStatus(const MicStatusResponse& status, bool report) {
-  log(kLogInfo, "ReportMicStatus");
+  kManagerLog(kLogInfo, "ReportMicStatus");
   for (const MicStatusResponse::Entry& entry : status) {
-    log(kLogDetail, unsigned{entry.mic}, " active=", entry.active, " present=", entry.present);
+    kManagerLog(kLogDetail, unsigned{entry.mic}, " active=", entry.active, " present=", entry.present);
     ReportMicState(entry.mic, entry.present, entry.active, status.tick, report);
   }
 }
@@ -57,7 +56,7 @@ void MetadataMgr::MicStateChangedHandler(LinxIpc* ipc, void* context) {
   if (payload == nullptr) return;
   const unsigned int mic = GetU32(payload + 4);
   if (mic > kLastMicrophone) {
-    log(kLogError, "ReportMicState: Invalid mic no ", mic);
+    kManagerLog(kLogError, "ReportMicState: Invalid mic no ", mic);
     return;
   }
   ManagerOf(context).ReportMicState(e_MicrophonePosition{mic}, payload[8] != 0, payload[9] != 0,

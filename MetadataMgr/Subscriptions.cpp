@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
-
 constexpr unsigned int kWatchdogSeconds = 45;
 constexpr int kStreamMgrTimeoutMs = 60000;
 
@@ -15,13 +13,13 @@ constexpr int kStreamMgrTimeoutMs = 60000;
 
 bool MetadataMgr::SubscribeTo(const FollowedServer& followed, LinxIpc& ipc) {
   if ((this->*followed.subscribe)(ipc)) return true;
-  log(kLogError, followed.stepFailure);
+  kManagerLog(kLogError, followed.stepFailure);
   return false;
 }
 
 // Initialises the store between the first and the second server.
 bool MetadataMgr::SubscribeToServers(LinxIpc& ipc, bool /*flag*/) {
-  log(kLogTrace, "SubscribeToServers");
+  kManagerLog(kLogTrace, "SubscribeToServers");
   if (!SubscribeTo(FollowedServers().front(), ipc)) return false;
   InitializeStore();
   for (const FollowedServer& followed : FollowedServers().subspan(1)) {

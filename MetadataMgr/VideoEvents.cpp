@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
 constexpr unsigned int kLastNumber = 3;  // last stream and camera
 
 // The states of a camera that count as active.
@@ -40,7 +39,7 @@ bool MetadataMgr::SubscribeToVideoMgr(LinxIpc& ipc) {
 void MetadataMgr::ReportVideoStreamState(unsigned int stream, e_StreamState state, unsigned int tick,
                                          bool report) {
   if (stream > kLastNumber) {
-    log(kLogError, "VideoStreamStateChanged: Invalid streamNo ", stream);
+    kManagerLog(kLogError, "VideoStreamStateChanged: Invalid streamNo ", stream);
     return;
   }
   dataStore.ReportVideoStreamState(static_cast<e_VideoStream>(stream), state, report, tick);
@@ -49,7 +48,7 @@ void MetadataMgr::ReportVideoStreamState(unsigned int stream, e_StreamState stat
 void MetadataMgr::ReportCameraState(unsigned int camera, e_CameraState state, unsigned int tick,
                                     bool report) {
   if (camera > kLastNumber) {
-    log(kLogError, "CameraStateChanged: Invalid camera no ", camera);
+    kManagerLog(kLogError, "CameraStateChanged: Invalid camera no ", camera);
     return;
   }
   dataStore.ReportCameraState(static_cast<e_CameraPort>(camera), state, report, tick);

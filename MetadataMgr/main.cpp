@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr const LogSource& log = kManagerLog;
 constexpr int kReceiveTimeoutMs = 1000;  // longest wait before the periodic work
 
 void BuildMetadataPaths() {
@@ -47,9 +46,9 @@ int main(int argc, char** argv) {
   if (initializer.Init("MetadataMgr", logLevel)) {
     RunLoop(manager, initializer.Ipc());
   } else {
-    log(kLogError, "Unable to initialize MetadataMgr");
+    kManagerLog(kLogError, "Unable to initialize MetadataMgr");
     status = 1;
   }
-  log(kLogInfo, "Exiting ", status);
+  kManagerLog(kLogInfo, "Exiting ", status);
   return status;
 }

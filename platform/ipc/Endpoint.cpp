@@ -3,27 +3,21 @@
 #include <algorithm>
 #include <utility>
 
+#include "IpcLog.h"
 #include "ObserverRules.h"
 #include "Wire.h"
-#include "log/LogLine.h"
 
 // Opening and receiving.
 
 namespace ipc {
 
-namespace {
-
-constexpr LogSource log{"LinxIpc"};
-
-}  // namespace
-
 Endpoint::Endpoint(LinxIpc* owner, std::string name)
     : owner_(owner),
       name_(std::move(name)),
-      refused_(log, kLogMalformed),
-      dropped_(log, kLogMalformed),
-      unhandled_(log, kLogMalformed),
-      notPermitted_(log, kLogMalformed) {}
+      refused_(kIpcLog, kLogMalformed),
+      dropped_(kIpcLog, kLogMalformed),
+      unhandled_(kIpcLog, kLogMalformed),
+      notPermitted_(kIpcLog, kLogMalformed) {}
 
 os::Errno Endpoint::Init() {
   return Open(true);
@@ -39,7 +33,7 @@ os::Errno Endpoint::Open(bool listens) {
   if (!error.Failed()) error = connections_.Open();
   if (!error.Failed() && listens) error = connections_.WatchListening(socket_.Fd());
   if (!error.Failed() && signals_.Fd() >= 0) connections_.WatchSignals(signals_.Fd());
-  if (error.Failed()) log(kLogError, "Cannot open endpoint ", name_, ": ", error.Text());
+  if (error.Failed()) kIpcLog(kLogError, "Cannot open endpoint ", name_, ": ", error.Text());
   return error;
 }
 

@@ -3,14 +3,13 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 
-#include "log/LogLine.h"
+#include "IpcLog.h"
 #include "system/KvGetenv.h"
 
 namespace ipc {
 
 namespace {
 
-constexpr LogSource log{"LinxIpc"};
 constexpr mode_t kMode = 02750;
 constexpr uid_t kOverflowUser = 65534;  // the kernel reports it for users outside this user namespace
 
@@ -37,7 +36,7 @@ os::Errno EndpointDirectory::Open() {
   if (stat(path_.c_str(), &status) != 0) return os::Errno::Last();
   if (!S_ISDIR(status.st_mode)) return ENOTDIR;
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    log(kLogError, "Refused endpoint directory ", path_, ": group or others may write it");
+    kIpcLog(kLogError, "Refused endpoint directory ", path_, ": group or others may write it");
     return EPERM;
   }
   owner_ = status.st_uid;

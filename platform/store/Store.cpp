@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <csignal>
 
+#include "StoreLog.h"
 #include "SystemStoreClock.h"
 #include "Tables.h"
 #include "WhyNoFile.h"
-#include "log/LogLine.h"
 
 using store::Row;
 
 namespace {
-
-constexpr LogSource log{"DataStore"};
 
 constexpr int kStartUpTurns = 2;  // the TimerTick of the start-up, and the first of the loop
 
@@ -45,7 +43,7 @@ bool DataStoreNormal::Store::Open() {
   if (!BeginFile()) {
     const std::string path = recorder_.Names().PathOf(1);
     // The reason comes first: a long path would push it out of the line.
-    log(kLogError, "No recording can be begun (", store::WhyNoFile(path), "), such as ", path);
+    kStoreLog(kLogError, "No recording can be begun (", store::WhyNoFile(path), "), such as ", path);
     return false;
   }
   (void)Commit();
@@ -59,8 +57,8 @@ void DataStoreNormal::Store::Close() {
   // Tries twice: the first commit may fail, or leave a record about the WAL.
   if (!Commit() || !batch_.Empty()) (void)Commit();
   if (!batch_.Empty())
-    log(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
-  log(kLogDetail, "The longest batch had ", static_cast<long long>(batch_.MostBytes()), " bytes");
+    kStoreLog(kLogError, "Lost at the end: ", static_cast<long long>(batch_.Count()), " records");
+  kStoreLog(kLogDetail, "The longest batch had ", static_cast<long long>(batch_.MostBytes()), " bytes");
   batch_.Clear();
   recorder_.Close();
 }

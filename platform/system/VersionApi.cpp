@@ -9,12 +9,12 @@
 namespace {
 
 constexpr std::size_t kMaxFile = std::size_t{64} * 1024;
-constexpr std::string_view kBlanks(" \t\r\v\f\0", 6);
+constexpr std::string_view kVersionBlanks(" \t\r\v\f\0", 6);
 
 std::string_view Trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(kBlanks);
+  const std::size_t begin = text.find_first_not_of(kVersionBlanks);
   if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+  return text.substr(begin, text.find_last_not_of(kVersionBlanks) - begin + 1);
 }
 
 std::optional<VersionEntry> ParseLine(std::string_view line) {

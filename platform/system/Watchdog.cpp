@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr LogSource log{"Watchdog"};
+constexpr LogSource kWatchdogLog{"Watchdog"};
 constexpr std::int64_t kRetryMs = 100;
 
 }  // namespace
@@ -37,12 +37,12 @@ bool Watchdog::Subscribe(unsigned int periodSeconds) {
   if (name && name[0] != '\0') {
     const auto address = os::SocketAddress::OfName(name);
     if (!address) {
-      log(kLogError, "NOTIFY_SOCKET names no socket: ", name);
+      kWatchdogLog(kLogError, "NOTIFY_SOCKET names no socket: ", name);
       return false;
     }
     os::Descriptor fd(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!fd.IsOpen()) {
-      log(kLogError, "Cannot make a socket: ", errno);
+      kWatchdogLog(kLogError, "Cannot make a socket: ", errno);
       return false;
     }
     listener = std::make_unique<Listener>(Listener{*address, std::move(fd)});

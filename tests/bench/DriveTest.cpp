@@ -107,7 +107,7 @@ TEST(DefaultDrive, UsesEveryVerbButThoseOfTheLoadDriveAndTakesTwentySeconds) {
 }
 
 // Formats a text as the page does: no capital letter at the begin, no full stop at the end.
-std::string Sentence(std::string text) {
+std::string AsSentence(std::string text) {
   text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
   text.pop_back();
   return text;
@@ -120,7 +120,7 @@ TEST(Documents, HaveEveryVerbAndArgument) {
                                   : verb.performer == std::string(kNamedServer) ? "the server named"
                                                                                 : verb.performer;
     EXPECT_THAT(page, HasSubstr("| `" + std::string(verb.pattern) + "` | " + performer + " | " +
-                                Sentence(verb.help) + " |\n"));
+                                AsSentence(verb.help) + " |\n"));
   }
   for (const ArgumentType& type : ArgumentTypes()) {
     EXPECT_THAT(page, HasSubstr("| `" + std::string(type.name) + "` | " + type.Describe() + " |\n"));

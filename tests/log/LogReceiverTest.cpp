@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr LogSource log{"Test"};
+constexpr LogSource kTestLog{"Test"};
 
 std::uint64_t Dropped() {
   return LogClient::Instance().DroppedLines();
@@ -50,13 +50,13 @@ TEST(LogReceiver, ThatIsFullOrGoneCostsTheLinesOnlyAndIsToldHowMany) {
     WithStderr(fds[1], [&fds] {
       for (int round = 0; round < 2; ++round) {
         Fill(STDERR_FILENO);
-        for (int i = 0; i < 3; ++i) log(kLogError, "lost ", i);
+        for (int i = 0; i < 3; ++i) kTestLog(kLogError, "lost ", i);
         EXPECT_EQ(Dropped(), round == 0 ? 3U : 6U);
         EXPECT_EQ(Drain(fds[0]).find("lost"), std::string::npos);
         // The count comes with the next line, at most once per second.
         Lines lines;
         EXPECT_TRUE(Eventually([&] {
-          log(kLogUnusual, "kept");
+          kTestLog(kLogUnusual, "kept");
           for (const std::string& line : LogText(Drain(fds[0]))) lines.push_back(line);
           return lines.size() > 1 && lines[lines.size() - 2] == "1 LogClient: 3 log lines dropped";
         }));
@@ -66,7 +66,7 @@ TEST(LogReceiver, ThatIsFullOrGoneCostsTheLinesOnlyAndIsToldHowMany) {
     });
     close(fds[0]);
     WithStderr(fds[1], [] {
-      for (int i = 0; i < 3; ++i) log(kLogError, "lost");
+      for (int i = 0; i < 3; ++i) kTestLog(kLogError, "lost");
       EXPECT_EQ(Dropped(), 3U);
       EXPECT_EQ(write(STDERR_FILENO, "x", 1), -1);  // other writes do not kill the process either
     });
@@ -80,10 +80,10 @@ TEST(LogStandardError, ThatIsClosedNeverGetsLinesAgain) {
     WithStderr(STDERR_FILENO, [&] {
       if (!closedBeforeTheFirstLine) LogClient::Instance();
       close(STDERR_FILENO);
-      log(kLogError, "lost");
+      kTestLog(kLogError, "lost");
       const int fd = open(directory.Path("data").c_str(), O_WRONLY | O_CREAT, 0600);
       EXPECT_EQ(fd, STDERR_FILENO);  // the next file gets that descriptor
-      log(kLogError, "lost");
+      kTestLog(kLogError, "lost");
       EXPECT_EQ(lseek(fd, 0, SEEK_END), 0);
       EXPECT_EQ(Dropped(), 2U);
     });

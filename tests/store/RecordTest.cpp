@@ -29,7 +29,7 @@ struct Case {
   const char* line;  // source, event and text in the timeline
 };
 
-const Case kCases[] = {
+const Case kReports[] = {
     {[](auto& s) { s.ReportStateData(e_Tag_RecordingStopped, true, 7); }, "state", "7|1|70|0",
      "recording|event|stopped"},
     {[](auto& s) { s.ReportStateData(e_Tag_DoorOpen, false, 0xFFFFFFFF); }, "state", "4294967295|0|62|1",
@@ -103,10 +103,10 @@ const Case kCases[] = {
 TEST_F(StoreTest, EachReportIsARowOfItsTableALineOfTheTimelineAndPartOfTheFullState) {
   Open();
   Store().ReportMac(nullptr, false);  // ignored
-  for (const Case& c : kCases) c.report(Store());
+  for (const Case& c : kReports) c.report(Store());
   Store().WriteFullState(true);
   int seq = 1;  // the record of the clock
-  for (const Case& c : kCases) {
+  for (const Case& c : kReports) {
     const std::string number = std::to_string(++seq);
     const std::string where = " WHERE seq=" + number;
     EXPECT_EQ(Rows("SELECT * FROM " + std::string(c.table) + where), number + "|10000|" + c.row + "\n");

@@ -9,7 +9,7 @@
 namespace store {
 namespace {
 
-constexpr LogSource log{"DataStore"};
+constexpr LogSource kStoreLog{"DataStore"};
 
 // kNotDatabase: the file was replaced by one with another schema.
 SqliteCode ReadFirstTick(const std::string& path, std::int64_t& lastSeq, std::int64_t& firstTick) {
@@ -43,7 +43,7 @@ bool RunFiles::Look(const FileNames& names, const CurrentRun& run, const std::fu
     }
     std::int64_t lastSeq = 0;
     if (const SqliteCode code = ReadFirstTick(file.path, lastSeq, file.firstTick); !Ok(code)) {
-      log(kLogError, "Not to be copied: ", file.path, ": ", TextOf(code));
+      kStoreLog(kLogError, "Not to be copied: ", file.path, ": ", TextOf(code));
       return false;
     }
     if (lastSeq == 0) continue;

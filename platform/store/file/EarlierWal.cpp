@@ -12,7 +12,7 @@ namespace store {
 namespace {
 
 constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20;
-constexpr mode_t kMode = 0640;
+constexpr mode_t kTailMode = 0640;
 constexpr int kMaxTails = 9;
 
 using Bytes = std::vector<unsigned char>;
@@ -32,7 +32,7 @@ bool Holds(const std::string& path, const Bytes& bytes) {
 }
 
 bool WriteNew(const std::string& path, const Bytes& bytes) {
-  const Descriptor file(open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kMode));
+  const Descriptor file(open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kTailMode));
   if (!file.IsOpen()) return false;
   std::size_t done = 0;
   while (done < bytes.size()) {

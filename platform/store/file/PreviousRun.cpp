@@ -8,12 +8,10 @@
 #include "Patience.h"
 #include "Schema.h"
 #include "SealTable.h"
-#include "log/LogLine.h"
+#include "StoreLog.h"
 
 namespace store {
 namespace {
-
-constexpr LogSource log{"DataStore"};
 
 constexpr std::chrono::milliseconds kMostLooking{100};
 
@@ -87,7 +85,7 @@ class Look {
 
  private:
   void LeaveAlone(const char* why, const char* ended = "unreadable") {
-    log(kLogError, "Left alone: ", path_, ": ", why);
+    kStoreLog(kLogError, "Left alone: ", path_, ": ", why);
     run_.ended = ended;
   }
 
@@ -152,12 +150,12 @@ class Look {
 
   void Fold(Database& database, const EarlierWal& wal) {
     if (!wal.KeepTail(path_)) {
-      log(kLogError, "Left alone: ", path_, ": the torn end of its WAL cannot be kept");
+      kStoreLog(kLogError, "Left alone: ", path_, ": the torn end of its WAL cannot be kept");
       return;
     }
     if (wal.finding.state == WalState::kTorn)
-      log(kLogError, "Kept the torn end of the WAL of ", path_, " from offset ",
-          static_cast<long long>(wal.finding.brokenAt));
+      kStoreLog(kLogError, "Kept the torn end of the WAL of ", path_, " from offset ",
+                static_cast<long long>(wal.finding.brokenAt));
     database.EndWhen(never_);
     (void)database.Execute("PRAGMA synchronous=EXTRA; PRAGMA journal_mode=MEMORY");
   }

@@ -4,12 +4,10 @@
 
 #include "PreviousRun.h"
 #include "SealKey.h"
-#include "log/LogLine.h"
+#include "StoreLog.h"
 
 namespace store {
 namespace {
-
-constexpr LogSource log{"DataStore"};
 
 constexpr std::size_t kChunkBytes = std::size_t{256} << 10;  // per transaction
 constexpr std::size_t kProbeBytes = std::size_t{4} << 10;    // per transaction while writing fails
@@ -66,7 +64,7 @@ bool Recorder::Begin() {
   if (spoiled_) {
     SayFailing("no new file can be begun");
   } else {
-    log(kLogError, "No new file can be begun, recording goes on in ", file_->Path());
+    kStoreLog(kLogError, "No new file can be begun, recording goes on in ", file_->Path());
   }
   return false;
 }
@@ -75,7 +73,7 @@ bool Recorder::Usable() {
   if (spoiled_) return false;
   const char* harm = file_->Harm();
   if (harm == nullptr) return true;
-  log(kLogError, "Recording ", file_->Path(), " was ", harm);
+  kStoreLog(kLogError, "Recording ", file_->Path(), " was ", harm);
   Abandon(harm);
   return false;
 }
@@ -124,24 +122,25 @@ bool Recorder::Fail(SqliteCode code) {
 }
 
 void Recorder::SayFailing(const char* reason) {
-  if (!failing_) log(kLogError, "Recording to ", file_->Path(), " fails: ", reason);
+  if (!failing_) kStoreLog(kLogError, "Recording to ", file_->Path(), " fails: ", reason);
   failing_ = true;
 }
 
 void Recorder::Work() {
-  if (failing_) log(kLogError, "Recording works again, to ", file_->Path());
+  if (failing_) kStoreLog(kLogError, "Recording works again, to ", file_->Path());
   failing_ = false;
 }
 
 void Recorder::Sealed() {
   if (sealer_->KeyStuck() != keyStuck_)
-    log(kLogError, keyStuck_ ? "The seals' key file works again" : "The seals' key file cannot be written");
+    kStoreLog(kLogError,
+              keyStuck_ ? "The seals' key file works again" : "The seals' key file cannot be written");
   keyStuck_ = sealer_->KeyStuck();
 }
 
 void Recorder::WatchWal() {
   const bool pinned = file_->WalBytes() > kWalBoundBytes;
-  if (pinned && !walPinned_) log(kLogError, "A reader makes the WAL of ", file_->Path(), " grow");
+  if (pinned && !walPinned_) kStoreLog(kLogError, "A reader makes the WAL of ", file_->Path(), " grow");
   walPinned_ = pinned;
 }
 
