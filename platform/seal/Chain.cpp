@@ -15,7 +15,7 @@ void Chain::BeginFile() {
   reason_.clear();
   provenTo_ = tail_ = 0;
   follows_ = provesBefore_ = false;
-  root_ = epochKey_ = {};
+  root_ = {};
 }
 
 bool Chain::Fail(Verdict verdict, std::string reason) {
@@ -96,18 +96,18 @@ bool Chain::CheckEpoch(const Seal& seal) {
   if (seal.epoch < last_.epoch) return Fail(Verdict::kAltered, "the epoch goes back");
   if (items_.endsEpoch && !seal.isSigned) return Fail(Verdict::kAltered, "an epoch ends without a signature");
   const std::int64_t since = seal.lastTick - signedTick_;
-  if (!seal.isSigned && provenTo_ != 0 && (since < 0 || since >= Sealer::kSignAfterMs))
+  if (!seal.isSigned && (items_.hasFile || since < 0 || since >= Sealer::kSignAfterMs))
     return Fail(Verdict::kAltered, "its signature was removed");
   const bool begins = items_.hasFile || seal.epoch != last_.epoch;
   if (!begins && items_.path.empty()) return true;
-  if (KeyTree::CheckPath(root_, seal.epoch, items_.path, epochKey_)) return true;
+  if (KeyTree::CheckPath(root_, seal.epoch, items_.path, path_)) return true;
   return Fail(Verdict::kAltered, "the key of epoch " + std::to_string(seal.epoch) + " is not the recorder's");
 }
 
 bool Chain::End() {
   if (commit_->End() != seal_.place.hash)
     return Fail(Verdict::kAltered, "the records are not those that were sealed");
-  if (seal_.isSigned && !KeyTree::CheckHash(epochKey_, seal_.place.hash, seal_.signature))
+  if (seal_.isSigned && !KeyTree::CheckHash(path_.key, seal_.place.hash, seal_.signature))
     return Fail(Verdict::kAltered, "the signature is wrong");
   tail_ = seal_.isSigned ? 0 : tail_ + 1;
   if (seal_.isSigned) {

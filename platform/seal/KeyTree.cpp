@@ -99,17 +99,22 @@ void KeyTree::PutPath(std::span<unsigned char, kPathBytes> path) const {
 }
 
 bool KeyTree::CheckPath(const PublicKey& root, std::int64_t epoch, std::span<const unsigned char> path,
-                        PublicKey& key) {
+                        GoodPath& good) {
   if (epoch < 0 || epoch >= kEpochs || path.size() != kPathBytes) return false;
+  bool same = good.root == root && good.path.size() == kPathBytes;
   PublicKey above = root;
   const unsigned char* p = path.data();
   for (int level = 0; level < kLevels; ++level) {
     Node node;
-    p = TakeArray(TakeArray(p, node.key), node.certificate);
-    if (!Verify(above, CertifiedBytes(level, epoch, node.key), node.certificate)) return false;
+    const unsigned char* end = TakeArray(TakeArray(p, node.key), node.certificate);
+    const int below = kLevels - 1 - level;
+    same = same && epoch >> below == good.epoch >> below &&
+           std::equal(p, end, good.path.begin() + (p - path.data()));
+    if (!same && !Verify(above, CertifiedBytes(level, epoch, node.key), node.certificate)) return false;
     above = node.key;
+    p = end;
   }
-  key = above;
+  good = {root, epoch, above, {path.begin(), path.end()}};
   return true;
 }
 

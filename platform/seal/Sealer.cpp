@@ -65,7 +65,7 @@ void Sealer::Begin(std::int64_t firstSeq, std::int64_t lastSeq, std::int64_t las
   seal_.lastTick = lastTick;
   seal_.epoch = tree_.Epoch();
   endsEpoch_ = HasKey() && EndsEpoch(lastTick);
-  seal_.isSigned = HasKey() && (endsEpoch_ || lastTick - signedTick_ >= kSignAfterMs ||
+  seal_.isSigned = HasKey() && (endsEpoch_ || fileDue_ || lastTick - signedTick_ >= kSignAfterMs ||
                                 lastTick < signedTick_ || unsigned_ + 1 >= kMostUnsigned);
   PutNote(endsEpoch_);
   commit_.emplace(last_.hash, seal_);

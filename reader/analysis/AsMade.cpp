@@ -30,9 +30,10 @@ bool Same(Connection& one, Connection& other, const char* sql, int columns, std:
 }  // namespace
 
 std::string DifferenceFromMade(Recording& file) {
-  Connection made;
-  if (!Ok(made.Open(":memory:", SQLITE_OPEN_READWRITE)) || !Ok(made.Execute(store::CreateSchema())))
-    return "no memory to compare its schema";
+  static Connection made;
+  static const bool isMade =
+      Ok(made.Open(":memory:", SQLITE_OPEN_READWRITE)) && Ok(made.Execute(store::CreateSchema()));
+  if (!isMade) return "no memory to compare its schema";
   std::string at;
   if (!Same(file.Sql(), made, kSchema, 4, at)) return "its schema is not the store's, at " + at;
   if (!Same(file.Sql(), made, kTagNames, 4, at)) return "its names of tags are not the store's, at " + at;

@@ -28,6 +28,12 @@ void Set(SealFinding& finding, Verdict verdict, std::string why) {
   finding.why = std::move(why);
 }
 
+// Whether the last step of a statement failed for a reason that says nothing about the file's content.
+bool ReadingFailed(Recording& file) {
+  const int rc = sqlite3_errcode(file.Sql().Handle()) & 0xFF;
+  return rc == SQLITE_IOERR || rc == SQLITE_NOMEM || rc == SQLITE_INTERRUPT || rc == SQLITE_BUSY;
+}
+
 // The verdict of a file without seals.
 void TellUnsealed(Recording& file, SealFinding& finding) {
   const bool isOld = file.Tables().schemaVersion < 2;
@@ -124,13 +130,13 @@ void SealCheck::Follow(const Known& known, std::vector<SealFinding>& findings) {
   } else if (file.Tables().schemaVersion > store::kSchemaVersion) {
     Set(finding, Verdict::kCannotTell, "its schema is newer than this program");
   } else if (why = DifferenceFromMade(file); !why.empty()) {
-    Set(finding, Verdict::kAltered, why);
+    Set(finding, ReadingFailed(file) ? Verdict::kCannotTell : Verdict::kAltered, why);
   } else {
     FollowSeals(file, chain, finding);
   }
   if (!finding.why.empty()) chain.Break();
   if (finding.verdict == Verdict::kProven && file.MissesWal())
-    Set(finding, Verdict::kIncomplete, "its WAL is missing; what was recorded last may be gone with it");
+    Set(finding, Verdict::kTail, "its WAL is missing; what was recorded last may be gone with it");
   if (!isNew && chain.ProvesBefore() && trusted == finding.root) {
     SealFinding& before = findings[chained->second.before];
     const bool isTail = before.verdict == Verdict::kTail || before.verdict == Verdict::kConsistent;
@@ -144,7 +150,7 @@ void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& fi
   Statement seals;
   seal::Seal seal;
   const auto fail = [&](const std::string& why) {
-    Set(finding, Verdict::kAltered, why);
+    Set(finding, ReadingFailed(file) ? Verdict::kCannotTell : Verdict::kAltered, why);
     finding.number = seal.place.number;
     finding.firstSeq = seal.firstSeq;
     finding.lastSeq = seal.lastSeq;

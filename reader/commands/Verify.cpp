@@ -67,7 +67,7 @@ std::string Line(const SealFinding& finding) {
   if (finding.empty) return "empty";
   std::string line = Of(finding.verdict).text;
   if (!finding.why.empty()) line += ": " + Where(finding) + finding.why;
-  if (finding.verdict == Verdict::kTail) {
+  if (finding.verdict == Verdict::kTail && finding.tail != 0) {
     line += ": proven up to record " + std::to_string(finding.provenTo) + ", " +
             std::to_string(finding.tail) + (finding.tail == 1 ? " commit" : " commits") + " more, consistent";
   }

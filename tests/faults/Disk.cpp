@@ -18,6 +18,7 @@ void DiskRecorder::After(const FileEvent& event) {
   if (event.op == FileOp::kOpen) data = TextOfFile(std::string(event.path));
   ops_.push_back({event.op, std::string(event.path.substr(event.path.rfind('/') + 1)),
                   static_cast<std::size_t>(event.offset), std::move(data), event.directory});
+  afterOp();
 }
 
 Disk::Disk(const DiskState& before, Honesty honesty) : honesty_(honesty) {

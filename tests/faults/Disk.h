@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
@@ -26,6 +27,9 @@ class DiskRecorder : public FileWatch {
  public:
   void After(const FileEvent& event) override;
   const std::vector<DiskOp>& Ops() const { return ops_; }
+
+  // Runs after each operation.
+  std::function<void()> afterOp = [] {};
 
  private:
   std::vector<DiskOp> ops_;

@@ -16,9 +16,11 @@ DiskState ReadFiles(const TempDir& dir) {
   return state;
 }
 
-DiskState RunWithoutClose() {
+DiskState RunWithoutClose(const std::string& keyFile) {
   const TempDir dir;
-  Usage usage(dir.Path("metadata"));
+  StoreOptions options;
+  options.keyFile = keyFile;
+  Usage usage(dir.Path("metadata"), options);
   (void)usage.Open();
   for (int i = 0; i < 10; ++i) {
     usage.Bookmark();

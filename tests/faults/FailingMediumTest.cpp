@@ -1,13 +1,17 @@
 #include <cstdio>
+#include <fstream>
 #include <tuple>
 
 #include "DiskFiles.h"
 #include "Recordings.h"
 #include "support/LogCapture.h"
+#include "support/Sealed.h"
 
 namespace {
 
 constexpr int kStep = MM_FAULT_STEP;  // 1: every operation
+
+constexpr int kVerifyEvery = 25;
 
 constexpr const char* kEarlierRun = "metadata.000001.db";
 
@@ -74,12 +78,14 @@ class FailingMediumTest : public testing::TestWithParam<std::tuple<Fault, bool>>
   // Records on a medium whose Nth operation fails. Returns false when there are fewer operations.
   bool Fails(int nth) {
     WriteFiles(before_, "", dir_);
+    std::ofstream(sealed_.KeyFile(), std::ios::binary) << key_;
     FailingMedium medium(std::get<0>(GetParam()), forEver_, nth);
     const LogCapture log;
     const WatchedVfs vfs(medium);
     StoreOptions options;
     options.maxFileBytes = std::uint64_t{80} << 10;  // the third commit fills the file
     options.maxPendingBytes = 8192;
+    options.keyFile = sealed_.KeyFile();
     Usage usage(dir_.Path("metadata"), options);
     if (!Open(usage, medium)) return true;
     Work(usage);
@@ -115,6 +121,10 @@ class FailingMediumTest : public testing::TestWithParam<std::tuple<Fault, bool>>
       EXPECT_LE(missing, recordings.Lost(table)) << table << ": gone without a word";
     }
     CheckEarlierRun();
+    // Verifying takes much longer than the run.
+    if (++checked_ % kVerifyEvery == 0) {
+      EXPECT_EQ(sealed_.Altered(dir_.Path("")), "");
+    }
     lost_ += recordings.Lost();
     files_ = recordings.Files();
   }
@@ -129,7 +139,10 @@ class FailingMediumTest : public testing::TestWithParam<std::tuple<Fault, bool>>
  protected:
   bool forEver_ = std::get<1>(GetParam());
   TempDir dir_;
-  DiskState before_ = RunWithoutClose();
+  Sealed sealed_;
+  DiskState before_ = RunWithoutClose(sealed_.KeyFile());
+  std::string key_ = TextOfFile(sealed_.KeyFile());
+  int checked_ = 0;
   std::set<std::string> earlierRuns_;
   long lost_ = 0;
   std::size_t files_ = 0;

@@ -8,6 +8,7 @@
 #include "Recordings.h"
 #include "support/Child.h"
 #include "support/LogCapture.h"
+#include "support/Sealed.h"
 
 namespace {
 
@@ -35,7 +36,9 @@ bool MountSmall(const std::string& directory, const char* size) {
 // Fills the medium while the store records, keeps it full until records are lost, then frees it.
 void FillAndFree(const TempDir& dir) {
   const LogCapture log;
+  const Sealed sealed;
   StoreOptions options;
+  options.keyFile = sealed.KeyFile();
   options.maxPendingBytes = 16'384;
   Usage usage(dir.Path("metadata"), options);
   ASSERT_TRUE(usage.Open());
@@ -58,6 +61,7 @@ void FillAndFree(const TempDir& dir) {
   EXPECT_EQ(log.Lines(" works again"), 1) << log.Text();
   usage.Temperature();
   usage.Close();
+  EXPECT_EQ(sealed.Unproven(dir.Path("")), "");
   const Recordings recordings(dir);
   EXPECT_EQ(recordings.Holes(), 0);
   EXPECT_GT(recordings.Lost("string"), 0);

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <set>
 
 #include "DiskFiles.h"
 #include "Usage.h"
+#include "support/Sealed.h"
 
 namespace fs = std::filesystem;
 
@@ -14,6 +16,7 @@ namespace {
 
 constexpr std::size_t kStep = MM_FAULT_STEP;  // 1: every point
 constexpr int kChances = 4;                   // random states at each point
+constexpr std::size_t kVerifyEvery = 8;       // states per check of the seals; with 1 it takes minutes
 constexpr std::size_t kReopenEvery = 50;      // states per check of the next run
 constexpr const char* kEarlierRun = "metadata.000001.db";
 
@@ -21,8 +24,8 @@ bool IsRecording(const std::string& name) {
   return name.ends_with(".db");
 }
 
-// Opens the store beside an old WAL, begins a file, makes commits of all kinds, turns over to the next file,
-// and closes.
+// Opens the store beside an old WAL, begins a file, makes commits of all kinds, turns over to the next file
+// and to the next epoch of seals, and closes.
 void UseStore(Usage& usage) {
   ASSERT_TRUE(usage.Open());
   for (unsigned int i = 0; i < 60; ++i) {
@@ -30,7 +33,7 @@ void UseStore(Usage& usage) {
     if (i % 3 == 0) usage.Text(i % 2 == 0 ? 40 : 1000);
     if (i % 4 == 1) usage.Bookmark();
     if (i % 8 == 1) usage.Covert();
-    usage.Turn(i % 7 == 0 ? 1000 : i % 4 == 2 ? 30 : 250);
+    usage.Turn(i == 40 ? 600'000 : i % 7 == 0 ? 1000 : i % 4 == 2 ? 30 : 250);
   }
   usage.Close();
 }
@@ -65,10 +68,14 @@ class PowerCutTest : public testing::Test {
     WriteFiles(before_, "", dir_);
     StoreOptions options;
     options.maxFileBytes = std::uint64_t{128} << 10;
+    options.keyFile = sealed_.KeyFile();
+    recorder_.afterOp = [this] { NoteKey(); };
+    NoteKey();
     const WatchedVfs vfs(recorder_);
     Usage usage(dir_.Path("metadata"), options);
     usage.afterCall = [this] { NoteCall(); };
     UseStore(usage);
+    NoteKey();
     for (auto& [name, content] : files_) content = ContentOf(dir_.Path(name));
   }
 
@@ -82,7 +89,11 @@ class PowerCutTest : public testing::Test {
         const DiskState state = disk.Cut(std::min(static_cast<Fate>(i), Fate::kChance), random);
         std::string fault = FaultOf(state, point);
         const bool isNew = states_.insert(Hash(state, "")).second;
-        if (fault.empty() && isNew && states_.size() % kReopenEvery == 0) fault = FaultOfReopening(state);
+        const auto isDue = [&](std::size_t every) {
+          return isNew && fault.empty() && (KeyMoves(point) || states_.size() % every == 0);
+        };
+        if (isDue(kVerifyEvery)) fault = FaultOfSeals(state);
+        if (isDue(kReopenEvery)) fault = FaultOfReopening(state, point);
         if (!fault.empty()) return fault.append(" at point ").append(std::to_string(point));
       }
     }
@@ -129,9 +140,33 @@ class PowerCutTest : public testing::Test {
     return {};
   }
 
-  std::string FaultOfReopening(const DiskState& state) const {
+  void NoteKey() { keys_.push_back(TextOfFile(sealed_.KeyFile())); }
+
+  // Whether the key moves between this operation and the next one.
+  bool KeyMoves(std::size_t point) const { return keys_[point] != keys_[point + 1]; }
+
+  std::string FaultOfSeals(const DiskState& state) const {
     WriteFiles(state, "", cutDir_);
-    Usage usage(cutDir_.Path("metadata"));
+    return sealed_.Unproven(cutDir_.Path(""));
+  }
+
+  // The next run, with each state in which the cut can leave the key file.
+  std::string FaultOfReopening(const DiskState& state, std::size_t point) const {
+    std::string both = keys_[point + 1];  // the new key is written, the old one is still there
+    for (const std::size_t slot : {std::size_t{0}, both.size() / 2})
+      if (both[slot] == 0) both.replace(slot, both.size() / 2, keys_[point], slot, both.size() / 2);
+    for (const std::string& key : std::set{keys_[point], both, keys_[point + 1]}) {
+      std::ofstream(sealed_.KeyFile(), std::ios::binary) << key;
+      if (std::string fault = FaultOfNextRun(state); !fault.empty()) return fault;
+    }
+    return {};
+  }
+
+  std::string FaultOfNextRun(const DiskState& state) const {
+    WriteFiles(state, "", cutDir_);
+    StoreOptions options;
+    options.keyFile = sealed_.KeyFile();
+    Usage usage(cutDir_.Path("metadata"), options);
     if (!usage.Open()) return "the next run cannot record";
     usage.Bookmark();
     usage.Close();
@@ -146,7 +181,7 @@ class PowerCutTest : public testing::Test {
       if (!found.fault.empty() || !whole.records.starts_with(found.records))
         return "the next run has changed " + name;
     }
-    return {};
+    return sealed_.Unproven(cutDir_.Path(""));
   }
 
   const Content& Look(const DiskState& state, const std::string& name) {
@@ -160,8 +195,10 @@ class PowerCutTest : public testing::Test {
 
   TempDir dir_;
   TempDir cutDir_;
-  DiskState before_ = RunWithoutClose();
+  Sealed sealed_;
+  DiskState before_ = RunWithoutClose(sealed_.KeyFile());
   DiskRecorder recorder_;
+  std::vector<std::string> keys_;  // the key file before each operation, and at the end
   std::vector<Call> calls_;
   std::map<std::size_t, Content> known_;
 };

@@ -17,6 +17,8 @@ inline Ran Metadata(std::vector<std::string> arguments) {
 // A store, and the reader that reads its recordings.
 class ReaderTest : public StoreTest {
  protected:
+  ReaderTest() { alters_ = true; }
+
   // Records a drive of two seconds that begins 100 ms after the run.
   void Drive() {
     After(100);

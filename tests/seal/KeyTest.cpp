@@ -33,10 +33,10 @@ std::string PathOf(const KeyTree& tree) {
 
 bool Proves(const seal::PublicKey& root, std::int64_t epoch, const std::string& path, const seal::Hash& hash,
             const seal::Signature& signature) {
-  seal::PublicKey key;
+  KeyTree::GoodPath good;
   return KeyTree::CheckPath(root, epoch, {reinterpret_cast<const unsigned char*>(path.data()), path.size()},
-                            key) &&
-         KeyTree::CheckHash(key, hash, signature);
+                            good) &&
+         KeyTree::CheckHash(good.key, hash, signature);
 }
 
 TEST(KeyTree, ProvesEachEpochByTheRootAlone) {

@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Verifies sealed recordings, written from docs/seal.md alone: it shares no code with the recorder.
 
-Usage: verify.py [--key HEX] FILE...      (of one recorder, oldest first)
-Prints one verdict a file; ends with 0 when all are proven, 1 when anything is wrong, 3 when nothing is proven.
+Usage: verify.py [--key HEX] FILE...      (of one recorder; does not compare the schema)
+Prints one verdict a file; ends with 0 when all are proven, 3 when one is not, 5 when seals are missing, 6 when
+something was altered.
 """
 import hashlib
 import sqlite3
@@ -86,9 +87,11 @@ def epoch_key(root, epoch, path):
 class Chain:
     def __init__(self):
         self.last = None  # (number, hash, epoch, ends the epoch)
+        self.signed_tick = 0
+        self.missing = False  # before the current file
         self.root = self.key = NO_KEY
 
-    def follow(self, seal, rows, begins):
+    def follow(self, seal, rows, begins, run):
         """One seal with its rows (sequence number, bytes); True where it is signed."""
         num, first, last, tick, epoch, digest, signature, note = seal
         items = items_of(note or b"")
@@ -105,18 +108,27 @@ class Chain:
             raise Bad("it does not follow the seal before")
         if begins:
             self.root = items[1][32:64]
+            if items[1][64:80] != run:
+                raise Bad("the id of its run is not the sealed one")
+            expected, found = (struct.unpack(">Q", items[4][at:at + 8])[0] if 4 in items else 0
+                               for at in (0, 40))
+            self.missing = not adjacent and (self.last is not None or found < expected)
         if adjacent and epoch != self.last[2] and not (epoch == self.last[2] + 1 and self.last[3]):
             raise Bad("the epoch before was not ended")
         if self.root != NO_KEY and (begins or epoch != self.last[2]):
             self.key = epoch_key(self.root, epoch, items.get(2, b""))
         if 3 in items and signature is None:
             raise Bad("an epoch ends without a signature")
+        late = begins or not 0 <= tick - self.signed_tick < 1000
+        if self.root != NO_KEY and signature is None and late:
+            raise Bad("its signature was removed")
         head = previous + struct.pack(">5qI", num, first, last, tick, epoch, len(note or b""))
         if blake(1, head + (note or b"") + b"".join(row for _, row in rows)) != digest:
             raise Bad("the records are not those that were sealed")
         if signature is not None and not signed_by(self.key, b"MMDBseal" + digest, signature):
             raise Bad("the signature is wrong")
         self.last = (num, digest, epoch, 3 in items)
+        self.signed_tick = tick if signature is not None else self.signed_tick
         return signature is not None
 
 
@@ -132,11 +144,10 @@ def read(path):
                   for row in database.execute(f'SELECT * FROM "{table}"'))
     seals = database.execute("SELECT number, first_seq, last_seq, last_tick, epoch, hash, signature, note "
                              "FROM seal ORDER BY number").fetchall()
-    return seals, rows
+    return seals, rows, database.execute("SELECT id FROM run").fetchone()[0]
 
 
-def verify(chain, path):
-    seals, rows = read(path)
+def verify(chain, seals, rows, run):
     at = 0
     proven = 0
     for count, seal in enumerate(seals):
@@ -146,7 +157,7 @@ def verify(chain, path):
         try:
             if at < end and rows[at][0] < seal[1]:
                 raise Bad(f"record {rows[at][0]} is under no seal")
-            if chain.follow(seal, rows[at:end], count == 0):
+            if chain.follow(seal, rows[at:end], count == 0, run):
                 proven = seal[2]
         except Bad as bad:
             raise Bad(f"seal {seal[0]}, records {seal[1]} to {seal[2]}: {bad}") from bad
@@ -163,15 +174,19 @@ def main(arguments):
         arguments = arguments[2:]
     chain = Chain()
     status = 0
-    for path in arguments:
+    files = sorted(((*read(path), path) for path in arguments), key=lambda file: file[0][:1])
+    for seals, rows, run, path in files:
         try:
-            proven = verify(chain, path)
+            proven = verify(chain, seals, rows, run)
         except (Bad, sqlite3.Error) as bad:
             print(f"{path}: altered: {bad}")
-            return 1
-        if trusted is None or chain.root != trusted or proven == 0:
+            return 6
+        if chain.missing:
+            print(f"{path}: incomplete")
+            status = 5
+        elif trusted is None or chain.root != trusted or proven == 0:
             print(f"{path}: consistent, not proven")
-            status = 3
+            status = max(status, 3)
         else:
             print(f"{path}: proven to record {proven}")
     return status

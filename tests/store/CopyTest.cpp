@@ -160,6 +160,7 @@ TEST_F(CopyOverFiles, TakesFromAllThatTheRangeTouches) {
 }
 
 TEST_F(CopyOverFiles, SaysWhatIsMissing) {
+  alters_ = true;
   RecordFiles();
   std::filesystem::remove(File(2));
   EXPECT_EQ(CopyAndRead(kFromBeginning, kToEnd,

@@ -107,6 +107,7 @@ TEST_F(CopyTest, ACopyBelongsToTheRecordingsOwnerAndIsMadeOnlyWhereItIsSafe) {
 }
 
 TEST_F(CopyTest, LeavesNothingBehindWhereTheMediumIsFull) {
+  alters_ = true;
   Open();
   Fill(20'000);
   Temperature(1);
@@ -146,6 +147,7 @@ TEST_F(CopyTest, DoesNotDisturbTheRecording) {
 
 // The watchdog is petted once per some thousand steps of SQLite, so pets measure the work.
 TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
+  alters_ = true;
   const auto record = [this](int count) {
     for (int i = 0; i < count; ++i) {
       Temperature(i);
@@ -179,6 +181,7 @@ TEST_F(CopyTest, CostsWhatItHoldsHoweverLongTheRunIs) {
 }
 
 TEST_F(CopyTest, KeepsTheWatchdogQuietAndTheMemoryFlat) {
+  alters_ = true;
   Open();
   Temperature(1);
   After(1000);

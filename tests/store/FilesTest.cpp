@@ -64,6 +64,7 @@ TEST_F(StoreTest, WhyNoRecordingCanBeBegunIsLogged) {
 
 // Only recordings count for the next number. A name that anything has is never used.
 TEST_F(StoreTest, NumbersGoOnFromTheNewestRecordingAndPassOverOtherNames) {
+  alters_ = true;
   Open();
   Close();
   fs::rename(File(1), File(7));

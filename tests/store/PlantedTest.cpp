@@ -235,6 +235,7 @@ TEST_F(PlantedTest, TenThousandNamesDelayNothing) {
 
 // Files of another user are no recordings, whatever they hold.
 TEST_F(PlantedTest, FilesOfAnotherUserArePassedOver) {
+  alters_ = true;
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user, so root";
   EarlierRun(true);
   const auto giveAway = [&](const std::string& name, const std::string& content) {
@@ -249,6 +250,7 @@ TEST_F(PlantedTest, FilesOfAnotherUserArePassedOver) {
 
 // Reading the file takes longer than allowed.
 TEST_F(PlantedTest, ASlowFileIsLeftAloneInTime) {
+  alters_ = true;
   EarlierRun(true);
   const auto tamper = [this](const std::string& sql) { EXPECT_EQ(Rows(sql), ""); };
   tamper(

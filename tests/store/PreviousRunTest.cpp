@@ -80,6 +80,7 @@ void Overwrite(const std::string& path, std::streamoff offset, const std::string
 }
 
 TEST_F(PreviousRunTest, DamageIsSaidAndLeftAloneAndDoesNotReachThePresent) {
+  alters_ = true;
   RunInOrder();
   const std::string sound = dir_.Read("metadata.000001.db");
   const struct {

@@ -9,6 +9,7 @@
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
 #include "support/Connection.h"
+#include "support/Sealed.h"
 #include "support/TempDir.h"
 
 // 2024-05-01T12:00:00.000Z
@@ -29,6 +30,13 @@ class StoreTest : public testing::Test {
   void SetUp() override {
     setenv("LOG_TARGET", "stderr", 1);
     options_.clock = &clock_;
+    options_.keyFile = sealed_.KeyFile();
+  }
+  void TearDown() override {
+    Close();
+    if (!alters_) {
+      EXPECT_EQ(sealed_.Altered(dir_.Path("")), "");
+    }
   }
 
   void Open(const std::string& base = "metadata") {
@@ -76,8 +84,10 @@ class StoreTest : public testing::Test {
   }
 
   TempDir dir_;
+  Sealed sealed_;
   FakeClock clock_;
   StoreOptions options_;
+  bool alters_ = false;  // the test alters recordings itself
 
  private:
   std::string base_;

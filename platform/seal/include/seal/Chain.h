@@ -4,6 +4,7 @@
 #include <string>
 
 #include "seal/CommitHash.h"
+#include "seal/KeyTree.h"
 #include "seal/Note.h"
 #include "seal/Types.h"
 
@@ -70,7 +71,7 @@ class Chain {
   PublicKey root_{};
   std::array<unsigned char, 16> run_{};
   PublicKey lastRoot_{};
-  PublicKey epochKey_{};
+  KeyTree::GoodPath path_;  // of the epoch
   std::int64_t provenTo_ = 0;
   std::int64_t signedTick_ = 0;  // of the last signature in this file
   std::int64_t tail_ = 0;

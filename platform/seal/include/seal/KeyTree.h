@@ -35,9 +35,17 @@ class KeyTree {
 
   // Writes the public key and its certificate for each level, from the one below the root.
   void PutPath(std::span<unsigned char, kPathBytes> path) const;
-  // Sets `key` to the epoch's public key. False if `path` does not lead to it from the root.
+  // A path that was checked, and the public key of its epoch.
+  struct GoodPath {
+    PublicKey root{};
+    std::int64_t epoch = 0;
+    PublicKey key{};
+    Bytes path;
+  };
+  // Sets `good` to the path. False if `path` does not lead from the root to a key of the epoch. Certificates
+  // that `good` has already are not checked again.
   static bool CheckPath(const PublicKey& root, std::int64_t epoch, std::span<const unsigned char> path,
-                        PublicKey& key);
+                        GoodPath& good);
   static bool CheckHash(const PublicKey& key, const Hash& hash, const Signature& signature);
 
   // Writes everything, secrets included: only for the key file.
