@@ -11,6 +11,8 @@
 #include "Measure.h"
 #include "Ratio.h"
 #include "TurnedClock.h"
+#include "seal/KeyFile.h"
+#include "seal/KeyPlace.h"
 #include "store/DataStoreNormal.h"
 #include "store/StoreOptions.h"
 
@@ -19,10 +21,22 @@ namespace {
 constexpr int kTransactions = 1000;
 constexpr unsigned int kCommitAfterMs = 500;
 
+// The file does not exist: seals without signatures.
+void NoKey(const std::string& /*path*/) {}
+
+void NewKey(const std::string& path) {
+  seal::KeyFile file;
+  if (file.Create(path, seal::Hardware(), seal::KeyTree(seal::Seed{7})) != seal::KeyFile::Outcome::kOk)
+    Fail("key");
+}
+
+template <auto kPutKey>
 void Ours(benchmark::State& state) {
   const Scratch scratch;
   TurnedClock clock;
   StoreOptions options;
+  options.keyFile = scratch.Path("key");
+  kPutKey(options.keyFile);
   options.clock = &clock;
   DataStoreNormal store(scratch.Path("metadata"), options);
   if (!store.Open()) Fail("open");
@@ -84,9 +98,15 @@ void Repeated(benchmark::internal::Benchmark* benchmark) {
 
 // Transactions of half a second, at 100 and at 1,000 records a second.
 BENCHMARK(Floor)->Name("Store50Records/floor")->Arg(50)->Apply(Repeated);
-BENCHMARK(Ours)->Name("Store50Records/ours")->Arg(50)->Apply(Repeated);
+BENCHMARK(Ours<NoKey>)->Name("Store50Records/ours")->Arg(50)->Apply(Repeated);
 BENCHMARK(Floor)->Name("Store500Records/floor")->Arg(500)->Apply(Repeated);
-BENCHMARK(Ours)->Name("Store500Records/ours")->Arg(500)->Apply(Repeated);
+BENCHMARK(Ours<NoKey>)->Name("Store500Records/ours")->Arg(500)->Apply(Repeated);
+
+// The same without a key and with one.
+BENCHMARK(Ours<NoKey>)->Name("Sign5Records/floor")->Arg(5)->Apply(Repeated);
+BENCHMARK(Ours<NewKey>)->Name("Sign5Records/ours")->Arg(5)->Apply(Repeated);
+BENCHMARK(Ours<NoKey>)->Name("Sign500Records/floor")->Arg(500)->Apply(Repeated);
+BENCHMARK(Ours<NewKey>)->Name("Sign500Records/ours")->Arg(500)->Apply(Repeated);
 
 }  // namespace
 

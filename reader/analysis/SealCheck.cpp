@@ -66,6 +66,13 @@ bool SealCheck::IsTrusted(const seal::PublicKey& root) const {
   return std::find(trusted_.begin(), trusted_.end(), root) != trusted_.end();
 }
 
+bool SealCheck::IsAsNoted(const seal::Place& place, const seal::PublicKey& root) {
+  const bool isMeant = noted_ != nullptr && place.number == noted_->number;
+  if (!isMeant || (!trusted_.empty() && !IsTrusted(root))) return true;
+  noted_->found = seal::Fingerprint(place.hash) == noted_->fingerprint;
+  return noted_->found;
+}
+
 SealCheck::Known SealCheck::LookAt(const std::string& path) {
   Known known;
   known.finding.path = path;
@@ -175,6 +182,7 @@ void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& fi
       finding.verdict = chain.FileVerdict();
       return;
     }
+    if (!IsAsNoted(seal.place, finding.root)) return fail("it is not the seal that was noted");
   }
   if (code != SqliteCode::kDone) return fail("the seals cannot be read: " + ErrorText(code));
   if (!rows.AtEnd()) return fail("record " + std::to_string(rows.Seq()) + " after it is under no seal");

@@ -29,10 +29,21 @@ struct SealFinding {
   seal::Place lastSeal;
 };
 
+// A seal that somebody noted elsewhere.
+struct NotedSeal {
+  std::int64_t number = 0;
+  std::string fingerprint;
+  bool found = false;
+};
+
 // Verifies recordings, files of one recorder oldest first. All files may be hostile.
 class SealCheck {
  public:
   explicit SealCheck(std::vector<seal::PublicKey> trusted) : trusted_(std::move(trusted)), progress_(true) {}
+
+  // A trusted recorder's seal with this number must be the noted one; see `found` afterwards. Without trusted
+  // keys that of any recorder. Must outlive this object.
+  void Expect(NotedSeal& noted) { noted_ = &noted; }
 
   // The verdict of each path, in the order in which they were verified.
   std::vector<SealFinding> Verify(const std::vector<std::string>& paths);
@@ -48,9 +59,11 @@ class SealCheck {
   Known LookAt(const std::string& path);
   void Follow(const Known& known, std::vector<SealFinding>& findings);
   void FollowSeals(Recording& file, seal::Chain& chain, SealFinding& finding);
+  bool IsAsNoted(const seal::Place& place, const seal::PublicKey& root);
   bool IsTrusted(const seal::PublicKey& root) const;
 
   std::vector<seal::PublicKey> trusted_;
+  NotedSeal* noted_ = nullptr;
   Progress progress_;
   std::int64_t done_ = 0;
   std::int64_t total_ = 0;

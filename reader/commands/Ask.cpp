@@ -8,6 +8,8 @@
 #include <optional>
 
 #include "Declarations.h"
+#include "FindFiles.h"
+#include "NewestSeal.h"
 #include "clients/MetadataMgrClient.h"
 
 namespace reader {
@@ -91,6 +93,15 @@ int Ask(Question question, const AskOptions& options) {
   return error == 0 ? kGood : Fail(WhyNot(error));
 }
 
+// From the file: what is noted must be on the medium, and the endpoints' messages do not tell it.
+int AskSeal(const Recordings& recordings) {
+  Messages messages;
+  const auto newest = NewestSeal(FindFiles(recordings.Paths(), messages), messages);
+  if (!newest) return Fail("no recording has a seal");
+  std::printf("%lld:%s\n", static_cast<long long>(newest->number), seal::Fingerprint(newest->hash).c_str());
+  return messages.Status();
+}
+
 struct QuestionRow {
   const char* name;
   const char* summary;
@@ -123,6 +134,8 @@ Action DeclareAsk(CLI::App& app) {
   struct Asked {
     std::vector<std::pair<const CLI::App*, Question>> questions;
     std::vector<std::unique_ptr<AskOptions>> options;
+    const CLI::App* seal = nullptr;
+    Recordings recordings;
   };
   auto asked = std::make_shared<Asked>();
   app.require_subcommand(1);
@@ -136,15 +149,21 @@ Action DeclareAsk(CLI::App& app) {
         ->capture_default_str();
     asked->questions.emplace_back(question, row.question);
   }
+  CLI::App* seal =
+      app.add_subcommand("seal", "Prints the newest seal of the recordings, to be noted elsewhere");
+  AddRecordings(*seal, asked->recordings);
+  asked->seal = seal;
   app.footer(
       "Asks over the endpoints in LINX_IPC_DIR, by default /run/linx.\n"
       "Examples:\n"
       "  metadata ask ping                               is it there?\n"
       "  metadata ask copy /mnt/usb/drive.db             all of its run\n"
       "  metadata ask copy /mnt/usb/part.db 120000 180000\n"
+      "  metadata ask seal                               for \"metadata verify --noted\"\n"
       "  metadata ask loglevel 255                       log everything\n"
       "  metadata ask quit                               shut down, as at the end of a service");
   return [asked] {
+    if (asked->seal->parsed()) return AskSeal(asked->recordings);
     std::size_t i = 0;
     while (!asked->questions[i].first->parsed()) ++i;
     return Ask(asked->questions[i].second, *asked->options[i]);

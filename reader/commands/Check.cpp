@@ -57,9 +57,7 @@ void WriteJson(const Findings& findings, const Counts& counts, std::string& out)
     json.Number("more", finding.more);
     json.EndObject();
   }
-  json.EndArray();
-  json.EndObject();
-  out += '\n';
+  json.EndLine();
 }
 
 int Check(const CheckOptions& options) {

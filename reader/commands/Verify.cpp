@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <fstream>
 #include <map>
 
@@ -36,6 +37,7 @@ struct VerifyOptions {
   Recordings recordings;
   std::string key;
   std::string keys;
+  std::string noted;
   bool json = false;
 };
 
@@ -54,6 +56,17 @@ bool TakeKeys(const VerifyOptions& options, std::vector<seal::PublicKey>& keys) 
   const bool good = (options.key.empty() || seal::ParseKey(options.key, keys.emplace_back())) &&
                     (options.keys.empty() || ReadKeys(options.keys, keys));
   if (!good) (void)std::fprintf(stderr, "metadata: a key is 64 hexadecimal digits\n");
+  return good;
+}
+
+// "NUMBER:FINGERPRINT", as "metadata ask seal" prints it.
+bool TakeNoted(const std::string& text, NotedSeal& noted) {
+  const std::size_t colon = text.find(':');
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), noted.number);
+  noted.fingerprint = colon == std::string::npos ? "" : text.substr(colon + 1);
+  const bool good = error == std::errc{} && end == text.data() + colon && noted.number > 0 &&
+                    noted.fingerprint.size() == 16;
+  if (!good) (void)std::fprintf(stderr, "metadata: a noted seal is NUMBER:FINGERPRINT\n");
   return good;
 }
 
@@ -136,18 +149,21 @@ void WriteJson(const std::vector<SealFinding>& findings, std::string& out) {
     json.Number("last_record", finding.lastSeq);
     json.EndObject();
   }
-  json.EndArray();
-  json.EndObject();
-  out += '\n';
+  json.EndLine();
 }
 
 int Verify(const VerifyOptions& options) {
   std::vector<seal::PublicKey> keys;
-  if (!TakeKeys(options, keys)) return kUsage;
+  NotedSeal noted;
+  const bool hasNoted = !options.noted.empty();
+  if (!TakeKeys(options, keys) || (hasNoted && !TakeNoted(options.noted, noted))) return kUsage;
   Messages messages;
   const std::vector<std::string> files = FindFiles(options.recordings.Paths(), messages);
-  const std::vector<SealFinding> findings = SealCheck(keys).Verify(files);
-  int status = messages.Status();
+  SealCheck check(keys);
+  if (hasNoted) check.Expect(noted);
+  const std::vector<SealFinding> findings = check.Verify(files);
+  if (hasNoted && !noted.found) messages.Problem("the noted seal " + options.noted + " is not there");
+  int status = hasNoted && !noted.found ? Of(Verdict::kIncomplete).status : messages.Status();
   for (const auto& [root, summary] : ByRecorder(findings))
     status = std::max(status, Of(summary.verdict).status);
   if (ByRecorder(findings).empty()) status = std::max(status, Of(Verdict::kCannotTell).status);
@@ -163,6 +179,8 @@ Action DeclareVerify(CLI::App& app) {
   AddRecordings(app, options->recordings);
   app.add_option("--key", options->key, "public key of the recorder, 64 hexadecimal digits");
   app.add_option("--keys", options->keys, "file with public keys of recorders, one a line");
+  app.add_option("--noted", options->noted, "a seal that must be there, as \"metadata ask seal\" printed it")
+      ->type_name("NUMBER:FINGERPRINT");
   app.add_flag("--json", options->json, "as JSON");
   app.footer(
       "Proves by their seals that recordings are whole and unchanged, or names the first wrong commit.\n"

@@ -16,6 +16,12 @@ class JsonWriter {
   JsonWriter& Array(const char* name = nullptr) { return Open(name, '['); }
   void EndObject() { Close('}'); }
   void EndArray() { Close(']'); }
+  // Ends the array, the object around it, and the line.
+  void EndLine() {
+    EndArray();
+    EndObject();
+    out_ += '\n';
+  }
 
   void Text(const char* name, std::string_view value);
   void Number(const char* name, std::int64_t value);

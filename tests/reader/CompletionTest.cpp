@@ -25,7 +25,7 @@ TEST(CompletionTest, OffersCommandsOptionsAndValues) {
   if (!IsInstalled("bash")) GTEST_SKIP() << "bash is not installed";
   constexpr std::pair<const char*, const char*> kCases[] = {
       {"d", "dump diff"},
-      {"ask ", "tick ping copy loglevel quit"},
+      {"ask ", "tick ping copy loglevel quit seal"},
       {"ask copy --t", "--timeout"},
       {"dump --f", "--from --format"},
       {"dump --format ", "text csv jsonl"},

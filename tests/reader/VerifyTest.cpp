@@ -177,4 +177,20 @@ TEST_F(VerifyTest, AttacksAreFoundAndTheFirstWrongCommitIsNamed) {
   }
 }
 
+TEST_F(VerifyTest, AnEndThatWasCutAwayIsToldByANotedSeal) {
+  RecordRuns();
+  const std::string directory = Copied();
+  const std::string noted = Metadata({"ask", "seal", directory}).out;
+  const auto verify = [&](const std::string& seal) {
+    return Metadata({"verify", "--key", key_, "--noted", seal.substr(0, seal.find('\n')), directory});
+  };
+  EXPECT_EQ(verify(noted).status, kProven) << noted;
+  EXPECT_THAT(verify(noted.substr(0, noted.find(':')) + ":0123456789abcdef").out,
+              HasSubstr("it is not the seal that was noted"));
+  EXPECT_EQ(verify("7").status, 2);
+  fs::remove(Number(directory, 3));
+  EXPECT_EQ(Verify(directory).status, kProven);
+  EXPECT_EQ(verify(noted).status, kIncomplete);
+}
+
 }  // namespace

@@ -30,7 +30,7 @@ class StoreTest : public testing::Test {
   void SetUp() override {
     setenv("LOG_TARGET", "stderr", 1);
     options_.clock = &clock_;
-    options_.keyFile = sealed_.KeyFile();
+    if (!alters_) options_.keyFile = sealed_.KeyFile();
   }
   void TearDown() override {
     Close();

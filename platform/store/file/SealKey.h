@@ -6,8 +6,8 @@
 
 namespace store {
 
-// Opens the key file; empty: where seal::KeyFilePath says. Without the key the sealer goes on; if the
-// file exists, the log tells why.
+// Opens the key file; empty: where seal::KeyFilePath says. Without the key the sealer goes on, and
+// the log tells why.
 void UseSealKey(seal::Sealer& sealer, const std::string& given);
 
 }  // namespace store
