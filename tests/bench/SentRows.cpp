@@ -153,8 +153,9 @@ bool HasKind(const char* source) {
                      [source](const Kind& kind) { return fnmatch(kind.sources, source, 0) == 0; });
 }
 
-// All other items are recorded as they are sent, in the table of the same name: the values, one row for each
-// number if the table's first column is one, and the sender tick, if there is one.
+// All other items are recorded as they are sent, in the table of the same name. If its first column is a
+// number, the item has values for the numbers from 0 on, one row each, and a sender tick behind them. Else it
+// has the values of one row, perhaps with a tick.
 Compared CompareAsSent(Tables& tables, const std::string& source) {
   const auto* table = std::find_if(std::begin(store::kTables), std::end(store::kTables),
                                    [&source](const store::Table& any) { return any.name == source; });
@@ -166,7 +167,7 @@ Compared CompareAsSent(Tables& tables, const std::string& source) {
   for (std::size_t i = 0; i < table->ColumnCount(); ++i) recorded.append(", ").append(table->columns[i].name);
   const std::string count = std::to_string(values);
   for (std::size_t i = 0; i < values; ++i) sent += ", f->>(k*" + count + "+" + std::to_string(i) + ")";
-  const std::string parts = numbered ? "json_array_length(f)/" + count : "1";
+  const std::string parts = numbered ? "((json_array_length(f)-1)/" + count + ")" : "1";
   sent +=
       ", f->>(" + parts + "*" + count + ") FROM sent, part WHERE k<" + parts + " AND source='" + source + "'";
   recorded += std::string(", sender_tick FROM ") + table->name + " WHERE event=1";
