@@ -56,7 +56,7 @@ const Source* ItemOfRecording(ItemValues& values, const Row& row) {
   return SourceNamed("recording");
 }
 
-constexpr RowKind kKinds[] = {
+constexpr RowKind kConfigurationRows[] = {
     {"vehicle", LineOfTexts<kVehicle>, ItemOfTexts<kVehicle, VehicleInfo>},
     {"system_info", LineOfTexts<kSystem>, ItemOfTexts<kSystem, SystemInfo>},
     {"department", LineOfTexts<kDepartment>, ItemOfTexts<kDepartment, DepartmentInfo>},
@@ -67,7 +67,7 @@ constexpr RowKind kKinds[] = {
 }  // namespace
 
 std::span<const RowKind> ConfigurationRows() {
-  return kKinds;
+  return kConfigurationRows;
 }
 
 }  // namespace bench

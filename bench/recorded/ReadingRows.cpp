@@ -137,7 +137,7 @@ const Source* ItemOfTemperature(ItemValues& values, const Row& row) {
   return sensor == 2 ? SourceNamed("temp") : nullptr;
 }
 
-constexpr RowKind kKinds[] = {
+constexpr RowKind kReadingRows[] = {
     {"gps_state", LineOfGpsState, ItemOfGpsState},
     {"gps", LineOfGps, ItemOfGps},
     {"radar_state", LineOfRadarState, ItemOfRadarState},
@@ -151,7 +151,7 @@ constexpr RowKind kKinds[] = {
 }  // namespace
 
 std::span<const RowKind> ReadingRows() {
-  return kKinds;
+  return kReadingRows;
 }
 
 }  // namespace bench

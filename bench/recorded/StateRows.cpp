@@ -54,7 +54,7 @@ const Source* ItemOfBookmark(ItemValues& /*values*/, const Row& /*row*/) {
   return nullptr;
 }
 
-constexpr RowKind kKinds[] = {
+constexpr RowKind kStateRows[] = {
     {"state", LineOfState, ItemOfState},
     {"bookmark", LineOfBookmark, ItemOfBookmark},
 };
@@ -62,7 +62,7 @@ constexpr RowKind kKinds[] = {
 }  // namespace
 
 std::span<const RowKind> StateRows() {
-  return kKinds;
+  return kStateRows;
 }
 
 }  // namespace bench

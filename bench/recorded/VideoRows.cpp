@@ -87,7 +87,7 @@ const Source* ItemOfLiveStream(ItemValues& values, const Row& row) {
   return source;
 }
 
-constexpr RowKind kKinds[] = {
+constexpr RowKind kVideoRows[] = {
     {"camera", LineOfCamera, ItemOfCamera},
     {"video_stream", LineOfStream, ItemOfStream},
     {"stream_quality", LineOfQuality, ItemOfQuality},
@@ -97,7 +97,7 @@ constexpr RowKind kKinds[] = {
 }  // namespace
 
 std::span<const RowKind> VideoRows() {
-  return kKinds;
+  return kVideoRows;
 }
 
 }  // namespace bench
