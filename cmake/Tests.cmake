@@ -32,14 +32,14 @@ function(mm_test name)
 endfunction()
 
 # mm_start_of(VARIABLE program): sets VARIABLE to the path by which other programs start this one. For the
-# emulated target it is a script that calls the emulator.
+# emulated target it is a script that calls the emulator; MM_EMULATED_BIN names another directory of programs.
 function(mm_start_of variable program)
   set(path $<TARGET_FILE:${program}>)
   if(CMAKE_CROSSCOMPILING)
     set(path ${CMAKE_BINARY_DIR}/emulated/${program})
     get_target_property(directory ${program} RUNTIME_OUTPUT_DIRECTORY)
     string(REPLACE ";" " " emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
-    file(WRITE ${path} "#!/bin/sh\nexec ${emulator} ${directory}/${program} \"$@\"\n")
+    file(WRITE ${path} "#!/bin/sh\nexec ${emulator} \"\${MM_EMULATED_BIN:-${directory}}/${program}\" \"$@\"\n")
     file(CHMOD ${path} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
   endif()
   set(${variable} ${path} PARENT_SCOPE)
