@@ -70,8 +70,8 @@ std::vector<Comparison> CompareRuns(const std::vector<Run>& a, const std::vector
   return comparisons;
 }
 
-void WriteText(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
-               std::string& out) {
+void WriteDiffText(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
+                   std::string& out) {
   if (runsInA != runsInB) {
     Print(out, "A has %zu runs, B has %zu; the first ones are compared\n", runsInA, runsInB);
   }
@@ -85,8 +85,8 @@ void WriteText(const std::vector<Comparison>& comparisons, std::size_t runsInA, 
   }
 }
 
-void WriteJson(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
-               std::string& out) {
+void WriteDiffJson(const std::vector<Comparison>& comparisons, std::size_t runsInA, std::size_t runsInB,
+                   std::string& out) {
   JsonWriter json(out);
   json.Object().Number("runsInA", static_cast<std::int64_t>(runsInA));
   json.Number("runsInB", static_cast<std::int64_t>(runsInB));
@@ -110,7 +110,7 @@ int Diff(const DiffOptions& options) {
   }
   const std::vector<Comparison> comparisons = CompareRuns(a, b, options, messages);
   Output out(Output::Kind::kText);
-  (options.json ? WriteJson : WriteText)(comparisons, a.size(), b.size(), out.Text());
+  (options.json ? WriteDiffJson : WriteDiffText)(comparisons, a.size(), b.size(), out.Text());
   const bool alike =
       a.size() == b.size() && std::none_of(comparisons.begin(), comparisons.end(),
                                            [](const Comparison& any) { return any.Differs(); });
