@@ -193,4 +193,33 @@ TEST_F(VerifyTest, AnEndThatWasCutAwayIsToldByANotedSeal) {
   EXPECT_EQ(verify(noted).status, kIncomplete);
 }
 
+TEST_F(VerifyTest, FilesAndKeysOfOthersProveNothing) {
+  RecordRuns();
+  const std::string own = key_;
+  const std::string directory = Copied();
+  key_ = MakeKey(options_.keyFile = dir_.Path("another key"));
+  EXPECT_EQ(Verify(directory).status, kCannotTell) << "with the wrong key";
+  Open("another");
+  Drive();
+  Close();
+  fs::copy_file(File(1), Number(directory, 2), fs::copy_options::overwrite_existing);
+  key_ = own;
+  const Ran spliced = Verify(directory);
+  EXPECT_EQ(spliced.status, kIncomplete);
+  EXPECT_THAT(spliced.out, HasSubstr("2.db: cannot tell: seal 1, records 1 to"));
+  EXPECT_THAT(spliced.out, HasSubstr("3.db: incomplete: the seals between "));
+}
+
+TEST_F(VerifyTest, AKeyFileThatIsPutBackAloneIsFound) {
+  const std::string old = dir_.Read("key");
+  RecordRuns();
+  dir_.Write("key", old);
+  Open();
+  Drive();
+  Close();
+  const Ran ran = Verify(Copied());
+  EXPECT_EQ(ran.status, kAltered);
+  EXPECT_THAT(ran.out, HasSubstr("4.db: altered: seal "));
+}
+
 }  // namespace
