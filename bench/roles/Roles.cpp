@@ -18,7 +18,7 @@ namespace bench {
 
 namespace {
 
-constexpr LogSource log{"Role"};
+constexpr LogSource roleLog{"Role"};
 
 constexpr auto kRoles = [] {
   std::array<e_Process, std::size(servers::kAll)> roles{e_Process_StreamMgr};
@@ -58,7 +58,7 @@ int RunRole(const std::string& name, const Words& expected) {
   const auto role = std::find_if(kRoles.begin(), kRoles.end(),
                                  [&name](e_Process process) { return ProcessName(process) == name; });
   if (role != kRoles.end()) return Run(*role);
-  log(kLogError, "There is no role ", name);
+  roleLog(kLogError, "There is no role ", name);
   return 2;
 }
 
