@@ -5,7 +5,11 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 add_library(mm_options INTERFACE)
 target_compile_features(mm_options INTERFACE cxx_std_20)
 target_compile_options(mm_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor)
+  -Wall -Wextra -Wpedantic -Wconversion -Wold-style-cast -Wnon-virtual-dtor)
+# In joined sources a local name may meet the constant of another source.
+if(NOT CMAKE_UNITY_BUILD)
+  target_compile_options(mm_options INTERFACE -Wshadow)
+endif()
 if(MM_WERROR)
   target_compile_options(mm_options INTERFACE -Werror)
 endif()
