@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Position.h"
 #include "Messages.h"
+#include "Position.h"
 #include "Replay.h"
 #include "Runs.h"
 #include "Selection.h"

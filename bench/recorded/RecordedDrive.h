@@ -14,9 +14,10 @@ struct RecordedDrive {
   std::vector<std::string> problems;  // unreadable files, damage, rows without a command
 };
 
-// Turns one run of the recordings at these paths into a drive; run 0 means the first. The values at the start
-// become lines "before"; times count from the first event after the start. Does not change the recordings.
-RecordedDrive DriveOf(const std::vector<std::string>& paths, int run);
+// Turns one run of the recordings at these paths into a drive; number 0 means the first. The values at the
+// start become lines "before"; times count from the first event after the start. Does not change the
+// recordings.
+RecordedDrive DriveOf(const std::vector<std::string>& paths, int number);
 
 // The problem that a drive holds one of so many runs.
 std::string OtherRuns(std::size_t count);

@@ -34,7 +34,7 @@ bool IsEvent(const Row& row) {
 Replay::Replay(reader::Run run, reader::Range range, HowToPlay how, reader::Messages& messages)
     : run_(std::move(run)),
       name_("of " + run_.files.front()),
-      range_(std::move(range)),
+      range_(range),
       options_(std::move(how)),
       messages_(messages) {}
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "Drive.h"
-#include "Position.h"
 #include "ItemsOfRows.h"
 #include "Messages.h"
+#include "Position.h"
 #include "RunReader.h"
 #include "Selection.h"
 

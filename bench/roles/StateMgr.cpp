@@ -12,7 +12,7 @@ namespace bench {
 
 namespace {
 
-constexpr LogSource log{"StateMgr"};
+constexpr LogSource kStateMgrLog{"StateMgr"};
 
 }  // namespace
 
@@ -105,8 +105,8 @@ StateMgr::Process* StateMgr::Find(const std::string& name) {
 StateMgr::Process* StateMgr::Sender() {
   const std::string& sender = ipc_.CurrentMessage().GetSender();
   if (Process* process = Find(sender)) return process;
-  log(kLogMalformed, "Message ", ipc_.CurrentMessage().MsgType(), " from ", sender,
-      ", which is not expected");
+  kStateMgrLog(kLogMalformed, "Message ", ipc_.CurrentMessage().MsgType(), " from ", sender,
+               ", which is not expected");
   return nullptr;
 }
 

@@ -31,10 +31,10 @@ struct Drive {
   std::vector<DriveLine> lines;
 
   // A replay has these in place of lines.
-  std::function<bool(DriveLine& line)> next{};  // gives the lines one by one; false at the end
-  std::optional<std::uint32_t> beginTick{};     // the drive begins at this system tick, or later
+  std::function<bool(DriveLine& line)> next{};        // gives the lines one by one; false at the end
+  std::optional<std::uint32_t> beginTick{};           // the drive begins at this system tick, or later
   std::optional<std::chrono::milliseconds> length{};  // unknown, or of a drive that repeats
-  bool endsInKill = false;                      // MetadataMgr is killed at the end
+  bool endsInKill = false;                            // MetadataMgr is killed at the end
 
   bool IsReplay() const { return next != nullptr; }
 };

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "Commands.h"
-#include "Position.h"
 #include "Output.h"
+#include "Position.h"
 #include "Selection.h"
 
 namespace reader {

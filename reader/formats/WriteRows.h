@@ -3,8 +3,8 @@
 #include <memory>
 #include <vector>
 
-#include "Position.h"
 #include "Output.h"
+#include "Position.h"
 #include "RowFormat.h"
 
 namespace reader {
