@@ -36,7 +36,7 @@ struct Counts {
   std::int64_t records = 0;
 };
 
-void WriteText(const Findings& findings, const Counts& counts, std::string& out) {
+void WriteFindings(const Findings& findings, const Counts& counts, std::string& out) {
   out += findings.Text();
   const std::string read = Counted(counts.runs, "run") + ", " + Counted(counts.files, "file") + ", " +
                            Counted(static_cast<std::size_t>(counts.records), "record");
@@ -44,7 +44,7 @@ void WriteText(const Findings& findings, const Counts& counts, std::string& out)
   out += read + "\n";
 }
 
-void WriteJson(const Findings& findings, const Counts& counts, std::string& out) {
+void WriteFindingsJson(const Findings& findings, const Counts& counts, std::string& out) {
   JsonWriter json(out);
   json.Object().Flag("good", findings.Empty());
   json.Number("runs", static_cast<std::int64_t>(counts.runs));
@@ -79,7 +79,7 @@ int Check(const CheckOptions& options) {
   }
   for (const Run& run : runs) counts.records += CheckRun(run, ends, findings, messages);
   Output out(Output::Kind::kText);
-  (options.json ? WriteJson : WriteText)(findings, counts, out.Text());
+  (options.json ? WriteFindingsJson : WriteFindings)(findings, counts, out.Text());
   return out.Flush() && findings.Empty() ? kGood : kFinding;
 }
 

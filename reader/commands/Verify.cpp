@@ -110,7 +110,7 @@ std::string NameOf(const seal::PublicKey& root) {
   return root == seal::PublicKey{} ? "" : seal::Fingerprint(root);
 }
 
-void WriteText(const std::vector<SealFinding>& findings, std::string& out) {
+void WriteVerdicts(const std::vector<SealFinding>& findings, std::string& out) {
   for (const SealFinding& finding : findings) out += finding.path + ": " + Line(finding) + '\n';
   for (const auto& [root, summary] : ByRecorder(findings)) {
     const std::string name = NameOf(root);
@@ -123,7 +123,7 @@ void WriteText(const std::vector<SealFinding>& findings, std::string& out) {
   }
 }
 
-void WriteJson(const std::vector<SealFinding>& findings, std::string& out) {
+void WriteVerdictsJson(const std::vector<SealFinding>& findings, std::string& out) {
   JsonWriter json(out);
   json.Object().Array("recorders");
   for (const auto& [root, summary] : ByRecorder(findings)) {
@@ -168,7 +168,7 @@ int Verify(const VerifyOptions& options) {
     status = std::max(status, Of(summary.verdict).status);
   if (ByRecorder(findings).empty()) status = std::max(status, Of(Verdict::kCannotTell).status);
   Output out(Output::Kind::kText);
-  (options.json ? WriteJson : WriteText)(findings, out.Text());
+  (options.json ? WriteVerdictsJson : WriteVerdicts)(findings, out.Text());
   return out.Flush() ? status : std::max<int>(status, kFinding);
 }
 
