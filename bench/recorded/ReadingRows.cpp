@@ -4,6 +4,7 @@
 #include "RowFields.h"
 #include "RowKinds.h"
 #include "SourceTable.h"
+#include "Tables.h"
 #include "items/RadarItem.h"
 #include "items/TempStatus.h"
 
@@ -31,12 +32,11 @@ const Source* ItemOfGpsState(ItemValues& values, const Row& row) {
 }
 
 std::string LineOfGps(LineValues& /*values*/, const Row& row) {
-  constexpr std::int64_t kUnknown = 134'217'727;
   const std::int64_t altitude = row.Number("altitude_dm");
   return "gps fix " + Decimal(row.Number("latitude_e4min"), 600'000, 8) + " " +
          Decimal(row.Number("longitude_e4min"), 600'000, 8) + " " +
          Decimal(row.Number("speed_deci_kmh"), 10, 1) + " " + Decimal(row.Number("course_deci_deg"), 10, 1) +
-         " " + Decimal(altitude == kUnknown ? 0 : altitude, 10, 1);
+         " " + Decimal(altitude == store::kNoAltitudeDm ? 0 : altitude, 10, 1);
 }
 
 const Source* ItemOfGps(ItemValues& values, const Row& row) {

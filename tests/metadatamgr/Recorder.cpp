@@ -13,6 +13,7 @@ Recorder::Recorder() {
   const std::filesystem::path unique = Path("");
   environment = {{"LOG_TARGET", "stderr"},
                  {"METADATA_ROOT", Path("disk")},
+                 {"METADATA_KEY", Path("no.key")},
                  {"METADATA_SHM", "/metadata-" + unique.parent_path().filename().string()},
                  {"MFG_FILE", Path("serial")},
                  {"VERSION_FILE", Path("versions")}};
