@@ -7,11 +7,11 @@
 namespace reader {
 
 std::optional<seal::Place> NewestSeal(const std::vector<std::string>& files, Messages& messages) {
-  for (auto path = files.rbegin(); path != files.rend(); ++path) {
+  for (std::size_t i = files.size(); i-- > 0;) {
     Recording file;
     std::string why;
-    if (!file.Open(*path, why)) {
-      messages.Problem(*path + ": " + why);
+    if (!file.Open(files[i], why)) {
+      messages.Problem(files[i] + ": " + why);
       continue;
     }
     Statement row;

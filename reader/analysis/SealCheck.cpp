@@ -152,6 +152,19 @@ void SealCheck::Follow(const Known& known, std::vector<SealFinding>& findings) {
   chained->second.before = findings.size() - 1;
 }
 
+// Adds the rows of a commit to its hash. Returns the fault, if there is one.
+std::string SealCheck::TakeRows(const seal::Seal& seal, SealedRows& rows, seal::Chain& chain,
+                                SealFinding& finding) {
+  if (!rows.AtEnd() && rows.Seq() < seal.firstSeq)
+    return "record " + std::to_string(rows.Seq()) + " before it is under no seal";
+  while (!rows.AtEnd() && rows.Seq() <= seal.lastSeq) {
+    if (!rows.Take(chain.Rows())) return rows.Fault();
+    ++finding.records;
+    progress_.Tell(++done_, total_);
+  }
+  return {};
+}
+
 void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& finding) {
   SealedRows rows;
   Statement seals;
@@ -170,13 +183,8 @@ void SealCheck::FollowSeals(Recording& file, seal::Chain& chain, SealFinding& fi
     if (!store::TakeSeal(seals, seal)) return fail("a seal cannot be read");
     const bool begun = chain.Begin(seal);
     if (begun && run != chain.RunId()) return fail("the id of its run is not the sealed one");
-    if (begun && !rows.AtEnd() && rows.Seq() < seal.firstSeq)
-      return fail("record " + std::to_string(rows.Seq()) + " before it is under no seal");
-    while (begun && !rows.AtEnd() && rows.Seq() <= seal.lastSeq) {
-      if (!rows.Take(chain.Rows())) return fail(rows.Fault());
-      ++finding.records;
-      progress_.Tell(++done_, total_);
-    }
+    if (const std::string why = begun ? TakeRows(seal, rows, chain, finding) : ""; !why.empty())
+      return fail(why);
     if (!begun || !chain.End()) {
       fail(chain.Reason());
       finding.verdict = chain.FileVerdict();

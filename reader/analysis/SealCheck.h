@@ -10,6 +10,7 @@
 namespace reader {
 
 class Recording;
+class SealedRows;
 
 // What the seals of one recording say.
 struct SealFinding {
@@ -58,6 +59,7 @@ class SealCheck {
 
   Known LookAt(const std::string& path);
   void Follow(const Known& known, std::vector<SealFinding>& findings);
+  std::string TakeRows(const seal::Seal& seal, SealedRows& rows, seal::Chain& chain, SealFinding& finding);
   void FollowSeals(Recording& file, seal::Chain& chain, SealFinding& finding);
   bool IsAsNoted(const seal::Place& place, const seal::PublicKey& root);
   bool IsTrusted(const seal::PublicKey& root) const;
