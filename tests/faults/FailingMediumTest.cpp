@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kStep = MM_FAULT_STEP;  // 1: every operation
 
-constexpr int kVerifyEvery = 25;
+constexpr int kVerifyEvery = 50;
 
 constexpr const char* kEarlierRun = "metadata.000001.db";
 
