@@ -35,9 +35,11 @@ const std::string kDeaths =
     "3.3 restarted MicMgr\n3.4 mic 1 present active\n3.6 kill GpsHal\n3.7 input brakes on\n4 quit\n";
 const std::string kRealLog = REAL_TRACKS "/telit-he910.log";
 
+// The flood of all servers. After it MetadataMgr gets three seconds to take what they sent.
 std::string Load() {
   const std::string drive = TextOfFile(LOAD_DRIVE);
-  return drive.substr(0, drive.find("21 quit")) + "400 gps fix 1 2 3 4 5\n410 gps fix 2 3 4 5 6\n420 quit\n";
+  return drive.substr(0, drive.find("15 ping")) +
+         "3000 gps fix 1 2 3 4 5\n3010 gps fix 2 3 4 5 6\n3020 quit\n";
 }
 
 const Golden kGoldens[] = {
