@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <chrono>
 
 #include "ClientsFixture.h"
 #include "clients/SubscribeServer.h"
@@ -149,6 +150,7 @@ TEST_F(ServerTest, SlowSubscriberLosesNoticesAndOnlyIt) {
   Ask(quick, Request(0, 500));
   EXPECT_EQ(slow.Receive(0), Answer(0, 500, 0, U32(0)));
   EXPECT_EQ(quick.Receive(0), Answer(0, 500, 0, U32(0)));
+  const auto begin = std::chrono::steady_clock::now();
   unsigned int published = 0;
   unsigned int taken[2] = {};  // messages queued without a read: the same each time
   for (unsigned int round = 0; round < 2; ++round) {
@@ -173,10 +175,14 @@ TEST_F(ServerTest, SlowSubscriberLosesNoticesAndOnlyIt) {
     EXPECT_EQ(slow.Receive(0), Answer(1, 0, 0, kSeven));
   }
   EXPECT_NEAR(taken[0], taken[1], 100);
-  EXPECT_EQ(log_.Lines("Slow is too slow, notices are lost"), 1) << "and no other within the second";
   server_.Publish(++published);
   EXPECT_EQ(slow.Receive(0), Packet(500, U32(published)));
-  EXPECT_EQ(log_.Lines("Slow lost 1000 notices of item 0"), 1);
+  // One line a second. An emulated machine may take longer for both rounds.
+  const bool withinASecond = std::chrono::steady_clock::now() - begin < std::chrono::seconds(1);
+  for (const char* line : {"Slow is too slow, notices are lost", "Slow lost 1000 notices of item 0"}) {
+    EXPECT_GE(log_.Lines(line), 1) << line;
+    EXPECT_LE(log_.Lines(line), withinASecond ? 1 : 2) << line;
+  }
 }
 
 }  // namespace
